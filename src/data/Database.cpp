@@ -1,0 +1,220 @@
+#include "Database.h"
+
+#include "ActionStatement.h"
+#include "DatabaseError.h"
+#include "DatabaseFailure.h"
+#include "Guarded.h"
+#include "TextComparison.h"
+#include "Transaction.h"
+
+#include <QFileInfo>
+#include <QHash>
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+#include <sqlite3.h>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+// The engine's own waiting grows its pauses and lets one of two busy programs starve; short even
+// pauses make them take turns.
+int waitForLock(void *since, int attempt)
+{
+    using namespace std::chrono;
+    constexpr auto longest = seconds(10);
+    constexpr auto pause = milliseconds(2);
+    auto &start = *static_cast<steady_clock::time_point *>(since);
+    if (attempt == 0)
+        start = steady_clock::now();
+    if (steady_clock::now() - start >= longest)
+        return 0;
+    std::this_thread::sleep_for(pause);
+    return 1;
+}
+
+int collate(void *, int leftSize, const void *left, int rightSize, const void *right)
+{
+    return compareTexts({static_cast<const char *>(left), static_cast<std::size_t>(leftSize)},
+                        {static_cast<const char *>(right), static_cast<std::size_t>(rightSize)});
+}
+
+void countChange(void *changes, int, const char *, const char *table, sqlite3_int64)
+{
+    const int number = tableNumber(table);
+    if (number >= 0)
+        ++(*static_cast<TableChanges *>(changes))[static_cast<std::size_t>(number)];
+}
+
+std::string selectOfFields(const Table &table)
+{
+    std::string fields;
+    for (const Field &field : table.fields)
+        fields +=
+            (fields.empty() ? "" : ", ") + std::string(table.name) + "." + std::string(field.name);
+    return "SELECT " + fields + " FROM " + std::string(table.name);
+}
+
+} // namespace
+
+std::shared_ptr<Database> Database::open(const QString &path)
+{
+    static QHash<QString, std::weak_ptr<Database>> connections;
+    std::weak_ptr<Database> &known = connections[QFileInfo(path).absoluteFilePath()];
+    std::shared_ptr<Database> database = known.lock();
+    if (!database) {
+        database = std::shared_ptr<Database>(new Database(path));
+        known = database;
+    }
+    return database;
+}
+
+Database::Database(const QString &path)
+    : m_path(path)
+{
+    guarded(*this, [this] {
+        m_connection =
+            std::make_unique<SQLite::Database>(m_path.toStdString(), SQLite::OPEN_READWRITE);
+        configure();
+        checkFile();
+        m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
+    });
+}
+
+Database::~Database() = default;
+
+void Database::configure()
+{
+    sqlite3 *handle = m_connection->getHandle();
+    static std::chrono::steady_clock::time_point waitingSince;
+    sqlite3_busy_handler(handle, waitForLock, &waitingSince);
+    sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
+    sqlite3_update_hook(handle, countChange, &m_changes);
+    m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
+}
+
+// Reads the file's first page and prepares a statement for each table, which together find a file
+// that is damaged, incomplete or something else.
+void Database::checkFile()
+{
+    m_connection->execAndGet("PRAGMA schema_version");
+    if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
+        && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
+        throw DatabaseError(newerVersionText(m_path));
+    for (const Table &table : schemaTables())
+        SQLite::Statement(*m_connection, selectOfFields(table));
+}
+
+void Database::Execute(const QString &statement)
+{
+    guarded(*this, [&] { m_connection->exec(translatedStatement(statement.toStdString())); });
+}
+
+int Database::dataVersion()
+{
+    return guarded(*this, [this] {
+        m_dataVersion->tryReset();
+        m_dataVersion->executeStep();
+        const int version = m_dataVersion->getColumn(0).getInt();
+        m_dataVersion->tryReset();
+        return version;
+    });
+}
+
+void Database::enlist(TransactionParticipant &participant)
+{
+    if (m_depth > 0
+        && std::find(m_participants.begin(), m_participants.end(), &participant)
+            == m_participants.end())
+        m_participants.push_back(&participant);
+}
+
+void Database::delist(TransactionParticipant &participant)
+{
+    std::erase(m_participants, &participant);
+}
+
+void Database::tellParticipants()
+{
+    // What others have read inside the transaction has not come about either.
+    for (quint64 &changes : m_changes)
+        ++changes;
+    for (TransactionParticipant *participant : m_participants)
+        participant->transactionRolledBack();
+}
+
+void Database::fail(int code, const char *message)
+{
+    const QString text = databaseFailureText(m_path, code, QString::fromUtf8(message));
+    // A full disk and the like make the engine undo the whole transaction by itself.
+    if (m_depth > 0 && !m_undoneByEngine
+        && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
+        m_undoneByEngine = true;
+        tellParticipants();
+    }
+    throw DatabaseError(text);
+}
+
+void Database::begin()
+{
+    guarded(*this,
+            [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
+    ++m_depth;
+}
+
+void Database::commit()
+{
+    if (m_undoneByEngine)
+        throw DatabaseError(databaseFailureText(m_path, SQLITE_IOERR, {}));
+    guarded(*this, [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    if (--m_depth == 0)
+        m_participants.clear();
+}
+
+void Database::rollBack() noexcept
+{
+    if (!m_undoneByEngine) {
+        // Not even a failing rollback leaves anything to do: the engine then has undone it all.
+        m_connection->tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
+        tellParticipants();
+    }
+    if (--m_depth == 0) {
+        m_participants.clear();
+        m_undoneByEngine = false;
+    }
+}
+
+Transaction::Transaction(Database &database)
+    : m_database(database)
+{
+    m_database.begin();
+}
+
+Transaction::~Transaction()
+{
+    if (!m_committed)
+        m_database.rollBack();
+}
+
+void Transaction::commit()
+{
+    m_database.commit();
+    m_committed = true;
+}
+
+ReadTransaction::ReadTransaction(Database &database)
+    : m_database(database)
+    , m_outermost(database.m_depth == 0
+                  && sqlite3_get_autocommit(database.connection().getHandle()) != 0)
+{
+    if (m_outermost)
+        guarded(m_database, [this] { m_database.connection().exec("BEGIN"); });
+}
+
+ReadTransaction::~ReadTransaction()
+{
+    if (m_outermost)
+        m_database.connection().tryExec("COMMIT");
+}

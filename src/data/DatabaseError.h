@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+// What the data layer throws: a text for the user that names the thing and what to do.
+class DatabaseError : public std::runtime_error
+{
+public:
+    explicit DatabaseError(const QString &text)
+        : std::runtime_error(text.toStdString())
+    {
+    }
+
+    QString text() const { return QString::fromUtf8(what()); }
+};

@@ -1,0 +1,101 @@
+#include "Schema.h"
+
+#include "AsciiText.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::array recipesFields = {
+    Field{"RecipeID", FieldType::Key},           Field{"RecipeName", FieldType::Text},
+    Field{"Description", FieldType::Text},       Field{"Author", FieldType::Text},
+    Field{"RecipeType", FieldType::WholeNumber}, Field{"Instructions", FieldType::Text},
+    Field{"Rating", FieldType::WholeNumber},     Field{"Serves", FieldType::Number},
+};
+
+constexpr std::array ingredientsFields = {
+    Field{"IngredientID", FieldType::Key},           Field{"IngredientName", FieldType::Text},
+    Field{"IngredientType", FieldType::WholeNumber}, Field{"ShelfLife", FieldType::Number},
+    Field{"Vegetarian", FieldType::YesNo},
+};
+
+constexpr std::array utensilsFields = {
+    Field{"UtensilID", FieldType::Key},
+    Field{"UtensilName", FieldType::Text},
+};
+
+constexpr std::array recipeIngredientsFields = {
+    Field{"RecipeID", FieldType::Key},
+    Field{"IngredientID", FieldType::Key},
+    Field{"Quantity", FieldType::Text},
+};
+
+constexpr std::array recipeUtensilsFields = {
+    Field{"RecipeID", FieldType::Key},
+    Field{"UtensilID", FieldType::Key},
+};
+
+constexpr std::array<Table, tableCount> tables = {
+    Table{"Recipes", recipesFields, true},
+    Table{"Ingredients", ingredientsFields, true},
+    Table{"Utensils", utensilsFields, true},
+    Table{"RecipeIngredients", recipeIngredientsFields, false},
+    Table{"RecipeUtensils", recipeUtensilsFields, false},
+};
+
+std::string_view declaration(FieldType type)
+{
+    switch (type) {
+    case FieldType::Key:
+    case FieldType::WholeNumber:
+    case FieldType::YesNo:
+        return "INTEGER";
+    case FieldType::Text:
+        return "TEXT COLLATE NOCASE";
+    case FieldType::Number:
+        return "NUMERIC";
+    }
+    return {};
+}
+
+std::string createTable(const Table &table)
+{
+    std::string statement = "CREATE TABLE " + std::string(table.name) + " (";
+    for (const Field &field : table.fields) {
+        const bool first = &field == &table.fields.front();
+        if (!first)
+            statement += ", ";
+        statement += std::string(field.name) + " " + std::string(declaration(field.type));
+        if (first && table.hasKey)
+            statement += " PRIMARY KEY";
+    }
+    return statement + ");";
+}
+
+} // namespace
+
+std::span<const Table, tableCount> schemaTables()
+{
+    return tables;
+}
+
+int tableNumber(std::string_view name)
+{
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        if (equalAscii(tables[i].name, name))
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+std::string creationScript()
+{
+    std::string script = "BEGIN;";
+    for (const Table &table : tables)
+        script += createTable(table);
+    for (const std::string table : {"RecipeIngredients", "RecipeUtensils"})
+        script += "CREATE INDEX " + table + "OfRecipe ON " + table + " (RecipeID);";
+    script += "PRAGMA application_id = " + std::to_string(applicationId) + ";";
+    script += "PRAGMA user_version = " + std::to_string(schemaVersion) + ";";
+    return script + "COMMIT;";
+}

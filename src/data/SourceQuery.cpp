@@ -1,0 +1,174 @@
+#include "SourceQuery.h"
+
+#include "AsciiText.h"
+#include "Database.h"
+#include "DatabaseError.h"
+
+#include <QCoreApplication>
+
+#include <SQLiteCpp/Database.h>
+#include <sqlite3.h>
+
+namespace {
+
+bool isWordCharacter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+std::vector<std::string_view> words(std::string_view text)
+{
+    std::vector<std::string_view> result;
+    for (std::size_t i = 0; i < text.size();) {
+        std::size_t end = i;
+        while (end < text.size() && isWordCharacter(text[end]))
+            ++end;
+        if (end > i)
+            result.push_back(text.substr(i, end - i));
+        i = std::max(end, i + 1);
+    }
+    return result;
+}
+
+// The table behind INNER JOIN, of a source without an order of its own.
+std::string_view joinedTable(const std::vector<std::string_view> &words)
+{
+    std::string_view table;
+    for (std::size_t i = 0; i + 2 < words.size(); ++i) {
+        if (equalAscii(words[i], "ORDER"))
+            return {};
+        if (equalAscii(words[i], "INNER") && equalAscii(words[i + 1], "JOIN"))
+            table = words[i + 2];
+    }
+    return table;
+}
+
+FieldType typeOf(int table, const char *field)
+{
+    for (const Field &known : schemaTables()[static_cast<std::size_t>(table)].fields) {
+        if (equalAscii(known.name, field))
+            return known.type;
+    }
+    return FieldType::Text;
+}
+
+Cell cellOf(sqlite3_stmt *statement, int column)
+{
+    const auto bytes = [&](const void *data) {
+        return std::string_view(static_cast<const char *>(data),
+                                static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
+    };
+    switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER:
+        return {Cell::Type::Integer, sqlite3_column_int64(statement, column), 0, {}};
+    case SQLITE_FLOAT:
+        return {Cell::Type::Real, 0, sqlite3_column_double(statement, column), {}};
+    case SQLITE_TEXT:
+        return {Cell::Type::Text, 0, 0, bytes(sqlite3_column_text(statement, column))};
+    case SQLITE_BLOB:
+        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_column_blob(statement, column))};
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+void SourceQuery::Finalizer::operator()(sqlite3_stmt *statement) const
+{
+    sqlite3_finalize(statement);
+}
+
+SourceQuery::SourceQuery(Database &database, const QString &source)
+    : m_database(&database)
+    , m_source(source)
+{
+    const std::string text = statementText();
+    sqlite3 *handle = database.connection().getHandle();
+    sqlite3_stmt *statement = nullptr;
+    const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
+                                          &statement, nullptr);
+    m_statement.reset(statement);
+    if (result != SQLITE_OK)
+        database.fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
+    describe();
+}
+
+// A bare name stands for the whole table in storage order. The joins get the order in which their
+// link rows were stored, which the engine would otherwise give up where another index serves it.
+std::string SourceQuery::statementText() const
+{
+    const std::string text = m_source.toStdString();
+    const std::vector<std::string_view> all = words(text);
+    if (all.size() == 1)
+        return "SELECT *, rowid FROM \"" + std::string(all.front()) + "\" ORDER BY rowid";
+    const std::string_view linkTable = joinedTable(all);
+    if (!linkTable.empty())
+        return text + " ORDER BY " + std::string(linkTable) + ".rowid";
+    return text;
+}
+
+void SourceQuery::describe()
+{
+    const std::string text = m_source.toStdString();
+    const std::vector<std::string_view> all = words(text);
+    m_bareTable = all.size() == 1;
+    for (const std::string_view word : all) {
+        const int table = ::tableNumber(word);
+        if (table >= 0)
+            m_reads[static_cast<std::size_t>(table)] = true;
+    }
+
+    const int count = sqlite3_column_count(m_statement.get()) - (m_bareTable ? 1 : 0);
+    bool oneTable = true;
+    for (int i = 0; i < count; ++i) {
+        const char *tableName = sqlite3_column_table_name(m_statement.get(), i);
+        const char *field = sqlite3_column_origin_name(m_statement.get(), i);
+        const int table = tableName == nullptr ? -1 : ::tableNumber(tableName);
+        oneTable = oneTable && table >= 0 && (i == 0 || table == m_table);
+        m_table = table;
+        m_columns.push_back({sqlite3_column_name(m_statement.get(), i),
+                             table >= 0 ? typeOf(table, field) : FieldType::Number});
+    }
+    if (!oneTable || m_columns.empty())
+        return;
+    if (m_bareTable)
+        m_keyColumn = count;
+    else if (table().hasKey)
+        m_keyColumn = columnNumber(table().fields.front().name);
+}
+
+int SourceQuery::columnNumber(std::string_view field) const
+{
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        if (equalAscii(m_columns[i].name, field))
+            return static_cast<int>(i);
+    }
+    throw DatabaseError(
+        QCoreApplication::translate("SourceQuery", "There is no field %1 in: %2")
+            .arg(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())), m_source));
+}
+
+std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
+{
+    sqlite3_stmt *statement = m_statement.get();
+    const int columns = sqlite3_column_count(statement);
+    std::vector<RowStore::Row> result;
+    int status = sqlite3_step(statement);
+    while (status == SQLITE_ROW) {
+        store.beginRow();
+        for (int i = 0; i < columns; ++i)
+            store.add(cellOf(statement, i));
+        result.push_back(store.endRow());
+        status = sqlite3_step(statement);
+    }
+    sqlite3 *handle = sqlite3_db_handle(statement);
+    if (status != SQLITE_DONE) {
+        const int code = sqlite3_extended_errcode(handle);
+        const std::string message = sqlite3_errmsg(handle);
+        sqlite3_reset(statement);
+        m_database->fail(code, message.c_str());
+    }
+    sqlite3_reset(statement);
+    return result;
+}

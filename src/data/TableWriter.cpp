@@ -1,0 +1,131 @@
+#include "TableWriter.h"
+
+#include "DatabaseError.h"
+#include "Guarded.h"
+
+#include <QCoreApplication>
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+namespace {
+
+void bindValue(SQLite::Statement &statement, int index, const FieldValue &value)
+{
+    if (const auto *integer = std::get_if<qint64>(&value))
+        statement.bind(index, static_cast<int64_t>(*integer));
+    else if (const auto *number = std::get_if<double>(&value))
+        statement.bind(index, *number);
+    else if (const auto *text = std::get_if<std::string>(&value))
+        statement.bindNoCopy(index, *text);
+    else
+        statement.bind(index);
+}
+
+// Binds the values that there are and returns the number of the next parameter.
+int bindValues(SQLite::Statement &statement, const TableWriter::Values &values)
+{
+    int index = 1;
+    for (const std::optional<FieldValue> &value : values) {
+        if (value)
+            bindValue(statement, index++, *value);
+    }
+    return index;
+}
+
+} // namespace
+
+TableWriter::TableWriter(Database &database, std::string table, std::vector<std::string> fields,
+                         std::string keyField)
+    : m_database(database)
+    , m_table(std::move(table))
+    , m_fields(std::move(fields))
+    , m_keyField(std::move(keyField))
+{
+}
+
+TableWriter::~TableWriter() = default;
+
+template <typename MakeText>
+SQLite::Statement &TableWriter::prepared(Prepared &kept, const Values &values, MakeText makeText)
+{
+    std::vector<bool> written(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        written[i] = values[i].has_value();
+    if (!kept.statement || written != kept.fields) {
+        kept.statement = std::make_unique<SQLite::Statement>(m_database.connection(), makeText());
+        kept.fields = std::move(written);
+    }
+    return *kept.statement;
+}
+
+std::string TableWriter::insertText(const Values &values) const
+{
+    std::string fields;
+    std::string parameters;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!values[i])
+            continue;
+        fields += (fields.empty() ? "" : ", ") + m_fields[i];
+        parameters += parameters.empty() ? "?" : ", ?";
+    }
+    const std::string into = "INSERT INTO " + m_table;
+    return fields.empty() ? into + " DEFAULT VALUES"
+                          : into + " (" + fields + ") VALUES (" + parameters + ")";
+}
+
+std::string TableWriter::updateText(const Values &values) const
+{
+    std::string assignments;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (values[i])
+            assignments += (assignments.empty() ? "" : ", ") + m_fields[i] + " = ?";
+    }
+    return "UPDATE " + m_table + " SET " + assignments + " WHERE " + m_keyField + " = ?";
+}
+
+qint64 TableWriter::insert(const Values &values)
+{
+    return guarded(m_database, [&] {
+        SQLite::Statement &statement =
+            prepared(m_insert, values, [&] { return insertText(values); });
+        bindValues(statement, values);
+        changeOneRow(statement);
+        return static_cast<qint64>(m_database.connection().getLastInsertRowid());
+    });
+}
+
+void TableWriter::update(qint64 key, const Values &values)
+{
+    guarded(m_database, [&] {
+        SQLite::Statement &statement =
+            prepared(m_update, values, [&] { return updateText(values); });
+        statement.bind(bindValues(statement, values), static_cast<int64_t>(key));
+        changeOneRow(statement);
+    });
+}
+
+void TableWriter::remove(qint64 key)
+{
+    guarded(m_database, [&] {
+        SQLite::Statement statement(m_database.connection(),
+                                    "DELETE FROM " + m_table + " WHERE " + m_keyField + " = ?");
+        statement.bind(1, static_cast<int64_t>(key));
+        changeOneRow(statement);
+    });
+}
+
+void TableWriter::changeOneRow(SQLite::Statement &statement)
+{
+    int changed = 0;
+    try {
+        changed = statement.exec();
+    } catch (const SQLite::Exception &) {
+        statement.tryReset();
+        throw;
+    }
+    statement.reset();
+    if (changed == 0)
+        throw DatabaseError(QCoreApplication::translate(
+            "TableWriter", "This entry has been deleted by another program. Nothing was stored."));
+}

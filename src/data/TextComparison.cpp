@@ -1,0 +1,212 @@
+#include "TextComparison.h"
+
+#include <QChar>
+#include <QString>
+
+#include <array>
+#include <vector>
+
+namespace {
+
+struct Folding {
+    char32_t letter; // case folded
+    char32_t base; // the same without accents
+};
+
+// Case folding and base letters as a table of pages. Most pages hold nothing but characters that
+// fold to themselves and share no memory with one another: they have none.
+class FoldingTable
+{
+public:
+    FoldingTable();
+
+    Folding operator[](char32_t c) const
+    {
+        if (c >= end || m_pageOf[c / pageSize] == 0)
+            return {c, c};
+        return m_pages[m_pageOf[c / pageSize] - 1U][c % pageSize];
+    }
+
+private:
+    static constexpr char32_t pageSize = 256;
+    static constexpr char32_t end = 0x1EA00; // no character from here on folds
+
+    std::array<quint8, end / pageSize> m_pageOf{};
+    std::vector<std::array<Folding, pageSize>> m_pages;
+};
+
+char32_t baseLetter(char32_t c)
+{
+    // A Hangul syllable decomposes into letters, not into a letter and its accents.
+    constexpr char32_t firstHangul = 0xAC00;
+    constexpr char32_t lastHangul = 0xD7A3;
+    if (c >= firstHangul && c <= lastHangul)
+        return c;
+    while (QChar::decompositionTag(c) == QChar::Canonical)
+        c = QChar::decomposition(c).toUcs4().constFirst();
+    return c;
+}
+
+FoldingTable::FoldingTable()
+{
+    for (char32_t first = 0; first < end; first += pageSize) {
+        std::array<Folding, pageSize> page;
+        bool folds = false;
+        for (char32_t i = 0; i < pageSize; ++i) {
+            const char32_t letter = QChar::toCaseFolded(first + i);
+            page[i] = {letter, QChar::toCaseFolded(baseLetter(letter))};
+            folds = folds || letter != first + i || page[i].base != letter;
+        }
+        if (folds) {
+            m_pages.push_back(page);
+            m_pageOf[first / pageSize] = static_cast<quint8>(m_pages.size());
+        }
+    }
+}
+
+Folding folding(char32_t c)
+{
+    static const FoldingTable table;
+    return table[c];
+}
+
+constexpr unsigned char asciiFolded(unsigned char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c + ('a' - 'A')) : c;
+}
+
+// Walks the characters of a UTF-8 text.
+class Characters
+{
+public:
+    explicit Characters(std::string_view text)
+        : m_at(reinterpret_cast<const unsigned char *>(text.data()))
+        , m_end(m_at + text.size())
+    {
+    }
+
+    bool atEnd() const { return m_at == m_end; }
+    bool atAscii() const { return m_at != m_end && *m_at < 0x80; }
+    unsigned char nextAscii() { return *m_at++; }
+
+    char32_t next()
+    {
+        const unsigned char lead = *m_at++;
+        if (lead < 0x80)
+            return lead;
+        const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+        if (lead < 0xC2 || lead > 0xF4 || m_end - m_at < more)
+            return notText(lead);
+        char32_t c = lead & (0x3FU >> more);
+        for (int i = 0; i < more; ++i) {
+            if ((m_at[i] & 0xC0U) != 0x80U)
+                return notText(lead);
+            c = (c << 6U) | (m_at[i] & 0x3FU);
+        }
+        m_at += more;
+        return c;
+    }
+
+private:
+    // Beyond Unicode, so that a stray byte equals no character.
+    static char32_t notText(unsigned char byte) { return 0x110000U + byte; }
+
+    const unsigned char *m_at;
+    const unsigned char *m_end;
+};
+
+} // namespace
+
+bool textsEqual(std::string_view a, std::string_view b)
+{
+    Characters left(a);
+    Characters right(b);
+    while (!left.atEnd() && !right.atEnd()) {
+        if (left.atAscii() && right.atAscii()) {
+            if (asciiFolded(left.nextAscii()) != asciiFolded(right.nextAscii()))
+                return false;
+        } else if (folding(left.next()).letter != folding(right.next()).letter) {
+            return false;
+        }
+    }
+    return left.atEnd() && right.atEnd();
+}
+
+int compareTexts(std::string_view a, std::string_view b)
+{
+    Characters left(a);
+    Characters right(b);
+    int byAccent = 0;
+    while (!left.atEnd() && !right.atEnd()) {
+        if (left.atAscii() && right.atAscii()) {
+            const int difference = asciiFolded(left.nextAscii()) - asciiFolded(right.nextAscii());
+            if (difference != 0)
+                return difference;
+            continue;
+        }
+        const Folding l = folding(left.next());
+        const Folding r = folding(right.next());
+        if (l.base != r.base)
+            return l.base < r.base ? -1 : 1;
+        if (byAccent == 0 && l.letter != r.letter)
+            byAccent = l.letter < r.letter ? -1 : 1;
+    }
+    if (!left.atEnd())
+        return 1;
+    return right.atEnd() ? byAccent : -1;
+}
+
+std::size_t textHash(std::string_view text)
+{
+    quint64 hash = 0xcbf29ce484222325U;
+    for (Characters characters(text); !characters.atEnd();) {
+        const char32_t c = characters.atAscii() ? asciiFolded(characters.nextAscii())
+                                                : folding(characters.next()).letter;
+        hash = (hash ^ c) * 0x100000001b3U;
+    }
+    return hash ^ (hash >> 32U);
+}
+
+bool textMatches(std::string_view text, std::string_view pattern)
+{
+    Characters t(text);
+    Characters p(pattern);
+    // Where to go on when a run, taken as short as possible, has to be taken longer.
+    Characters afterRun(std::string_view{});
+    Characters runEnd(std::string_view{});
+    bool inRun = false;
+    while (true) {
+        if (!p.atEnd()) {
+            Characters rest = p;
+            const char32_t wanted = rest.next();
+            if (wanted == '*') {
+                p = rest;
+                afterRun = p;
+                runEnd = t;
+                inRun = true;
+                continue;
+            }
+            if (!t.atEnd()) {
+                Characters textRest = t;
+                const char32_t c = textRest.next();
+                if (wanted == '?' || folding(wanted).letter == folding(c).letter) {
+                    p = rest;
+                    t = textRest;
+                    continue;
+                }
+            }
+        } else if (t.atEnd()) {
+            return true;
+        }
+        if (!inRun || runEnd.atEnd())
+            return false;
+        runEnd.next();
+        t = runEnd;
+        p = afterRun;
+    }
+}
+
+bool hasPatternCharacters(std::string_view pattern)
+{
+    return pattern.find_first_of("*?") != std::string_view::npos;
+}
