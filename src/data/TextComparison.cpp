@@ -1,6 +1,7 @@
 #include "TextComparison.h"
 
 #include <QChar>
+#include <QList>
 #include <QString>
 
 #include <array>
