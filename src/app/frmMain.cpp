@@ -1,0 +1,64 @@
+#include "frmMain.h"
+
+#include "frmImportRecipe.h"
+#include "ui_frmMain.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+
+namespace {
+
+std::unique_ptr<Ui::frmMain> formOf(frmMain *window)
+{
+    auto form = std::make_unique<Ui::frmMain>();
+    form->setupUi(window);
+    return form;
+}
+
+} // namespace
+
+frmMain::frmMain(Doorway &doorway)
+    : m_ui(formOf(this))
+    , m_frame(doorway, *m_ui->mdiArea)
+    , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
+{
+    m_frame.boundary().connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+}
+
+frmMain::~frmMain() = default;
+
+std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
+{
+    const bool opened = m_frame.boundary().run(windowTitle(), [this] {
+        m_importRecipe->Form_Load();
+        m_importRecipe->openDataSources();
+    });
+    if (importPath.isEmpty())
+        return {};
+
+    auto outcome = frmImportRecipe::Outcome::NotImported;
+    if (opened) {
+        m_frame.boundary().run(windowTitle(),
+                               [&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
+    }
+    return outcome == frmImportRecipe::Outcome::Imported ? 0 : 1;
+}
+
+// At once: nothing is asked, and no window is unloaded first.
+void frmMain::mnuExit_Click()
+{
+    QApplication::exit();
+}
+
+void frmMain::MDIForm_Unload()
+{
+    m_frame.unloadAll();
+    m_importRecipe.reset();
+    QApplication::exit();
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    MDIForm_Unload();
+    event->accept();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Frame.h"
+
+#include <QMainWindow>
+
+#include <memory>
+#include <optional>
+
+class frmImportRecipe;
+
+namespace Ui {
+class frmMain;
+}
+
+// The program's only top-level window: the frame for all others, with the menus that open them.
+class frmMain final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit frmMain(Doorway &doorway);
+    ~frmMain() override;
+
+    // Loads the hidden import worker and, where there is a path, imports that recipe file. Returns
+    // the program's exit status where the program is over with that.
+    std::optional<int> MDIForm_Load(const QString &importPath);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void mnuExit_Click();
+    void MDIForm_Unload();
+
+    std::unique_ptr<Ui::frmMain> m_ui;
+    Frame m_frame;
+    std::unique_ptr<frmImportRecipe> m_importRecipe;
+};

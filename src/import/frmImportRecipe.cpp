@@ -1,0 +1,249 @@
+#include "frmImportRecipe.h"
+
+#include "Criterion.h"
+#include "DatabaseError.h"
+#include "DatabasePath.h"
+#include "Doorway.h"
+#include "SrfDecoder.h"
+#include "SrfFile.h"
+#include "SrfParser.h"
+#include "TextComparison.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("frmImportRecipe", text);
+}
+
+// The rating that every imported recipe gets.
+constexpr int importedRating = 5;
+
+// What the catalog's columns do not take of an entry, should its ingredient be new.
+std::optional<SrfComplaint> checkNewIngredient(const SrfIngredient &entry)
+{
+    const std::variant<SrfNewIngredient, SrfComplaint> read = newIngredient(entry);
+    if (const auto *complaint = std::get_if<SrfComplaint>(&read))
+        return *complaint;
+    const auto &fields = std::get<SrfNewIngredient>(read);
+    if (!storedValue(FieldType::WholeNumber, fields.type))
+        return SrfComplaint{entry.line, tr("the number of an ingredient type"), fields.type};
+    if (!storedValue(FieldType::Number, fields.shelfLife))
+        return SrfComplaint{entry.line, tr("a shelf life in days"), fields.shelfLife};
+    if (!storedValue(FieldType::YesNo, fields.vegetarian))
+        return SrfComplaint{entry.line, tr("True or False for vegetarian"), fields.vegetarian};
+    return {};
+}
+
+} // namespace
+
+frmImportRecipe::frmImportRecipe(Doorway &doorway)
+    : m_doorway(doorway)
+{
+}
+
+void frmImportRecipe::Form_Load()
+{
+    const auto point = [](DataSource &source, const QString &table) {
+        source.DatabaseName = DatabasePath;
+        source.RecordSource = table;
+    };
+    point(datIngredients, u"Ingredients"_s);
+    point(datRecipe, u"Recipes"_s);
+    point(datRecipeIngredients, u"RecipeIngredients"_s);
+    point(datRecipeUtensils, u"RecipeUtensils"_s);
+    point(datUtensils, u"Utensils"_s);
+}
+
+void frmImportRecipe::openDataSources()
+{
+    for (DataSource *source :
+         {&datIngredients, &datRecipe, &datRecipeIngredients, &datRecipeUtensils, &datUtensils})
+        source->open();
+}
+
+// The file is read and judged as a whole before anything of it is written or asked.
+frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
+{
+    const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
+    if (const auto *error = std::get_if<SrfFileError>(&file)) {
+        tell(error->failure == platform::ReadFailure::NoFile
+                 ? tr("Could not find file.  Try importing file though File, Import.")
+                 : error->message);
+        return Outcome::NotImported;
+    }
+    const std::variant<SrfRecipe, SrfComplaint> parsed =
+        parseSrf(decodeSrf(std::get<QByteArray>(file)));
+    if (const auto *complaint = std::get_if<SrfComplaint>(&parsed)) {
+        tell(complaintText(*complaint, path));
+        return Outcome::NotImported;
+    }
+    try {
+        return importRecipe(std::get<SrfRecipe>(parsed), path);
+    } catch (const DatabaseError &) {
+        m_commits.fileFailed();
+        throw;
+    }
+}
+
+// The cursors are requeried inside the transaction that writes, which is not the one before the
+// question: nothing is locked while the user thinks.
+frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, const QString &path)
+{
+    beginFile();
+    if (isTaken(recipe.name)) {
+        m_commits.commit();
+        if (!wantsDuplicate(recipe.name))
+            return Outcome::NotImported;
+        beginFile();
+    }
+    if (const std::optional<SrfComplaint> complaint = checkNumbers(recipe)) {
+        tell(complaintText(*complaint, path));
+        return Outcome::NotImported;
+    }
+    Transaction transaction(datRecipe.Database());
+    ReadSRFRecipe(recipe, freeName(recipe.name));
+    transaction.commit();
+    m_commits.fileStored();
+    return Outcome::Imported;
+}
+
+void frmImportRecipe::beginFile()
+{
+    m_commits.begin(datRecipe.Database());
+    requery();
+}
+
+void frmImportRecipe::requery()
+{
+    for (DataSource *source :
+         {&datIngredients, &datRecipe, &datRecipeIngredients, &datRecipeUtensils, &datUtensils})
+        source->Recordset().Requery();
+}
+
+bool frmImportRecipe::isTaken(const QString &name)
+{
+    RecordCursor &recipes = datRecipe.Recordset();
+    recipes.FindFirst(criterion("RecipeName"_L1, Comparison::Equal, name));
+    return !recipes.NoMatch();
+}
+
+// The name itself, or the name with the first number behind it that makes it free.
+QString frmImportRecipe::freeName(const QString &name)
+{
+    QString candidate = name;
+    for (int n = 1; isTaken(candidate); ++n)
+        candidate = name + u' ' + QString::number(n);
+    return candidate;
+}
+
+bool frmImportRecipe::wantsDuplicate(const QString &name)
+{
+    const QString question =
+        name + tr(" is already in the database.  Do you want to import it anyways?");
+    return m_doorway.show({question,
+                           tr("Already in database"),
+                           Icon::Information,
+                           {Button::Yes, Button::No},
+                           Button::No})
+        == Button::Yes;
+}
+
+void frmImportRecipe::tell(const QString &text)
+{
+    m_commits.commit();
+    m_doorway.show({text, tr("Error"), Icon::Exclamation});
+}
+
+// The texts that the columns of the file's rows do not take. Those of an ingredient count where it
+// is new to the catalog, which the first of several entries of one name decides.
+std::optional<SrfComplaint> frmImportRecipe::checkNumbers(const SrfRecipe &recipe)
+{
+    if (!storedValue(FieldType::WholeNumber, recipe.type))
+        return SrfComplaint{SrfRecipe::typeLine, tr("the number of a recipe type"), recipe.type};
+    if (!storedValue(FieldType::Number, recipe.serves))
+        return SrfComplaint{SrfRecipe::servesLine, tr("the number of servings"), recipe.serves};
+    RecordCursor &catalog = datIngredients.Recordset();
+    for (auto entry = recipe.ingredients.begin(); entry != recipe.ingredients.end(); ++entry) {
+        std::optional<SrfComplaint> complaint = checkNewIngredient(*entry);
+        if (!complaint)
+            continue;
+        const bool isSecond =
+            std::any_of(recipe.ingredients.begin(), entry, [&](const auto &other) {
+                return textsEqual(other.name.toStdString(), entry->name.toStdString());
+            });
+        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, entry->name));
+        if (catalog.NoMatch() && !isSecond)
+            return complaint;
+    }
+    return {};
+}
+
+void frmImportRecipe::ReadSRFRecipe(const SrfRecipe &recipe, const QString &name)
+{
+    const QVariant recipeId = addRecipe(recipe, name);
+    for (const SrfIngredient &ingredient : recipe.ingredients)
+        addIngredient(ingredient, recipeId);
+    for (const SrfUtensil &utensil : recipe.utensils)
+        addUtensil(utensil, recipeId);
+}
+
+// Returns the new recipe's key.
+QVariant frmImportRecipe::addRecipe(const SrfRecipe &recipe, const QString &name)
+{
+    RecordCursor &recipes = datRecipe.Recordset();
+    recipes.AddNew();
+    recipes.setValue("RecipeName"_L1, name);
+    recipes.setValue("Author"_L1, recipe.author);
+    recipes.setValue("RecipeType"_L1, recipe.type);
+    recipes.setValue("Serves"_L1, recipe.serves);
+    recipes.setValue("Description"_L1, recipe.description);
+    recipes.setValue("Rating"_L1, importedRating);
+    recipes.setValue("Instructions"_L1, recipe.instructions);
+    recipes.Update();
+    recipes.MoveLast();
+    return recipes.value("RecipeID"_L1);
+}
+
+void frmImportRecipe::addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId)
+{
+    RecordCursor &catalog = datIngredients.Recordset();
+    catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, ingredient.name));
+    if (catalog.NoMatch()) {
+        const auto fields = std::get<SrfNewIngredient>(newIngredient(ingredient));
+        catalog.AddNew();
+        catalog.setValue("IngredientName"_L1, ingredient.name);
+        catalog.setValue("IngredientType"_L1, fields.type);
+        catalog.setValue("ShelfLife"_L1, fields.shelfLife);
+        catalog.setValue("Vegetarian"_L1, fields.vegetarian);
+        catalog.Update();
+        catalog.MoveLast();
+    }
+    RecordCursor &links = datRecipeIngredients.Recordset();
+    links.AddNew();
+    links.setValue("Quantity"_L1, ingredient.quantity);
+    links.setValue("IngredientID"_L1, catalog.value("IngredientID"_L1));
+    links.setValue("RecipeID"_L1, recipeId);
+    links.Update();
+}
+
+void frmImportRecipe::addUtensil(const SrfUtensil &utensil, const QVariant &recipeId)
+{
+    RecordCursor &catalog = datUtensils.Recordset();
+    catalog.FindFirst(criterion("UtensilName"_L1, Comparison::Equal, utensil.name));
+    if (catalog.NoMatch()) {
+        catalog.AddNew();
+        catalog.setValue("UtensilName"_L1, utensil.name);
+        catalog.Update();
+        catalog.MoveLast();
+    }
+    RecordCursor &links = datRecipeUtensils.Recordset();
+    links.AddNew();
+    links.setValue("UtensilID"_L1, catalog.value("UtensilID"_L1));
+    links.setValue("RecipeID"_L1, recipeId);
+    links.Update();
+}

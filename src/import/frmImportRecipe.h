@@ -1,0 +1,60 @@
+#pragma once
+
+#include "CommitGroup.h"
+#include "DataSource.h"
+#include "SrfComplaint.h"
+#include "SrfRecipe.h"
+
+class Doorway;
+
+// The hidden owner of the five cursors through which recipe files are imported. It is never shown.
+class frmImportRecipe
+{
+public:
+    enum class Outcome { Imported, NotImported };
+
+    // Questions and messages go through the doorway, which must outlive it.
+    explicit frmImportRecipe(Doorway &doorway);
+
+    // Points the sources at the recipe file.
+    void Form_Load();
+
+    // After Form_Load; throws DatabaseError where the recipe file cannot be used. An import then
+    // tries again.
+    void openDataSources();
+
+    // Imports the file as one new recipe, whole or not at all. Tells the user where the file is
+    // missing or bad and asks where its recipe is in the database already. Throws DatabaseError
+    // where the recipe file cannot be written.
+    Outcome ImportSRFFile(const QString &path);
+
+    // Between these two, files share transactions: one counts as stored only when the batch has
+    // ended. Nothing is locked while the user is asked.
+    void startBatch() { m_commits.startBatch(); }
+    void endBatch() { m_commits.endBatch(); }
+
+private:
+    Q_DISABLE_COPY_MOVE(frmImportRecipe)
+
+    Outcome importRecipe(const SrfRecipe &recipe, const QString &path);
+    void beginFile();
+    void requery();
+    bool isTaken(const QString &name);
+    QString freeName(const QString &name);
+    bool wantsDuplicate(const QString &name);
+    void tell(const QString &text);
+
+    std::optional<SrfComplaint> checkNumbers(const SrfRecipe &recipe);
+    void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);
+    QVariant addRecipe(const SrfRecipe &recipe, const QString &name);
+    void addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId);
+    void addUtensil(const SrfUtensil &utensil, const QVariant &recipeId);
+
+    Doorway &m_doorway;
+    DataSource datRecipe;
+    DataSource datIngredients;
+    DataSource datRecipeIngredients;
+    DataSource datUtensils;
+    DataSource datRecipeUtensils;
+    CommitGroup m_commits;
+};
