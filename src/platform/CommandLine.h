@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QStringList>
+
+namespace platform {
+
+// The path that the program was started with: the arguments (without the program's own name) joined
+// by one blank, taken from the current directory when relative. Double quotes around it belong to
+// it only if such a file exists. Empty when there is no argument or it is empty.
+QString commandLinePath(const QStringList &arguments);
+
+} // namespace platform
