@@ -3,9 +3,13 @@
 #include "Doorway.h"
 
 // Messages for a start without a desktop: texts go to standard error. A question is asked on
-// standard input where that is a terminal, and answered No otherwise; the answer is printed.
+// standard input where that is a terminal, and answered No otherwise; the answer is printed. Input
+// boxes and choosers count as cancelled.
 class TerminalDoorway final : public Doorway
 {
 public:
     Button show(const MessageBox &box) override;
+    QString ask(const InputBox & /*box*/) override { return {}; }
+    QString choose(const FileChooser & /*chooser*/) override { return {}; }
+    QString choose(const FolderChooser & /*chooser*/) override { return {}; }
 };

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QList>
+#include <QObject>
+
+#include <functional>
+
+class Boundary;
+class ChildWindow;
+class QMdiArea;
+class QMdiSubWindow;
+
+// The truth about which child window is active. The area reports what its user does and shows what
+// is decided here. Form_Activate and Form_Deactivate run in settle() alone, which is queued, so
+// that the handler that caused them has ended; except the deactivation of a window that leaves.
+class Activation final : public QObject
+{
+    Q_OBJECT
+
+public:
+    Activation(QMdiArea &area, const Boundary &boundary, std::function<void()> beep);
+
+    // The window that should be active, also during the deactivation of the one before; or null.
+    ChildWindow *active() const { return m_wanted; }
+    // Whether the active window takes the activation back from next.
+    bool isRefusedTo(const ChildWindow &next) const;
+
+    void want(ChildWindow &child); // of a window that is shown, or is about to be
+    void
+    leave(ChildWindow &child); // before it is hidden; it cannot take the activation back any more
+    void forgetAll(); // no window is on the stage any more; no handler runs
+
+    void queue();
+    // Runs the handlers that are due. Does nothing while a modal window is open, and goes on when
+    // the input gate queues it again.
+    void settle();
+
+private:
+    void onSubWindowActivated(QMdiSubWindow *subWindow);
+    void moveOn();
+    void takeBack(ChildWindow &child);
+    void runActivate(ChildWindow &child);
+    void runDeactivate(ChildWindow &child);
+    bool isOnStage(ChildWindow *child) const;
+    ChildWindow *onStage(QByteArrayView className) const;
+    ChildWindow *follower() const;
+    void bringToFront(ChildWindow *child);
+
+    QMdiArea &m_area;
+    const Boundary &m_boundary;
+    std::function<void()> m_beep;
+
+    ChildWindow *m_wanted = nullptr;
+    ChildWindow *m_delivered = nullptr; // its activation ran, its deactivation did not yet
+    // Every shown window is in one of the two, the latest first.
+    QList<ChildWindow *> m_history; // had an activation
+    QList<ChildWindow *> m_tried; // never got one so far
+    bool m_queued = false;
+    bool m_settling = false;
+};

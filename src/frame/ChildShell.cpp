@@ -1,0 +1,57 @@
+#include "ChildShell.h"
+
+#include "Cascade.h"
+#include "ChildWindow.h"
+
+#include <QHelpEvent>
+#include <QStyle>
+#include <QStyleOptionTitleBar>
+#include <QToolTip>
+
+using namespace Qt::Literals::StringLiterals;
+
+ChildShell::ChildShell(ChildWindow &child)
+    : m_child(child)
+{
+    setWidget(&child);
+}
+
+void ChildShell::cascade(int number)
+{
+    const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    setGeometry(cascaded(number, sizeHint(), parentWidget()->size(), step));
+}
+
+void ChildShell::keepInside()
+{
+    if (!isMinimized() && !isMaximized())
+        setGeometry(keptInside(geometry(), parentWidget()->size()));
+}
+
+bool ChildShell::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto &help = static_cast<const QHelpEvent &>(*event);
+        if (isCaptionAt(help.pos())) {
+            QToolTip::showText(help.globalPos(),
+                               u"<qt>%1</qt>"_s.arg(m_child.title().toHtmlEscaped()), this);
+            return true;
+        }
+    } else if (event->type() == QEvent::WindowStateChange) {
+        // The geometry to which it is restored may be from a time when the area was larger.
+        QMetaObject::invokeMethod(this, &ChildShell::keepInside, Qt::QueuedConnection);
+    }
+    return QMdiSubWindow::event(event);
+}
+
+bool ChildShell::isCaptionAt(QPoint position) const
+{
+    QStyleOptionTitleBar option;
+    option.initFrom(this);
+    option.subControls = QStyle::SC_All;
+    option.titleBarFlags = windowFlags();
+    option.titleBarState = static_cast<int>(windowState());
+    option.rect.setHeight(style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, this));
+    return style()->hitTestComplexControl(QStyle::CC_TitleBar, &option, position, this)
+        == QStyle::SC_TitleBarLabel;
+}

@@ -1,0 +1,105 @@
+#include "ChildWindow.h"
+
+#include "Frame.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPushButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+bool isPlainEnter(const QKeyEvent &event)
+{
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
+        && (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
+} // namespace
+
+ChildWindow::ChildWindow(Frame &frame)
+    : m_frame(frame)
+{
+}
+
+QString ChildWindow::title() const
+{
+    return m_title.isNull() ? windowTitle() : m_title;
+}
+
+void ChildWindow::setTitle(const QString &title)
+{
+    m_title = title.isNull() ? u""_s : title;
+    // Qt takes a single "[*]" for the mark of an unsaved window, and two of them for the text.
+    setWindowTitle(QString(m_title).replace("[*]"_L1, "[*][*]"_L1));
+}
+
+Doorway &ChildWindow::doorway() const
+{
+    return m_frame.doorway();
+}
+
+const Boundary &ChildWindow::boundary() const
+{
+    return m_frame.boundary();
+}
+
+bool ChildWindow::keepsActivationFrom(const ChildWindow & /*next*/) const noexcept
+{
+    return false;
+}
+
+void ChildWindow::setDefaultButton(QPushButton *button)
+{
+    if (m_defaultButton) {
+        m_defaultButton->setDefault(false);
+        m_defaultButton->removeEventFilter(this);
+    }
+    m_defaultButton = button;
+    if (button) {
+        button->setDefault(true);
+        button->installEventFilter(this);
+    }
+}
+
+void ChildWindow::setCancelButton(QPushButton *button)
+{
+    m_cancelButton = button;
+}
+
+bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    // A default button with the focus takes Enter itself, and would take a held key as many
+    // presses.
+    if (watched == m_defaultButton && event->type() == QEvent::KeyPress) {
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        if (key.isAutoRepeat() && isPlainEnter(key))
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void ChildWindow::keyPressEvent(QKeyEvent *event)
+{
+    QPushButton *button = nullptr;
+    if (isPlainEnter(*event)) {
+        button = qobject_cast<QPushButton *>(focusWidget());
+        if (!button)
+            button = m_defaultButton;
+    } else if (event->matches(QKeySequence::Cancel)) {
+        button = m_cancelButton;
+    }
+
+    if (!button) {
+        QWidget::keyPressEvent(event);
+    } else if (!event->isAutoRepeat() && button->isVisible() && button->isEnabled()) {
+        button->click();
+    }
+}
+
+void ChildWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore(); // Qt would leave an empty shell: the frame takes the window away as a whole
+    m_frame.unload(*this);
+}

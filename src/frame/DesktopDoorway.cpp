@@ -1,0 +1,114 @@
+#include "DesktopDoorway.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QTextDocument>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QMessageBox::Icon toQt(Icon icon)
+{
+    switch (icon) {
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButton toQt(Button button)
+{
+    switch (button) {
+    case Button::Yes:
+        return QMessageBox::Yes;
+    case Button::No:
+        return QMessageBox::No;
+    case Button::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+// A box belongs to the window in front. Where another program has the keyboard none is active, and
+// the program's own window is the one to stand before.
+QWidget *windowInFront()
+{
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->windowType() == Qt::Window && window->isVisible())
+            return window;
+    }
+    return nullptr;
+}
+
+// The edit's plain text would give no-break spaces as blanks.
+QString textOf(const QTextDocument &document)
+{
+    QString text = document.toRawText();
+    text.replace(QChar::ParagraphSeparator, "\r\n"_L1);
+    text.replace(QChar::LineSeparator, "\r\n"_L1); // Shift+Enter
+    return text;
+}
+
+} // namespace
+
+Button DesktopDoorway::show(const MessageBox &box)
+{
+    QMessageBox dialog(toQt(box.icon), box.title, box.text, QMessageBox::NoButton, windowInFront());
+    dialog.setTextFormat(Qt::PlainText);
+    for (const Button button : box.buttons)
+        dialog.addButton(toQt(button));
+    dialog.setDefaultButton(toQt(box.defaultButton));
+    if (QAbstractButton *no = dialog.button(QMessageBox::No))
+        dialog.setEscapeButton(no);
+
+    const int pressed = dialog.exec();
+    for (const Button button : box.buttons) {
+        if (pressed == toQt(button))
+            return button;
+    }
+    return box.defaultButton;
+}
+
+QString DesktopDoorway::ask(const InputBox &box)
+{
+    QInputDialog dialog(windowInFront());
+    dialog.setWindowTitle(box.title);
+    dialog.setLabelText(box.prompt);
+    dialog.setOption(QInputDialog::UsePlainTextEditForTextInput, box.lines == Lines::Several);
+    dialog.setTextValue(box.defaultText);
+    dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
+    auto *edit = dialog.findChild<QPlainTextEdit *>();
+    if (edit)
+        edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    if (!edit)
+        return dialog.textValue();
+    return edit->document()->isModified() ? textOf(*edit->document()) : box.defaultText;
+}
+
+QString DesktopDoorway::choose(const FileChooser &chooser)
+{
+    const QString filter = u"%1 (%2)"_s.arg(chooser.description, chooser.patterns.join(u' '));
+    return QFileDialog::getOpenFileName(windowInFront(), chooser.title, chooser.directory, filter);
+}
+
+QString DesktopDoorway::choose(const FolderChooser &chooser)
+{
+    return QFileDialog::getExistingDirectory(windowInFront(), chooser.title, chooser.directory);
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Activation.h"
+#include "Boundary.h"
+#include "ChildWindow.h"
+#include "InputGate.h"
+
+#include <QApplication>
+#include <QList>
+#include <QObject>
+
+#include <functional>
+
+class Doorway;
+class QMdiArea;
+
+// The life of the child windows in an area: one instance a class, made by load and destroyed by
+// unload. All program code shows, activates, hides and unloads them here. Activations run when the
+// handler that caused them has ended: to show a window and then to set what it shows is fine.
+//
+// The main window has one as a member, over the area of its form, gives it to the windows that it
+// loads, and calls unloadAll() in its closeEvent.
+class Frame final : public QObject
+{
+    Q_OBJECT
+
+public:
+    Frame(Doorway &doorway, QMdiArea &area, std::function<void()> beep = &QApplication::beep);
+    ~Frame() override;
+
+    Doorway &doorway() const { return m_doorway; }
+    const Boundary &boundary() const { return m_boundary; }
+
+    // The loaded window of that class: made, its Form_Load run and its data sources opened if it
+    // was not loaded yet, and not shown. Throws LoadFailure, and then nothing is loaded.
+    template <class Window>
+    Window &load()
+    {
+        Window *window = find<Window>();
+        if (!window) {
+            window = new Window(*this); // an area owns its windows
+            add(*window);
+        }
+        return *window;
+    }
+
+    // A loaded window, or null.
+    template <class Window>
+    Window *find() const
+    {
+        return static_cast<Window *>(find(Window::staticMetaObject.className()));
+    }
+    ChildWindow *find(QByteArrayView className) const;
+
+    // The window that is active or about to become so, or null.
+    ChildWindow *activeChild() const { return m_activation.active(); }
+
+    void show(ChildWindow &child); // on top, restored if it was minimised, and activated
+    void activate(ChildWindow &child); // nothing where it is not shown
+    void hide(ChildWindow &child); // the one that was active before it becomes active
+    void unload(ChildWindow &child); // hides; destroyed when the running handler has ended
+    void unloadAll(); // runs no handler and asks nothing
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void add(ChildWindow &child);
+    void remove(ChildWindow &child);
+
+    Doorway &m_doorway;
+    QMdiArea &m_area;
+    Boundary m_boundary;
+    Activation m_activation;
+    InputGate m_inputGate;
+    QList<ChildWindow *> m_windows; // owned by the area
+    int m_placed = 0; // new windows so far, for the cascade
+};
