@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <variant>
+
+namespace platform {
+
+enum class ReadFailure {
+    NoFile, // nothing exists at the path
+    Folder,
+    Special, // a pipe, a socket or a device
+    TooLarge,
+    NoRight,
+    Failed, // anything else: FileReadError::reason says what
+};
+
+struct FileReadError {
+    ReadFailure failure;
+    QString reason; // the system's own words, empty unless failure is Failed
+};
+
+// The bytes of the regular file at path, links followed. Never waits for a pipe or a device, and
+// holds at most limit + 1 bytes: a file that is larger is refused before it is read, one that grows
+// beyond the limit meanwhile, then. A file that changes meanwhile gives the bytes that were met.
+std::variant<QByteArray, FileReadError> readRegularFile(const QString &path, qsizetype limit);
+
+} // namespace platform
