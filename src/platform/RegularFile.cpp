@@ -44,11 +44,6 @@ FileReadError errorOf(int code)
     case EACCES:
     case EPERM:
         return {ReadFailure::NoRight, {}};
-    case ENXIO: // how open() answers for a socket
-        return {ReadFailure::Special, {}};
-    case EFBIG:
-    case EOVERFLOW:
-        return {ReadFailure::TooLarge, {}};
     default:
         return {ReadFailure::Failed, QString::fromLocal8Bit(std::generic_category().message(code))};
     }
