@@ -5,27 +5,18 @@
 #include "TextComparison.h"
 
 #include <QCoreApplication>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <unordered_set>
 
 namespace {
 
-QVariant toVariant(const Cell &cell)
+// QString::fromUtf8 would take a byte order mark at the front for none of the text.
+QString textOf(std::string_view bytes)
 {
-    switch (cell.type) {
-    case Cell::Type::Null:
-        return {};
-    case Cell::Type::Integer:
-        return cell.integer;
-    case Cell::Type::Real:
-        return cell.real;
-    case Cell::Type::Text:
-        return QString::fromUtf8(cell.bytes.data(), static_cast<qsizetype>(cell.bytes.size()));
-    case Cell::Type::Blob:
-        return QByteArray(cell.bytes.data(), static_cast<qsizetype>(cell.bytes.size()));
-    }
-    return {};
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return utf8.decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
 }
 
 Cell toCell(const FieldValue &value)
@@ -57,6 +48,23 @@ void dropRows(std::vector<RowStore::Row> &rows, const std::vector<RowStore::Row>
 }
 
 } // namespace
+
+QVariant toVariant(const Cell &cell)
+{
+    switch (cell.type) {
+    case Cell::Type::Null:
+        return {};
+    case Cell::Type::Integer:
+        return cell.integer;
+    case Cell::Type::Real:
+        return cell.real;
+    case Cell::Type::Text:
+        return textOf(cell.bytes);
+    case Cell::Type::Blob:
+        return QByteArray(cell.bytes.data(), static_cast<qsizetype>(cell.bytes.size()));
+    }
+    return {};
+}
 
 RecordCursor::RecordCursor(std::shared_ptr<Database> database, const QString &recordSource)
     : m_database(std::move(database))
@@ -295,6 +303,18 @@ QVariant RecordCursor::value(QLatin1StringView field)
     const int column = m_query.columnNumber(view(field));
     requireRow();
     return toVariant(RowStore::cell(row(m_row), column));
+}
+
+int RecordCursor::columnNumber(QLatin1StringView field)
+{
+    readRows();
+    return m_query.columnNumber(view(field));
+}
+
+Cell RecordCursor::cellAt(qsizetype row, int column)
+{
+    readRows();
+    return RowStore::cell(this->row(row), column);
 }
 
 void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)

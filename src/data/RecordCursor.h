@@ -10,6 +10,9 @@
 #include <memory>
 #include <optional>
 
+// What a field reads: null is an invalid variant, text a QString, a blob a QByteArray.
+QVariant toVariant(const Cell &cell);
+
 // An ordered set of rows with a position, a search result and an edit buffer. It shows the rows as
 // they were when they were read, and behind them those that were added through it; what others
 // write shows after a requery. Rows are read by the first operation that needs them (those marked
@@ -59,6 +62,11 @@ public:
     // The field of the current row, of the type that it was stored with; null is an invalid
     // variant. Reads.
     QVariant value(QLatin1StringView field);
+
+    // For lists, which show any row without moving to it: the cell of a row, from 0, in a column.
+    // Its text stays where it is until the next requery, edit or delete. They read.
+    int columnNumber(QLatin1StringView field);
+    Cell cellAt(qsizetype row, int column);
 
     // Into the open edit buffer. Throws where the field does not take the value, see FieldValue.h.
     void setValue(QLatin1StringView field, const QVariant &value);
