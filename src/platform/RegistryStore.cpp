@@ -12,8 +12,10 @@
 #include <QStringDecoder>
 #include <QtEndian>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -83,6 +85,18 @@ private:
     bool held = false;
 };
 
+// Of every line: blank, a comment, a heading, or a name and its value. Not left to the settings,
+// which complain about a file once and then go by what they remember of it.
+bool isWellFormed(const QString &text)
+{
+    const QStringList lines = text.split(u'\n');
+    return std::all_of(lines.begin(), lines.end(), [](const QString &whole) {
+        const QStringView line = QStringView(whole).trimmed();
+        return line.isEmpty() || line.startsWith(u';')
+            || (line.startsWith(u'[') ? line.endsWith(u']') : line.indexOf(u'=') > 0);
+    });
+}
+
 bool isReadable(const QString &path)
 {
     const QFileInfo info(path);
@@ -93,11 +107,7 @@ bool isReadable(const QString &path)
         return false;
     QStringDecoder utf8(QStringDecoder::Utf8);
     const QString text = utf8.decode(file.readAll());
-    if (utf8.hasError() || text.contains(QChar::Null))
-        return false;
-    const QSettings settings(path, QSettings::IniFormat);
-    settings.allKeys(); // a section is parsed no sooner than it is asked for
-    return settings.status() == QSettings::NoError;
+    return !utf8.hasError() && !text.contains(QChar::Null) && isWellFormed(text);
 }
 
 void keepAside(const QString &path)
@@ -119,23 +129,49 @@ bool isSound(const QString &path)
     return lock && isReadable(path);
 }
 
-// Null when there is no such entry.
-QString textAt(const QString &entry)
+// Settings remember a file by its size and its time in milliseconds, and look at these after they
+// have read it. Two quick changes of equal length can share them, and a change in between is never
+// seen. So the time of the file moves on with each change, and once more where it must be read
+// anew.
+using FileTime = std::filesystem::file_time_type;
+
+std::filesystem::path fileOf(const QString &path)
 {
-    const QString path = storePath();
-    const QVariant value =
-        isSound(path) ? QSettings(path, QSettings::IniFormat).value(entry) : QVariant();
-    if (!value.isValid())
-        return {};
-    // A person may have left out the quotes around a text with a comma, which makes it a list.
-    const QString text = value.typeId() == QMetaType::QStringList
-        ? value.toStringList().join(", "_L1)
-        : value.toString();
-    return text.isNull() ? u""_s : text;
+    return QFileInfo(path).filesystemFilePath();
 }
 
-// Settings know another program's work by the file's size and its time in milliseconds, which two
-// quick changes of equal length can share. So each change gets a later time than the one before.
+FileTime timeOf(const QString &path)
+{
+    std::error_code error;
+    const FileTime time = std::filesystem::last_write_time(fileOf(path), error);
+    return error ? FileTime::min() : time;
+}
+
+void makeLaterThan(FileTime time, const QString &path)
+{
+    const FileTime earliest = time + std::chrono::milliseconds(1);
+    std::error_code ignored; // there may be no file yet
+    if (timeOf(path) < earliest)
+        std::filesystem::last_write_time(fileOf(path), earliest, ignored);
+}
+
+// The settings as the file holds them now, to read from; null when they cannot be read.
+std::unique_ptr<const QSettings> openStore()
+{
+    const QString path = storePath();
+    if (!isSound(path))
+        return nullptr;
+    const FileTime before = timeOf(path);
+    auto settings = std::make_unique<QSettings>(path, QSettings::IniFormat);
+    if (timeOf(path) != before) {
+        const WriteLock lock(path);
+        makeLaterThan(timeOf(path), path);
+        settings->sync();
+    }
+    return settings;
+}
+
+// Sets one entry below the key, which then needs no mark to exist.
 bool change(const QString &key, const QString &entry, const QString &text)
 {
     const QString path = storePath();
@@ -144,24 +180,15 @@ bool change(const QString &key, const QString &entry, const QString &text)
     const WriteLock lock(path);
     if (!lock)
         return false;
-
-    using std::filesystem::last_write_time;
-    const std::filesystem::path file = QFileInfo(path).filesystemFilePath();
-    std::error_code error;
-    const auto before = last_write_time(file, error);
-    const bool existed = !error;
+    makeLaterThan(timeOf(path), path);
+    const FileTime before = timeOf(path);
 
     QSettings settings(path, QSettings::IniFormat);
     settings.remove(markOf(key));
     settings.setValue(entry, text);
     settings.sync();
-    if (settings.status() != QSettings::NoError)
-        return false;
-
-    const auto earliest = before + std::chrono::milliseconds(1);
-    if (existed && last_write_time(file, error) < earliest && !error)
-        last_write_time(file, earliest, error);
-    return true;
+    makeLaterThan(before, path);
+    return settings.status() == QSettings::NoError;
 }
 
 } // namespace
@@ -175,18 +202,22 @@ QString storedPart(QString part)
 
 bool registryKeyExists(const QString &key)
 {
-    const QString path = storePath();
-    if (!isSound(path))
-        return false;
-    QSettings settings(path, QSettings::IniFormat);
-    settings.beginGroup(key);
-    return !settings.allKeys().isEmpty();
+    const auto settings = openStore();
+    const QStringList entries = settings ? settings->allKeys() : QStringList();
+    return std::any_of(entries.begin(), entries.end(), [prefix = key + u'/'](const QString &entry) {
+        return entry.startsWith(prefix);
+    });
 }
 
 std::optional<RegistryValue> registryValue(const QString &key, const QString &valueName)
 {
-    const QString text = textAt(entryOf(key, valueName));
-    return text.isNull() ? std::nullopt : std::optional(fromText(text));
+    const auto settings = openStore();
+    const QVariant value = settings ? settings->value(entryOf(key, valueName)) : QVariant();
+    if (!value.isValid())
+        return std::nullopt;
+    // A person may have left out the quotes around a text with a comma, which makes it a list.
+    const bool isList = value.typeId() == QMetaType::QStringList;
+    return fromText(isList ? value.toStringList().join(", "_L1) : value.toString());
 }
 
 bool createRegistryKey(const QString &key)

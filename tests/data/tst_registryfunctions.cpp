@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace platform;
@@ -36,6 +37,7 @@ class TestRegistryFunctions : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
     void keepsEveryText_data();
@@ -45,7 +47,17 @@ private Q_SLOTS:
     void fetchLeavesTheValueItCannotRead();
     void choosesTheOrder_data();
     void choosesTheOrder();
+
+private:
+    QTemporaryDir memory{u"/dev/shm/pantrywise-XXXXXX"_s};
 };
+
+// Many small writes, which in memory wait for no disk.
+void TestRegistryFunctions::initTestCase()
+{
+    if (memory.isValid())
+        qputenv("XDG_CONFIG_HOME", memory.path().toUtf8());
+}
 
 void TestRegistryFunctions::init()
 {

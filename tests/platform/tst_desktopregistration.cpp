@@ -94,7 +94,7 @@ void TestDesktopRegistration::mergesDefaultApplications_data()
     row("no such section", "# mine\n[Added Associations]\nt/x=o.desktop",
         "# mine\n[Added Associations]\nt/x=o.desktop\n\n[Default Applications]\nt/x=p.desktop;\n");
     row("other types", "[Default Applications]\r\na/b = c.desktop;\r\n\n[X]\nt/x=o.desktop\n",
-        "[Default Applications]\nt/x=p.desktop;\r\na/b = c.desktop;\r\n\n[X]\nt/x=o.desktop\n");
+        "[Default Applications]\r\nt/x=p.desktop;\na/b = c.desktop;\r\n\n[X]\nt/x=o.desktop\n");
     row("another program", "[Default Applications]\nt/xy=q\nt/x = o.desktop;p.desktop;\na/b=c\n",
         "[Default Applications]\nt/xy=q\nt/x=p.desktop;o.desktop;\na/b=c\n");
     row("already so", "[Default Applications]\n t/x = p.desktop ; o.desktop\n#",
@@ -120,7 +120,8 @@ void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
         QTest::newRow(qUtf8Printable(name)) << name;
 }
 
-// The desktop's own launcher must find the program and hand it the whole path of the file.
+// The desktop's own launcher must find the program and hand it the whole path of the file. It does
+// not wait for the program, so that `cat` does.
 void TestDesktopRegistration::launchesProgramsInOddPlaces()
 {
     QFETCH(QString, directory);
@@ -130,9 +131,10 @@ void TestDesktopRegistration::launchesProgramsInOddPlaces()
     const QString entry = dataPath("applications/pantrywise.desktop"_L1);
     write(entry, desktopEntry(program));
     QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
-    QCOMPARE(output(u"gio"_s, {u"launch"_s, entry, u"/a b/%f $x.srf"_s}),
+    const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
+    QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry, u"/a b/%f $x.srf"_s}),
              u'<' + program + "></a b/%f $x.srf>"_L1);
-    QCOMPARE(output(u"gio"_s, {u"launch"_s, entry}), u'<' + program + u'>');
+    QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry}), u'<' + program + u'>');
 }
 
 void TestDesktopRegistration::makesTheProgramKnown()
@@ -144,11 +146,9 @@ void TestDesktopRegistration::makesTheProgramKnown()
     QVERIFY(QFileInfo(dataPath("icons/hicolor/scalable/apps/pantrywise.svg"_L1)).size() > 100);
 
     const QString recipe = dataPath("Soup.srf"_L1);
-    for (const QByteArray &contents : {QByteArray("Leek soup\r\n"), QByteArray()}) {
-        write(recipe, contents);
-        QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
-                    .contains("standard::content-type: "_L1 + type));
-    }
+    write(recipe, "Leek soup\r\n");
+    QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
+                .contains("standard::content-type: "_L1 + type));
     const QMimeDatabase database;
     QCOMPARE(database.mimeTypeForFile(recipe).name(), type);
     QVERIFY(database.mimeTypeForFile(recipe).inherits(u"text/plain"_s));
