@@ -79,6 +79,7 @@ Database::Database(const QString &path)
             std::make_unique<SQLite::Database>(m_path.toStdString(), SQLite::OPEN_READWRITE);
         configure();
         checkFile();
+        useOneFile();
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
     });
 }
@@ -105,6 +106,15 @@ void Database::checkFile()
         throw DatabaseError(newerVersionText(m_path));
     for (const Table &table : schemaTables())
         SQLite::Statement(*m_connection, selectOfFields(table));
+}
+
+// A file that another tool has set to a write-ahead log would keep its newest rows in a second
+// file, which a copy made by hand leaves behind. Where that cannot be undone now, the log works as
+// well.
+void Database::useOneFile()
+{
+    if (m_connection->execAndGet("PRAGMA journal_mode").getString() == "wal")
+        m_connection->tryExec("PRAGMA journal_mode = DELETE");
 }
 
 void Database::Execute(const QString &statement)

@@ -65,6 +65,7 @@ private:
 
     void configure();
     void checkFile();
+    void useOneFile();
 
     void begin();
     void commit();
