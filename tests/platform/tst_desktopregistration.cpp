@@ -1,28 +1,17 @@
 #include "DefaultApplication.h"
 #include "DesktopRegistration.h"
+#include "TemporaryHome.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QMimeDatabase>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTest>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QString dataPath(QLatin1StringView name)
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + name;
-}
-
-QString defaultsPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + "/mimeapps.list"_L1;
-}
 
 QString output(const QString &program, const QStringList &arguments)
 {
@@ -41,30 +30,13 @@ void write(const QString &path, const QByteArray &contents)
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
 }
 
-// Every file below the two per-user directories with its time, all of them set back first.
-QStringList filesWithTimes(bool setBack)
-{
-    QStringList result;
-    for (const QString &root : {dataPath(""_L1), QFileInfo(defaultsPath()).path()}) {
-        QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            const auto past = QDateTime::fromSecsSinceEpoch(1000);
-            if (setBack && file.open(QIODevice::ReadWrite))
-                file.setFileTime(past, QFile::FileModificationTime);
-            file.close();
-            result += file.fileName() + u' ' + QFileInfo(file).lastModified().toString();
-        }
-    }
-    result.sort();
-    return result;
-}
-
 } // namespace
 
 class TestDesktopRegistration : public QObject
 {
     Q_OBJECT
+
+    const TemporaryHome home;
 
 private Q_SLOTS:
     void init();
@@ -75,12 +47,15 @@ private Q_SLOTS:
     void makesTheProgramKnown();
     void costsNothingTheSecondTime();
     void staysSilentWithoutTheRight();
+
+private:
+    QStringList filesWithTimes(bool setBack) const;
 };
 
 void TestDesktopRegistration::init()
 {
-    QDir(dataPath(""_L1)).removeRecursively();
-    QDir(QFileInfo(defaultsPath()).path()).removeRecursively();
+    QDir(home.data({})).removeRecursively();
+    QDir(home.config({})).removeRecursively();
 }
 
 void TestDesktopRegistration::mergesDefaultApplications_data()
@@ -125,10 +100,10 @@ void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
 void TestDesktopRegistration::launchesProgramsInOddPlaces()
 {
     QFETCH(QString, directory);
-    const QString program = dataPath("programs/"_L1) + directory + "/Pantrywise"_L1;
+    const QString program = home.data(u"programs/"_s) + directory + "/Pantrywise"_L1;
     write(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
     QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
-    const QString entry = dataPath("applications/pantrywise.desktop"_L1);
+    const QString entry = home.data(u"applications/pantrywise.desktop"_s);
     write(entry, desktopEntry(program));
     QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
     const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
@@ -143,9 +118,9 @@ void TestDesktopRegistration::makesTheProgramKnown()
     const QString type = QString::fromLatin1(recipeMimeType);
     QVERIFY(output(u"gio"_s, {u"mime"_s, type})
                 .startsWith(u"Default application for “%1”: pantrywise.desktop"_s.arg(type)));
-    QVERIFY(QFileInfo(dataPath("icons/hicolor/scalable/apps/pantrywise.svg"_L1)).size() > 100);
+    QVERIFY(QFileInfo(home.data(u"icons/hicolor/scalable/apps/pantrywise.svg"_s)).size() > 100);
 
-    const QString recipe = dataPath("Soup.srf"_L1);
+    const QString recipe = home.data(u"Soup.srf"_s);
     write(recipe, "Leek soup\r\n");
     QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
                 .contains("standard::content-type: "_L1 + type));
@@ -153,6 +128,25 @@ void TestDesktopRegistration::makesTheProgramKnown()
     QCOMPARE(database.mimeTypeForFile(recipe).name(), type);
     QVERIFY(database.mimeTypeForFile(recipe).inherits(u"text/plain"_s));
     QCOMPARE(database.mimeTypeForName(type).comment(), u"Standard Recipe Format"_s);
+}
+
+// Every file below the two per-user directories with its time, all of them set back first.
+QStringList TestDesktopRegistration::filesWithTimes(bool setBack) const
+{
+    QStringList result;
+    for (const QString &root : {home.data({}), home.config({})}) {
+        QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            const auto past = QDateTime::fromSecsSinceEpoch(1000);
+            if (setBack && file.open(QIODevice::ReadWrite))
+                file.setFileTime(past, QFile::FileModificationTime);
+            file.close();
+            result += file.fileName() + u' ' + QFileInfo(file).lastModified().toString();
+        }
+    }
+    result.sort();
+    return result;
 }
 
 void TestDesktopRegistration::costsNothingTheSecondTime()
@@ -164,7 +158,7 @@ void TestDesktopRegistration::costsNothingTheSecondTime()
     QCOMPARE(filesWithTimes(false), before);
 
     registerWithDesktop(u"/opt/new/Pantrywise"_s);
-    QFile entry(dataPath("applications/pantrywise.desktop"_L1));
+    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
     QVERIFY(entry.open(QIODevice::ReadOnly));
     const QByteArray contents = entry.readAll();
     QCOMPARE(contents.count("Exec=/opt/new/Pantrywise %f\n"), 2);
@@ -173,13 +167,13 @@ void TestDesktopRegistration::costsNothingTheSecondTime()
 
 void TestDesktopRegistration::staysSilentWithoutTheRight()
 {
-    write(dataPath("applications"_L1), "a file");
-    write(dataPath("mime"_L1), "a file");
-    QVERIFY(QDir().mkpath(defaultsPath()));
+    write(home.data(u"applications"_s), "a file");
+    write(home.data(u"mime"_s), "a file");
+    QVERIFY(QDir().mkpath(home.config(u"mimeapps.list"_s)));
     registerWithDesktop(u"/opt/Pantrywise"_s);
-    QVERIFY(QFileInfo(dataPath("applications"_L1)).isFile());
-    QVERIFY(QFileInfo(dataPath("mime"_L1)).isFile());
-    QVERIFY(QFileInfo(defaultsPath()).isDir());
+    QVERIFY(QFileInfo(home.data(u"applications"_s)).isFile());
+    QVERIFY(QFileInfo(home.data(u"mime"_s)).isFile());
+    QVERIFY(QFileInfo(home.config(u"mimeapps.list"_s)).isDir());
 }
 
 QTEST_GUILESS_MAIN(TestDesktopRegistration)

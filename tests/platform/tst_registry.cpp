@@ -1,10 +1,10 @@
 #include "Registry.h"
+#include "TemporaryHome.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -306,10 +306,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     if (app.arguments().contains("--change"_L1))
         return lostChanges(u"Ingredients"_s, 400) == 0 ? 0 : 1;
-    // In memory, where writing waits for no disk, two programs meet more often.
-    const QTemporaryDir memory(u"/dev/shm/pantrywise-XXXXXX"_s);
-    if (memory.isValid())
-        qputenv("XDG_CONFIG_HOME", memory.path().toUtf8());
+    const TemporaryHome home;
     TestRegistry test;
     return QTest::qExec(&test, argc, argv);
 }
