@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,11 +25,17 @@ QString output(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAll());
 }
 
-void write(const QString &path, const QByteArray &contents)
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString &path, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 } // namespace
@@ -89,9 +97,10 @@ void TestDesktopRegistration::mergesDefaultApplications()
 void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
 {
     QTest::addColumn<QString>("directory");
-    for (const auto &name : {u"plain"_s, u"a blank"_s, u"\"quoted\" it's"_s, u"50% off"_s, u"%f"_s,
-                             u"$HOME"_s, u"back\\slash\\\\"_s, u"`tick`"_s, u"(a)&;<b>|*?#~"_s,
-                             u"é日"_s, u"tab\there"_s, u"MIMETYPE COMMAND"_s, u"a=b"_s})
+    for (const auto &name :
+         {u"plain"_s, u"a blank"_s, u"\"quoted\" it's"_s, u"50% off"_s, u"%f"_s, u"$HOME"_s,
+          u"back\\slash\\\\"_s, u"`tick`"_s, u"(a)&;<b>|*?#~"_s, u"é日"_s, u"tab\there"_s,
+          u"line\nend"_s, u"MIMETYPE COMMAND"_s, u"a=b"_s})
         QTest::newRow(qUtf8Printable(name)) << name;
 }
 
@@ -124,6 +133,7 @@ void TestDesktopRegistration::makesTheProgramKnown()
     write(recipe, "Leek soup\r\n");
     QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
                 .contains("standard::content-type: "_L1 + type));
+    QVERIFY(contents(home.data(u"mime/globs2"_s)).contains("60:text/x-standard-recipe:*.srf\n"));
     const QMimeDatabase database;
     QCOMPARE(database.mimeTypeForFile(recipe).name(), type);
     QVERIFY(database.mimeTypeForFile(recipe).inherits(u"text/plain"_s));
@@ -158,22 +168,23 @@ void TestDesktopRegistration::costsNothingTheSecondTime()
     QCOMPARE(filesWithTimes(false), before);
 
     registerWithDesktop(u"/opt/new/Pantrywise"_s);
-    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
-    QVERIFY(entry.open(QIODevice::ReadOnly));
-    const QByteArray contents = entry.readAll();
-    QCOMPARE(contents.count("Exec=/opt/new/Pantrywise %f\n"), 2);
-    QCOMPARE(contents.count("old"), 0);
+    const QByteArray entry = contents(home.data(u"applications/pantrywise.desktop"_s));
+    QCOMPARE(entry.count("Exec=/opt/new/Pantrywise %f\n"), 2);
+    QCOMPARE(entry.count("old"), 0);
 }
 
 void TestDesktopRegistration::staysSilentWithoutTheRight()
 {
     write(home.data(u"applications"_s), "a file");
     write(home.data(u"mime"_s), "a file");
-    QVERIFY(QDir().mkpath(home.config(u"mimeapps.list"_s)));
+    QVERIFY(QDir().mkpath(home.config({})));
+    const QByteArray defaults = QFile::encodeName(home.config(u"mimeapps.list"_s));
+    QCOMPARE(mkfifo(defaults.data(), 0600), 0);
     registerWithDesktop(u"/opt/Pantrywise"_s);
     QVERIFY(QFileInfo(home.data(u"applications"_s)).isFile());
     QVERIFY(QFileInfo(home.data(u"mime"_s)).isFile());
-    QVERIFY(QFileInfo(home.config(u"mimeapps.list"_s)).isDir());
+    struct stat status = {};
+    QVERIFY(stat(defaults.data(), &status) == 0 && S_ISFIFO(status.st_mode));
 }
 
 QTEST_GUILESS_MAIN(TestDesktopRegistration)

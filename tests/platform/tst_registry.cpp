@@ -79,6 +79,7 @@ private Q_SLOTS:
     void isAFileThatAPersonCanMend();
     void writesOnlyWhatDiffers();
     void losesNothingBetweenTwoPrograms();
+    void goesOnAfterAKilledProgram();
     void setsAsideWhatItCannotRead_data();
     void setsAsideWhatItCannotRead();
     void staysSilentWhereItCannotWrite();
@@ -246,6 +247,20 @@ void TestRegistry::losesNothingBetweenTwoPrograms()
     QVERIFY(other.waitForFinished());
     QCOMPARE(other.exitStatus(), QProcess::NormalExit);
     QCOMPARE(other.exitCode(), 0);
+}
+
+// The locks of a program that was killed before it had put its number into them.
+void TestRegistry::goesOnAfterAKilledProgram()
+{
+    write(storeFile() + ".writing"_L1, "");
+    write(storeFile() + ".lock"_L1, "");
+    QElapsedTimer timer;
+    timer.start();
+    HKEY key = 0;
+    QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, path, whole, key), ERROR_SUCCESS);
+    QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
+    QVERIFY(timer.elapsed() < 4000);
+    RegCloseKey(key);
 }
 
 void TestRegistry::setsAsideWhatItCannotRead_data()
