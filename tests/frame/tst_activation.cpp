@@ -23,8 +23,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a press
-// of its button, "*" the beep.
+// What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a
+// press of its button, "*" the beep.
 QStringList happened;
 
 QString nameOf(const ChildWindow *child)
@@ -53,8 +53,8 @@ public:
         setTitle(u"a title of its own"_s);
     }
 
-    QPushButton button {u"Press"_s};
-    QPushButton done {u"Done"_s};
+    QPushButton button{u"Press"_s};
+    QPushButton done{u"Done"_s};
     QListWidget list;
     int key = 0;
 
@@ -161,9 +161,9 @@ public:
     template <class Window>
     void open()
     {
-        static const QHash<QString, QPoint> places
-            = {{u"List"_s, {0, 0}},    {u"Record"_s, {330, 0}}, {u"Editor"_s, {660, 0}},
-               {u"Plants"_s, {0, 350}}, {u"Tools"_s, {330, 350}}, {u"Ping"_s, {660, 350}}};
+        static const QHash<QString, QPoint> places = {
+            {u"List"_s, {0, 0}},     {u"Record"_s, {330, 0}},  {u"Editor"_s, {660, 0}},
+            {u"Plants"_s, {0, 350}}, {u"Tools"_s, {330, 350}}, {u"Ping"_s, {660, 350}}};
         auto &window = frame.load<Window>();
         if (!window.isVisible())
             window.parentWidget()->setGeometry({places.value(nameOf(&window)), QSize(300, 300)});
@@ -172,9 +172,9 @@ public:
 
     StrictDoorway doorway;
     QMdiArea area;
-    Frame frame {doorway, area, [] { happened += u"*"_s; }};
-    QLabel resting {u"here"_s};
-    QLabel otherResting {u"there"_s};
+    Frame frame{doorway, area, [] { happened += u"*"_s; }};
+    QLabel resting{u"here"_s};
+    QLabel otherResting{u"there"_s};
 
 protected:
     void closeEvent(QCloseEvent *event) override
@@ -235,13 +235,17 @@ private:
         option.subControls = QStyle::SC_All;
         option.titleBarFlags = shell->windowFlags();
         option.titleBarState = static_cast<int>(shell->windowState());
-        option.rect.setHeight(shell->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
-        const QRect rect
-            = shell->style()->subControlRect(QStyle::CC_TitleBar, &option, control, shell);
+        option.rect.setHeight(
+            shell->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
+        const QRect rect =
+            shell->style()->subControlRect(QStyle::CC_TitleBar, &option, control, shell);
         return shell->mapToGlobal(rect.center());
     }
 
-    static QPoint middle(const QWidget &widget) { return widget.mapToGlobal(widget.rect().center()); }
+    static QPoint middle(const QWidget &widget)
+    {
+        return widget.mapToGlobal(widget.rect().center());
+    }
 
     void perform(const QString &step) const
     {
@@ -292,55 +296,55 @@ private Q_SLOTS:
                                  {u"type F6"_s, u"Editor>Plants Plants+"_s}};
         const QString back = u"Editor+ Editor>Plants * Plants+"_s;
 
-        QTest::newRow("the same window again")
-            << Steps {{u"type F5"_s, u"List+"_s}, {u"type F5"_s, u""_s}, {u"press List"_s, u"List!"_s}};
+        QTest::newRow("the same window again") << Steps{
+            {u"type F5"_s, u"List+"_s}, {u"type F5"_s, u""_s}, {u"press List"_s, u"List!"_s}};
         QTest::newRow("a window that lets go: both handlers before the press")
-            << Steps {{u"type F5 F8"_s, u"List+ List>Record Record+"_s},
-                      {u"press List"_s, u"Record>List List+ List!"_s},
-                      {u"title Record"_s, u"List>Record Record+"_s},
-                      {u"double List"_s, u"Record>List List+"_s},
-                      {u"widgetpress Record"_s, u"List>Record Record+ Record!"_s},
-                      {u"press List"_s, u"Record>List List+ List!"_s},
-                      {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
-                      {u"close List"_s, u"Record>List List+ List>Record Record+"_s}};
+            << Steps{{u"type F5 F8"_s, u"List+ List>Record Record+"_s},
+                     {u"press List"_s, u"Record>List List+ List!"_s},
+                     {u"title Record"_s, u"List>Record Record+"_s},
+                     {u"double List"_s, u"Record>List List+"_s},
+                     {u"widgetpress Record"_s, u"List>Record Record+ Record!"_s},
+                     {u"press List"_s, u"Record>List List+ List!"_s},
+                     {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
+                     {u"close List"_s, u"Record>List List+ List>Record Record+"_s}};
         QTest::newRow("two that hold, in one burst")
-            << Steps {{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
-                      {u"type Escape"_s, u"Plants>Tools Tools+"_s},
-                      {u"type Escape"_s, u"Tools>"_s}};
+            << Steps{{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
+                     {u"type Escape"_s, u"Plants>Tools Tools+"_s},
+                     {u"type Escape"_s, u"Tools>"_s}};
         QTest::newRow("two that hold, slowly")
-            << Steps {{u"type F6"_s, u"Plants+"_s},
-                      {u"type F7"_s, u"Plants>Tools * Plants+"_s},
-                      {u"type F7"_s, u"Plants>Tools * Plants+"_s},
-                      {u"press Tools"_s, u"Plants>Tools * Plants+"_s}};
-        QTest::newRow("a window opened from one that holds, in one burst with its Done")
-            << Steps {{u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}};
-        QTest::newRow("the mouse in another window")
-            << composing + Steps {{u"press Record"_s, u"Plants>Record "_s + back},
-                                  {u"double Record"_s, u"Plants>Record %1 Plants>Record %1"_s.arg(back)},
-                                  {u"title Record"_s, u"Plants>Record "_s + back},
-                                  {u"close Record"_s, u"Plants>Record "_s + back},
-                                  {u"minimise Record"_s, u"Plants>Record "_s + back},
-                                  {u"widgetpress Record"_s, u"Plants>Record "_s + back},
-                                  {u"press Plants"_s, u"Plants!"_s},
-                                  {u"type ctrl+Tab"_s, u"Plants>Record "_s + back}};
+            << Steps{{u"type F6"_s, u"Plants+"_s},
+                     {u"type F7"_s, u"Plants>Tools * Plants+"_s},
+                     {u"type F7"_s, u"Plants>Tools * Plants+"_s},
+                     {u"press Tools"_s, u"Plants>Tools * Plants+"_s}};
+        QTest::newRow("a window opened from one that holds, in one burst with its Done") << Steps{
+            {u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}};
+        QTest::newRow("the mouse in another window") << composing
+                + Steps{{u"press Record"_s, u"Plants>Record "_s + back},
+                        {u"double Record"_s, u"Plants>Record %1 Plants>Record %1"_s.arg(back)},
+                        {u"title Record"_s, u"Plants>Record "_s + back},
+                        {u"close Record"_s, u"Plants>Record "_s + back},
+                        {u"minimise Record"_s, u"Plants>Record "_s + back},
+                        {u"widgetpress Record"_s, u"Plants>Record "_s + back},
+                        {u"press Plants"_s, u"Plants!"_s},
+                        {u"type ctrl+Tab"_s, u"Plants>Record "_s + back}};
         QTest::newRow("Done leads back, whatever was tried")
-            << composing + Steps {{u"type F5"_s, u"Plants>List "_s + back},
-                                  {u"type F8"_s, u"Plants>Record "_s + back},
-                                  {u"type Escape"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type F5"_s, u"Editor>List * Editor+"_s},
-                                  {u"press Record"_s, u"Editor>Record * Editor+"_s},
-                                  {u"type F6"_s, u"Editor>Plants Plants+"_s},
-                                  {u"close Plants"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
-                                  {u"type Escape"_s, u"Record>List List+"_s}};
-        QTest::newRow("minimised and maximised")
-            << composing + Steps {{u"minimise Plants"_s, u""_s},
-                                  {u"press Record"_s, u"Plants>Record "_s + back},
-                                  {u"type F6"_s, u""_s},
-                                  {u"maximise Plants"_s, u""_s},
-                                  {u"type F8"_s, u"Plants>Record "_s + back},
-                                  {u"type Escape"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type Escape"_s, u"Editor>Record Record+"_s}};
+            << composing + Steps{{u"type F5"_s, u"Plants>List "_s + back},
+                                 {u"type F8"_s, u"Plants>Record "_s + back},
+                                 {u"type Escape"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type F5"_s, u"Editor>List * Editor+"_s},
+                                 {u"press Record"_s, u"Editor>Record * Editor+"_s},
+                                 {u"type F6"_s, u"Editor>Plants Plants+"_s},
+                                 {u"close Plants"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
+                                 {u"type Escape"_s, u"Record>List List+"_s}};
+        QTest::newRow("minimised and maximised") << composing
+                + Steps{{u"minimise Plants"_s, u""_s},
+                        {u"press Record"_s, u"Plants>Record "_s + back},
+                        {u"type F6"_s, u""_s},
+                        {u"maximise Plants"_s, u""_s},
+                        {u"type F8"_s, u"Plants>Record "_s + back},
+                        {u"type Escape"_s, u"Plants>Editor Editor+"_s},
+                        {u"type Escape"_s, u"Editor>Record Record+"_s}};
     }
 
     void user()
@@ -353,14 +357,16 @@ private Q_SLOTS:
             QVERIFY2(seen == step[1],
                      qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], seen, step[1])));
             const auto *active = static_cast<Stand *>(m_main->frame.activeChild());
-            QVERIFY(!active || !active->isVisible() || active->isAncestorOf(QApplication::focusWidget()));
+            QVERIFY(!active || !active->isVisible()
+                    || active->isAncestorOf(QApplication::focusWidget()));
         }
     }
 
     // The wheel turns what lies under the mouse, without an activation, unless a window holds it.
     void wheel()
     {
-        for (const auto &[keys, scrolls] : {std::pair(u"type F5 F8"_s, true), {u"type F6"_s, false}}) {
+        for (const auto &[keys, scrolls] :
+             {std::pair(u"type F5 F8"_s, true), {u"type F6"_s, false}}) {
             perform(keys);
             happened.clear();
             QScrollBar &bar = *stand(u"List"_s)->list.verticalScrollBar();
@@ -379,7 +385,7 @@ private Q_SLOTS:
         frame.activate(frame.load<Record>());
         frame.load<Record>().key = 7;
         QCOMPARE(happened, QStringList());
-        QTRY_COMPARE(happened, QStringList {u"Record+7"_s});
+        QTRY_COMPARE(happened, QStringList{u"Record+7"_s});
         happened.clear();
 
         // Of several only the last has its turn, and none that is hidden before it.
