@@ -30,8 +30,8 @@ QStringView withoutSign(QStringView text)
 
 FieldValue number(double value)
 {
-    constexpr double integersUpTo = 9007199254740992.0; // 2^53: beyond, a double skips integers
-    if (std::abs(value) <= integersUpTo && std::trunc(value) == value)
+    constexpr double beyondIntegers = 9223372036854775808.0; // 2^63
+    if (std::abs(value) < beyondIntegers && std::trunc(value) == value)
         return static_cast<qint64>(value);
     return value;
 }

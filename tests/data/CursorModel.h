@@ -70,6 +70,7 @@ public:
         m_at += rows.size();
         m_rows = rows + m_rows;
         m_taken = true;
+        m_touched = false;
         if (m_place == Place::Unasked)
             moveTo(0);
     }

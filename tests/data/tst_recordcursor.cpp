@@ -45,6 +45,8 @@ public:
         , m_cursor(m_database, m_source.text)
         , m_model(*m_database, m_source.plainSelect)
     {
+        for (SQLite::Database *connection : {&m_database->connection(), &m_other})
+            connection->exec("PRAGMA synchronous = OFF"); // ten times as many steps in the time
     }
 
     // One random step; throws where cursor and model have come apart.
@@ -197,6 +199,8 @@ private:
         }
     }
 
+    void noteWrite() { m_wroteInTransaction = !m_transactions.empty(); }
+
     void add()
     {
         const Row written = fields(m_source.tables.front());
@@ -207,7 +211,7 @@ private:
             m_model.take();
         }
         m_cursor.Update();
-        m_wroteInTransaction = true;
+        noteWrite();
         const Row row = stored(qint64{m_database->connection().getLastInsertRowid()});
         for (const Field &field : table(m_source.tables.front()).fields) {
             const QString fieldName = QString::fromLatin1(field.name);
@@ -228,7 +232,8 @@ private:
             m_cursor.Update();
         });
         check(worked == expected, "Edit");
-        m_wroteInTransaction = m_wroteInTransaction || m_model.isOnRow();
+        if (m_model.isOnRow())
+            noteWrite();
         if (!worked)
             return;
         m_model.edit(written);
@@ -244,9 +249,10 @@ private:
         const QVariant key = isOnRow ? m_model.currentKey() : QVariant();
         const bool expected = isOnRow && !stored(key).empty();
         check(works([&] { m_cursor.Delete(); }) == expected, "Delete");
-        if (isOnRow)
+        if (isOnRow) {
             m_model.take();
-        m_wroteInTransaction = m_wroteInTransaction || isOnRow;
+            noteWrite();
+        }
         if (expected) {
             m_model.remove();
             check(stored(key).empty(), "deleted");
@@ -407,7 +413,7 @@ void TestRecordCursor::agreesWithModel()
 {
     QFETCH(const Source, source);
     const unsigned firstSeed = std::random_device{}();
-    for (unsigned seed = firstSeed; seed != firstSeed + 30; ++seed) {
+    for (unsigned seed = firstSeed; seed != firstSeed + 100; ++seed) {
         Game game(source, seed);
         for (int step = 0; step < 300; ++step) {
             try {
@@ -430,6 +436,7 @@ void TestRecordCursor::readsLate()
     file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Bowl')"_s);
     QCOMPARE(cursor.value("UtensilName"_L1), u"Bowl"_s);
 
+    file.write(u"UPDATE Utensils SET UtensilName = 'Fork' WHERE UtensilID = 1"_s);
     cursor.Requery();
     cursor.AddNew();
     cursor.setValue("UtensilName"_L1, u"\uFEFFAxe"_s);
@@ -444,7 +451,7 @@ void TestRecordCursor::readsLate()
     file.write(u"DELETE FROM Utensils WHERE UtensilID = 1"_s);
     QCOMPARE(cursor.RecordCount(), 3);
     cursor.Requery();
-    QCOMPARE(cursor.value("UtensilName"_L1), u"\uFEFFAxe"_s);
+    QCOMPARE(cursor.value("UtensilName"_L1), u"Bowl"_s);
     QCOMPARE(cursor.RecordCount(), 2);
 }
 
