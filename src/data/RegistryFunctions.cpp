@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // To query and set values, create and enumerate keys, be notified, make links.
-constexpr quint32 keyAccess = 0x3F;
+constexpr quint32 wholeAccess = 0x3F;
 
 QString textOf(const QVariant &value)
 {
@@ -30,7 +30,7 @@ QString textOf(const QByteArray &bytes)
 void CreateRegistryKey(HKEY root, const QString &path)
 {
     HKEY key = 0;
-    if (RegCreateKeyExA(root, path, keyAccess, key) == ERROR_SUCCESS)
+    if (RegCreateKeyExA(root, path, wholeAccess, key) == ERROR_SUCCESS)
         RegCloseKey(key);
 }
 
@@ -38,7 +38,7 @@ void WriteRegistryValue(HKEY root, const QString &path, const QString &valueName
                         const QVariant &value, quint32 valueType)
 {
     HKEY key = 0;
-    if (RegOpenKeyExA(root, path, keyAccess, key) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(root, path, wholeAccess, key) != ERROR_SUCCESS)
         return;
     StoreKeyValue(key, valueName, valueType, value);
     RegCloseKey(key);
@@ -48,7 +48,7 @@ QVariant ReadRegistryValue(HKEY root, const QString &path, const QString &valueN
 {
     QVariant value;
     HKEY key = 0;
-    if (RegOpenKeyExA(root, path, keyAccess, key) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(root, path, wholeAccess, key) != ERROR_SUCCESS)
         return value;
     FetchKeyValue(key, valueName, value);
     RegCloseKey(key);

@@ -1,5 +1,6 @@
 #include "ApplicationInformation.h"
 
+#include "Paths.h"
 #include "Version.h"
 
 #include <QCoreApplication>
@@ -15,7 +16,8 @@ QString programDirectory()
 
 QString programFileName()
 {
-    return QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    return nativePathStyle == PathStyle::Windows ? program.completeBaseName() : program.fileName();
 }
 
 QString productName()

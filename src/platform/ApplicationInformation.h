@@ -14,7 +14,7 @@ struct VersionNumber {
 // Directory of the running executable, without a trailing separator.
 QString programDirectory();
 
-// The executable's base name, without directory and extension.
+// The executable's name without its directory and, where the platform has it, the ".exe".
 QString programFileName();
 
 QString productName();

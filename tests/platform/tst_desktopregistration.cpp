@@ -1,0 +1,186 @@
+#include "DefaultApplication.h"
+#include "DesktopRegistration.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QMimeDatabase>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace platform;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString dataPath(QLatin1StringView name)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + name;
+}
+
+QString defaultsPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + "/mimeapps.list"_L1;
+}
+
+QString output(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitCode() != 0)
+        return program + " failed: "_L1 + QString::fromUtf8(process.readAll());
+    return QString::fromUtf8(process.readAll());
+}
+
+void write(const QString &path, const QByteArray &contents)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
+}
+
+// Every file below the two per-user directories with its time, all of them set back first.
+QStringList filesWithTimes(bool setBack)
+{
+    QStringList result;
+    for (const QString &root : {dataPath(""_L1), QFileInfo(defaultsPath()).path()}) {
+        QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            const auto past = QDateTime::fromSecsSinceEpoch(1000);
+            if (setBack && file.open(QIODevice::ReadWrite))
+                file.setFileTime(past, QFile::FileModificationTime);
+            file.close();
+            result += file.fileName() + u' ' + QFileInfo(file).lastModified().toString();
+        }
+    }
+    result.sort();
+    return result;
+}
+
+} // namespace
+
+class TestDesktopRegistration : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void mergesDefaultApplications_data();
+    void mergesDefaultApplications();
+    void launchesProgramsInOddPlaces_data();
+    void launchesProgramsInOddPlaces();
+    void makesTheProgramKnown();
+    void costsNothingTheSecondTime();
+    void staysSilentWithoutTheRight();
+};
+
+void TestDesktopRegistration::init()
+{
+    QDir(dataPath(""_L1)).removeRecursively();
+    QDir(QFileInfo(defaultsPath()).path()).removeRecursively();
+}
+
+void TestDesktopRegistration::mergesDefaultApplications_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    const auto row = [](const char *name, const QByteArray &before, const QByteArray &after) {
+        QTest::newRow(name) << before << after;
+    };
+    row("nothing", "", "[Default Applications]\nt/x=p.desktop;\n");
+    row("no such section", "# mine\n[Added Associations]\nt/x=o.desktop",
+        "# mine\n[Added Associations]\nt/x=o.desktop\n\n[Default Applications]\nt/x=p.desktop;\n");
+    row("other types", "[Default Applications]\r\na/b = c.desktop;\r\n\n[X]\nt/x=o.desktop\n",
+        "[Default Applications]\r\nt/x=p.desktop;\na/b = c.desktop;\r\n\n[X]\nt/x=o.desktop\n");
+    row("another program", "[Default Applications]\nt/xy=q\nt/x = o.desktop;p.desktop;\na/b=c\n",
+        "[Default Applications]\nt/xy=q\nt/x=p.desktop;o.desktop;\na/b=c\n");
+    row("already so", "[Default Applications]\n t/x = p.desktop ; o.desktop\n#",
+        "[Default Applications]\n t/x = p.desktop ; o.desktop\n#");
+    row("in a second section", "[Default Applications]\n\n[Default Applications]\nt/x=o\n",
+        "[Default Applications]\n\n[Default Applications]\nt/x=p.desktop;o;\n");
+}
+
+void TestDesktopRegistration::mergesDefaultApplications()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QCOMPARE(withDefaultApplication(before, "t/x", "p.desktop"), after);
+    QCOMPARE(withDefaultApplication(after, "t/x", "p.desktop"), after);
+}
+
+void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
+{
+    QTest::addColumn<QString>("directory");
+    for (const auto &name : {u"plain"_s, u"a blank"_s, u"\"quoted\" it's"_s, u"50% off"_s, u"%f"_s,
+                             u"$HOME"_s, u"back\\slash\\\\"_s, u"`tick`"_s, u"(a)&;<b>|*?#~"_s,
+                             u"é日"_s, u"tab\there"_s, u"MIMETYPE COMMAND"_s, u"a=b"_s})
+        QTest::newRow(qUtf8Printable(name)) << name;
+}
+
+// The desktop's own launcher must find the program and hand it the whole path of the file. It does
+// not wait for the program, so that `cat` does.
+void TestDesktopRegistration::launchesProgramsInOddPlaces()
+{
+    QFETCH(QString, directory);
+    const QString program = dataPath("programs/"_L1) + directory + "/Pantrywise"_L1;
+    write(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
+    QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
+    const QString entry = dataPath("applications/pantrywise.desktop"_L1);
+    write(entry, desktopEntry(program));
+    QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
+    const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
+    QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry, u"/a b/%f $x.srf"_s}),
+             u'<' + program + "></a b/%f $x.srf>"_L1);
+    QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry}), u'<' + program + u'>');
+}
+
+void TestDesktopRegistration::makesTheProgramKnown()
+{
+    registerWithDesktop(QCoreApplication::applicationFilePath());
+    const QString type = QString::fromLatin1(recipeMimeType);
+    QVERIFY(output(u"gio"_s, {u"mime"_s, type})
+                .startsWith(u"Default application for “%1”: pantrywise.desktop"_s.arg(type)));
+    QVERIFY(QFileInfo(dataPath("icons/hicolor/scalable/apps/pantrywise.svg"_L1)).size() > 100);
+
+    const QString recipe = dataPath("Soup.srf"_L1);
+    write(recipe, "Leek soup\r\n");
+    QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
+                .contains("standard::content-type: "_L1 + type));
+    const QMimeDatabase database;
+    QCOMPARE(database.mimeTypeForFile(recipe).name(), type);
+    QVERIFY(database.mimeTypeForFile(recipe).inherits(u"text/plain"_s));
+    QCOMPARE(database.mimeTypeForName(type).comment(), u"Standard Recipe Format"_s);
+}
+
+void TestDesktopRegistration::costsNothingTheSecondTime()
+{
+    registerWithDesktop(u"/opt/old/Pantrywise"_s);
+    const QStringList before = filesWithTimes(true);
+    QVERIFY(before.size() > 5);
+    registerWithDesktop(u"/opt/old/Pantrywise"_s);
+    QCOMPARE(filesWithTimes(false), before);
+
+    registerWithDesktop(u"/opt/new/Pantrywise"_s);
+    QFile entry(dataPath("applications/pantrywise.desktop"_L1));
+    QVERIFY(entry.open(QIODevice::ReadOnly));
+    const QByteArray contents = entry.readAll();
+    QCOMPARE(contents.count("Exec=/opt/new/Pantrywise %f\n"), 2);
+    QCOMPARE(contents.count("old"), 0);
+}
+
+void TestDesktopRegistration::staysSilentWithoutTheRight()
+{
+    write(dataPath("applications"_L1), "a file");
+    write(dataPath("mime"_L1), "a file");
+    QVERIFY(QDir().mkpath(defaultsPath()));
+    registerWithDesktop(u"/opt/Pantrywise"_s);
+    QVERIFY(QFileInfo(dataPath("applications"_L1)).isFile());
+    QVERIFY(QFileInfo(dataPath("mime"_L1)).isFile());
+    QVERIFY(QFileInfo(defaultsPath()).isDir());
+}
+
+QTEST_GUILESS_MAIN(TestDesktopRegistration)
+#include "tst_desktopregistration.moc"
