@@ -110,7 +110,7 @@ std::optional<FieldValue> yesNo(const QVariant &value)
 std::optional<FieldValue> storedValue(FieldType type, const QVariant &value)
 {
     if (!value.isValid())
-        return FieldValue{};
+        return std::make_optional<FieldValue>();
     switch (type) {
     case FieldType::Text:
         return value.toString().toStdString();
