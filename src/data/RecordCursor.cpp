@@ -247,12 +247,12 @@ void RecordCursor::search(const QString &criteria, qsizetype from)
 
 void RecordCursor::prepareSearch(const QString &criteria)
 {
-    const Criterion parsed = Criterion::parse(criteria);
+    Criterion parsed = Criterion::parse(criteria);
     Search search;
     search.column = m_query.columnNumber(parsed.field);
-    if (const auto *text = std::get_if<std::string>(&parsed.value)) {
-        search.key = SearchKey(*text);
+    if (auto *text = std::get_if<std::string>(&parsed.value)) {
         search.isPattern = parsed.comparison == Comparison::Like && hasPatternCharacters(*text);
+        search.key = SearchKey(std::move(*text));
     } else {
         search.key = SearchKey(std::get<qint64>(parsed.value));
     }
