@@ -3,6 +3,7 @@
 #include "Criterion.h"
 #include "DatabaseError.h"
 #include "TextComparison.h"
+#include "Transaction.h"
 
 #include <QCoreApplication>
 #include <QStringDecoder>
@@ -89,7 +90,7 @@ void RecordCursor::readRows()
 {
     if (m_isRead)
         return;
-    // Asked first: what is written in between is then read a second time, never missed.
+    const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
     SourceQuery query(*m_database, m_recordSource);
     const TableChanges changes = m_database->changes();
