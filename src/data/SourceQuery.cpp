@@ -52,22 +52,21 @@ FieldType typeOf(int table, const char *field)
     return FieldType::Text;
 }
 
-// Through the value as a whole, since each question to the statement itself takes a lock.
-Cell cellOf(sqlite3_value *value)
+Cell cellOf(sqlite3_stmt *statement, int column)
 {
-    const auto bytes = [value](const void *data) {
+    const auto bytes = [&](const void *data) {
         return std::string_view(static_cast<const char *>(data),
-                                static_cast<std::size_t>(sqlite3_value_bytes(value)));
+                                static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
     };
-    switch (sqlite3_value_type(value)) {
+    switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER:
-        return {Cell::Type::Integer, sqlite3_value_int64(value), 0, {}};
+        return {Cell::Type::Integer, sqlite3_column_int64(statement, column), 0, {}};
     case SQLITE_FLOAT:
-        return {Cell::Type::Real, 0, sqlite3_value_double(value), {}};
+        return {Cell::Type::Real, 0, sqlite3_column_double(statement, column), {}};
     case SQLITE_TEXT:
-        return {Cell::Type::Text, 0, 0, bytes(sqlite3_value_text(value))};
+        return {Cell::Type::Text, 0, 0, bytes(sqlite3_column_text(statement, column))};
     case SQLITE_BLOB:
-        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_value_blob(value))};
+        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_column_blob(statement, column))};
     default:
         return {};
     }
@@ -162,7 +161,7 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
     while (status == SQLITE_ROW) {
         store.beginRow();
         for (int i = 0; i < columns; ++i)
-            store.add(cellOf(sqlite3_column_value(statement, i)));
+            store.add(cellOf(statement, i));
         result.push_back(store.endRow());
         status = sqlite3_step(statement);
     }
