@@ -348,7 +348,11 @@ void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
 {
     const int column = m_query.columnNumber(view(field));
     if (m_buffer == Buffer::Closed)
-        fail(QT_TRANSLATE_NOOP("RecordCursor", "No row is being added or edited in: %1"));
+        throw DatabaseError(
+            QCoreApplication::translate("RecordCursor",
+                                        "The field %1 cannot be written while no row is being "
+                                        "added or edited in: %2")
+                .arg(field, m_query.source()));
     std::optional<FieldValue> stored =
         storedValue(m_query.columns()[static_cast<std::size_t>(column)].type, value);
     if (!stored)
