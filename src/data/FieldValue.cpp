@@ -1,5 +1,6 @@
 #include "FieldValue.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
