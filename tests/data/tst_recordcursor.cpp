@@ -415,7 +415,7 @@ void TestRecordCursor::agreesWithModel()
 {
     QFETCH(const Source, source);
     const unsigned firstSeed = std::random_device{}();
-    for (unsigned seed = firstSeed; seed != firstSeed + 40; ++seed) {
+    for (unsigned seed = firstSeed; seed != firstSeed + 15; ++seed) {
         Game game(source, seed);
         for (int step = 0; step < 300; ++step) {
             try {
