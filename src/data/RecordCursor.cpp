@@ -408,7 +408,6 @@ void RecordCursor::Update()
 void RecordCursor::addRow()
 {
     const auto table = static_cast<std::size_t>(m_query.tableNumber());
-    const quint64 changesBefore = m_database->changes()[table];
     const qint64 key = writer().insert(m_values);
     m_rows.push_back(storedRow(nullptr, key));
     for (SearchedColumn &searched : m_searched) {
@@ -418,8 +417,7 @@ void RecordCursor::addRow()
     // In a bare table the row stands where a new run would put it, as long as keys grow.
     m_addedOutOfPlace = m_addedOutOfPlace || !m_query.isBareTable() || key <= m_lastKey;
     m_lastKey = key;
-    if (m_changesRead[table] == changesBefore)
-        ++m_changesRead[table];
+    ++m_changesRead[table];
 }
 
 void RecordCursor::changeRow()
