@@ -423,6 +423,7 @@ private Q_SLOTS:
         QTRY_COMPARE(happened.join(u' '), u"Editor>Record Record+7"_s);
         happened.clear();
         frame.unload(frame.load<Record>());
+        QCOMPARE(m_main->area.activeSubWindow()->widget(), frame.find<List>());
         QTRY_COMPARE(happened.join(u' '), u"Record>List List+"_s);
         happened.clear();
 
@@ -437,6 +438,11 @@ private Q_SLOTS:
         frame.show(list);
         QVERIFY(list.isVisible());
         QVERIFY(list.isAncestorOf(QApplication::focusWidget()));
+
+        const QPointer<List> closed = &list;
+        list.parentWidget()->close();
+        QVERIFY(!frame.find<List>());
+        QTRY_VERIFY(!closed);
     }
 
     void modalWindows()
