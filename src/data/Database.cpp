@@ -75,8 +75,9 @@ Database::Database(const QString &path)
     : m_path(path)
 {
     guarded(*this, [this] {
-        m_connection =
-            std::make_unique<SQLite::Database>(m_path.toStdString(), SQLite::OPEN_READWRITE);
+        // Cursors and transactions belong to one thread anyway, so the engine need not lock.
+        m_connection = std::make_unique<SQLite::Database>(
+            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
         configure();
         checkFile();
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");

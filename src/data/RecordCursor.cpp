@@ -92,11 +92,9 @@ void RecordCursor::readRows()
         return;
     const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
-    SourceQuery query(*m_database, m_recordSource);
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = query.rows(m_store);
+    std::vector<RowStore::Row> rows = runSource();
 
-    m_query = std::move(query);
     m_search = {};
     m_versionRead = version;
     m_changesRead = changes;
@@ -112,6 +110,20 @@ void RecordCursor::readRows()
     m_rows = std::move(rows);
     if (m_place == Place::NotAsked)
         moveTo(0);
+}
+
+std::vector<RowStore::Row> RecordCursor::runSource()
+{
+    if (m_recordSource == m_query.source()) {
+        std::vector<RowStore::Row> rows = m_query.rows(m_store);
+        if (!m_query.isOutdated())
+            return rows;
+    }
+    SourceQuery query(*m_database, m_recordSource);
+    std::vector<RowStore::Row> rows = query.rows(m_store);
+    m_query = std::move(query);
+    m_writer.reset();
+    return rows;
 }
 
 void RecordCursor::discardRows()

@@ -52,7 +52,8 @@ FieldType typeOf(int table, const char *field)
     return FieldType::Text;
 }
 
-// Through the value as a whole, since each question to the statement itself takes a lock.
+// Through the value as a whole, since each question to the statement itself takes a lock; no other
+// thread uses the connection.
 Cell cellOf(sqlite3_value *value)
 {
     const auto bytes = [value](const void *data) {
@@ -172,4 +173,10 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
     }
     sqlite3_reset(statement);
     return result;
+}
+
+bool SourceQuery::isOutdated() const
+{
+    // The engine then prepares the statement anew by itself.
+    return sqlite3_stmt_status(m_statement.get(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
 }
