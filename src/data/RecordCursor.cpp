@@ -92,11 +92,9 @@ void RecordCursor::readRows()
         return;
     const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
-    SourceQuery query(*m_database, m_query.source());
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = query.rows(m_store);
+    std::vector<RowStore::Row> rows = runSource();
 
-    m_query = std::move(query);
     m_search = {};
     m_versionRead = version;
     m_changesRead = changes;
@@ -112,6 +110,17 @@ void RecordCursor::readRows()
     m_rows = std::move(rows);
     if (m_place == Place::NotAsked)
         standOn(0);
+}
+
+std::vector<RowStore::Row> RecordCursor::runSource()
+{
+    std::vector<RowStore::Row> rows = m_query.rows(m_store);
+    if (m_query.isOutdated()) {
+        m_query = SourceQuery(*m_database, m_query.source());
+        m_writer.reset();
+        rows = m_query.rows(m_store);
+    }
+    return rows;
 }
 
 void RecordCursor::discardRows()
