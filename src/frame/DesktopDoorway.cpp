@@ -1,5 +1,7 @@
 #include "DesktopDoorway.h"
 
+#include "DocumentText.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -54,15 +56,6 @@ QWidget *windowInFront()
     return nullptr;
 }
 
-// The edit's plain text would give no-break spaces as blanks.
-QString textOf(const QTextDocument &document)
-{
-    QString text = document.toRawText();
-    text.replace(QChar::ParagraphSeparator, "\r\n"_L1);
-    text.replace(QChar::LineSeparator, "\r\n"_L1); // Shift+Enter
-    return text;
-}
-
 } // namespace
 
 Button DesktopDoorway::show(const MessageBox &box)
@@ -99,7 +92,7 @@ QString DesktopDoorway::ask(const InputBox &box)
         return {};
     if (!edit)
         return dialog.textValue();
-    return edit->document()->isModified() ? textOf(*edit->document()) : box.defaultText;
+    return edit->document()->isModified() ? documentText(*edit->document()) : box.defaultText;
 }
 
 QString DesktopDoorway::choose(const FileChooser &chooser)
