@@ -27,10 +27,9 @@ bool isTextColumn(int column)
     return column == RecipeListModel::RecipeName || column == RecipeListModel::Description;
 }
 
-QVariant alignmentOf(int column)
+int alignmentOf(int column)
 {
-    return QVariant::fromValue((isTextColumn(column) ? Qt::AlignLeft : Qt::AlignRight)
-                               | Qt::AlignVCenter);
+    return (isTextColumn(column) ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
 }
 
 QString inOneLine(QString text)

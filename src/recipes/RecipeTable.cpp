@@ -1,8 +1,8 @@
 #include "RecipeTable.h"
 
 #include "Inches.h"
+#include "SortHeader.h"
 
-#include <QHeaderView>
 #include <QPainter>
 
 RecipeTable::RecipeTable(QWidget *parent)
@@ -12,9 +12,7 @@ RecipeTable::RecipeTable(QWidget *parent)
     setItemsExpandable(false);
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
-    header()->setSectionsClickable(true);
-    header()->setSectionsMovable(false);
-    header()->setStretchLastSection(false);
+    setHeader(new SortHeader(this));
 }
 
 void RecipeTable::keyboardSearch(const QString &letters)

@@ -36,7 +36,6 @@ void frmRecipes::setUpColumns()
 {
     constexpr std::array widths{2.0, 2.25, 0.5, 0.5}; // inches
     QHeaderView *header = m_ui->lvwRecipes->header();
-    header->setSortIndicatorShown(true);
     header->setSortIndicator(m_recipes.sortColumn(), Qt::AscendingOrder);
     connect(header, &QHeaderView::sectionClicked, this, &frmRecipes::lvwRecipes_ColumnClick);
     for (int column = 0; column < RecipeListModel::columns; ++column) {
