@@ -1,6 +1,7 @@
 #include "DesktopDoorway.h"
 
 #include "DocumentText.h"
+#include "Inches.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -87,6 +88,7 @@ QString DesktopDoorway::ask(const InputBox &box)
     auto *edit = dialog.findChild<QPlainTextEdit *>();
     if (edit)
         edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+    dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
 
     if (dialog.exec() != QDialog::Accepted)
         return {};

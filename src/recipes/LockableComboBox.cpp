@@ -59,8 +59,7 @@ void LockableComboBox::paintEvent(QPaintEvent *event)
     painter.drawPrimitive(QStyle::PE_PanelLineEdit, panel);
     const QRect inside =
         style()->subElementRect(QStyle::SE_LineEditContents, &panel, this).adjusted(2, 0, -2, 0);
-    const QString text =
-        fontMetrics().elidedText(currentText(), Qt::ElideRight, inside.width());
+    const QString text = fontMetrics().elidedText(currentText(), Qt::ElideRight, inside.width());
     painter.drawItemText(inside, Qt::AlignLeft | Qt::AlignVCenter, palette(), true, text,
                          QPalette::Text);
 }

@@ -61,10 +61,9 @@ void RecipeListModel::show(RecordCursor &recipes)
 {
     recipes.RecordCount(); // from here on the cursor does not read, and so does not throw
     if (recipes.timesRead() != m_timesRead) {
-        m_cursorColumns = {recipes.columnNumber("RecipeName"_L1),
-                           recipes.columnNumber("Description"_L1),
-                           recipes.columnNumber("CountOfRecipeID"_L1),
-                           recipes.columnNumber("Serves"_L1)};
+        m_cursorColumns = {
+            recipes.columnNumber("RecipeName"_L1), recipes.columnNumber("Description"_L1),
+            recipes.columnNumber("CountOfRecipeID"_L1), recipes.columnNumber("Serves"_L1)};
         m_idColumn = recipes.columnNumber("RecipeID"_L1);
         sortRows(recipes);
         m_timesRead = recipes.timesRead();

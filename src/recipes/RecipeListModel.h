@@ -7,8 +7,8 @@
 
 class RecordCursor;
 
-// The rows of a cursor over recipes in the order of one column's texts. It holds no texts: a cell is
-// read where it is shown.
+// The rows of a cursor over recipes in the order of one column's texts. It holds no texts: a cell
+// is read where it is shown.
 class RecipeListModel final : public QAbstractTableModel
 {
     Q_OBJECT

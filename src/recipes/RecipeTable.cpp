@@ -13,6 +13,8 @@ RecipeTable::RecipeTable(QWidget *parent)
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setHeader(new SortHeader(this));
+    header()->setSectionsClickable(true); // which setHeader takes away
+    header()->setSortIndicatorShown(true);
 }
 
 void RecipeTable::keyboardSearch(const QString &letters)

@@ -9,10 +9,22 @@ static QString tr(const char *text)
 
 QStringList recipeTypes()
 {
-    return {tr("Misc"),    tr("Soup"),    tr("Salad"),           tr("Pasta"),
-            tr("Sauce"),   tr("Dip"),     tr("Salad Dressing"),  tr("Meat"),
-            tr("Poultry"), tr("Seafood"), tr("Grains/Bean/Rice"), tr("Desert"),
-            tr("Pastry"),  tr("Bread"),   tr("Cookies"),         tr("Cakes")};
+    return {tr("Misc"),
+            tr("Soup"),
+            tr("Salad"),
+            tr("Pasta"),
+            tr("Sauce"),
+            tr("Dip"),
+            tr("Salad Dressing"),
+            tr("Meat"),
+            tr("Poultry"),
+            tr("Seafood"),
+            tr("Grains/Bean/Rice"),
+            tr("Desert"),
+            tr("Pastry"),
+            tr("Bread"),
+            tr("Cookies"),
+            tr("Cakes")};
 }
 
 QStringList recipeRatings()

@@ -6,9 +6,7 @@
 SortHeader::SortHeader(QWidget *parent)
     : QHeaderView(Qt::Horizontal, parent)
 {
-    setSectionsClickable(true);
     setStretchLastSection(false);
-    setSortIndicatorShown(true);
 }
 
 int SortHeader::arrowHeight() const
@@ -35,7 +33,7 @@ void SortHeader::paintSection(QPainter *painter, const QRect &rect, int column) 
     painter->save();
     QHeaderView::paintSection(painter, rect, column);
     painter->restore();
-    if (column != sortIndicatorSection())
+    if (!isSortIndicatorShown() || column != sortIndicatorSection())
         return;
     QStyleOptionHeader arrow;
     initStyleOption(&arrow);

@@ -82,11 +82,10 @@ void frmRecipe::Form_Load()
     datRecipe.DatabaseName = DatabasePath;
     datRecipe.RecordSource = u"SELECT * FROM Recipes ORDER BY"_s + recipeOrderSuffix();
     datIngredients.DatabaseName = DatabasePath;
-    datIngredients.RecordSource =
-        u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
-        "Ingredients.IngredientName, Ingredients.Vegetarian "
-        "FROM Ingredients INNER JOIN RecipeIngredients "
-        "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
+    datIngredients.RecordSource = u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+                                  "Ingredients.IngredientName, Ingredients.Vegetarian "
+                                  "FROM Ingredients INNER JOIN RecipeIngredients "
+                                  "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
     datUtensils.DatabaseName = DatabasePath;
     datUtensils.RecordSource = u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
                                "FROM Utensils INNER JOIN RecipeUtensils "
@@ -203,12 +202,11 @@ bool frmRecipe::promptToSave()
 {
     if (!RecipeChanged)
         return true;
-    const Button answer =
-        doorway().show({.text = tr("Do you want to save changes to this recipe"),
-                        .title = tr("Save Changes"),
-                        .icon = Icon::Question,
-                        .buttons = {Button::Yes, Button::No},
-                        .defaultButton = Button::Yes});
+    const Button answer = doorway().show({.text = tr("Do you want to save changes to this recipe"),
+                                          .title = tr("Save Changes"),
+                                          .icon = Icon::Question,
+                                          .buttons = {Button::Yes, Button::No},
+                                          .defaultButton = Button::Yes});
     return answer == Button::No || SaveRecipe();
 }
 
@@ -272,7 +270,9 @@ bool frmRecipe::isTaken(const QString &name, qint64 ownKey)
 
 void frmRecipe::findShownRow()
 {
-    datRecipe.Recordset().FindFirst(criterion("RecipeID"_L1, m_shownRow));
+    RecordCursor &recipes = datRecipe.Recordset();
+    if (recipes.RecordCount() != 0 && recipes.value("RecipeID"_L1) != m_shownRow)
+        recipes.FindFirst(criterion("RecipeID"_L1, m_shownRow));
 }
 
 void frmRecipe::cmdNew_Click()
@@ -304,10 +304,9 @@ void frmRecipe::cmdNew_Click()
 
 void frmRecipe::cmdEdit_Click()
 {
-    const QString name =
-        askRecipeName(doorway(), title(), [this](const QString &answer) {
-            return isTaken(answer, CurrentRecipeID);
-        });
+    const QString name = askRecipeName(doorway(), title(), [this](const QString &answer) {
+        return isTaken(answer, CurrentRecipeID);
+    });
     if (name.isEmpty())
         return;
     if (name != title())
@@ -329,15 +328,14 @@ void frmRecipe::cmdDescription_Click()
 {
     const QString stored = storedDescription();
     if (!m_ui->cmdDontSave->isEnabled()) {
-        doorway().show({.text = stored.isEmpty() ? tr("None") : stored,
-                        .title = tr("Recipe Description")});
+        doorway().show(
+            {.text = stored.isEmpty() ? tr("None") : stored, .title = tr("Recipe Description")});
         return;
     }
-    RecipeDescription =
-        doorway().ask({.prompt = tr("Enter description for this recipe"),
-                       .title = tr("Enter Description"),
-                       .defaultText = stored.isEmpty() ? RecipeDescription : stored,
-                       .lines = Lines::Several});
+    RecipeDescription = doorway().ask({.prompt = tr("Enter description for this recipe"),
+                                       .title = tr("Enter Description"),
+                                       .defaultText = stored.isEmpty() ? RecipeDescription : stored,
+                                       .lines = Lines::Several});
     if (RecipeDescription != stored)
         setRecipeChanged();
 }
@@ -372,10 +370,10 @@ RecipeFields frmRecipe::fieldsOnScreen() const
 bool frmRecipe::SaveRecipe()
 {
     if (!isServesGood()) {
-        doorway().show(
-            {.text = tr("Serves must be a number, 0 or more. \"%1\" is not.").arg(m_ui->txtServes->text()),
-             .title = tr("Error"),
-             .icon = Icon::Information});
+        doorway().show({.text = tr("Serves must be a number, 0 or more. \"%1\" is not.")
+                                    .arg(m_ui->txtServes->text()),
+                        .title = tr("Error"),
+                        .icon = Icon::Information});
         m_ui->txtServes->setFocus();
         return false;
     }

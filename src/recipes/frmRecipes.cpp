@@ -39,11 +39,11 @@ void frmRecipes::setUpColumns()
     header->setSortIndicator(m_recipes.sortColumn(), Qt::AscendingOrder);
     connect(header, &QHeaderView::sectionClicked, this, &frmRecipes::lvwRecipes_ColumnClick);
     for (int column = 0; column < RecipeListModel::columns; ++column) {
-        header->resizeSection(
-            column, inches(*this, widths[static_cast<std::size_t>(column)], 0).width());
+        header->resizeSection(column,
+                              inches(*this, widths[static_cast<std::size_t>(column)], 0).width());
         // A header takes no focus: the keyboard has keys of its own for it.
-        auto *key = new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + column)),
-                                  this);
+        auto *key =
+            new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + column)), this);
         key->setContext(Qt::WidgetWithChildrenShortcut);
         QObject::connect(key, &QShortcut::activated, header,
                          [header, column] { Q_EMIT header->sectionClicked(column); });

@@ -33,7 +33,7 @@ public:
     StrictDoorway doorway;
     QMainWindow window;
     QMdiArea area;
-    Frame frame {doorway, area, [] { }};
+    Frame frame{doorway, area, [] {}};
 };
 
 template <class Control>

@@ -68,16 +68,21 @@ void RecipeHands::perform(const QString &steps)
 
 void RecipeHands::performStep(const QString &step, const QString &argument)
 {
-    static const QHash<QString, const char *> buttons {
-        {u"next"_s, "cmdNext"}, {u"previous"_s, "cmdPrevious"}, {u"save"_s, "cmdSave"},
-        {u"done"_s, "cmdDone"}, {u"dontsave"_s, "cmdDontSave"}, {u"utensils"_s, "cmdChangeUtensils"},
-        {u"new"_s, "cmdNew"},   {u"edit"_s, "cmdEdit"},         {u"describe"_s, "cmdDescription"},
-        {u"ingredients"_s, "cmdChangeIngredients"}};
-    static const QHash<QString, const char *> fields {{u"author"_s, "txtAuthor"},
-                                                      {u"serves"_s, "txtServes"},
-                                                      {u"instructions"_s, "txtInstruction"},
-                                                      {u"type"_s, "cmbRecipeType"},
-                                                      {u"rate"_s, "cmbRating"}};
+    static const QHash<QString, const char *> buttons{{u"next"_s, "cmdNext"},
+                                                      {u"previous"_s, "cmdPrevious"},
+                                                      {u"save"_s, "cmdSave"},
+                                                      {u"done"_s, "cmdDone"},
+                                                      {u"dontsave"_s, "cmdDontSave"},
+                                                      {u"utensils"_s, "cmdChangeUtensils"},
+                                                      {u"new"_s, "cmdNew"},
+                                                      {u"edit"_s, "cmdEdit"},
+                                                      {u"describe"_s, "cmdDescription"},
+                                                      {u"ingredients"_s, "cmdChangeIngredients"}};
+    static const QHash<QString, const char *> fields{{u"author"_s, "txtAuthor"},
+                                                     {u"serves"_s, "txtServes"},
+                                                     {u"instructions"_s, "txtInstruction"},
+                                                     {u"type"_s, "cmbRecipeType"},
+                                                     {u"rate"_s, "cmbRating"}};
     if (step == "new"_L1)
         m_kitchen.doorway.expect(nameBox({}), argument);
     if (step == "edit"_L1)
@@ -111,15 +116,16 @@ QString RecipeHands::shown() const
             items += widget->item(i)->text();
         return items.join(u" + "_s);
     };
-    return QStringList {m_form->title(),
-                        control<QLineEdit>(*m_form, "txtAuthor")->text(),
-                        control<QComboBox>(*m_form, "cmbRecipeType")->currentText(),
-                        control<QLineEdit>(*m_form, "txtServes")->text(),
-                        control<QComboBox>(*m_form, "cmbRating")->currentText(),
-                        control<QCheckBox>(*m_form, "chkVegetarian")->isChecked() ? u"vegetarian"_s
-                                                                                  : u"meat"_s,
-                        list("lstIngredient"), list("lstUtensils"),
-                        control<QPlainTextEdit>(*m_form, "txtInstruction")->toPlainText()}
+    return QStringList{m_form->title(),
+                       control<QLineEdit>(*m_form, "txtAuthor")->text(),
+                       control<QComboBox>(*m_form, "cmbRecipeType")->currentText(),
+                       control<QLineEdit>(*m_form, "txtServes")->text(),
+                       control<QComboBox>(*m_form, "cmbRating")->currentText(),
+                       control<QCheckBox>(*m_form, "chkVegetarian")->isChecked() ? u"vegetarian"_s
+                                                                                 : u"meat"_s,
+                       list("lstIngredient"),
+                       list("lstUtensils"),
+                       control<QPlainTextEdit>(*m_form, "txtInstruction")->toPlainText()}
         .join(u'|');
 }
 

@@ -61,12 +61,13 @@ private Q_SLOTS:
 
     void composition()
     {
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
-                       "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
-                       " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
-                       "INSERT INTO RecipeIngredients VALUES (1, 3, '2 tsp'), (2, 3, NULL), (2, 2, ''),"
-                       " (1, 1, '(a) (b)'), (1, 99, 'gone'), (2, 1, 'x');"
-                       "INSERT INTO RecipeUtensils VALUES (1, 2), (1, 1), (1, 9)");
+        m_kitchen->sql(
+            "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
+            "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
+            " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
+            "INSERT INTO RecipeIngredients VALUES (1, 3, '2 tsp'), (2, 3, NULL), (2, 2, ''),"
+            " (1, 1, '(a) (b)'), (1, 99, 'gone'), (2, 1, 'x');"
+            "INSERT INTO RecipeUtensils VALUES (1, 2), (1, 1), (1, 9)");
         m_hands->open(1);
         const QString a = u"a||Misc||Unrated|vegetarian|Oil (2 tsp) + Salt ((a) (b))|Axe + Pot|"_s;
         QCOMPARE(m_hands->shown(), a);
@@ -92,7 +93,7 @@ private Q_SLOTS:
         m_kitchen->sql("INSERT INTO Recipes (RecipeID, RecipeName, RecipeType) VALUES"
                        " (1, 'Zimt', 0), (2, 'eel', 15), (3, 'apple', 0), (4, 'Éclair', 2)");
         const frmRecipe &form = m_hands->open(3);
-        QStringList walk {form.title()};
+        QStringList walk{form.title()};
         for (int i = 0; i < 4; ++i) { // the last step leads nowhere
             m_hands->perform(u"next"_s);
             if (form.title() != walk.constLast())
@@ -107,8 +108,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("state");
         QTest::addColumn<bool>("changed");
         QTest::newRow("display") << u""_s << u"locked"_s << false;
-        QTest::newRow("Don't Save does nothing") << u"edit b, dontsave"_s << u"open dontsave"_s
-                                                 << false;
+        QTest::newRow("Don't Save does nothing")
+            << u"edit b, dontsave"_s << u"open dontsave"_s << false;
         QTest::newRow("new") << u"new x"_s << u"open dontsave save"_s << true;
         QTest::newRow("new, no name") << u"new "_s << u"locked"_s << false;
         QTest::newRow("new, blanks") << u"new   "_s << u"locked"_s << false;
@@ -117,20 +118,24 @@ private Q_SLOTS:
         QTest::newRow("renamed") << u"edit B"_s << u"open dontsave save"_s << true;
         QTest::newRow("author") << u"edit b, author x"_s << u"open dontsave save"_s << true;
         QTest::newRow("serves") << u"edit b, serves 1"_s << u"open dontsave save"_s << true;
-        QTest::newRow("instructions") << u"edit b, instructions x"_s << u"open dontsave save"_s << true;
+        QTest::newRow("instructions")
+            << u"edit b, instructions x"_s << u"open dontsave save"_s << true;
         QTest::newRow("type") << u"edit b, type 3"_s << u"open dontsave save"_s << true;
         QTest::newRow("typed while locked")
             << u"author x, serves 1, instructions x, type 3"_s << u"locked"_s << false;
         QTest::newRow("rated") << u"rate 2"_s << u"locked save"_s << true;
         QTest::newRow("saved") << u"edit B, author x, save"_s << u"locked"_s << false;
         QTest::newRow("new, saved") << u"new x, save"_s << u"locked"_s << false;
-        QTest::newRow("left for the next one") << u"edit b, author x, next?No"_s << u"open"_s << false;
-        QTest::newRow("left for none") << u"edit b, author x, next?No, author x, next?No"_s
-                                       << u"open save"_s << true;
-        QTest::newRow("saved on the way") << u"edit b, author x, previous?Yes"_s << u"locked"_s << false;
+        QTest::newRow("left for the next one")
+            << u"edit b, author x, next?No"_s << u"open"_s << false;
+        QTest::newRow("left for none")
+            << u"edit b, author x, next?No, author x, next?No"_s << u"open save"_s << true;
+        QTest::newRow("saved on the way")
+            << u"edit b, author x, previous?Yes"_s << u"locked"_s << false;
         QTest::newRow("no new one before the answer")
             << u"rate 2, new ?Yes"_s << u"locked"_s << false;
-        QTest::newRow("saved for the ingredients") << u"new x, ingredients"_s << u"locked"_s << false;
+        QTest::newRow("saved for the ingredients")
+            << u"new x, ingredients"_s << u"locked"_s << false;
         QTest::newRow("saved for the utensils") << u"rate 1, utensils"_s << u"locked"_s << false;
     }
     void states()
@@ -148,7 +153,7 @@ private Q_SLOTS:
     void noRecipe()
     {
         frmRecipe &form = m_hands->open(0);
-        const auto none = MessageBox {.text = u"None"_s, .title = u"Recipe Description"_s};
+        const auto none = MessageBox{.text = u"None"_s, .title = u"Recipe Description"_s};
         QCOMPARE(form.title(), u"Recipe"_s);
         QCOMPARE(m_hands->state(), u"locked dontsave save"_s);
         m_hands->perform(u"next, previous, ingredients, utensils"_s);
@@ -164,24 +169,25 @@ private Q_SLOTS:
     void names_data()
     {
         using Answers = QList<std::pair<QString, QString>>; // the answer, and what is wrong with it
-        const QString bad =
-            u"Recipe can't have the following charaters in it\r\\/:*?\"<>|()"_s;
+        const QString bad = u"Recipe can't have the following charaters in it\r\\/:*?\"<>|()"_s;
         const QString taken = u"Recipe Name must be unique"_s;
         QTest::addColumn<QString>("button");
         QTest::addColumn<Answers>("answers");
         QTest::addColumn<QString>("title");
-        QTest::newRow("new: refused, then trimmed")
-            << u"cmdNew"_s
-            << Answers {{u"a/b"_s, bad}, {u"Tom's"_s, bad}, {u"APPLE pie"_s, taken},
-                        {u" soup "_s, taken}, {u"  Stew "_s, {}}}
-            << u"Stew"_s;
-        QTest::newRow("new: given up") << u"cmdNew"_s << Answers {{u"soup"_s, taken}, {u" "_s, {}}}
-                                       << u"apple pie"_s;
-        QTest::newRow("edit: only the case") << u"cmdEdit"_s << Answers {{u"Apple Pie"_s, {}}}
-                                             << u"Apple Pie"_s;
-        QTest::newRow("edit: another's") << u"cmdEdit"_s
-                                         << Answers {{u"SOUP"_s, taken}, {u"a(b)"_s, bad}, {u""_s, {}}}
-                                         << u"apple pie"_s;
+        QTest::newRow("new: refused, then trimmed") << u"cmdNew"_s
+                                                    << Answers{{u"a/b"_s, bad},
+                                                               {u"Tom's"_s, bad},
+                                                               {u"APPLE pie"_s, taken},
+                                                               {u" soup "_s, taken},
+                                                               {u"  Stew "_s, {}}}
+                                                    << u"Stew"_s;
+        QTest::newRow("new: given up")
+            << u"cmdNew"_s << Answers{{u"soup"_s, taken}, {u" "_s, {}}} << u"apple pie"_s;
+        QTest::newRow("edit: only the case")
+            << u"cmdEdit"_s << Answers{{u"Apple Pie"_s, {}}} << u"Apple Pie"_s;
+        QTest::newRow("edit: another's")
+            << u"cmdEdit"_s << Answers{{u"SOUP"_s, taken}, {u"a(b)"_s, bad}, {u""_s, {}}}
+            << u"apple pie"_s;
     }
     void names()
     {
