@@ -1,6 +1,8 @@
 #include "frmMain.h"
 
+#include "frmAbout.h"
 #include "frmImportRecipe.h"
+#include "frmRecipes.h"
 #include "ui_frmMain.h"
 
 #include <QApplication>
@@ -22,7 +24,10 @@ frmMain::frmMain(Doorway &doorway)
     , m_frame(doorway, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
-    m_frame.boundary().connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+    const Boundary &boundary = m_frame.boundary();
+    boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+    boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
+    boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
 }
 
 frmMain::~frmMain() = default;
@@ -48,6 +53,18 @@ std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
 void frmMain::mnuExit_Click()
 {
     QApplication::exit();
+}
+
+void frmMain::mnuRecipes_Click()
+{
+    m_frame.show(m_frame.load<frmRecipes>());
+}
+
+void frmMain::mnuAbout_Click()
+{
+    frmAbout about(m_frame.boundary(), this);
+    about.Form_Load();
+    about.exec();
 }
 
 void frmMain::MDIForm_Unload()

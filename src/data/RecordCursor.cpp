@@ -99,6 +99,7 @@ void RecordCursor::readRows()
     m_versionRead = version;
     m_changesRead = changes;
     m_isRead = true;
+    ++m_timesRead;
     if (m_query.isBareTable())
         m_lastKey = rows.empty() ? 0 : RowStore::cell(rows.back(), m_query.keyColumn()).integer;
     if (!m_rows.empty()) {
