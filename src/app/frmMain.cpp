@@ -1,6 +1,8 @@
 #include "frmMain.h"
 
 #include "frmImportRecipe.h"
+#include "frmIngredient.h"
+#include "frmUtensil.h"
 #include "ui_frmMain.h"
 
 #include <QApplication>
@@ -22,7 +24,10 @@ frmMain::frmMain(Doorway &doorway)
     , m_frame(doorway, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
-    m_frame.boundary().connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+    const Boundary &boundary = m_frame.boundary();
+    boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+    boundary.connect(m_ui->mnuIngredient, &QAction::triggered, this, &frmMain::mnuIngredient_Click);
+    boundary.connect(m_ui->mnuUtensil, &QAction::triggered, this, &frmMain::mnuUtensil_Click);
 }
 
 frmMain::~frmMain() = default;
@@ -48,6 +53,16 @@ std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
 void frmMain::mnuExit_Click()
 {
     QApplication::exit();
+}
+
+void frmMain::mnuIngredient_Click()
+{
+    m_frame.show(m_frame.load<frmIngredient>());
+}
+
+void frmMain::mnuUtensil_Click()
+{
+    m_frame.show(m_frame.load<frmUtensil>());
 }
 
 void frmMain::MDIForm_Unload()

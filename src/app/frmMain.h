@@ -31,6 +31,8 @@ protected:
 
 private:
     void mnuExit_Click();
+    void mnuIngredient_Click();
+    void mnuUtensil_Click();
     void MDIForm_Unload();
 
     std::unique_ptr<Ui::frmMain> m_ui;
