@@ -10,15 +10,17 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// All rows are as wide as the list, so that a text too long for it is cut with an ellipsis.
+// All rows are of one size: as wide as the list, so that a text too long for it is cut with an
+// ellipsis, and as high as the list's font asks for, whatever script the text is in.
 class RowDelegate final : public QStyledItemDelegate
 {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const override
     {
-        return {0, QStyledItemDelegate::sizeHint(option, index).height()};
+        constexpr int spacing = 4;
+        return {0, option.fontMetrics.lineSpacing() + spacing};
     }
 };
 
