@@ -25,6 +25,6 @@ static QString cut(const QString &text, qsizetype length)
 QString quantityText(const QString &amount, const QString &unit, const QString &preparation)
 {
     const QString measure = amount + u' ' + unit;
-    const QString whole = withoutBlanks(measure) + u' ' + preparation;
+    const QString whole = withoutBlanks(measure).toString() + u' ' + preparation;
     return cut(withoutBlanks(whole).toString(), 25);
 }
