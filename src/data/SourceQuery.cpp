@@ -91,6 +91,9 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     m_statement.reset(statement);
     if (result != SQLITE_OK)
         database.fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
+    if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
+        throw DatabaseError(
+            QCoreApplication::translate("SourceQuery", "Not a record source: %1").arg(source));
     describe();
 }
 

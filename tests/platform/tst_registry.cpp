@@ -1,10 +1,10 @@
 #include "Registry.h"
+#include "TemporaryHome.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -79,6 +79,7 @@ private Q_SLOTS:
     void isAFileThatAPersonCanMend();
     void writesOnlyWhatDiffers();
     void losesNothingBetweenTwoPrograms();
+    void goesOnAfterAKilledProgram();
     void setsAsideWhatItCannotRead_data();
     void setsAsideWhatItCannotRead();
     void staysSilentWhereItCannotWrite();
@@ -248,6 +249,20 @@ void TestRegistry::losesNothingBetweenTwoPrograms()
     QCOMPARE(other.exitCode(), 0);
 }
 
+// The locks of a program that was killed before it had put its number into them.
+void TestRegistry::goesOnAfterAKilledProgram()
+{
+    write(storeFile() + ".writing"_L1, "");
+    write(storeFile() + ".lock"_L1, "");
+    QElapsedTimer timer;
+    timer.start();
+    HKEY key = 0;
+    QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, path, whole, key), ERROR_SUCCESS);
+    QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
+    QVERIFY(timer.elapsed() < 4000);
+    RegCloseKey(key);
+}
+
 void TestRegistry::setsAsideWhatItCannotRead_data()
 {
     QTest::addColumn<QByteArray>("damaged");
@@ -306,10 +321,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     if (app.arguments().contains("--change"_L1))
         return lostChanges(u"Ingredients"_s, 400) == 0 ? 0 : 1;
-    // In memory, where writing waits for no disk, two programs meet more often.
-    const QTemporaryDir memory(u"/dev/shm/pantrywise-XXXXXX"_s);
-    if (memory.isValid())
-        qputenv("XDG_CONFIG_HOME", memory.path().toUtf8());
+    const TemporaryHome home;
     TestRegistry test;
     return QTest::qExec(&test, argc, argv);
 }
