@@ -202,7 +202,6 @@ class tst_Activation : public QObject
 {
     Q_OBJECT
 
-private:
     std::unique_ptr<MainWindow> m_main;
 
     // When this returns the program has seen everything that the hands have done, which may take a

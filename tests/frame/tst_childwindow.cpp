@@ -78,7 +78,6 @@ class tst_ChildWindow : public QObject
 {
     Q_OBJECT
 
-private:
     struct Program {
         StrictDoorway doorway;
         QMainWindow window;

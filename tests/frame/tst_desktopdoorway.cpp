@@ -49,7 +49,6 @@ class tst_DesktopDoorway : public QObject
 {
     Q_OBJECT
 
-private:
     DesktopDoorway m_doorway;
 
 private Q_SLOTS:
