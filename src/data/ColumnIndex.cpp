@@ -20,9 +20,9 @@ SearchKey::SearchKey(qint64 key)
 {
 }
 
-SearchKey::SearchKey(const std::string &text)
-    : value(text)
-    , hash(textHash(text))
+SearchKey::SearchKey(std::string text)
+    : value(std::move(text))
+    , hash(textHash(std::get<std::string>(value)))
 {
 }
 

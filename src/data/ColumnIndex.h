@@ -9,7 +9,7 @@
 // What a column is searched for: a key, or a text compared as TextComparison.h says.
 struct SearchKey {
     explicit SearchKey(qint64 key);
-    explicit SearchKey(const std::string &text);
+    explicit SearchKey(std::string text);
 
     bool matches(const Cell &cell) const;
     bool isText() const { return std::holds_alternative<std::string>(value); }

@@ -3,6 +3,7 @@
 #include "DatabaseError.h"
 
 #include <QCoreApplication>
+#include <QStringBuilder>
 
 // criterion = blanks field blanks ( "=" blanks ( text | key ) | "LIKE" blanks text ) blanks
 // field     = letter { letter }
@@ -69,7 +70,7 @@ private:
         const QStringView name = takeWhile(isLetter);
         if (name.empty())
             refuse();
-        return name.toString().toStdString();
+        return name.toUtf8().toStdString();
     }
 
     Comparison comparison()
@@ -85,17 +86,17 @@ private:
 
     std::string text()
     {
-        QString value;
+        std::string value;
         while (true) {
             m_rest = m_rest.sliced(1);
             const qsizetype quote = m_rest.indexOf(u'\'');
             if (quote < 0)
                 refuse();
-            value += m_rest.first(quote);
+            value += m_rest.first(quote).toUtf8().toStdString();
             m_rest = m_rest.sliced(quote + 1);
             if (!m_rest.startsWith(u'\''))
-                return value.toStdString();
-            value += u'\'';
+                return value;
+            value += '\'';
         }
     }
 
@@ -139,7 +140,7 @@ QString criterion(QLatin1StringView field, Comparison comparison, const QString 
     QString quoted = value;
     quoted.replace(u'\'', "''"_L1);
     const QLatin1StringView symbol = comparison == Comparison::Equal ? " ='"_L1 : " LIKE '"_L1;
-    return field + symbol + quoted + u'\'';
+    return field % symbol % quoted % u'\'';
 }
 
 QString criterion(QLatin1StringView field, qint64 key)

@@ -3,6 +3,7 @@
 #include "Criterion.h"
 #include "DatabaseError.h"
 #include "TextComparison.h"
+#include "Transaction.h"
 
 #include <QCoreApplication>
 #include <QStringDecoder>
@@ -89,7 +90,7 @@ void RecordCursor::readRows()
 {
     if (m_isRead)
         return;
-    // Asked first: what is written in between is then read a second time, never missed.
+    const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
     SourceQuery query(*m_database, m_query.source());
     const TableChanges changes = m_database->changes();
@@ -273,12 +274,12 @@ void RecordCursor::search(const QString &criteria, qsizetype from)
 
 void RecordCursor::prepareSearch(const QString &criteria)
 {
-    const Criterion parsed = Criterion::parse(criteria);
+    Criterion parsed = Criterion::parse(criteria);
     Search search;
     search.column = m_query.columnNumber(parsed.field);
-    if (const auto *text = std::get_if<std::string>(&parsed.value)) {
-        search.key = SearchKey(*text);
+    if (auto *text = std::get_if<std::string>(&parsed.value)) {
         search.isPattern = parsed.comparison == Comparison::Like && hasPatternCharacters(*text);
+        search.key = SearchKey(std::move(*text));
     } else {
         search.key = SearchKey(std::get<qint64>(parsed.value));
     }

@@ -158,7 +158,7 @@ void RowStore::moveRowToNextChunk(std::size_t size)
         const std::size_t usual =
             m_chunks.empty() ? firstSize : std::min(2 * m_chunks.back().size, largestSize);
         const std::size_t chunkSize = std::max(usual, needed);
-        m_chunks.push_back({std::make_unique_for_overwrite<std::byte[]>(chunkSize), chunkSize});
+        m_chunks.push_back({platform::allocateLargeMemory(chunkSize), chunkSize});
     }
 
     std::byte *memory = m_chunks[following].memory.get();

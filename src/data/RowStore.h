@@ -1,9 +1,10 @@
 #pragma once
 
+#include "LargeMemory.h"
+
 #include <QtGlobal>
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -34,7 +35,7 @@ public:
 
 private:
     struct Chunk {
-        std::unique_ptr<std::byte[]> memory;
+        platform::LargeMemory memory;
         std::size_t size;
     };
 

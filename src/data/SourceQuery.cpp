@@ -101,7 +101,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
 // link rows were stored, which the engine would otherwise give up where another index serves it.
 std::string SourceQuery::statementText() const
 {
-    const std::string text = m_source.toStdString();
+    std::string text = m_source.toStdString();
     const std::vector<std::string_view> all = words(text);
     if (all.size() == 1)
         return "SELECT *, rowid FROM \"" + std::string(all.front()) + "\" ORDER BY rowid";

@@ -47,12 +47,14 @@ TableWriter::~TableWriter() = default;
 template <typename MakeText>
 SQLite::Statement &TableWriter::prepared(Prepared &kept, const Values &values, MakeText makeText)
 {
-    std::vector<bool> written(values.size());
-    for (std::size_t i = 0; i < values.size(); ++i)
-        written[i] = values[i].has_value();
-    if (!kept.statement || written != kept.fields) {
+    const bool fits = std::equal(
+        values.begin(), values.end(), kept.fields.begin(), kept.fields.end(),
+        [](const auto &value, bool isWritten) { return value.has_value() == isWritten; });
+    if (!kept.statement || !fits) {
         kept.statement = std::make_unique<SQLite::Statement>(m_database.connection(), makeText());
-        kept.fields = std::move(written);
+        kept.fields.clear();
+        for (const auto &value : values)
+            kept.fields.push_back(value.has_value());
     }
     return *kept.statement;
 }

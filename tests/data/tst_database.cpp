@@ -16,8 +16,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QFileDevice::Permissions mayRead =
-    QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+constexpr QFileDevice::Permissions mayRead = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther
+    | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
 constexpr QFileDevice::Permissions mayWrite =
     mayRead | QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
 

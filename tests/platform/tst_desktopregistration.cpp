@@ -45,6 +45,7 @@ class TestDesktopRegistration : public QObject
     Q_OBJECT
 
     const TemporaryHome home;
+    QStringList filesWithTimes(bool setBack) const;
 
 private Q_SLOTS:
     void init();
@@ -55,9 +56,6 @@ private Q_SLOTS:
     void makesTheProgramKnown();
     void costsNothingTheSecondTime();
     void staysSilentWithoutTheRight();
-
-private:
-    QStringList filesWithTimes(bool setBack) const;
 };
 
 void TestDesktopRegistration::init()

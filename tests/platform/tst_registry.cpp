@@ -203,7 +203,7 @@ void TestRegistry::isAFileThatAPersonCanMend()
              "Software\\Quillmoor\\Pantrywise\\Sorting\\_default=dword:42\n");
 
     write(storeFile(),
-          "; mine\r\n[HKEY_CURRENT_USER]\r\n\r\n"
+          "; mine\r\n# mine, too\r\n[HKEY_CURRENT_USER]\r\n\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\Recipes = 0\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\List=salt, pepper\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\Empty=\r\n"
@@ -213,6 +213,8 @@ void TestRegistry::isAFileThatAPersonCanMend()
     QCOMPARE(read(key, u"Empty"_s), "");
     QCOMPARE(read(key, u"Number"_s), "\xff\xff\xff\xff");
     QCOMPARE(read(key, u""_s), "missing");
+    QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
+    QCOMPARE(read(key, u"List"_s), "salt, pepper");
     RegCloseKey(key);
 }
 

@@ -1,0 +1,64 @@
+#include "Sources.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+Source ofStatement(const char *title, const QString &statement)
+{
+    return {title, statement, statement};
+}
+
+Source ofTable(const char *title, const QString &table)
+{
+    return {title, table, u"SELECT * FROM "_s + table};
+}
+
+QString utensilJoin()
+{
+    return u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName FROM Utensils INNER JOIN "
+           "RecipeUtensils ON Utensils.UtensilID = RecipeUtensils.UtensilID"_s;
+}
+
+QString listWithCounts()
+{
+    return u"SELECT Recipes.RecipeID, Recipes.RecipeName, Recipes.Description, Recipes.Serves, "
+           "Count(RecipeIngredients.RecipeID) AS CountOfRecipeID FROM Recipes LEFT JOIN "
+           "RecipeIngredients ON Recipes.RecipeID = RecipeIngredients.RecipeID GROUP BY "
+           "Recipes.RecipeID, Recipes.RecipeType, Recipes.RecipeName, Recipes.Description, "
+           "Recipes.Serves ORDER BY RecipeType, RecipeName"_s;
+}
+
+} // namespace
+
+QString ingredientJoin()
+{
+    return u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+           "Ingredients.IngredientName, Ingredients.Vegetarian FROM Ingredients INNER JOIN "
+           "RecipeIngredients ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
+}
+
+std::vector<Source> windowSources()
+{
+    return {
+        ofStatement("recipes by category and name",
+                    u"SELECT * FROM Recipes ORDER BY RecipeType, RecipeName"_s),
+        ofStatement("lines of all recipes", ingredientJoin()),
+        ofStatement("utensils of all recipes", utensilJoin()),
+        ofStatement("list with counts", listWithCounts()),
+        ofStatement("ingredients by category and name",
+                    u"SELECT * FROM Ingredients ORDER BY IngredientType, IngredientName"_s),
+        ofStatement("utensils by name", u"SELECT * FROM Utensils ORDER BY UtensilName"_s),
+        ofTable("table Recipes", u"Recipes"_s),
+        ofTable("table Ingredients", u"Ingredients"_s),
+        ofTable("table Utensils", u"Utensils"_s),
+        ofTable("table RecipeIngredients", u"RecipeIngredients"_s),
+        ofTable("table RecipeUtensils", u"RecipeUtensils"_s),
+    };
+}
+
+std::vector<QString> importerSources()
+{
+    return {u"Ingredients"_s, u"Recipes"_s, u"RecipeIngredients"_s, u"RecipeUtensils"_s,
+            u"Utensils"_s};
+}

@@ -1,0 +1,57 @@
+#include "PlainStatement.h"
+#include "RecordCursor.h"
+#include "Sources.h"
+#include "Subjects.h"
+#include "Transaction.h"
+
+#include <SQLiteCpp/Database.h>
+
+#include <vector>
+
+namespace {
+
+constexpr int repetitions = 2000;
+
+std::vector<std::unique_ptr<RecordCursor>> readCursors(const std::shared_ptr<Database> &database,
+                                                       const std::vector<QString> &sources)
+{
+    std::vector<std::unique_ptr<RecordCursor>> cursors;
+    for (const QString &source : sources) {
+        cursors.push_back(std::make_unique<RecordCursor>(database, source));
+        cursors.back()->MoveLast();
+    }
+    return cursors;
+}
+
+} // namespace
+
+// As windows and the importer do it: the five together, in one scope of reading.
+void measureRequerying(Bench &bench)
+{
+    const int size = bench.largest();
+    const std::shared_ptr<Database> database = Database::open(bench.database(size));
+    const std::vector<QString> sources = importerSources();
+    const auto cursors = readCursors(database, sources);
+    PlainStatement version(database->connection().getHandle(), "PRAGMA data_version");
+
+    const auto askVersion = [&] { return secondsOfOne(repetitions, [&](int) { version.run(); }); };
+    const auto requery = [&] {
+        return secondsOfOne(repetitions, [&](int) {
+            const ReadTransaction scope(*database);
+            for (const auto &cursor : cursors)
+                cursor->Requery();
+        });
+    };
+    printResult({"requery of five unchanged cursors; plain is one PRAGMA data_version",
+                 size,
+                 Unit::Seconds,
+                 inTurns(askVersion, requery),
+                 {Bound::Kind::TimesYardstick, 2}});
+
+    const ReadTransaction scope(*database);
+    printResult({"the same inside a transaction",
+                 size,
+                 Unit::Seconds,
+                 inTurns(askVersion, requery),
+                 {Bound::Kind::AtMost, 2e-6}});
+}

@@ -1,0 +1,132 @@
+#include "Criterion.h"
+#include "GeneratedRecipe.h"
+#include "PlainStatement.h"
+#include "RecordCursor.h"
+#include "Sources.h"
+#include "Subjects.h"
+
+#include <SQLiteCpp/Database.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int searches = 2000;
+
+const QString recipesTable = u"Recipes"_s;
+
+// The number of a recipe for each search, all over the table.
+int somewhere(int search, int recipes)
+{
+    constexpr qint64 stride = 7919;
+    return static_cast<int>(search * stride % recipes);
+}
+
+QString nameCriterion(int recipe)
+{
+    return criterion("RecipeName"_L1, Comparison::Equal,
+                     QString::fromStdString(generatedRecipeName(recipe)));
+}
+
+void findName(RecordCursor &cursor, const QString &criteria)
+{
+    cursor.FindFirst(criteria);
+    if (cursor.NoMatch())
+        throw std::runtime_error("the cursor does not find a name");
+}
+
+// No name has an index in the file: each search looks at every recipe.
+double findNamePlainly(Database &database, int recipe)
+{
+    PlainStatement statement(database.connection().getHandle(),
+                             "SELECT RecipeID FROM Recipes WHERE RecipeName = ?");
+    const std::string name = generatedRecipeName(recipe);
+    statement.bind(1, name);
+    return secondsOf([&] { statement.run(); });
+}
+
+double findNameWarm(RecordCursor &cursor, int recipes)
+{
+    std::vector<QString> criteria;
+    for (int i = 0; i < searches; ++i)
+        criteria.push_back(nameCriterion(somewhere(i, recipes)));
+    return secondsOfOne(searches,
+                        [&](int i) { findName(cursor, criteria[static_cast<std::size_t>(i)]); });
+}
+
+// The dearest of the first searches, one of which makes the index.
+double findNameFirst(const std::shared_ptr<Database> &database, int recipes)
+{
+    RecordCursor cursor(database, recipesTable);
+    cursor.MoveLast();
+    double dearest = 0;
+    for (int i = 1; i <= 5; ++i) {
+        const QString criteria = nameCriterion(recipes - i);
+        dearest = std::max(dearest, secondsOf([&] { findName(cursor, criteria); }));
+    }
+    return dearest;
+}
+
+void measureNames(const std::shared_ptr<Database> &database, int recipes)
+{
+    RecordCursor cursor(database, recipesTable);
+    const auto plain = [&] { return findNamePlainly(*database, recipes / 2); };
+    printResult({"FindFirst by name, warm",
+                 recipes,
+                 Unit::Seconds,
+                 inTurns(plain, [&] { return findNameWarm(cursor, recipes); }),
+                 {Bound::Kind::AtMost, 5e-6}});
+    printResult({"FindFirst by name, the dearest of the first",
+                 recipes,
+                 Unit::Seconds,
+                 inTurns(plain, [&] { return findNameFirst(database, recipes); }),
+                 {Bound::Kind::AtMost, 50e-3}});
+}
+
+// Writing the criterion counts.
+int walkLines(RecordCursor &cursor, int recipe)
+{
+    const QString criteria = criterion("RecipeID"_L1, qint64{recipe} + 1);
+    int lines = 0;
+    for (cursor.FindFirst(criteria); !cursor.NoMatch(); cursor.FindNext(criteria))
+        ++lines;
+    return lines;
+}
+
+void measureLines(const std::shared_ptr<Database> &database, int recipes)
+{
+    const QString source = ingredientJoin();
+    RecordCursor cursor(database, source);
+    PlainStatement statement(database->connection().getHandle(),
+                             source.toStdString() + " WHERE RecipeID = ?");
+    const auto plain = [&] {
+        return secondsOfOne(searches, [&](int i) {
+            statement.bind(1, qint64{somewhere(i, recipes)} + 1);
+            statement.run();
+        });
+    };
+    const auto walk = [&] {
+        return secondsOfOne(searches, [&](int i) {
+            if (walkLines(cursor, somewhere(i, recipes)) != 10)
+                throw std::runtime_error("the cursor does not find a recipe's lines");
+        });
+    };
+    printResult({"one recipe's lines by FindFirst and FindNext, warm; plain has the file's index",
+                 recipes,
+                 Unit::Seconds,
+                 inTurns(plain, walk),
+                 {Bound::Kind::AtMost, 20e-6}});
+}
+
+} // namespace
+
+void measureSearching(Bench &bench)
+{
+    const int recipes = bench.largest();
+    const std::shared_ptr<Database> database = Database::open(bench.database(recipes));
+    measureNames(database, recipes);
+    measureLines(database, recipes);
+}
