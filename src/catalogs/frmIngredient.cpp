@@ -99,6 +99,8 @@ void frmIngredient::Form_Activate()
 {
     fillList();
     m_ui->lstIngredients->selectRow(0);
+    if (m_ui->lstIngredients->count() == 0)
+        m_ui->txtIngredient->setFocus();
 }
 
 void frmIngredient::fillList()

@@ -55,6 +55,8 @@ void frmUtensil::Form_Activate()
 {
     fillList();
     m_ui->lstUtensils->selectRow(0);
+    if (m_ui->lstUtensils->count() == 0)
+        m_ui->txtUtensilName->setFocus();
 }
 
 void frmUtensil::fillList()

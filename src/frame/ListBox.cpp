@@ -10,6 +10,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+constexpr int rowSpacing = 4;
+
 // All rows are of one size: as wide as the list, so that a text too long for it is cut with an
 // ellipsis, and as high as the list's font asks for, whatever script the text is in.
 class RowDelegate final : public QStyledItemDelegate
@@ -19,8 +21,7 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const override
     {
-        constexpr int spacing = 4;
-        return {0, option.fontMetrics.lineSpacing() + spacing};
+        return {0, option.fontMetrics.lineSpacing() + rowSpacing};
     }
 };
 
@@ -74,6 +75,14 @@ void ListBox::selectRow(int row)
 {
     if (row >= 0 && row < count())
         setCurrentIndex(m_texts.index(row));
+}
+
+QSize ListBox::sizeHint() const
+{
+    constexpr int characters = 45;
+    constexpr int rows = 14;
+    return {characters * fontMetrics().averageCharWidth() + 2 * frameWidth(),
+            rows * (fontMetrics().lineSpacing() + rowSpacing) + 2 * frameWidth()};
 }
 
 void ListBox::onSelectionChanged()

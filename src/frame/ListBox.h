@@ -26,6 +26,8 @@ public:
     QString selectedText() const;
     void selectRow(int row); // comes into view; nothing where there is no such row
 
+    QSize sizeHint() const override; // some rows of a text of some length
+
 Q_SIGNALS:
     // By the user or by the program; again where the user clicks on the one that is selected.
     void rowSelected();

@@ -162,6 +162,7 @@ private Q_SLOTS:
     {
         Catalog catalog({});
         QCOMPARE(catalog.shown(), u"|||"_s);
+        QVERIFY(catalog.name.hasFocus());
         for (const QString &button : {u"cmdNext"_s, u"cmdPrevious"_s, u"cmdDelete"_s})
             press(catalog.window, button);
         QTest::keyClicks(&catalog.name, u"Salt"_s);
