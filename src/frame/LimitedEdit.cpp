@@ -20,8 +20,8 @@ void LimitedEdit::showStored(const QString &text)
     setCursorPosition(0);
 }
 
-// Setting the length moves the cursor and forgets what could be undone, so it is done only where the
-// stored text was too long.
+// Setting the length moves the cursor and forgets what could be undone, so it is done only where
+// the stored text was too long.
 void LimitedEdit::onTextEdited(const QString &text)
 {
     const qsizetype before = std::exchange(m_length, text.size());
