@@ -92,11 +92,9 @@ void RecordCursor::readRows()
         return;
     const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
-    SourceQuery query(*m_database, m_query.source());
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = query.rows(m_store);
+    std::vector<RowStore::Row> rows = runSource();
 
-    m_query = std::move(query);
     m_search = {};
     m_versionRead = version;
     m_changesRead = changes;
@@ -112,6 +110,17 @@ void RecordCursor::readRows()
     m_rows = std::move(rows);
     if (m_place == Place::NotAsked)
         standOn(0);
+}
+
+std::vector<RowStore::Row> RecordCursor::runSource()
+{
+    std::vector<RowStore::Row> rows = m_query.rows(m_store);
+    if (m_query.isOutdated()) {
+        m_query = SourceQuery(*m_database, m_query.source());
+        m_writer.reset();
+        rows = m_query.rows(m_store);
+    }
+    return rows;
 }
 
 void RecordCursor::discardRows()
@@ -408,7 +417,6 @@ void RecordCursor::Update()
 void RecordCursor::addRow()
 {
     const auto table = static_cast<std::size_t>(m_query.tableNumber());
-    const quint64 changesBefore = m_database->changes()[table];
     const qint64 key = writer().insert(m_values);
     m_rows.push_back(storedRow(nullptr, key));
     for (SearchedColumn &searched : m_searched) {
@@ -418,8 +426,7 @@ void RecordCursor::addRow()
     // In a bare table the row stands where a new run would put it, as long as keys grow.
     m_addedOutOfPlace = m_addedOutOfPlace || !m_query.isBareTable() || key <= m_lastKey;
     m_lastKey = key;
-    if (m_changesRead[table] == changesBefore)
-        ++m_changesRead[table];
+    ++m_changesRead[table];
 }
 
 void RecordCursor::changeRow()

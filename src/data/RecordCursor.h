@@ -97,6 +97,7 @@ private:
     void transactionRolledBack() override;
 
     void readRows();
+    std::vector<RowStore::Row> runSource();
     void discardRows();
     bool isUnchanged();
     qsizetype rowCount() const { return static_cast<qsizetype>(m_rows.size()); }

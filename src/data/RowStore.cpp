@@ -156,7 +156,7 @@ void RowStore::moveRowToNextChunk(std::size_t size)
         ++following;
     if (following == m_chunks.size()) {
         const std::size_t usual =
-            m_chunks.empty() ? firstSize : std::min(2 * m_chunks.back().size, largestSize);
+            m_chunks.empty() ? firstSize : std::min(8 * m_chunks.back().size, largestSize);
         const std::size_t chunkSize = std::max(usual, needed);
         m_chunks.push_back({platform::allocateLargeMemory(chunkSize), chunkSize});
     }

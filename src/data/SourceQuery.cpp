@@ -52,21 +52,22 @@ FieldType typeOf(int table, const char *field)
     return FieldType::Text;
 }
 
-Cell cellOf(sqlite3_stmt *statement, int column)
+// Through the value as a whole: each question to the statement itself would look it up again.
+Cell cellOf(sqlite3_value *value)
 {
-    const auto bytes = [&](const void *data) {
+    const auto bytes = [value](const void *data) {
         return std::string_view(static_cast<const char *>(data),
-                                static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
+                                static_cast<std::size_t>(sqlite3_value_bytes(value)));
     };
-    switch (sqlite3_column_type(statement, column)) {
+    switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-        return {Cell::Type::Integer, sqlite3_column_int64(statement, column), 0, {}};
+        return {Cell::Type::Integer, sqlite3_value_int64(value), 0, {}};
     case SQLITE_FLOAT:
-        return {Cell::Type::Real, 0, sqlite3_column_double(statement, column), {}};
+        return {Cell::Type::Real, 0, sqlite3_value_double(value), {}};
     case SQLITE_TEXT:
-        return {Cell::Type::Text, 0, 0, bytes(sqlite3_column_text(statement, column))};
+        return {Cell::Type::Text, 0, 0, bytes(sqlite3_value_text(value))};
     case SQLITE_BLOB:
-        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_column_blob(statement, column))};
+        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_value_blob(value))};
     default:
         return {};
     }
@@ -161,7 +162,7 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
     while (status == SQLITE_ROW) {
         store.beginRow();
         for (int i = 0; i < columns; ++i)
-            store.add(cellOf(statement, i));
+            store.add(cellOf(sqlite3_column_value(statement, i)));
         result.push_back(store.endRow());
         status = sqlite3_step(statement);
     }
@@ -174,4 +175,10 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
     }
     sqlite3_reset(statement);
     return result;
+}
+
+bool SourceQuery::isOutdated() const
+{
+    // The engine then prepares the statement anew by itself.
+    return sqlite3_stmt_status(m_statement.get(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
 }

@@ -49,6 +49,9 @@ public:
     // Runs it to the end and puts its rows into the store, one behind the other.
     std::vector<RowStore::Row> rows(RowStore &store) const;
 
+    // Whether, when the rows were taken, the tables were others than those it was checked against.
+    bool isOutdated() const;
+
 private:
     struct Finalizer {
         void operator()(sqlite3_stmt *statement) const;

@@ -38,8 +38,10 @@ bool ChildShell::event(QEvent *event)
             return true;
         }
     } else if (event->type() == QEvent::WindowStateChange) {
+        const auto before = static_cast<QWindowStateChangeEvent *>(event)->oldState();
         // The geometry to which it is restored may be from a time when the area was larger.
-        QMetaObject::invokeMethod(this, &ChildShell::keepInside, Qt::QueuedConnection);
+        if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
+            QMetaObject::invokeMethod(this, &ChildShell::keepInside, Qt::QueuedConnection);
     }
     return QMdiSubWindow::event(event);
 }

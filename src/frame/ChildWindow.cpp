@@ -94,6 +94,6 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
 
 void ChildWindow::closeEvent(QCloseEvent *event)
 {
-    event->ignore(); // Qt would leave an empty shell: the frame takes the window away as a whole
+    event->ignore(); // Qt would take the window out of its shell; the frame ends both
     m_frame.unload(*this);
 }

@@ -72,8 +72,6 @@ Button DesktopDoorway::show(const MessageBox &box)
     for (const Button button : box.buttons)
         dialog.addButton(toQt(button));
     dialog.setDefaultButton(toQt(box.defaultButton));
-    if (QAbstractButton *no = dialog.button(QMessageBox::No))
-        dialog.setEscapeButton(no);
 
     const int pressed = dialog.exec();
     for (const Button button : box.buttons) {

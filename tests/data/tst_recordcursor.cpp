@@ -382,12 +382,13 @@ void TestRecordCursor::agreesWithModel_data()
                                                    "Quantity",
                                                    "IngredientID",
                                                    true};
-    QTest::newRow("ordered") << Source{u"Select * FROM Ingredients ORDER BY IngredientName"_s,
-                                       {u"Ingredients"_s},
-                                       plain + u"Ingredients ORDER BY IngredientName, rowid"_s,
-                                       "IngredientName",
-                                       "IngredientID",
-                                       true};
+    QTest::newRow("ordered") << Source{
+        u"Select * FROM Ingredients ORDER BY IngredientName"_s,
+        {u"Ingredients"_s},
+        plain + u"Ingredients ORDER BY IngredientName COLLATE NOCASE, rowid"_s,
+        "IngredientName",
+        "IngredientID",
+        true};
     QTest::newRow("join") << Source{
         ingredientJoin,
         {u"RecipeIngredients"_s, u"Ingredients"_s},
@@ -405,7 +406,7 @@ void TestRecordCursor::agreesWithModel_data()
         {u"Recipes"_s, u"RecipeIngredients"_s},
         u"SELECT RecipeID AS \"#\", RecipeID, RecipeName, Description, Serves,"
         "(SELECT count(*) FROM RecipeIngredients l WHERE l.RecipeID = r.RecipeID)"
-        " AS CountOfRecipeID FROM Recipes r ORDER BY RecipeType, RecipeName, RecipeID"_s,
+        " AS CountOfRecipeID FROM Recipes r ORDER BY RecipeType, RecipeName COLLATE NOCASE, RecipeID"_s,
         "RecipeName",
         "RecipeID",
         false};
@@ -415,7 +416,7 @@ void TestRecordCursor::agreesWithModel()
 {
     QFETCH(const Source, source);
     const unsigned firstSeed = std::random_device{}();
-    for (unsigned seed = firstSeed; seed != firstSeed + 40; ++seed) {
+    for (unsigned seed = firstSeed; seed != firstSeed + 15; ++seed) {
         Game game(source, seed);
         for (int step = 0; step < 300; ++step) {
             try {

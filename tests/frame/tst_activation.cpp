@@ -13,6 +13,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
@@ -23,7 +24,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a
-// press of its button, "*" the beep.
+// press of its button, "A^" a release on it without a press, "*" the beep.
 QStringList happened;
 
 QString nameOf(const ChildWindow *child)
@@ -46,6 +47,7 @@ public:
         for (int i = 0; i < 50; ++i)
             list.addItem(QString::number(i));
         connect(&button, &QPushButton::clicked, this, &Stand::press);
+        button.installEventFilter(this);
         connect(&done, &QPushButton::clicked, this, &Stand::leave);
         layout->addWidget(&done);
         setCancelButton(&done);
@@ -65,6 +67,12 @@ protected:
     void Form_Deactivate() override
     {
         happened += nameOf(this) + u">"_s + nameOf(frame().activeChild());
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseButtonRelease && !button.isDown())
+            happened += nameOf(this) + u"^"_s;
+        return ChildWindow::eventFilter(watched, event);
     }
 
 private:
@@ -360,6 +368,17 @@ private Q_SLOTS:
         }
     }
 
+    // A press that is refused is none for the window that keeps the activation either.
+    void refusedPress()
+    {
+        perform(u"type F5 F6"_s);
+        const QSignalSpy focusMoves(qApp, &QApplication::focusChanged);
+        perform(u"press List"_s);
+        perform(u"title List"_s);
+        QCOMPARE(happened.count(u"*"_s), 2);
+        QCOMPARE(focusMoves.size(), 0);
+    }
+
     // What one handler does is seen by the activations after it.
     void oneHandler()
     {
@@ -388,7 +407,26 @@ private Q_SLOTS:
         QTRY_COMPARE(happened.join(u' '), u"Editor>Record Record+7"_s);
         happened.clear();
         frame.unload(frame.load<Record>());
+        QCOMPARE(m_main->area.activeSubWindow()->widget(), frame.find<List>());
         QTRY_COMPARE(happened.join(u' '), u"Record>List List+"_s);
+        happened.clear();
+
+        // The only window, hidden and shown again, minimised and shown again.
+        auto &list = frame.load<List>();
+        frame.hide(list);
+        QVERIFY(!frame.activeChild());
+        frame.show(list);
+        QTRY_COMPARE(happened.join(u' '), u"List> List+"_s);
+        QVERIFY(list.isAncestorOf(QApplication::focusWidget()));
+        list.parentWidget()->showMinimized();
+        frame.show(list);
+        QVERIFY(list.isVisible());
+        QVERIFY(list.isAncestorOf(QApplication::focusWidget()));
+
+        const QPointer<List> closed = &list;
+        list.parentWidget()->close();
+        QVERIFY(!frame.find<List>());
+        QTRY_VERIFY(!closed);
     }
 
     void modalWindows()
@@ -442,6 +480,10 @@ private Q_SLOTS:
         m_main->open<Ping>();
         m_main->open<Pong>();
         QTRY_VERIFY(happened.contains(u"Pong>Ping"_s));
+        rest();
+        const QStringList ended = happened;
+        rest();
+        QCOMPARE(happened, ended);
         perform(u"type F5"_s);
         QCOMPARE(happened.last(), u"List+"_s);
     }

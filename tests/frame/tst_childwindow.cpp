@@ -206,7 +206,7 @@ private Q_SLOTS:
         const auto isInside = [viewport](const QWidget &shell) {
             return viewport->rect().contains(shell.geometry());
         };
-        const QWidget &shell = *m_form->parentWidget();
+        QWidget &shell = *m_form->parentWidget();
         QVERIFY(isInside(shell));
         auto &other = m_program->frame.load<OtherForm>();
         m_program->frame.show(other);
@@ -214,11 +214,24 @@ private Q_SLOTS:
         QVERIFY(isInside(otherShell));
         QVERIFY(otherShell.x() > shell.x() && otherShell.y() > shell.y());
 
-        otherShell.move(viewport->rect().bottomRight() - otherShell.rect().bottomRight());
-        other.parentWidget()->showMaximized();
+        // The user may move it out in part; it is the frame that takes it along.
+        const auto moveOut = [viewport](QWidget &moved) {
+            moved.move(viewport->rect().bottomRight() - QPoint(50, 50));
+        };
+        moveOut(shell);
+        moveOut(otherShell);
+        m_program->frame.show(*m_form);
+        QCoreApplication::processEvents();
+        QVERIFY(!isInside(shell));
         m_program->window.resize(500, 560);
         QTRY_VERIFY(isInside(shell));
-        other.parentWidget()->showNormal();
+        QVERIFY(isInside(otherShell));
+
+        moveOut(otherShell);
+        otherShell.showMaximized();
+        QCoreApplication::processEvents();
+        m_program->window.resize(450, 540);
+        otherShell.showNormal();
         QTRY_VERIFY(isInside(otherShell));
     }
 };

@@ -1,24 +1,22 @@
+#include "PlainConnection.h"
 #include "PlainStatement.h"
 #include "RecordCursor.h"
 #include "Sources.h"
 #include "Subjects.h"
 
-#include <SQLiteCpp/Database.h>
-
 #include <stdexcept>
 
 namespace {
 
-// Both read on the program's own connection, so that the page cache, the comparison of texts and
-// the file's state are the same. Preparing the statement counts on both sides.
-Measurement readingOf(const Source &source, const std::shared_ptr<Database> &database)
+// Preparing the statement counts on both sides.
+Measurement readingOf(const Source &source, SQLite::Database &plain,
+                      const std::shared_ptr<Database> &database)
 {
     qsizetype plainRows = 0;
     return inTurns(
         [&] {
             return secondsOf([&] {
-                PlainStatement statement(database->connection().getHandle(),
-                                         source.plainText.toStdString());
+                PlainStatement statement(plain.getHandle(), source.plainText.toStdString());
                 plainRows = statement.run();
             });
         },
@@ -41,12 +39,14 @@ void measureReading(Bench &bench)
     for (const int size : bench.sizes()) {
         if (size < 10'000)
             continue;
-        const std::shared_ptr<Database> database = Database::open(bench.database(size));
+        const QString path = bench.database(size);
+        SQLite::Database plain = plainConnection(path.toStdString());
+        const std::shared_ptr<Database> database = Database::open(path);
         for (const Source &source : windowSources())
             printResult({std::string("reading: ") + source.title,
                          size,
                          Unit::Seconds,
-                         readingOf(source, database),
+                         readingOf(source, plain, database),
                          {Bound::Kind::TimesYardstick, 1.3}});
     }
 }

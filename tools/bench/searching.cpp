@@ -1,11 +1,10 @@
 #include "Criterion.h"
 #include "GeneratedRecipe.h"
+#include "PlainConnection.h"
 #include "PlainStatement.h"
 #include "RecordCursor.h"
 #include "Sources.h"
 #include "Subjects.h"
-
-#include <SQLiteCpp/Database.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -39,9 +38,9 @@ void findName(RecordCursor &cursor, const QString &criteria)
 }
 
 // No name has an index in the file: each search looks at every recipe.
-double findNamePlainly(Database &database, int recipe)
+double findNamePlainly(SQLite::Database &plain, int recipe)
 {
-    PlainStatement statement(database.connection().getHandle(),
+    PlainStatement statement(plain.getHandle(),
                              "SELECT RecipeID FROM Recipes WHERE RecipeName = ?");
     const std::string name = generatedRecipeName(recipe);
     statement.bind(1, name);
@@ -70,10 +69,11 @@ double findNameFirst(const std::shared_ptr<Database> &database, int recipes)
     return dearest;
 }
 
-void measureNames(const std::shared_ptr<Database> &database, int recipes)
+void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> &database,
+                  int recipes)
 {
     RecordCursor cursor(database, recipesTable);
-    const auto plain = [&] { return findNamePlainly(*database, recipes / 2); };
+    const auto plain = [&] { return findNamePlainly(connection, recipes / 2); };
     printResult({"FindFirst by name, warm",
                  recipes,
                  Unit::Seconds,
@@ -96,12 +96,12 @@ int walkLines(RecordCursor &cursor, int recipe)
     return lines;
 }
 
-void measureLines(const std::shared_ptr<Database> &database, int recipes)
+void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> &database,
+                  int recipes)
 {
     const QString source = ingredientJoin();
     RecordCursor cursor(database, source);
-    PlainStatement statement(database->connection().getHandle(),
-                             source.toStdString() + " WHERE RecipeID = ?");
+    PlainStatement statement(connection.getHandle(), source.toStdString() + " WHERE RecipeID = ?");
     const auto plain = [&] {
         return secondsOfOne(searches, [&](int i) {
             statement.bind(1, qint64{somewhere(i, recipes)} + 1);
@@ -126,7 +126,9 @@ void measureLines(const std::shared_ptr<Database> &database, int recipes)
 void measureSearching(Bench &bench)
 {
     const int recipes = bench.largest();
-    const std::shared_ptr<Database> database = Database::open(bench.database(recipes));
-    measureNames(database, recipes);
-    measureLines(database, recipes);
+    const QString path = bench.database(recipes);
+    SQLite::Database connection = plainConnection(path.toStdString());
+    const std::shared_ptr<Database> database = Database::open(path);
+    measureNames(connection, database, recipes);
+    measureLines(connection, database, recipes);
 }
