@@ -3,6 +3,8 @@
 #include "frmAbout.h"
 #include "frmImportRecipe.h"
 #include "frmRecipes.h"
+#include "frmIngredient.h"
+#include "frmUtensil.h"
 #include "ui_frmMain.h"
 
 #include <QApplication>
@@ -28,6 +30,8 @@ frmMain::frmMain(Doorway &doorway)
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
     boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
+    boundary.connect(m_ui->mnuIngredient, &QAction::triggered, this, &frmMain::mnuIngredient_Click);
+    boundary.connect(m_ui->mnuUtensil, &QAction::triggered, this, &frmMain::mnuUtensil_Click);
 }
 
 frmMain::~frmMain() = default;
@@ -65,6 +69,16 @@ void frmMain::mnuAbout_Click()
     frmAbout about(m_frame.boundary(), this);
     about.Form_Load();
     about.exec();
+}
+
+void frmMain::mnuIngredient_Click()
+{
+    m_frame.show(m_frame.load<frmIngredient>());
+}
+
+void frmMain::mnuUtensil_Click()
+{
+    m_frame.show(m_frame.load<frmUtensil>());
 }
 
 void frmMain::MDIForm_Unload()

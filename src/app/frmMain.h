@@ -33,6 +33,8 @@ private:
     void mnuExit_Click();
     void mnuRecipes_Click();
     void mnuAbout_Click();
+    void mnuIngredient_Click();
+    void mnuUtensil_Click();
     void MDIForm_Unload();
 
     std::unique_ptr<Ui::frmMain> m_ui;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <stdexcept>
@@ -14,4 +15,15 @@ public:
     }
 
     QString text() const { return QString::fromUtf8(what()); }
+};
+
+// The row that was to be changed or deleted is not there any more.
+class RowGone final : public DatabaseError
+{
+public:
+    RowGone()
+        : DatabaseError(QCoreApplication::translate(
+            "RowGone", "This entry has been deleted by another program. Nothing was stored."))
+    {
+    }
 };

@@ -1,6 +1,8 @@
 #include "FieldValue.h"
 
 #include <algorithm>
+#include "Blanks.h"
+
 #include <cmath>
 #include <limits>
 
@@ -8,15 +10,6 @@ namespace {
 
 constexpr qint64 largest16 = std::numeric_limits<qint16>::max();
 constexpr qint64 smallest16 = std::numeric_limits<qint16>::min();
-
-QStringView withoutBlanks(QStringView text)
-{
-    while (text.startsWith(u' '))
-        text = text.sliced(1);
-    while (text.endsWith(u' '))
-        text.chop(1);
-    return text;
-}
 
 bool areDigits(QStringView text)
 {

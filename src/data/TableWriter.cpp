@@ -3,8 +3,6 @@
 #include "DatabaseError.h"
 #include "Guarded.h"
 
-#include <QCoreApplication>
-
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
@@ -128,6 +126,5 @@ void TableWriter::changeOneRow(SQLite::Statement &statement)
     }
     statement.reset();
     if (changed == 0)
-        throw DatabaseError(QCoreApplication::translate(
-            "TableWriter", "This entry has been deleted by another program. Nothing was stored."));
+        throw RowGone();
 }

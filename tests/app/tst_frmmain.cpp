@@ -4,6 +4,7 @@
 #include "frmMain.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSignalSpy>
@@ -82,6 +83,10 @@ void TestFrmMain::ends()
     frmMain window(doorway);
     QVERIFY(!window.MDIForm_Load({}));
     window.show();
+    // A catalog with unsaved changes, which keeps the activation, neither asks nor stays.
+    window.findChild<QAction *>(u"mnuIngredient"_s)->trigger();
+    window.findChild<QAction *>(u"mnuUtensil"_s)->trigger();
+    window.findChild<QLineEdit *>(u"txtIngredient"_s)->insert(u"Salt"_s);
     bool ranOut = false;
     QTimer::singleShot(5000, &window, [&ranOut] {
         ranOut = true;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QProcess>
+#include <QStyleOptionTitleBar>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
@@ -79,4 +80,18 @@ void Hands::wheelDown(QPoint globalPosition) const
     QWheelEvent event(m_window.windowHandle()->mapFromGlobal(globalPosition), globalPosition, {},
                       {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(m_window.windowHandle(), &event);
+}
+
+QPoint onTitleBar(const QWidget &child, QStyle::SubControl part)
+{
+    const QWidget *shell = child.parentWidget();
+    const QStyle &style = *shell->style();
+    QStyleOptionTitleBar option;
+    option.initFrom(shell);
+    option.subControls = QStyle::SC_All;
+    option.titleBarFlags = shell->windowFlags();
+    option.titleBarState = static_cast<int>(shell->windowState());
+    option.rect.setHeight(style.pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
+    const QRect rect = style.subControlRect(QStyle::CC_TitleBar, &option, part, shell);
+    return shell->mapToGlobal(rect.center());
 }

@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QStringList>
+#include <QStyle>
 
 class QWidget;
 
@@ -22,3 +23,6 @@ public:
 private:
     QWidget &m_window;
 };
+
+// Where a child window's title bar has one of its parts, in global coordinates.
+QPoint onTitleBar(const QWidget &child, QStyle::SubControl part);

@@ -15,7 +15,6 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStatusBar>
-#include <QStyleOptionTitleBar>
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -234,21 +233,6 @@ class tst_Activation : public QObject
         return static_cast<Stand *>(m_main->frame.find(name.toLatin1()));
     }
 
-    QPoint onTitleBar(const QString &name, QStyle::SubControl control) const
-    {
-        const QWidget *shell = stand(name)->parentWidget();
-        QStyleOptionTitleBar option;
-        option.initFrom(shell);
-        option.subControls = QStyle::SC_All;
-        option.titleBarFlags = shell->windowFlags();
-        option.titleBarState = static_cast<int>(shell->windowState());
-        option.rect.setHeight(
-            shell->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
-        const QRect rect =
-            shell->style()->subControlRect(QStyle::CC_TitleBar, &option, control, shell);
-        return shell->mapToGlobal(rect.center());
-    }
-
     static QPoint middle(const QWidget &widget)
     {
         return widget.mapToGlobal(widget.rect().center());
@@ -270,13 +254,13 @@ class tst_Activation : public QObject
         else if (verb == u"wheel"_s)
             hands.wheelDown(middle(stand(object)->list));
         else if (verb == u"title"_s)
-            hands.click(onTitleBar(object, QStyle::SC_TitleBarLabel));
+            hands.click(onTitleBar(*stand(object), QStyle::SC_TitleBarLabel));
         else if (verb == u"close"_s)
-            hands.click(onTitleBar(object, QStyle::SC_TitleBarCloseButton));
+            hands.click(onTitleBar(*stand(object), QStyle::SC_TitleBarCloseButton));
         else if (verb == u"minimise"_s)
-            hands.click(onTitleBar(object, QStyle::SC_TitleBarMinButton));
+            hands.click(onTitleBar(*stand(object), QStyle::SC_TitleBarMinButton));
         else if (verb == u"maximise"_s)
-            hands.click(onTitleBar(object, QStyle::SC_TitleBarMaxButton));
+            hands.click(onTitleBar(*stand(object), QStyle::SC_TitleBarMaxButton));
         else
             qFatal("no such step: %s", qUtf8Printable(step));
         rest();

@@ -1,0 +1,321 @@
+#include "frmIngredient.h"
+
+#include "Blanks.h"
+#include "CatalogRows.h"
+#include "Criterion.h"
+#include "DatabaseError.h"
+#include "DatabaseFunctions.h"
+#include "DatabasePath.h"
+#include "DisplayText.h"
+#include "Doorway.h"
+#include "FieldValue.h"
+#include "Frame.h"
+#include "GeneralFuctions.h"
+#include "SortOrder.h"
+#include "ui_frmIngredient.h"
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr auto keyField = "IngredientID"_L1;
+constexpr auto nameField = "IngredientName"_L1;
+
+// What a stored ingredient type stands for is its position in this list.
+QStringList ingredientTypes()
+{
+    return {frmIngredient::tr("Misc"),        frmIngredient::tr("Fruit"),
+            frmIngredient::tr("Vegetable"),   frmIngredient::tr("Seasoning"),
+            frmIngredient::tr("Meat"),        frmIngredient::tr("Poultry"),
+            frmIngredient::tr("Fish"),        frmIngredient::tr("Dairy"),
+            frmIngredient::tr("Canned good"), frmIngredient::tr("Grain"),
+            frmIngredient::tr("Staple"),      frmIngredient::tr("Legume")};
+}
+
+// The position that is stored, or -1 where that is no position in a list of so many.
+int positionIn(int count, const QVariant &stored)
+{
+    const qint64 position = stored.typeId() == QMetaType::LongLong ? stored.toLongLong() : -1;
+    return position < count ? static_cast<int>(std::max<qint64>(position, -1)) : -1;
+}
+
+bool isShelfLife(const QVariant &days)
+{
+    const std::optional<FieldValue> stored = storedValue(FieldType::Number, days);
+    if (!stored)
+        return false;
+    const auto *whole = std::get_if<qint64>(&*stored);
+    return whole ? *whole >= 0 : std::get<double>(*stored) >= 0;
+}
+
+} // namespace
+
+frmIngredient::frmIngredient(Frame &frame)
+    : ChildWindow(frame)
+    , m_ui(std::make_unique<Ui::frmIngredient>())
+{
+    m_ui->setupUi(this);
+    setDefaultButton(m_ui->cmdSave);
+    setCancelButton(m_ui->cmdDone);
+    connectHandlers();
+}
+
+frmIngredient::~frmIngredient() = default;
+
+void frmIngredient::connectHandlers()
+{
+    using Window = frmIngredient;
+    connect(m_ui->lstIngredients, &ListBox::rowSelected, this, &Window::lstIngredients_Click);
+    connect(m_ui->txtIngredient, &QLineEdit::textChanged, this, &Window::txtIngredient_Change);
+    connect(m_ui->txtShelfLife, &QLineEdit::textChanged, this, &Window::txtShelfLife_Change);
+    connect(m_ui->cmbType, &QComboBox::activated, this, &Window::cmbType_Click);
+    connect(m_ui->cmbType, &QComboBox::currentIndexChanged, this, &Window::cmbType_Change);
+    connect(m_ui->chkVegetarian, &QCheckBox::stateChanged, this, &Window::chkVegetarian_Click);
+    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
+    connect(m_ui->cmdNext, &QPushButton::clicked, this, &Window::cmdNext_Click);
+    connect(m_ui->cmdNew, &QPushButton::clicked, this, &Window::cmdNew_Click);
+    connect(m_ui->cmdDelete, &QPushButton::clicked, this, &Window::cmdDelete_Click);
+    connect(m_ui->cmdSave, &QPushButton::clicked, this, &Window::cmdSave_Click);
+    connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
+}
+
+// Loading and showing
+
+void frmIngredient::Form_Load()
+{
+    datIngredients.DatabaseName = DatabasePath;
+    datIngredients.RecordSource = u"SELECT * FROM Ingredients ORDER BY"_s + ingredientOrderSuffix();
+    m_ui->cmbType->addItems(ingredientTypes());
+}
+
+void frmIngredient::openDataSources()
+{
+    datIngredients.open();
+}
+
+void frmIngredient::Form_Activate()
+{
+    fillList();
+    m_ui->lstIngredients->selectRow(0);
+    if (m_ui->lstIngredients->count() == 0)
+        m_ui->txtIngredient->setFocus();
+}
+
+void frmIngredient::fillList()
+{
+    m_ui->lstIngredients->setTexts({});
+    RecordCursor &rows = datIngredients.Recordset();
+    rows.Requery();
+    m_ui->lstIngredients->setTexts(textsOf(rows, nameField));
+    if (rows.RecordCount() == 0 && CurrentIngredientID != 0)
+        showNewIngredient();
+}
+
+void frmIngredient::lstIngredients_Click()
+{
+    datIngredients.Recordset().FindFirst(
+        criterion(nameField, Comparison::Equal, m_ui->lstIngredients->selectedText()));
+    ShowIngredient();
+}
+
+void frmIngredient::ShowIngredient()
+{
+    RecordCursor &row = datIngredients.Recordset();
+    CurrentIngredientID = ValueOrDefault(row.value(keyField), 0).toLongLong();
+    m_ui->txtIngredient->showStored(ValueOrDefault(row.value(nameField), QString()).toString());
+    const QVariant type = ValueOrDefault(row.value("IngredientType"_L1), 0LL);
+    m_ui->cmbType->setCurrentIndex(positionIn(m_ui->cmbType->count(), type));
+    m_shownShelfLife = displayText(ValueOrDefault(row.value("ShelfLife"_L1), 0));
+    m_ui->txtShelfLife->showStored(m_shownShelfLife);
+    m_ui->chkVegetarian->setChecked(ValueOrDefault(row.value("Vegetarian"_L1), false).toBool());
+    setChanged(false);
+}
+
+// The type stays: several ingredients of one type are often entered in turn.
+void frmIngredient::showNewIngredient()
+{
+    m_ui->txtIngredient->showStored({});
+    m_ui->txtShelfLife->showStored(u"0"_s);
+    m_ui->chkVegetarian->setChecked(false);
+    CurrentIngredientID = 0;
+    setChanged(false);
+}
+
+void frmIngredient::setChanged(bool changed)
+{
+    IngredientChanged = changed;
+    m_ui->cmdSave->setEnabled(changed);
+}
+
+// Editing
+
+void frmIngredient::txtIngredient_Change()
+{
+    setChanged(true);
+}
+
+void frmIngredient::txtShelfLife_Change()
+{
+    setChanged(true);
+}
+
+void frmIngredient::cmbType_Click()
+{
+    setChanged(true);
+}
+
+void frmIngredient::cmbType_Change()
+{
+    setChanged(true);
+}
+
+void frmIngredient::chkVegetarian_Click()
+{
+    setChanged(true);
+}
+
+void frmIngredient::offerToSave()
+{
+    if (!IngredientChanged)
+        return;
+    const Button answer =
+        doorway().show({.text = tr("Do you want to save changes to this ingredient"),
+                        .title = tr("Save Changes"),
+                        .icon = Icon::Question,
+                        .buttons = {Button::Yes, Button::No},
+                        .defaultButton = Button::Yes});
+    if (answer == Button::Yes)
+        SaveIngredient();
+}
+
+void frmIngredient::cmdNew_Click()
+{
+    offerToSave();
+    showNewIngredient();
+    m_ui->txtIngredient->setFocus();
+}
+
+void frmIngredient::cmdNext_Click()
+{
+    step(1);
+}
+
+void frmIngredient::cmdPrevious_Click()
+{
+    step(-1);
+}
+
+// From the selected row and not from the cursor's, which a refused save leaves elsewhere.
+void frmIngredient::step(int rows)
+{
+    if (m_ui->lstIngredients->count() > 0) {
+        offerToSave();
+        m_ui->lstIngredients->selectRow(m_ui->lstIngredients->selectedRow() + rows);
+    }
+    m_ui->txtIngredient->setFocus();
+}
+
+void frmIngredient::cmdDone_Click()
+{
+    offerToSave();
+    frame().hide(*this);
+    frame().unload(*this);
+}
+
+// Storing and deleting
+
+void frmIngredient::cmdSave_Click()
+{
+    SaveIngredient();
+    m_ui->lstIngredients->setFocus();
+}
+
+bool frmIngredient::isRefused()
+{
+    const QString name = m_ui->txtIngredient->text();
+    if (withoutBlanks(name).isEmpty() || ContainsInvalidChars(name).isEmpty())
+        return true;
+    const QString shelfLife = m_ui->txtShelfLife->text();
+    if (shelfLife != m_shownShelfLife && !isShelfLife(ValueOrDefault(shelfLife, 0)))
+        return true;
+
+    RecordCursor &rows = datIngredients.Recordset();
+    rows.FindFirst(criterion(nameField, Comparison::Like, name));
+    return !rows.NoMatch()
+        && (CurrentIngredientID == 0 || rows.value(keyField) != CurrentIngredientID);
+}
+
+void frmIngredient::SaveIngredient()
+{
+    if (isRefused())
+        return;
+    try {
+        writeIngredient();
+    } catch (const RowGone &) {
+        Form_Activate();
+        throw;
+    }
+    fillList();
+    m_ui->lstIngredients->selectRow(
+        rowOfKey(datIngredients.Recordset(), keyField, CurrentIngredientID));
+    setChanged(false);
+}
+
+void frmIngredient::writeIngredient()
+{
+    RecordCursor &rows = datIngredients.Recordset();
+    const bool isNew = CurrentIngredientID == 0;
+    if (isNew) {
+        rows.AddNew();
+    } else {
+        goToKey(rows, keyField, CurrentIngredientID);
+        rows.Edit();
+    }
+    rows.setValue(nameField, m_ui->txtIngredient->text());
+    if (isNew || m_ui->cmbType->currentIndex() >= 0) // else it is none of the list, and stays
+        rows.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
+    if (isNew || m_ui->txtShelfLife->text() != m_shownShelfLife)
+        rows.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));
+    rows.setValue("Vegetarian"_L1, m_ui->chkVegetarian->isChecked());
+    rows.Update();
+    if (isNew) {
+        rows.MoveLast();
+        CurrentIngredientID = rows.value(keyField).toLongLong();
+    }
+}
+
+void frmIngredient::cmdDelete_Click()
+{
+    if (CurrentIngredientID == 0) {
+        RecordCursor &rows = datIngredients.Recordset();
+        rows.MoveFirst();
+        if (rows.RecordCount() > 0)
+            ShowIngredient();
+        return;
+    }
+    const Button answer =
+        doorway().show({.text = tr("Are you sure you want to delete this ingredient?"),
+                        .title = tr("Confirm"),
+                        .icon = Icon::Question,
+                        .buttons = {Button::Yes, Button::No},
+                        .defaultButton = Button::No});
+    if (answer == Button::Yes)
+        deleteIngredient();
+}
+
+void frmIngredient::deleteIngredient()
+{
+    RecordCursor &rows = datIngredients.Recordset();
+    const int row = rowOfKey(rows, keyField, CurrentIngredientID);
+    try {
+        goToKey(rows, keyField, CurrentIngredientID);
+        rows.Delete();
+    } catch (const RowGone &) {
+        Form_Activate();
+        throw;
+    }
+    fillList();
+    m_ui->lstIngredients->selectRow(std::min(row, m_ui->lstIngredients->count() - 1));
+}

@@ -1,0 +1,30 @@
+#include "IngredientLine.h"
+
+#include "Blanks.h"
+
+#include <QTextBoundaryFinder>
+
+using namespace Qt::Literals::StringLiterals;
+
+QString IngredientLine::text() const
+{
+    return name + " ("_L1 + quantity + u')';
+}
+
+static QString cut(const QString &text, qsizetype length)
+{
+    if (text.size() <= length)
+        return text;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    characters.setPosition(length);
+    if (!characters.isAtBoundary())
+        characters.toPreviousBoundary();
+    return text.first(characters.position());
+}
+
+QString quantityText(const QString &amount, const QString &unit, const QString &preparation)
+{
+    const QString measure = amount + u' ' + unit;
+    const QString whole = withoutBlanks(measure).toString() + u' ' + preparation;
+    return cut(withoutBlanks(whole).toString(), 25);
+}
