@@ -2,8 +2,8 @@
 
 #include "frmAbout.h"
 #include "frmImportRecipe.h"
-#include "frmRecipes.h"
 #include "frmIngredient.h"
+#include "frmRecipes.h"
 #include "frmUtensil.h"
 #include "ui_frmMain.h"
 

@@ -1,8 +1,8 @@
 #include "FieldValue.h"
 
-#include <algorithm>
 #include "Blanks.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

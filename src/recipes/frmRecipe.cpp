@@ -12,6 +12,8 @@
 #include "RecipeTypes.h"
 #include "SortOrder.h"
 #include "Transaction.h"
+#include "frmChangeIngredients.h"
+#include "frmChangeUtensils.h"
 #include "ui_frmRecipe.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -151,14 +153,16 @@ void frmRecipe::showUtensils()
 void frmRecipe::showIngredients()
 {
     m_ui->lstIngredient->clear();
+    m_ingredientLines.clear();
     AllVegetarian = true;
     RecordCursor &ingredients = datIngredients.Recordset();
     const QString ofRecipe = criterion("RecipeID"_L1, CurrentRecipeID);
     for (ingredients.FindFirst(ofRecipe); !ingredients.NoMatch(); ingredients.FindNext(ofRecipe)) {
         AllVegetarian =
             AllVegetarian && ValueOrDefault(ingredients.value("Vegetarian"_L1), 0).toBool();
-        m_ui->lstIngredient->addItem(textOf(ingredients, "IngredientName"_L1) + " ("_L1
-                                     + textOf(ingredients, "Quantity"_L1) + u')');
+        m_ingredientLines.append(
+            {textOf(ingredients, "IngredientName"_L1), textOf(ingredients, "Quantity"_L1)});
+        m_ui->lstIngredient->addItem(m_ingredientLines.constLast().text());
     }
     showVegetarian();
 }
@@ -251,12 +255,22 @@ bool frmRecipe::saveForComposition()
 
 void frmRecipe::cmdChangeIngredients_Click()
 {
-    saveForComposition();
+    if (saveForComposition())
+        frame().show(frame().load<frmChangeIngredients>());
 }
 
 void frmRecipe::cmdChangeUtensils_Click()
 {
-    saveForComposition();
+    if (saveForComposition())
+        frame().show(frame().load<frmChangeUtensils>());
+}
+
+QStringList frmRecipe::utensilLines() const
+{
+    QStringList lines;
+    for (int row = 0; row < m_ui->lstUtensils->count(); ++row)
+        lines += m_ui->lstUtensils->item(row)->text();
+    return lines;
 }
 
 // Names and the description
@@ -286,6 +300,7 @@ void frmRecipe::cmdNew_Click()
     setRecipeName(name);
     m_ui->lstUtensils->clear();
     m_ui->lstIngredient->clear();
+    m_ingredientLines.clear();
     m_ui->txtInstruction->clear();
     m_ui->txtAuthor->showStored({});
     RecipeDescription.clear();

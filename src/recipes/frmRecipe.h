@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ChildWindow.h"
+#include "ComposedRecipe.h"
 #include "DataSource.h"
 #include "RecipeRow.h"
 
@@ -12,7 +13,7 @@ class frmRecipe;
 
 // The record window: one recipe to read, to write and to describe, and the way through all others.
 // What the user has not touched stays in the file as it is, whatever it is.
-class frmRecipe final : public ChildWindow
+class frmRecipe final : public ChildWindow, public ComposedRecipe
 {
     Q_OBJECT
 
@@ -23,6 +24,10 @@ public:
     // The key of the recipe that the next activation shows, then of the one shown; 0 for a new one
     // that is not stored yet.
     qint64 CurrentRecipeID = 0;
+
+    qint64 recipeId() const override { return CurrentRecipeID; }
+    QList<IngredientLine> ingredientLines() const override { return m_ingredientLines; }
+    QStringList utensilLines() const override;
 
 protected:
     void Form_Load() override;
@@ -78,6 +83,7 @@ private:
     bool RecipeChanged = false;
     bool AllVegetarian = false;
     QString RecipeDescription;
+    QList<IngredientLine> m_ingredientLines; // as listed
     bool m_holdsRecipe = false; // stored or new
     qint64 m_shownRow = 0; // key of the recipe shown, or of the one before while there is a new one
     RecipeFields m_shownFields; // as the display left them
