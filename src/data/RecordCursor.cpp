@@ -297,8 +297,8 @@ void RecordCursor::prepareSearch(const QString &criteria)
     m_search = std::move(search);
 }
 
-// One search is cheaper without an index; it is made when the rows that were looked at would have
-// paid for it.
+// One search is cheaper without an index; it is made as soon as the rows that were looked at would
+// have paid for it. A walk through all matches thus ends with the index for the next one.
 qsizetype RecordCursor::find(qsizetype from)
 {
     if (m_search.isPattern)
@@ -309,13 +309,13 @@ qsizetype RecordCursor::find(qsizetype from)
     });
     if (searched == m_searched.end())
         searched = m_searched.insert(m_searched.end(), {m_search.column, isText, 0, {}});
-    if (!searched->index && searched->scannedRows > rowCount())
-        searched->index.emplace(m_search.column, isText, m_rows);
     if (searched->index)
         return searched->index->find(m_search.key, m_rows, from);
 
     const qsizetype found = scan(from);
     searched->scannedRows += 1 + (found < 0 ? rowCount() : found) - from;
+    if (searched->scannedRows > rowCount())
+        searched->index.emplace(m_search.column, isText, m_rows);
     return found;
 }
 
