@@ -146,6 +146,11 @@ private Q_SLOTS:
         m_hands->open(2);
         m_hands->perform(steps);
         QTEST(m_hands->state(), "state");
+        // A composition editor that has been opened keeps the activation until it is left.
+        for (const char *editor : {"frmChangeIngredients", "frmChangeUtensils"}) {
+            if (ChildWindow *window = m_kitchen->frame.find(editor))
+                m_kitchen->frame.unload(*window);
+        }
         m_hands->perform(changed ? u"done?No"_s : u"done"_s);
         QVERIFY(!m_kitchen->frame.find<frmRecipe>());
     }
