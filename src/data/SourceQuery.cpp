@@ -45,6 +45,18 @@ std::string_view joinedTable(const std::vector<std::string_view> &words)
     return table;
 }
 
+// A bare name stands for the whole table in storage order. The joins get the order in which their
+// link rows were stored, which the engine would otherwise give up where another index serves it.
+std::string statementText(const std::string &source, const std::vector<std::string_view> &words)
+{
+    if (words.size() == 1)
+        return "SELECT *, rowid FROM \"" + std::string(words.front()) + "\" ORDER BY rowid";
+    const std::string_view linkTable = joinedTable(words);
+    if (!linkTable.empty())
+        return source + " ORDER BY " + std::string(linkTable) + ".rowid";
+    return source;
+}
+
 FieldType typeOf(int table, const char *field)
 {
     for (const Field &known : schemaTables()[static_cast<std::size_t>(table)].fields) {
@@ -54,7 +66,8 @@ FieldType typeOf(int table, const char *field)
     return FieldType::Text;
 }
 
-// Through the value as a whole: each question to the statement itself would look it up again.
+// Through the value as a whole: each question to the statement itself would look it up again. Such
+// a value is safe to ask as long as no other thread uses the connection.
 Cell cellOf(sqlite3_value *value)
 {
     const auto bytes = [value](const void *data) {
@@ -86,37 +99,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     : m_database(&database)
     , m_source(source)
 {
-    const std::string text = statementText();
-    sqlite3 *handle = database.connection().getHandle();
-    sqlite3_stmt *statement = nullptr;
-    const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
-                                          &statement, nullptr);
-    m_statement.reset(statement);
-    if (result != SQLITE_OK)
-        database.fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
-    if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
-        throw DatabaseError(
-            QCoreApplication::translate("SourceQuery", "Not a record source: %1").arg(source));
-    describe();
-}
-
-// A bare name stands for the whole table in storage order. The joins get the order in which their
-// link rows were stored, which the engine would otherwise give up where another index serves it.
-std::string SourceQuery::statementText() const
-{
-    std::string text = m_source.toStdString();
-    const std::vector<std::string_view> all = words(text);
-    if (all.size() == 1)
-        return "SELECT *, rowid FROM \"" + std::string(all.front()) + "\" ORDER BY rowid";
-    const std::string_view linkTable = joinedTable(all);
-    if (!linkTable.empty())
-        return text + " ORDER BY " + std::string(linkTable) + ".rowid";
-    return text;
-}
-
-void SourceQuery::describe()
-{
-    const std::string text = m_source.toStdString();
+    const std::string text = source.toStdString();
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
     for (const std::string_view word : all) {
@@ -124,7 +107,26 @@ void SourceQuery::describe()
         if (table >= 0)
             m_reads[static_cast<std::size_t>(table)] = true;
     }
+    prepare(statementText(text, all));
+    describeColumns();
+}
 
+void SourceQuery::prepare(const std::string &text)
+{
+    sqlite3 *handle = m_database->connection().getHandle();
+    sqlite3_stmt *statement = nullptr;
+    const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
+                                          &statement, nullptr);
+    m_statement.reset(statement);
+    if (result != SQLITE_OK)
+        m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
+    if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
+        throw DatabaseError(
+            QCoreApplication::translate("SourceQuery", "Not a record source: %1").arg(m_source));
+}
+
+void SourceQuery::describeColumns()
+{
     const int count = sqlite3_column_count(m_statement.get()) - (m_bareTable ? 1 : 0);
     bool oneTable = true;
     for (int i = 0; i < count; ++i) {

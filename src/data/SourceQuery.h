@@ -57,8 +57,8 @@ private:
         void operator()(sqlite3_stmt *statement) const;
     };
 
-    std::string statementText() const;
-    void describe();
+    void prepare(const std::string &text);
+    void describeColumns();
     int findColumn(std::string_view field) const;
 
     Database *m_database;

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 bool saysYes(const QString &answer)
@@ -14,12 +16,23 @@ bool saysYes(const QString &answer)
         || answer.compare(u"yes", Qt::CaseInsensitive) == 0;
 }
 
+// Texts may come from recipe files: a control character in them must not steer the terminal.
+QString printable(QString text)
+{
+    constexpr char16_t firstPicture = 0x2400; // of the control characters
+    for (QChar &c : text) {
+        if (c < u' ' && c != u'\n')
+            c = QChar(firstPicture + c.unicode());
+    }
+    return text;
+}
+
 } // namespace
 
 Button TerminalDoorway::show(const MessageBox &box)
 {
     QTextStream err(stderr);
-    err << box.title << ": " << box.text << Qt::endl;
+    err << printable(box.title + u": "_s + box.text) << Qt::endl;
     if (std::find(box.buttons.begin(), box.buttons.end(), Button::Yes) == box.buttons.end())
         return box.defaultButton;
 

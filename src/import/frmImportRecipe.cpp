@@ -106,13 +106,15 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
 frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, const QString &path)
 {
     beginFile();
-    if (isTaken(recipe.name)) {
+    std::optional<SrfComplaint> complaint = checkNumbers(recipe);
+    if (!complaint && isTaken(recipe.name)) {
         m_commits.commit();
         if (!wantsDuplicate(recipe.name))
             return Outcome::NotImported;
         beginFile();
+        complaint = checkNumbers(recipe); // others may have changed the catalogs meanwhile
     }
-    if (const std::optional<SrfComplaint> complaint = checkNumbers(recipe)) {
+    if (complaint) {
         tell(complaintText(*complaint, path));
         return Outcome::NotImported;
     }
