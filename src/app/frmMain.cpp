@@ -1,7 +1,9 @@
 #include "frmMain.h"
 
+#include "frmAbout.h"
 #include "frmImportRecipe.h"
 #include "frmIngredient.h"
+#include "frmRecipes.h"
 #include "frmUtensil.h"
 #include "ui_frmMain.h"
 
@@ -26,6 +28,8 @@ frmMain::frmMain(Doorway &doorway)
 {
     const Boundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
+    boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
+    boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
     boundary.connect(m_ui->mnuIngredient, &QAction::triggered, this, &frmMain::mnuIngredient_Click);
     boundary.connect(m_ui->mnuUtensil, &QAction::triggered, this, &frmMain::mnuUtensil_Click);
 }
@@ -53,6 +57,18 @@ std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
 void frmMain::mnuExit_Click()
 {
     QApplication::exit();
+}
+
+void frmMain::mnuRecipes_Click()
+{
+    m_frame.show(m_frame.load<frmRecipes>());
+}
+
+void frmMain::mnuAbout_Click()
+{
+    frmAbout about(m_frame.boundary(), this);
+    about.Form_Load();
+    about.exec();
 }
 
 void frmMain::mnuIngredient_Click()

@@ -31,6 +31,8 @@ protected:
 
 private:
     void mnuExit_Click();
+    void mnuRecipes_Click();
+    void mnuAbout_Click();
     void mnuIngredient_Click();
     void mnuUtensil_Click();
     void MDIForm_Unload();

@@ -12,28 +12,34 @@
 
 namespace {
 
+QString importPath()
+{
+    return platform::commandLinePath(QApplication::arguments().sliced(1));
+}
+
 int runOnDesktop(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/pantrywise.svg")));
     DesktopDoorway doorway;
-    return startUp(doorway, platform::commandLinePath(QApplication::arguments().sliced(1)));
+    return startUp(doorway, importPath());
 }
 
 // Without a desktop a recipe file can still be imported; the windows that are loaded for it are
 // never shown.
 int runInTerminal(int argc, char *argv[])
 {
-    if (argc < 2) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QString path = importPath();
+    if (path.isEmpty()) {
         std::fputs(
             "Pantrywise needs a desktop: start it there, or give it a recipe file to import.\n",
             stderr);
         return 1;
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
     TerminalDoorway doorway;
-    return startUp(doorway, platform::commandLinePath(QApplication::arguments().sliced(1)));
+    return startUp(doorway, path);
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -246,6 +247,9 @@ ReadTransaction::ReadTransaction(Database &database)
 
 ReadTransaction::~ReadTransaction()
 {
-    if (m_outermost)
-        m_database.connection().tryExec("COMMIT");
+    if (!m_outermost)
+        return;
+    // A commit that writes can fail, which nobody would notice here.
+    Q_ASSERT(sqlite3_txn_state(m_database.connection().getHandle(), nullptr) != SQLITE_TXN_WRITE);
+    m_database.connection().tryExec("COMMIT");
 }

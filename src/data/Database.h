@@ -31,8 +31,8 @@ class Database
 {
 public:
     // The connection to the file at `path`: the one that is open, or else a new one. Opens for
-    // reading and writing and never creates or changes the file; throws where the file is missing,
-    // damaged, made by a newer program or no recipe file.
+    // reading and writing and never creates the file, nor changes one that it refuses; throws where
+    // the file is missing, damaged, made by a newer program or no recipe file.
     static std::shared_ptr<Database> open(const QString &path);
 
     ~Database();

@@ -2,6 +2,7 @@
 
 #include "Blanks.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

@@ -99,6 +99,7 @@ void RecordCursor::readRows()
     m_versionRead = version;
     m_changesRead = changes;
     m_isRead = true;
+    ++m_timesRead;
     if (m_query.isBareTable())
         m_lastKey = rows.empty() ? 0 : RowStore::cell(rows.back(), m_query.keyColumn()).integer;
     if (!m_rows.empty()) {
@@ -296,8 +297,8 @@ void RecordCursor::prepareSearch(const QString &criteria)
     m_search = std::move(search);
 }
 
-// One search is cheaper without an index; it is made when the rows that were looked at would have
-// paid for it.
+// One search is cheaper without an index; it is made as soon as the rows that were looked at would
+// have paid for it. A walk through all matches thus ends with the index for the next one.
 qsizetype RecordCursor::find(qsizetype from)
 {
     if (m_search.isPattern)
@@ -308,13 +309,13 @@ qsizetype RecordCursor::find(qsizetype from)
     });
     if (searched == m_searched.end())
         searched = m_searched.insert(m_searched.end(), {m_search.column, isText, 0, {}});
-    if (!searched->index && searched->scannedRows > rowCount())
-        searched->index.emplace(m_search.column, isText, m_rows);
     if (searched->index)
         return searched->index->find(m_search.key, m_rows, from);
 
     const qsizetype found = scan(from);
     searched->scannedRows += 1 + (found < 0 ? rowCount() : found) - from;
+    if (searched->scannedRows > rowCount())
+        searched->index.emplace(m_search.column, isText, m_rows);
     return found;
 }
 
@@ -357,7 +358,11 @@ void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
 {
     const int column = m_query.columnNumber(view(field));
     if (m_buffer == Buffer::Closed)
-        fail(QT_TRANSLATE_NOOP("RecordCursor", "No row is being added or edited in: %1"));
+        throw DatabaseError(
+            QCoreApplication::translate("RecordCursor",
+                                        "The field %1 cannot be written while no row is being "
+                                        "added or edited in: %2")
+                .arg(field, m_query.source()));
     std::optional<FieldValue> stored =
         storedValue(m_query.columns()[static_cast<std::size_t>(column)].type, value);
     if (!stored)

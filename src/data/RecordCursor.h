@@ -70,6 +70,10 @@ public:
     int columnNumber(QLatin1StringView field);
     Cell cellAt(qsizetype row, int column);
 
+    // How often the rows have been taken from the file. What was made from them is good for as long
+    // as the number stays and nothing is written through this cursor.
+    int timesRead() const { return m_timesRead; }
+
     // Into the open edit buffer. Throws where the field does not take the value, see FieldValue.h.
     void setValue(QLatin1StringView field, const QVariant &value);
 
@@ -128,6 +132,7 @@ private:
     std::vector<RowStore::Row> m_rows; // as long as m_isRead is not set, the added ones alone
     std::vector<SearchedColumn> m_searched;
     bool m_isRead = false;
+    int m_timesRead = 0;
     int m_versionRead = 0;
     TableChanges m_changesRead{}; // up to what the rows are known to be true
     qint64 m_lastKey = 0; // of the last row of a bare table

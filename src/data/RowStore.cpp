@@ -1,5 +1,6 @@
 #include "RowStore.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 

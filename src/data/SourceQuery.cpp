@@ -9,6 +9,8 @@
 #include <SQLiteCpp/Database.h>
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace {
 
 bool isWordCharacter(char c)
@@ -139,15 +141,23 @@ void SourceQuery::describe()
     if (m_bareTable)
         m_keyColumn = count;
     else if (table().hasKey)
-        m_keyColumn = columnNumber(table().fields.front().name);
+        m_keyColumn = findColumn(table().fields.front().name);
 }
 
-int SourceQuery::columnNumber(std::string_view field) const
+// -1 where there is none.
+int SourceQuery::findColumn(std::string_view field) const
 {
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
         if (equalAscii(m_columns[i].name, field))
             return static_cast<int>(i);
     }
+    return -1;
+}
+
+int SourceQuery::columnNumber(std::string_view field) const
+{
+    if (const int number = findColumn(field); number >= 0)
+        return number;
     throw DatabaseError(
         QCoreApplication::translate("SourceQuery", "There is no field %1 in: %2")
             .arg(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())), m_source));

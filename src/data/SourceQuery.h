@@ -59,6 +59,7 @@ private:
 
     std::string statementText() const;
     void describe();
+    int findColumn(std::string_view field) const;
 
     Database *m_database;
     QString m_source;

@@ -1,5 +1,8 @@
 #include "DesktopDoorway.h"
 
+#include "DocumentText.h"
+#include "Inches.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -54,15 +57,6 @@ QWidget *windowInFront()
     return nullptr;
 }
 
-// The edit's plain text would give no-break spaces as blanks.
-QString textOf(const QTextDocument &document)
-{
-    QString text = document.toRawText();
-    text.replace(QChar::ParagraphSeparator, "\r\n"_L1);
-    text.replace(QChar::LineSeparator, "\r\n"_L1); // Shift+Enter
-    return text;
-}
-
 } // namespace
 
 Button DesktopDoorway::show(const MessageBox &box)
@@ -92,12 +86,13 @@ QString DesktopDoorway::ask(const InputBox &box)
     auto *edit = dialog.findChild<QPlainTextEdit *>();
     if (edit)
         edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+    dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
 
     if (dialog.exec() != QDialog::Accepted)
         return {};
     if (!edit)
         return dialog.textValue();
-    return edit->document()->isModified() ? textOf(*edit->document()) : box.defaultText;
+    return edit->document()->isModified() ? documentText(*edit->document()) : box.defaultText;
 }
 
 QString DesktopDoorway::choose(const FileChooser &chooser)

@@ -23,6 +23,7 @@ Frame::Frame(Doorway &doorway, QMdiArea &area, std::function<void()> beep)
     , m_boundary(doorway)
     , m_activation(area, m_boundary, std::move(beep))
     , m_inputGate(area, m_activation)
+    , m_accessKeys(m_activation)
 {
     area.setActivationOrder(QMdiArea::ActivationHistoryOrder);
     area.viewport()->installEventFilter(this);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AccessKeys.h"
 #include "Activation.h"
 #include "Boundary.h"
 #include "ChildWindow.h"
@@ -73,6 +74,7 @@ private:
     Boundary m_boundary;
     Activation m_activation;
     InputGate m_inputGate;
+    AccessKeys m_accessKeys;
     QList<ChildWindow *> m_windows; // owned by the area
     int m_placed = 0; // new windows so far, for the cascade
 };

@@ -11,6 +11,8 @@
 
 #include <QCoreApplication>
 
+#include <unordered_set>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -22,6 +24,15 @@ QString tr(const char *text)
 
 // The rating that every imported recipe gets.
 constexpr int importedRating = 5;
+
+// Names, told apart as the database does it.
+struct NameHash {
+    std::size_t operator()(const std::string &name) const { return textHash(name); }
+};
+struct NameEqual {
+    bool operator()(const std::string &a, const std::string &b) const { return textsEqual(a, b); }
+};
+using NameSet = std::unordered_set<std::string, NameHash, NameEqual>;
 
 // What the catalog's columns do not take of an entry, should its ingredient be new.
 std::optional<SrfComplaint> checkNewIngredient(const SrfIngredient &entry)
@@ -66,7 +77,7 @@ void frmImportRecipe::openDataSources()
         source->open();
 }
 
-// The file is read and judged as a whole before anything of it is written or asked.
+// The file is read and parsed as a whole before anything of it is written or asked.
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
 {
     const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
@@ -84,7 +95,7 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
     }
     try {
         return importRecipe(std::get<SrfRecipe>(parsed), path);
-    } catch (const DatabaseError &) {
+    } catch (...) { // nothing may keep the recipe file locked
         m_commits.fileFailed();
         throw;
     }
@@ -168,16 +179,15 @@ std::optional<SrfComplaint> frmImportRecipe::checkNumbers(const SrfRecipe &recip
     if (!storedValue(FieldType::Number, recipe.serves))
         return SrfComplaint{SrfRecipe::servesLine, tr("the number of servings"), recipe.serves};
     RecordCursor &catalog = datIngredients.Recordset();
-    for (auto entry = recipe.ingredients.begin(); entry != recipe.ingredients.end(); ++entry) {
-        std::optional<SrfComplaint> complaint = checkNewIngredient(*entry);
+    NameSet names;
+    for (const SrfIngredient &entry : recipe.ingredients) {
+        if (!names.insert(entry.name.toStdString()).second)
+            continue;
+        std::optional<SrfComplaint> complaint = checkNewIngredient(entry);
         if (!complaint)
             continue;
-        const bool isSecond =
-            std::any_of(recipe.ingredients.begin(), entry, [&](const auto &other) {
-                return textsEqual(other.name.toStdString(), entry->name.toStdString());
-            });
-        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, entry->name));
-        if (catalog.NoMatch() && !isSecond)
+        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, entry.name));
+        if (catalog.NoMatch())
             return complaint;
     }
     return {};

@@ -1,17 +1,19 @@
 #include "DesktopSession.h"
 
-#include <QtGlobal>
-
-#include <algorithm>
-#include <array>
+#include <QByteArray>
+#include <QList>
 
 namespace platform {
 
 bool hasDesktop()
 {
-    constexpr std::array names = {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"};
-    return std::any_of(names.begin(), names.end(),
-                       [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
+    const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+    if (chosen.isEmpty())
+        return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+            || !qEnvironmentVariableIsEmpty("DISPLAY");
+    // Nobody could see a box there, nor answer it.
+    const QByteArray name = chosen.split(':').constFirst();
+    return name != "offscreen" && name != "minimal";
 }
 
 } // namespace platform

@@ -1,4 +1,5 @@
 #include "RecipeFile.h"
+#include "TemporaryHome.h"
 
 #include <SQLiteCpp/Statement.h>
 
@@ -24,6 +25,8 @@ struct Run {
 class TestProgram : public QObject
 {
     Q_OBJECT
+
+    const TemporaryHome home; // the program registers itself there
 
 private Q_SLOTS:
     void init();
@@ -202,9 +205,11 @@ void TestProgram::answersNoWhereNobodyCanBeAsked()
 
 void TestProgram::needsADesktopForItsWindow()
 {
-    const Run result = run({});
-    QCOMPARE(result.status, 1);
-    QVERIFY2(result.messages.contains(u"needs a desktop"_s), qPrintable(result.messages));
+    for (const QStringList &arguments : {QStringList(), QStringList(u""_s)}) {
+        const Run result = run(arguments);
+        QCOMPARE(result.status, 1);
+        QVERIFY2(result.messages.contains(u"needs a desktop"_s), qPrintable(result.messages));
+    }
 }
 
 void TestProgram::registersItselfWhereverItStands()
@@ -214,7 +219,7 @@ void TestProgram::registersItselfWhereverItStands()
     QVERIFY(QFile::rename(inFolder(u"pantrywise"_s), inFolder(u"moved/pantrywise"_s)));
     QCOMPARE(run({u"none.srf"_s}, u"moved/pantrywise"_s).status, 1);
 
-    QFile entry(qEnvironmentVariable("XDG_DATA_HOME") + "/applications/pantrywise.desktop"_L1);
+    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
     QVERIFY(entry.open(QIODevice::ReadOnly));
     QVERIFY(entry.readAll().contains(inFolder(u"moved/pantrywise"_s).toUtf8()));
 }

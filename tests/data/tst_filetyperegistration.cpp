@@ -34,11 +34,6 @@ void TestFileTypeRegistration::followsTheProgram()
     QVERIFY(entry.open(QIODevice::ReadOnly));
     QVERIFY(entry.readAll().contains(QFileInfo(program).fileName().toUtf8()));
     QCOMPARE(QFileInfo(program).fileName(), u"tst_filetyperegistration"_s);
-
-    QBENCHMARK
-    { // a start that finds all in place
-        registerFileType();
-    }
 }
 
 QTEST_GUILESS_MAIN(TestFileTypeRegistration)

@@ -478,13 +478,16 @@ void TestRecordCursor::complains()
     for (const auto &failure :
          {failureOf([&] { cursor.MoveNext(); }), failureOf([&] { cursor.MovePrevious(); }),
           failureOf([&] { cursor.value("ShelfLife"_L1); }), failureOf([&] { cursor.Edit(); }),
-          failureOf([&] { cursor.Delete(); }), failureOf([&] { cursor.Update(); }),
-          use("ShelfLife"_L1, 1)})
+          failureOf([&] { cursor.Delete(); }), failureOf([&] { cursor.Update(); })})
         QVERIFY2(failure.contains(table), qUtf8Printable(failure));
+    QVERIFY(holds(use("ShelfLife"_L1, 1), {u"ShelfLife"_s, table}));
     QVERIFY(!failureOf([&] { cursor.FindFirst({}); }).isNull());
     QVERIFY(holds(failureOf([&] { cursor.FindFirst(u"Nme = 1"_s); }), {u"Nme"_s, table}));
     QVERIFY(holds(failureOf([&] { cursor.value("Nme"_L1); }), {u"Nme"_s, table}));
+    const QString withoutKey = u"SELECT RecipeName FROM Recipes"_s;
     QVERIFY(holds(failureOf([&] { list.AddNew(); }), {recipeList}));
+    QVERIFY(holds(failureOf([&] { RecordCursor(database, withoutKey).AddNew(); }),
+                  {u"can only be read"_s, withoutKey}));
 
     cursor.AddNew();
     QVERIFY(holds(use("Nme"_L1, 1), {u"Nme"_s, table}));

@@ -52,6 +52,7 @@ private Q_SLOTS:
 
     void storesTheWholeRecipe();
     void usesWhatTheCatalogsHold();
+    void takesManyEntriesInTime();
     void refusesBadNumbersWhole_data();
     void refusesBadNumbersWhole();
     void asksAboutATakenTitle();
@@ -157,6 +158,18 @@ void TestFrmImportRecipe::usesWhatTheCatalogsHold()
              QStringList({u"I7|CRÈME|1|2|0"_s, u"I8|Salt|3|999|1"_s, u"U5|Pot"_s, u"U6|Ladle"_s,
                           u"r1|I7|1 cup"_s, u"r1|I8"_s, u"r1|I8|2|3 (fine)"_s, u"r1|U5"_s,
                           u"r1|U6"_s, u"r1|U6"_s}));
+}
+
+// Looking for each of them among all the others would take longer than a test may.
+void TestFrmImportRecipe::takesManyEntriesInTime()
+{
+    constexpr int count = 100'000;
+    QByteArray entries;
+    for (int i = 0; i < count; ++i)
+        entries += 'n' + QByteArray::number(i) + "|1|1|1||\r";
+    entries += QByteArray("n99999|||\r").repeated(count);
+    QCOMPARE(import({"Soup", entries}), Outcome::Imported);
+    QCOMPARE(rows(u"SELECT count(*) FROM RecipeIngredients"_s), QStringList(u"200000"_s));
 }
 
 void TestFrmImportRecipe::refusesBadNumbersWhole_data()

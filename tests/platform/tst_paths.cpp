@@ -86,16 +86,26 @@ void TestPaths::takesThePathFromTheCommandLine()
 
 void TestPaths::findsADesktop()
 {
-    const std::array names = {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"};
-    for (const char *name : names)
-        qunsetenv(name);
-    QVERIFY(!hasDesktop());
-    for (const char *name : names) {
-        qputenv(name, "");
-        QVERIFY(!hasDesktop());
-        qputenv(name, "x");
-        QVERIFY(hasDesktop());
-        qunsetenv(name);
+    struct Case {
+        const char *wayland;
+        const char *x;
+        const char *chosen;
+        bool isDesktop;
+    };
+    const std::array cases = {
+        Case{"", "", "", false},
+        Case{"wayland-0", "", "", true},
+        Case{"", ":0", "", true},
+        Case{"", "", "xcb", true},
+        Case{"", ":0", "offscreen", false},
+        Case{"", ":0", "minimal:x=1", false},
+        Case{"", "", "minimalegl", true},
+    };
+    for (const Case &c : cases) {
+        qputenv("WAYLAND_DISPLAY", c.wayland);
+        qputenv("DISPLAY", c.x);
+        qputenv("QT_QPA_PLATFORM", c.chosen);
+        QVERIFY2(hasDesktop() == c.isDesktop, c.chosen);
     }
 }
 

@@ -163,16 +163,13 @@ void TestRegistry::keepsOddNamesApart()
         u"General"_s, u"a=b;[c]#"_s, u" a "_s,  u"клад"_s,  u"日😀"_s, u"A"_s,    u"a"_s,     u"@"_s,
         u"a,b"_s,     u"\"a\""_s,    u"."_s,    u".srf"_s,  u"\n"_s,  u"%U"_s,
     };
-    // Each name also names a key, made before and after the value.
-    for (const QString &name : names) {
+    // The names that the store has a use for also name keys here.
+    for (const QString &name : {names[1], names[2], names[3]}) {
         HKEY key = 0;
-        const QString keyPath = u"odd\\"_s + QString(name).replace(u'\\', u'|');
-        QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, keyPath, whole, key), ERROR_SUCCESS);
+        QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, u"odd\\"_s + name, whole, key), ERROR_SUCCESS);
         for (const QString &value : names)
             QCOMPARE(RegSetValueExA(key, value, REG_SZ, (name + value).toUtf8()), ERROR_SUCCESS);
         RegCloseKey(key);
-        if (&name - names.data() == 3)
-            break;
     }
     HKEY parent = 0;
     QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, u"odd"_s, whole, parent), ERROR_SUCCESS);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class Boundary;
+
+namespace Ui {
+class frmAbout;
+}
+
+// What the program is and which version of it runs.
+class frmAbout final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmAbout(const Boundary &boundary, QWidget *parent = nullptr);
+    ~frmAbout() override;
+
+    void Form_Load();
+
+private:
+    void cmdOK_Click();
+
+    std::unique_ptr<Ui::frmAbout> m_ui;
+};

@@ -1,0 +1,65 @@
+#include "LockableComboBox.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyleOptionFrame>
+#include <QStylePainter>
+#include <QWheelEvent>
+
+void LockableComboBox::setLocked(bool locked)
+{
+    m_isLocked = locked;
+    update();
+}
+
+void LockableComboBox::showPopup()
+{
+    if (!m_isLocked)
+        QComboBox::showPopup();
+}
+
+// An ignored event goes on to the window, which knows Enter and Esc.
+void LockableComboBox::keyPressEvent(QKeyEvent *event)
+{
+    if (m_isLocked)
+        event->ignore();
+    else
+        QComboBox::keyPressEvent(event);
+}
+
+void LockableComboBox::mousePressEvent(QMouseEvent *event)
+{
+    if (m_isLocked)
+        event->ignore();
+    else
+        QComboBox::mousePressEvent(event);
+}
+
+void LockableComboBox::wheelEvent(QWheelEvent *event)
+{
+    if (m_isLocked)
+        event->ignore();
+    else
+        QComboBox::wheelEvent(event);
+}
+
+// Locked, it looks like a locked edit beside it.
+void LockableComboBox::paintEvent(QPaintEvent *event)
+{
+    if (!m_isLocked) {
+        QComboBox::paintEvent(event);
+        return;
+    }
+    QStylePainter painter(this);
+    QStyleOptionFrame panel;
+    panel.initFrom(this);
+    panel.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &panel, this);
+    panel.state |= QStyle::State_Sunken | QStyle::State_ReadOnly;
+    panel.palette.setBrush(QPalette::Base, palette().window());
+    painter.drawPrimitive(QStyle::PE_PanelLineEdit, panel);
+    const QRect inside =
+        style()->subElementRect(QStyle::SE_LineEditContents, &panel, this).adjusted(2, 0, -2, 0);
+    const QString text = fontMetrics().elidedText(currentText(), Qt::ElideRight, inside.width());
+    painter.drawItemText(inside, Qt::AlignLeft | Qt::AlignVCenter, palette(), true, text,
+                         QPalette::Text);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QTreeView>
+
+// A table of rows: it can say in grey why it is empty, and letters that are typed look for the
+// first column wherever the row was clicked.
+class RecipeTable final : public QTreeView
+{
+    Q_OBJECT
+    Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
+
+public:
+    explicit RecipeTable(QWidget *parent = nullptr);
+
+    QString emptyText() const { return m_emptyText; }
+    void setEmptyText(const QString &text) { m_emptyText = text; }
+
+    void keyboardSearch(const QString &letters) override;
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_emptyText;
+};
