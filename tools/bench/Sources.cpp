@@ -20,15 +20,6 @@ QString utensilJoin()
            "RecipeUtensils ON Utensils.UtensilID = RecipeUtensils.UtensilID"_s;
 }
 
-QString listWithCounts()
-{
-    return u"SELECT Recipes.RecipeID, Recipes.RecipeName, Recipes.Description, Recipes.Serves, "
-           "Count(RecipeIngredients.RecipeID) AS CountOfRecipeID FROM Recipes LEFT JOIN "
-           "RecipeIngredients ON Recipes.RecipeID = RecipeIngredients.RecipeID GROUP BY "
-           "Recipes.RecipeID, Recipes.RecipeType, Recipes.RecipeName, Recipes.Description, "
-           "Recipes.Serves ORDER BY RecipeType, RecipeName"_s;
-}
-
 } // namespace
 
 QString ingredientJoin()
@@ -36,6 +27,15 @@ QString ingredientJoin()
     return u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
            "Ingredients.IngredientName, Ingredients.Vegetarian FROM Ingredients INNER JOIN "
            "RecipeIngredients ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
+}
+
+QString listWithCounts()
+{
+    return u"SELECT Recipes.RecipeID, Recipes.RecipeName, Recipes.Description, Recipes.Serves, "
+           "Count(RecipeIngredients.RecipeID) AS CountOfRecipeID FROM Recipes LEFT JOIN "
+           "RecipeIngredients ON Recipes.RecipeID = RecipeIngredients.RecipeID GROUP BY "
+           "Recipes.RecipeID, Recipes.RecipeType, Recipes.RecipeName, Recipes.Description, "
+           "Recipes.Serves ORDER BY RecipeType, RecipeName"_s;
 }
 
 std::vector<Source> windowSources()

@@ -18,3 +18,6 @@ std::vector<QString> importerSources();
 
 // All lines of all recipes.
 QString ingredientJoin();
+
+// The recipe list.
+QString listWithCounts();

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Doorway.h"
+#include "Frame.h"
+
+#include <QMainWindow>
+#include <QMdiArea>
+
+#include <stdexcept>
+
+// A main window with a frame, in which the program's windows are opened and left as a cook does it.
+// A box is a failure of the measurement.
+class BenchFrame
+{
+public:
+    BenchFrame()
+    {
+        m_window.setCentralWidget(&m_area);
+        m_window.resize(1000, 700);
+        m_window.show();
+    }
+    ~BenchFrame()
+    {
+        frame.unloadAll();
+        m_window.takeCentralWidget();
+    }
+
+    // Shows the window and lets what is queued happen: its activation, and the painting.
+    template <typename Window>
+    Window &open()
+    {
+        auto &window = frame.load<Window>();
+        frame.show(window);
+        QCoreApplication::processEvents();
+        return window;
+    }
+
+    void close(ChildWindow &window)
+    {
+        frame.hide(window);
+        frame.unload(window);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+
+private:
+    Q_DISABLE_COPY_MOVE(BenchFrame)
+
+    class NoDoorway final : public Doorway
+    {
+    public:
+        Button show(const MessageBox &box) override
+        {
+            throw std::runtime_error(box.text.toStdString());
+        }
+        QString ask(const InputBox &) override { return {}; }
+        QString choose(const FileChooser &) override { return {}; }
+        QString choose(const FolderChooser &) override { return {}; }
+    };
+
+    NoDoorway m_doorway;
+    QMainWindow m_window;
+    QMdiArea m_area;
+
+public:
+    Frame frame{m_doorway, m_area, [] {}};
+};
