@@ -48,6 +48,12 @@ void countChange(void *changes, int, const char *, const char *table, sqlite3_in
         ++(*static_cast<TableChanges *>(changes))[static_cast<std::size_t>(number)];
 }
 
+// Rows are deleted one by one, so that each is counted, also where a whole table is emptied.
+int deleteRowByRow(void *, int action, const char *, const char *, const char *, const char *)
+{
+    return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
+}
+
 std::string selectOfFields(const Table &table)
 {
     std::string fields;
@@ -75,11 +81,12 @@ Database::Database(const QString &path)
     : m_path(path)
 {
     guarded(*this, [this] {
-        // Cursors and transactions belong to one thread anyway, so the engine need not lock.
+        // One thread uses it: its locks would cost a fifth of the reading.
         m_connection = std::make_unique<SQLite::Database>(
             m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
         configure();
         checkFile();
+        useOneFile();
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
     });
 }
@@ -93,6 +100,7 @@ void Database::configure()
     sqlite3_busy_handler(handle, waitForLock, &waitingSince);
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_update_hook(handle, countChange, &m_changes);
+    sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
     m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
@@ -108,8 +116,18 @@ void Database::checkFile()
         SQLite::Statement(*m_connection, selectOfFields(table));
 }
 
+// A file that another tool has set to a write-ahead log would keep its newest rows in a second
+// file, which a copy made by hand leaves behind. Where that cannot be undone now, the log works as
+// well.
+void Database::useOneFile()
+{
+    if (m_connection->execAndGet("PRAGMA journal_mode").getString() == "wal")
+        m_connection->tryExec("PRAGMA journal_mode = DELETE");
+}
+
 void Database::Execute(const QString &statement)
 {
+    refuseAfterFailure();
     guarded(*this, [&] { m_connection->exec(translatedStatement(statement.toStdString())); });
 }
 
@@ -126,6 +144,7 @@ int Database::dataVersion()
 
 void Database::enlist(TransactionParticipant &participant)
 {
+    refuseAfterFailure();
     if (m_depth > 0
         && std::find(m_participants.begin(), m_participants.end(), &participant)
             == m_participants.end())
@@ -149,6 +168,8 @@ void Database::tellParticipants()
 void Database::fail(int code, const char *message)
 {
     const QString text = databaseFailureText(m_path, code, QString::fromUtf8(message));
+    if (m_depth > 0)
+        m_failure = text;
     // A full disk and the like make the engine undo the whole transaction by itself.
     if (m_depth > 0 && !m_undoneByEngine
         && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
@@ -158,8 +179,16 @@ void Database::fail(int code, const char *message)
     throw DatabaseError(text);
 }
 
+// What is written behind a failure would be stored without what should have come before it.
+void Database::refuseAfterFailure() const
+{
+    if (!m_failure.isEmpty())
+        throw DatabaseError(m_failure);
+}
+
 void Database::begin()
 {
+    refuseAfterFailure();
     guarded(*this,
             [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
     ++m_depth;
@@ -167,8 +196,7 @@ void Database::begin()
 
 void Database::commit()
 {
-    if (m_undoneByEngine)
-        throw DatabaseError(databaseFailureText(m_path, SQLITE_IOERR, {}));
+    refuseAfterFailure();
     guarded(*this, [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
     if (--m_depth == 0)
         m_participants.clear();
@@ -180,10 +208,12 @@ void Database::rollBack() noexcept
         // Not even a failing rollback leaves anything to do: the engine then has undone it all.
         m_connection->tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
         tellParticipants();
+        m_failure.clear();
     }
     if (--m_depth == 0) {
         m_participants.clear();
         m_undoneByEngine = false;
+        m_failure.clear();
     }
 }
 

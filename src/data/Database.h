@@ -45,7 +45,9 @@ public:
     // A number that has become another one where another program has changed the file.
     int dataVersion();
 
-    // A participant is told of rollbacks from now until the outermost transaction ends.
+    // To be called before each change: the participant is told of rollbacks from now until the
+    // outermost transaction ends. Throws where a step of the open transaction has failed, since it
+    // can only be undone then.
     void enlist(TransactionParticipant &participant);
     void delist(TransactionParticipant &participant);
 
@@ -65,11 +67,13 @@ private:
 
     void configure();
     void checkFile();
+    void useOneFile();
 
     void begin();
     void commit();
     void rollBack() noexcept;
     void tellParticipants();
+    void refuseAfterFailure() const;
 
     const QString m_path;
     std::unique_ptr<SQLite::Database> m_connection;
@@ -78,4 +82,5 @@ private:
     std::vector<TransactionParticipant *> m_participants;
     int m_depth = 0; // of transactions that lie in each other
     bool m_undoneByEngine = false; // as a whole, before its scopes have ended
+    QString m_failure; // of a step in the open transaction, until that step has been undone
 };

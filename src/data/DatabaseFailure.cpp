@@ -65,7 +65,7 @@ QString readOnlyText(const QString &path, int code)
         return tr("Nothing can be stored in the recipe file %1, since its folder is read-only. "
                   "Give yourself the right to write in the folder and try again.");
     return tr("Nothing can be stored in the recipe file %1, since it is read-only. Give yourself "
-              "the right to write it and try again.");
+              "the right to write it and start Pantrywise again.");
 }
 
 // "no such table: Recipes" and the like say in their last word what is missing.

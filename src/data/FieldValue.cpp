@@ -28,14 +28,6 @@ QStringView withoutSign(QStringView text)
     return text.startsWith(u'+') || text.startsWith(u'-') ? text.sliced(1) : text;
 }
 
-FieldValue number(double value)
-{
-    constexpr double integersUpTo = 9007199254740992.0; // 2^53: beyond, a double skips integers
-    if (std::abs(value) <= integersUpTo && std::trunc(value) == value)
-        return static_cast<qint64>(value);
-    return value;
-}
-
 // Digits that a double takes exactly: what nearly all numbers are. Converting them here costs a
 // twentieth of what the general conversion does.
 double valueOfDigits(QStringView digits)
@@ -65,6 +57,18 @@ std::optional<double> parsedNumber(QStringView text)
     return value;
 }
 
+std::optional<FieldValue> key(const QVariant &value)
+{
+    const int type = value.typeId();
+    if (type == QMetaType::QString || type == QMetaType::Double)
+        return {};
+    bool ok = false;
+    const qint64 key = value.toLongLong(&ok);
+    if (!ok)
+        return {};
+    return key;
+}
+
 std::optional<double> numberOf(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QString)
@@ -91,6 +95,17 @@ std::optional<FieldValue> wholeNumber(const QVariant &value)
     return static_cast<qint64>(*converted);
 }
 
+std::optional<FieldValue> number(const QVariant &value)
+{
+    constexpr double beyondIntegers = 9223372036854775808.0; // 2^63
+    const std::optional<double> converted = numberOf(value);
+    if (!converted)
+        return {};
+    if (std::abs(*converted) < beyondIntegers && std::trunc(*converted) == *converted)
+        return static_cast<qint64>(*converted);
+    return *converted;
+}
+
 std::optional<FieldValue> yesNo(const QVariant &value)
 {
     const QString text = value.toString();
@@ -110,21 +125,16 @@ std::optional<FieldValue> yesNo(const QVariant &value)
 std::optional<FieldValue> storedValue(FieldType type, const QVariant &value)
 {
     if (!value.isValid())
-        return FieldValue{};
+        return std::make_optional<FieldValue>();
     switch (type) {
     case FieldType::Text:
         return value.toString().toStdString();
-    case FieldType::Key: {
-        bool ok = false;
-        const qint64 key = value.toLongLong(&ok);
-        return ok ? std::optional<FieldValue>(key) : std::nullopt;
-    }
+    case FieldType::Key:
+        return key(value);
     case FieldType::WholeNumber:
         return wholeNumber(value);
-    case FieldType::Number: {
-        const std::optional<double> converted = numberOf(value);
-        return converted ? std::optional<FieldValue>(number(*converted)) : std::nullopt;
-    }
+    case FieldType::Number:
+        return number(value);
     case FieldType::YesNo:
         return yesNo(value);
     }

@@ -93,7 +93,12 @@ void RecordCursor::readRows()
     const ReadTransaction scope(*m_database);
     const int version = m_database->dataVersion();
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = runSource();
+    std::vector<RowStore::Row> rows = m_query.rows(m_store);
+    if (m_query.isOutdated()) {
+        m_query = SourceQuery(*m_database, m_query.source());
+        m_writer.reset();
+        rows = m_query.rows(m_store);
+    }
 
     m_search = {};
     m_versionRead = version;
@@ -109,21 +114,7 @@ void RecordCursor::readRows()
     rows.insert(rows.end(), m_rows.begin(), m_rows.end());
     m_rows = std::move(rows);
     if (m_place == Place::NotAsked)
-        moveTo(0);
-}
-
-std::vector<RowStore::Row> RecordCursor::runSource()
-{
-    if (m_recordSource == m_query.source()) {
-        std::vector<RowStore::Row> rows = m_query.rows(m_store);
-        if (!m_query.isOutdated())
-            return rows;
-    }
-    SourceQuery query(*m_database, m_recordSource);
-    std::vector<RowStore::Row> rows = query.rows(m_store);
-    m_query = std::move(query);
-    m_writer.reset();
-    return rows;
+        standOn(0);
 }
 
 void RecordCursor::discardRows()
@@ -145,7 +136,7 @@ void RecordCursor::transactionRolledBack()
 
 bool RecordCursor::isUnchanged()
 {
-    if (m_addedOutOfPlace || m_recordSource != m_query.source())
+    if (m_addedOutOfPlace)
         return false;
     const TableChanges &changes = m_database->changes();
     for (std::size_t i = 0; i < changes.size(); ++i) {
@@ -158,10 +149,16 @@ bool RecordCursor::isUnchanged()
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
-    if (m_isRead && isUnchanged())
-        moveTo(0);
-    else
+    if (m_recordSource != m_query.source()) {
+        m_query = SourceQuery(*m_database, m_recordSource);
+        m_search = {};
+        m_writer.reset();
         discardRows();
+    } else if (m_isRead && isUnchanged()) {
+        moveTo(0);
+    } else {
+        discardRows();
+    }
 }
 
 // Moving
@@ -169,11 +166,31 @@ void RecordCursor::Requery()
 void RecordCursor::moveTo(qsizetype row)
 {
     m_buffer = Buffer::Closed;
-    m_row = row;
-    if (row < 0)
+    standOn(row);
+}
+
+void RecordCursor::standOn(qsizetype row)
+{
+    m_row = m_rows.empty() ? 0 : row;
+    if (m_row < 0)
         m_place = Place::BeforeFirst;
     else
-        m_place = row < rowCount() ? Place::OnRow : Place::AfterLast;
+        m_place = m_row < rowCount() ? Place::OnRow : Place::AfterLast;
+}
+
+// The number of the row behind the position; rows may have been added since the cursor came there.
+qsizetype RecordCursor::following() const
+{
+    switch (m_place) {
+    case Place::OnRow:
+        return m_row + 1;
+    case Place::Deleted:
+        return m_row;
+    case Place::AfterLast:
+        return rowCount();
+    default:
+        return 0;
+    }
 }
 
 void RecordCursor::MoveFirst()
@@ -195,7 +212,7 @@ void RecordCursor::MoveNext()
     if (AtEOF())
         fail(QT_TRANSLATE_NOOP("RecordCursor",
                                "There is no row to move to behind the last one: %1"));
-    moveTo(m_place == Place::Deleted ? m_row : m_row + 1);
+    moveTo(following());
 }
 
 void RecordCursor::MovePrevious()
@@ -204,7 +221,7 @@ void RecordCursor::MovePrevious()
     if (AtBOF())
         fail(QT_TRANSLATE_NOOP("RecordCursor",
                                "There is no row to move to before the first one: %1"));
-    moveTo(m_row - 1);
+    moveTo((m_place == Place::AfterLast ? rowCount() : m_row) - 1);
 }
 
 bool RecordCursor::AtBOF()
@@ -244,13 +261,13 @@ void RecordCursor::FindFirst(const QString &criteria)
 void RecordCursor::FindNext(const QString &criteria)
 {
     readRows();
-    search(criteria, m_place == Place::Deleted ? m_row : m_row + 1);
+    search(criteria, following());
 }
 
 void RecordCursor::search(const QString &criteria, qsizetype from)
 {
     m_buffer = Buffer::Closed;
-    if (criteria != m_search.criteria)
+    if (criteria.isEmpty() || criteria != m_search.criteria)
         prepareSearch(criteria);
     const qsizetype found = find(from);
     m_noMatch = found < 0;

@@ -24,6 +24,7 @@ public:
     // Checks the source and reads nothing. The source's text must outlive the cursor; a requery
     // runs the text that it has then.
     RecordCursor(std::shared_ptr<Database> database, const QString &recordSource);
+    RecordCursor(std::shared_ptr<Database> database, QString &&recordSource) = delete;
     ~RecordCursor();
 
     // Moves read. Moving on from where there is no row is an error; so is leaving the rows twice.
@@ -32,7 +33,8 @@ public:
     void MoveNext();
     void MovePrevious();
 
-    // Before the first row, behind the last one; both in an empty set. They read.
+    // Before the first row, behind the last one; both in an empty set, in which a row that is added
+    // then comes in front of the position. They read.
     bool AtBOF();
     bool AtEOF();
 
@@ -95,7 +97,6 @@ private:
     void transactionRolledBack() override;
 
     void readRows();
-    std::vector<RowStore::Row> runSource();
     void discardRows();
     bool isUnchanged();
     qsizetype rowCount() const { return static_cast<qsizetype>(m_rows.size()); }
@@ -104,6 +105,8 @@ private:
     [[noreturn]] void fail(const char *text) const;
     void requireRow();
     void moveTo(qsizetype row);
+    void standOn(qsizetype row);
+    qsizetype following() const;
 
     void search(const QString &criteria, qsizetype from);
     void prepareSearch(const QString &criteria);

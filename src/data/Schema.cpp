@@ -94,7 +94,11 @@ std::string creationScript()
     for (const Table &table : tables)
         script += createTable(table);
     for (const std::string table : {"RecipeIngredients", "RecipeUtensils"})
-        script += "CREATE INDEX " + table + "OfRecipe ON " + table + " (RecipeID);";
+        script.append("CREATE INDEX ")
+            .append(table)
+            .append("OfRecipe ON ")
+            .append(table)
+            .append(" (RecipeID);");
     script += "PRAGMA application_id = " + std::to_string(applicationId) + ";";
     script += "PRAGMA user_version = " + std::to_string(schemaVersion) + ";";
     return script + "COMMIT;";

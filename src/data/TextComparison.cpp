@@ -104,6 +104,9 @@ public:
                 return notText(lead);
             c = (c << 6U) | (m_at[i] & 0x3FU);
         }
+        constexpr std::array<char32_t, 4> smallest = {0, 0x80, 0x800, 0x10000};
+        if (c < smallest[static_cast<std::size_t>(more)] || c > 0x10FFFF)
+            return notText(lead);
         m_at += more;
         return c;
     }

@@ -71,7 +71,7 @@ void Activation::forgetAll()
 
 void Activation::queue()
 {
-    if (m_queued)
+    if (m_queued || m_settling)
         return;
     m_queued = true;
     const auto deliver = [this] {

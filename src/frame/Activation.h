@@ -31,7 +31,7 @@ public:
     leave(ChildWindow &child); // before it is hidden; it cannot take the activation back any more
     void forgetAll(); // no window is on the stage any more; no handler runs
 
-    void queue();
+    void queue(); // settle() for when the running handler has ended
     // Runs the handlers that are due. Does nothing while a modal window is open, and goes on when
     // the input gate queues it again.
     void settle();

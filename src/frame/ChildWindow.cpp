@@ -52,15 +52,9 @@ bool ChildWindow::keepsActivationFrom(const ChildWindow & /*next*/) const noexce
 
 void ChildWindow::setDefaultButton(QPushButton *button)
 {
-    if (m_defaultButton) {
-        m_defaultButton->setDefault(false);
-        m_defaultButton->removeEventFilter(this);
-    }
     m_defaultButton = button;
-    if (button) {
-        button->setDefault(true);
-        button->installEventFilter(this);
-    }
+    button->setDefault(true); // outside a dialog this is only its look
+    button->installEventFilter(this);
 }
 
 void ChildWindow::setCancelButton(QPushButton *button)
@@ -72,7 +66,7 @@ bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
 {
     // A default button with the focus takes Enter itself, and would take a held key as many
     // presses.
-    if (watched == m_defaultButton && event->type() == QEvent::KeyPress) {
+    if (event->type() == QEvent::KeyPress && watched == m_defaultButton) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
         if (key.isAutoRepeat() && isPlainEnter(key))
             return true;

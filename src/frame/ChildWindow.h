@@ -3,7 +3,6 @@
 #include "Boundary.h"
 
 #include <QByteArrayView>
-#include <QPointer>
 #include <QWidget>
 
 class Doorway;
@@ -56,6 +55,7 @@ protected:
         return boundary().connect(sender, signal, window, handler);
     }
 
+    // Once each, by the constructor; the buttons live as long as the window.
     void setDefaultButton(QPushButton *button);
     void setCancelButton(QPushButton *button);
 
@@ -71,6 +71,6 @@ private:
 
     Frame &m_frame;
     QString m_title;
-    QPointer<QPushButton> m_defaultButton;
-    QPointer<QPushButton> m_cancelButton;
+    QPushButton *m_defaultButton = nullptr;
+    QPushButton *m_cancelButton = nullptr;
 };

@@ -53,13 +53,14 @@ bool InputGate::filterMouse(QEvent::Type type, const QPoint &globalPosition)
     if (type == QEvent::MouseMove || m_swallowing)
         return m_swallowing;
 
-    m_activation.settle();
+    // Where the focus has moved before the press is seen, the window is wanted already.
     ChildWindow *child = childAt(globalPosition);
     if (child && child != m_activation.active()) {
-        m_activation.want(*child);
         m_activation.settle();
-        m_swallowing = child != m_activation.active();
+        m_activation.want(*child);
     }
+    m_activation.settle();
+    m_swallowing = child && child != m_activation.active();
     return m_swallowing;
 }
 

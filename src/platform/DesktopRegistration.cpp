@@ -68,8 +68,7 @@ std::optional<QByteArray> contentsOf(const QString &path)
 
 void update(const QString &path, const QByteArray &contents)
 {
-    const bool replaceable = !QFileInfo::exists(path) || QFileInfo(path).isFile();
-    if (!replaceable || contentsOf(path) == contents)
+    if (contentsOf(path) == contents)
         return;
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
@@ -138,7 +137,7 @@ void registerWithDesktop(const QString &programPath)
 
     const QString defaults = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
         + "/mimeapps.list"_L1;
-    const auto present = contentsOf(defaults);
+    const auto present = contentsOf(defaults); // what cannot be read must not be replaced
     if (present || !QFileInfo::exists(defaults)) {
         update(
             defaults,

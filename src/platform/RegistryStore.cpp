@@ -2,6 +2,7 @@
 
 #include "Registry.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +11,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringDecoder>
+#include <QThread>
 #include <QtEndian>
 
 #include <algorithm>
@@ -22,7 +24,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace platform {
 namespace {
 
-constexpr int longestWait = 5000; // milliseconds, for another program's change
+// In milliseconds. A change takes a few; a program that was killed in one does not hold up others.
+constexpr int longestChange = 2000;
+constexpr int longestWait = 5000;
 
 RegistryValue fromText(const QString &text)
 {
@@ -76,7 +80,16 @@ public:
         : file(path + ".writing"_L1)
     {
         QDir().mkpath(QFileInfo(path).path());
-        held = file.tryLock(longestWait);
+        file.setStaleLockTime(longestChange);
+        // Not the lock's own wait, which doubles its pauses and starves beside a busy program.
+        const QDeadlineTimer limit(longestWait);
+        while (!(held = file.tryLock()) && file.error() == QLockFile::LockFailedError
+               && !limit.hasExpired())
+            QThread::msleep(5);
+        // Settings have a lock of their own. Nobody but the holder of this one can hold that, so it
+        // is a killed program's, and they would wait for it half a minute.
+        if (held)
+            QFile::remove(path + ".lock"_L1);
     }
     explicit operator bool() const { return held; }
 
@@ -92,7 +105,7 @@ bool isWellFormed(const QString &text)
     const QStringList lines = text.split(u'\n');
     return std::all_of(lines.begin(), lines.end(), [](const QString &whole) {
         const QStringView line = QStringView(whole).trimmed();
-        return line.isEmpty() || line.startsWith(u';')
+        return line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#')
             || (line.startsWith(u'[') ? line.endsWith(u']') : line.indexOf(u'=') > 0);
     });
 }
@@ -180,7 +193,6 @@ bool change(const QString &key, const QString &entry, const QString &text)
     const WriteLock lock(path);
     if (!lock)
         return false;
-    makeLaterThan(timeOf(path), path);
     const FileTime before = timeOf(path);
 
     QSettings settings(path, QSettings::IniFormat);
@@ -188,7 +200,7 @@ bool change(const QString &key, const QString &entry, const QString &text)
     settings.setValue(entry, text);
     settings.sync();
     makeLaterThan(before, path);
-    return settings.status() == QSettings::NoError;
+    return settings.status() != QSettings::AccessError; // its form has been looked at
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "FileTypeRegistration.h"
 #include "RegistryFunctions.h"
+#include "TemporaryHome.h"
 
-#include <QDir>
-#include <QStandardPaths>
+#include <QFileInfo>
 #include <QTest>
 
 using namespace platform;
@@ -11,6 +11,8 @@ using namespace Qt::Literals::StringLiterals;
 class TestFileTypeRegistration : public QObject
 {
     Q_OBJECT
+
+    const TemporaryHome home;
 
 private Q_SLOTS:
     void followsTheProgram();
@@ -28,8 +30,7 @@ void TestFileTypeRegistration::followsTheProgram()
     QCOMPARE(ReadRegistryValue(HKEY_CLASSES_ROOT, u".srf"_s, {}), QVariant(u"srffile"_s));
     QCOMPARE(ReadRegistryValue(HKEY_CLASSES_ROOT, command, {}),
              QVariant(u'"' + program + "\" %1"_L1));
-    QFile entry(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-                + "/applications/pantrywise.desktop"_L1);
+    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
     QVERIFY(entry.open(QIODevice::ReadOnly));
     QVERIFY(entry.readAll().contains(QFileInfo(program).fileName().toUtf8()));
     QCOMPARE(QFileInfo(program).fileName(), u"tst_filetyperegistration"_s);

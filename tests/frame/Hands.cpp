@@ -38,12 +38,13 @@ bool Hands::areReal()
 void Hands::type(const QStringList &keys) const
 {
     if (areReal()) {
-        xdotool(QStringList {u"key"_s} + keys);
+        xdotool(QStringList{u"key"_s} + keys);
         return;
     }
     for (const QString &key : keys) {
         const QKeyCombination combination = QKeySequence(key)[0];
-        QTest::keyClick(m_window.windowHandle(), combination.key(), combination.keyboardModifiers());
+        QTest::keyClick(m_window.windowHandle(), combination.key(),
+                        combination.keyboardModifiers());
         if (combination.keyboardModifiers().testFlag(Qt::ControlModifier))
             QTest::keyRelease(m_window.windowHandle(), Qt::Key_Control, Qt::ControlModifier);
     }
@@ -53,8 +54,8 @@ void Hands::click(QPoint globalPosition, int times) const
 {
     if (areReal()) {
         xdotool(mouseTo(globalPosition)
-                + QStringList {u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s,
-                               u"20"_s, u"1"_s});
+                + QStringList{u"click"_s, u"--repeat"_s, QString::number(times), u"--delay"_s,
+                              u"20"_s, u"1"_s});
         return;
     }
     const QPoint position = m_window.windowHandle()->mapFromGlobal(globalPosition);
@@ -72,7 +73,7 @@ void Hands::move(QPoint globalPosition) const
 void Hands::wheelDown(QPoint globalPosition) const
 {
     if (areReal()) {
-        xdotool(mouseTo(globalPosition) + QStringList {u"click"_s, u"5"_s});
+        xdotool(mouseTo(globalPosition) + QStringList{u"click"_s, u"5"_s});
         return;
     }
     QWheelEvent event(m_window.windowHandle()->mapFromGlobal(globalPosition), globalPosition, {},

@@ -5,8 +5,8 @@
 
 class QWidget;
 
-// The user's hands on a window: real keys and a real mouse where there is an X server, events on the
-// native window elsewhere. They may return before the program has seen what they did.
+// The user's hands on a window: real keys and a real mouse where there is an X server, events on
+// the native window elsewhere. They may return before the program has seen what they did.
 class Hands
 {
 public:

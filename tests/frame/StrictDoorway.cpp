@@ -16,7 +16,8 @@ QString describe(const MessageBox &box)
         buttons += QLatin1StringView(caption) + (button == box.defaultButton ? u"*"_s : QString());
     }
     return u"message box \"%1\", \"%2\", %3, %4"_s.arg(
-        box.title, box.text, QLatin1StringView(icons[static_cast<int>(box.icon)]), buttons.join(u' '));
+        box.title, box.text, QLatin1StringView(icons[static_cast<int>(box.icon)]),
+        buttons.join(u' '));
 }
 
 QString describe(const InputBox &box)

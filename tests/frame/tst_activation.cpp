@@ -23,8 +23,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a press
-// of its button, "*" the beep.
+// What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a
+// press of its button, "*" the beep.
 QStringList happened;
 
 QString nameOf(const ChildWindow *child)
@@ -53,8 +53,8 @@ public:
         setTitle(u"a title of its own"_s);
     }
 
-    QPushButton button {u"Press"_s};
-    QPushButton done {u"Done"_s};
+    QPushButton button{u"Press"_s};
+    QPushButton done{u"Done"_s};
     QListWidget list;
     int key = 0;
 
@@ -161,9 +161,9 @@ public:
     template <class Window>
     void open()
     {
-        static const QHash<QString, QPoint> places
-            = {{u"List"_s, {0, 0}},    {u"Record"_s, {330, 0}}, {u"Editor"_s, {660, 0}},
-               {u"Plants"_s, {0, 350}}, {u"Tools"_s, {330, 350}}, {u"Ping"_s, {660, 350}}};
+        static const QHash<QString, QPoint> places = {
+            {u"List"_s, {0, 0}},     {u"Record"_s, {330, 0}},  {u"Editor"_s, {660, 0}},
+            {u"Plants"_s, {0, 350}}, {u"Tools"_s, {330, 350}}, {u"Ping"_s, {660, 350}}};
         auto &window = frame.load<Window>();
         if (!window.isVisible())
             window.parentWidget()->setGeometry({places.value(nameOf(&window)), QSize(300, 300)});
@@ -172,9 +172,9 @@ public:
 
     StrictDoorway doorway;
     QMdiArea area;
-    Frame frame {doorway, area, [] { happened += u"*"_s; }};
-    QLabel resting {u"here"_s};
-    QLabel otherResting {u"there"_s};
+    Frame frame{doorway, area, [] { happened += u"*"_s; }};
+    QLabel resting{u"here"_s};
+    QLabel otherResting{u"there"_s};
 
 protected:
     void closeEvent(QCloseEvent *event) override
@@ -202,7 +202,6 @@ class tst_Activation : public QObject
 {
     Q_OBJECT
 
-private:
     std::unique_ptr<MainWindow> m_main;
 
     // When this returns the program has seen everything that the hands have done, which may take a
@@ -211,9 +210,13 @@ private:
     void rest() const
     {
         if (Hands::areReal()) {
-            QLabel &place = m_main->resting.underMouse() ? m_main->otherResting : m_main->resting;
-            Hands(*m_main).move(middle(place));
-            QTRY_VERIFY(place.underMouse());
+            QLabel *from = &m_main->resting;
+            QLabel *to = &m_main->otherResting;
+            if (to->underMouse())
+                std::swap(from, to);
+            Hands(*m_main).move(middle(*from));
+            Hands(*m_main).move(middle(*to));
+            QTRY_VERIFY(to->underMouse());
         }
         QCoreApplication::processEvents();
     }
@@ -231,13 +234,17 @@ private:
         option.subControls = QStyle::SC_All;
         option.titleBarFlags = shell->windowFlags();
         option.titleBarState = static_cast<int>(shell->windowState());
-        option.rect.setHeight(shell->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
-        const QRect rect
-            = shell->style()->subControlRect(QStyle::CC_TitleBar, &option, control, shell);
+        option.rect.setHeight(
+            shell->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
+        const QRect rect =
+            shell->style()->subControlRect(QStyle::CC_TitleBar, &option, control, shell);
         return shell->mapToGlobal(rect.center());
     }
 
-    static QPoint middle(const QWidget &widget) { return widget.mapToGlobal(widget.rect().center()); }
+    static QPoint middle(const QWidget &widget)
+    {
+        return widget.mapToGlobal(widget.rect().center());
+    }
 
     void perform(const QString &step) const
     {
@@ -248,6 +255,8 @@ private:
             hands.type(object.split(u' '));
         else if (verb == u"press"_s)
             hands.click(middle(stand(object)->button));
+        else if (verb == u"widgetpress"_s) // as tests of windows do, past the native window
+            QTest::mouseClick(&stand(object)->button, Qt::LeftButton);
         else if (verb == u"double"_s)
             hands.click(middle(stand(object)->list), 2);
         else if (verb == u"wheel"_s)
@@ -286,53 +295,55 @@ private Q_SLOTS:
                                  {u"type F6"_s, u"Editor>Plants Plants+"_s}};
         const QString back = u"Editor+ Editor>Plants * Plants+"_s;
 
-        QTest::newRow("the same window again")
-            << Steps {{u"type F5"_s, u"List+"_s}, {u"type F5"_s, u""_s}, {u"press List"_s, u"List!"_s}};
+        QTest::newRow("the same window again") << Steps{
+            {u"type F5"_s, u"List+"_s}, {u"type F5"_s, u""_s}, {u"press List"_s, u"List!"_s}};
         QTest::newRow("a window that lets go: both handlers before the press")
-            << Steps {{u"type F5 F8"_s, u"List+ List>Record Record+"_s},
-                      {u"press List"_s, u"Record>List List+ List!"_s},
-                      {u"title Record"_s, u"List>Record Record+"_s},
-                      {u"double List"_s, u"Record>List List+"_s},
-                      {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
-                      {u"close List"_s, u"Record>List List+ List>Record Record+"_s}};
+            << Steps{{u"type F5 F8"_s, u"List+ List>Record Record+"_s},
+                     {u"press List"_s, u"Record>List List+ List!"_s},
+                     {u"title Record"_s, u"List>Record Record+"_s},
+                     {u"double List"_s, u"Record>List List+"_s},
+                     {u"widgetpress Record"_s, u"List>Record Record+ Record!"_s},
+                     {u"press List"_s, u"Record>List List+ List!"_s},
+                     {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
+                     {u"close List"_s, u"Record>List List+ List>Record Record+"_s}};
         QTest::newRow("two that hold, in one burst")
-            << Steps {{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
-                      {u"type Escape"_s, u"Plants>Tools Tools+"_s},
-                      {u"type Escape"_s, u"Tools>"_s}};
+            << Steps{{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
+                     {u"type Escape"_s, u"Plants>Tools Tools+"_s},
+                     {u"type Escape"_s, u"Tools>"_s}};
         QTest::newRow("two that hold, slowly")
-            << Steps {{u"type F6"_s, u"Plants+"_s},
-                      {u"type F7"_s, u"Plants>Tools * Plants+"_s},
-                      {u"type F7"_s, u"Plants>Tools * Plants+"_s},
-                      {u"press Tools"_s, u"Plants>Tools * Plants+"_s}};
-        QTest::newRow("a window opened from one that holds, in one burst with its Done")
-            << Steps {{u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}};
-        QTest::newRow("the mouse in another window")
-            << composing + Steps {{u"press Record"_s, u"Plants>Record "_s + back},
-                                  {u"double Record"_s, u"Plants>Record %1 Plants>Record %1"_s.arg(back)},
-                                  {u"title Record"_s, u"Plants>Record "_s + back},
-                                  {u"close Record"_s, u"Plants>Record "_s + back},
-                                  {u"minimise Record"_s, u"Plants>Record "_s + back},
-                                  {u"wheel Record"_s, u""_s},
-                                  {u"press Plants"_s, u"Plants!"_s},
-                                  {u"type ctrl+Tab"_s, u"Plants>Editor "_s + back}};
+            << Steps{{u"type F6"_s, u"Plants+"_s},
+                     {u"type F7"_s, u"Plants>Tools * Plants+"_s},
+                     {u"type F7"_s, u"Plants>Tools * Plants+"_s},
+                     {u"press Tools"_s, u"Plants>Tools * Plants+"_s}};
+        QTest::newRow("a window opened from one that holds, in one burst with its Done") << Steps{
+            {u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}};
+        QTest::newRow("the mouse in another window") << composing
+                + Steps{{u"press Record"_s, u"Plants>Record "_s + back},
+                        {u"double Record"_s, u"Plants>Record %1 Plants>Record %1"_s.arg(back)},
+                        {u"title Record"_s, u"Plants>Record "_s + back},
+                        {u"close Record"_s, u"Plants>Record "_s + back},
+                        {u"minimise Record"_s, u"Plants>Record "_s + back},
+                        {u"widgetpress Record"_s, u"Plants>Record "_s + back},
+                        {u"press Plants"_s, u"Plants!"_s},
+                        {u"type ctrl+Tab"_s, u"Plants>Record "_s + back}};
         QTest::newRow("Done leads back, whatever was tried")
-            << composing + Steps {{u"type F5"_s, u"Plants>List "_s + back},
-                                  {u"type F8"_s, u"Plants>Record "_s + back},
-                                  {u"type Escape"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type F5"_s, u"Editor>List * Editor+"_s},
-                                  {u"press Record"_s, u"Editor>Record * Editor+"_s},
-                                  {u"type F6"_s, u"Editor>Plants Plants+"_s},
-                                  {u"close Plants"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
-                                  {u"type Escape"_s, u"Record>List List+"_s}};
-        QTest::newRow("minimised and maximised")
-            << composing + Steps {{u"minimise Plants"_s, u""_s},
-                                  {u"press Record"_s, u"Plants>Record "_s + back},
-                                  {u"type F6"_s, u""_s},
-                                  {u"maximise Plants"_s, u""_s},
-                                  {u"type F8"_s, u"Plants>Record "_s + back},
-                                  {u"type Escape"_s, u"Plants>Editor Editor+"_s},
-                                  {u"type Escape"_s, u"Editor>Record Record+"_s}};
+            << composing + Steps{{u"type F5"_s, u"Plants>List "_s + back},
+                                 {u"type F8"_s, u"Plants>Record "_s + back},
+                                 {u"type Escape"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type F5"_s, u"Editor>List * Editor+"_s},
+                                 {u"press Record"_s, u"Editor>Record * Editor+"_s},
+                                 {u"type F6"_s, u"Editor>Plants Plants+"_s},
+                                 {u"close Plants"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
+                                 {u"type Escape"_s, u"Record>List List+"_s}};
+        QTest::newRow("minimised and maximised") << composing
+                + Steps{{u"minimise Plants"_s, u""_s},
+                        {u"press Record"_s, u"Plants>Record "_s + back},
+                        {u"type F6"_s, u""_s},
+                        {u"maximise Plants"_s, u""_s},
+                        {u"type F8"_s, u"Plants>Record "_s + back},
+                        {u"type Escape"_s, u"Plants>Editor Editor+"_s},
+                        {u"type Escape"_s, u"Editor>Record Record+"_s}};
     }
 
     void user()
@@ -345,8 +356,122 @@ private Q_SLOTS:
             QVERIFY2(seen == step[1],
                      qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], seen, step[1])));
             const auto *active = static_cast<Stand *>(m_main->frame.activeChild());
-            QVERIFY(!active || !active->isVisible() || active->isAncestorOf(QApplication::focusWidget()));
+            QVERIFY(!active || !active->isVisible()
+                    || active->isAncestorOf(QApplication::focusWidget()));
         }
+    }
+
+    // The wheel turns what lies under the mouse, without an activation, unless a window holds it.
+    void wheel()
+    {
+        for (const auto &[keys, scrolls] :
+             {std::pair(u"type F5 F8"_s, true), {u"type F6"_s, false}}) {
+            perform(keys);
+            happened.clear();
+            QScrollBar &bar = *stand(u"List"_s)->list.verticalScrollBar();
+            bar.setValue(0);
+            perform(u"wheel List"_s);
+            QCOMPARE(bar.value() > 0, scrolls);
+            QCOMPARE(happened, QStringList());
+        }
+    }
+
+    // What one handler does is seen by the activations after it.
+    void oneHandler()
+    {
+        Frame &frame = m_main->frame;
+        m_main->open<Record>();
+        frame.activate(frame.load<Record>());
+        frame.load<Record>().key = 7;
+        QCOMPARE(happened, QStringList());
+        QTRY_COMPARE(happened, QStringList{u"Record+7"_s});
+        happened.clear();
+
+        // Of several only the last has its turn, and none that is hidden before it.
+        m_main->open<Tools>();
+        frame.hide(frame.load<Tools>());
+        m_main->open<List>();
+        m_main->open<Editor>();
+        QTRY_COMPARE(happened.join(u' '), u"Record>Editor Editor+"_s);
+        happened.clear();
+
+        auto *editor = &frame.load<Editor>();
+        QCOMPARE(&frame.load<Editor>(), editor);
+        frame.unload(*editor);
+        QVERIFY(!frame.find<Editor>());
+        QVERIFY(&frame.load<Editor>() != editor);
+        QVERIFY(!frame.load<Editor>().isVisible());
+        QTRY_COMPARE(happened.join(u' '), u"Editor>Record Record+7"_s);
+        happened.clear();
+        frame.unload(frame.load<Record>());
+        QTRY_COMPARE(happened.join(u' '), u"Record>List List+"_s);
+    }
+
+    void modalWindows()
+    {
+        perform(u"type F6"_s);
+        for (const QString &expected : {u""_s, u"Plants>List * Plants+"_s}) {
+            happened.clear();
+            QDialog box(m_main.get());
+            QTimer::singleShot(0, &box, [&] {
+                if (!expected.isEmpty())
+                    m_main->open<List>();
+                QVERIFY(QTest::qWaitForWindowActive(&box));
+                QTest::keyClick(&box, Qt::Key_F7);
+                QCoreApplication::processEvents();
+                QCOMPARE(happened, QStringList());
+                QTest::keyClick(&box, Qt::Key_Escape);
+            });
+            box.exec();
+            m_main->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+            rest();
+            QCOMPARE(happened.join(u' '), expected);
+        }
+    }
+
+    void otherPrograms()
+    {
+        perform(u"type F5 F8 F6"_s);
+        happened.clear();
+        {
+            QWidget other;
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+        }
+        m_main->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+        m_main->showMinimized();
+        if (Hands::areReal())
+            QTRY_VERIFY(!m_main->isActiveWindow());
+        m_main->showNormal();
+        m_main->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
+        rest();
+        QCOMPARE(happened, QStringList());
+        QCOMPARE(m_main->frame.activeChild(), stand(u"Plants"_s));
+    }
+
+    void windowsThatActivateEachOther()
+    {
+        m_main->open<Ping>();
+        m_main->open<Pong>();
+        QTRY_VERIFY(happened.contains(u"Pong>Ping"_s));
+        perform(u"type F5"_s);
+        QCOMPARE(happened.last(), u"List+"_s);
+    }
+
+    void frameClosed()
+    {
+        perform(u"type F5 F6"_s);
+        happened.clear();
+        m_main->open<Record>();
+        const QPointer<Stand> holder = stand(u"Plants"_s);
+        QVERIFY(m_main->close());
+        QTRY_VERIFY(!holder);
+        QCOMPARE(happened, QStringList());
+        QVERIFY(!m_main->frame.activeChild());
     }
 };
 

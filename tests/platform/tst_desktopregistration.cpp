@@ -1,28 +1,19 @@
 #include "DefaultApplication.h"
 #include "DesktopRegistration.h"
+#include "TemporaryHome.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QMimeDatabase>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QString dataPath(QLatin1StringView name)
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + name;
-}
-
-QString defaultsPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + "/mimeapps.list"_L1;
-}
 
 QString output(const QString &program, const QStringList &arguments)
 {
@@ -34,30 +25,17 @@ QString output(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAll());
 }
 
-void write(const QString &path, const QByteArray &contents)
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString &path, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
-}
-
-// Every file below the two per-user directories with its time, all of them set back first.
-QStringList filesWithTimes(bool setBack)
-{
-    QStringList result;
-    for (const QString &root : {dataPath(""_L1), QFileInfo(defaultsPath()).path()}) {
-        QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            const auto past = QDateTime::fromSecsSinceEpoch(1000);
-            if (setBack && file.open(QIODevice::ReadWrite))
-                file.setFileTime(past, QFile::FileModificationTime);
-            file.close();
-            result += file.fileName() + u' ' + QFileInfo(file).lastModified().toString();
-        }
-    }
-    result.sort();
-    return result;
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 } // namespace
@@ -65,6 +43,9 @@ QStringList filesWithTimes(bool setBack)
 class TestDesktopRegistration : public QObject
 {
     Q_OBJECT
+
+    const TemporaryHome home;
+    QStringList filesWithTimes(bool setBack) const;
 
 private Q_SLOTS:
     void init();
@@ -79,8 +60,8 @@ private Q_SLOTS:
 
 void TestDesktopRegistration::init()
 {
-    QDir(dataPath(""_L1)).removeRecursively();
-    QDir(QFileInfo(defaultsPath()).path()).removeRecursively();
+    QDir(home.data({})).removeRecursively();
+    QDir(home.config({})).removeRecursively();
 }
 
 void TestDesktopRegistration::mergesDefaultApplications_data()
@@ -114,9 +95,10 @@ void TestDesktopRegistration::mergesDefaultApplications()
 void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
 {
     QTest::addColumn<QString>("directory");
-    for (const auto &name : {u"plain"_s, u"a blank"_s, u"\"quoted\" it's"_s, u"50% off"_s, u"%f"_s,
-                             u"$HOME"_s, u"back\\slash\\\\"_s, u"`tick`"_s, u"(a)&;<b>|*?#~"_s,
-                             u"é日"_s, u"tab\there"_s, u"MIMETYPE COMMAND"_s, u"a=b"_s})
+    for (const auto &name :
+         {u"plain"_s, u"a blank"_s, u"\"quoted\" it's"_s, u"50% off"_s, u"%f"_s, u"$HOME"_s,
+          u"back\\slash\\\\"_s, u"`tick`"_s, u"(a)&;<b>|*?#~"_s, u"é日"_s, u"tab\there"_s,
+          u"line\nend"_s, u"MIMETYPE COMMAND"_s, u"a=b"_s})
         QTest::newRow(qUtf8Printable(name)) << name;
 }
 
@@ -125,10 +107,10 @@ void TestDesktopRegistration::launchesProgramsInOddPlaces_data()
 void TestDesktopRegistration::launchesProgramsInOddPlaces()
 {
     QFETCH(QString, directory);
-    const QString program = dataPath("programs/"_L1) + directory + "/Pantrywise"_L1;
+    const QString program = home.data(u"programs/"_s) + directory + "/Pantrywise"_L1;
     write(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
     QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
-    const QString entry = dataPath("applications/pantrywise.desktop"_L1);
+    const QString entry = home.data(u"applications/pantrywise.desktop"_s);
     write(entry, desktopEntry(program));
     QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
     const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
@@ -143,16 +125,36 @@ void TestDesktopRegistration::makesTheProgramKnown()
     const QString type = QString::fromLatin1(recipeMimeType);
     QVERIFY(output(u"gio"_s, {u"mime"_s, type})
                 .startsWith(u"Default application for “%1”: pantrywise.desktop"_s.arg(type)));
-    QVERIFY(QFileInfo(dataPath("icons/hicolor/scalable/apps/pantrywise.svg"_L1)).size() > 100);
+    QVERIFY(QFileInfo(home.data(u"icons/hicolor/scalable/apps/pantrywise.svg"_s)).size() > 100);
 
-    const QString recipe = dataPath("Soup.srf"_L1);
+    const QString recipe = home.data(u"Soup.srf"_s);
     write(recipe, "Leek soup\r\n");
     QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
                 .contains("standard::content-type: "_L1 + type));
+    QVERIFY(contents(home.data(u"mime/globs2"_s)).contains("60:text/x-standard-recipe:*.srf\n"));
     const QMimeDatabase database;
     QCOMPARE(database.mimeTypeForFile(recipe).name(), type);
     QVERIFY(database.mimeTypeForFile(recipe).inherits(u"text/plain"_s));
     QCOMPARE(database.mimeTypeForName(type).comment(), u"Standard Recipe Format"_s);
+}
+
+// Every file below the two per-user directories with its time, all of them set back first.
+QStringList TestDesktopRegistration::filesWithTimes(bool setBack) const
+{
+    QStringList result;
+    for (const QString &root : {home.data({}), home.config({})}) {
+        QDirIterator files(root, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            const auto past = QDateTime::fromSecsSinceEpoch(1000);
+            if (setBack && file.open(QIODevice::ReadWrite))
+                file.setFileTime(past, QFile::FileModificationTime);
+            file.close();
+            result += file.fileName() + u' ' + QFileInfo(file).lastModified().toString();
+        }
+    }
+    result.sort();
+    return result;
 }
 
 void TestDesktopRegistration::costsNothingTheSecondTime()
@@ -164,22 +166,23 @@ void TestDesktopRegistration::costsNothingTheSecondTime()
     QCOMPARE(filesWithTimes(false), before);
 
     registerWithDesktop(u"/opt/new/Pantrywise"_s);
-    QFile entry(dataPath("applications/pantrywise.desktop"_L1));
-    QVERIFY(entry.open(QIODevice::ReadOnly));
-    const QByteArray contents = entry.readAll();
-    QCOMPARE(contents.count("Exec=/opt/new/Pantrywise %f\n"), 2);
-    QCOMPARE(contents.count("old"), 0);
+    const QByteArray entry = contents(home.data(u"applications/pantrywise.desktop"_s));
+    QCOMPARE(entry.count("Exec=/opt/new/Pantrywise %f\n"), 2);
+    QCOMPARE(entry.count("old"), 0);
 }
 
 void TestDesktopRegistration::staysSilentWithoutTheRight()
 {
-    write(dataPath("applications"_L1), "a file");
-    write(dataPath("mime"_L1), "a file");
-    QVERIFY(QDir().mkpath(defaultsPath()));
+    write(home.data(u"applications"_s), "a file");
+    write(home.data(u"mime"_s), "a file");
+    QVERIFY(QDir().mkpath(home.config({})));
+    const QByteArray defaults = QFile::encodeName(home.config(u"mimeapps.list"_s));
+    QCOMPARE(mkfifo(defaults.data(), 0600), 0);
     registerWithDesktop(u"/opt/Pantrywise"_s);
-    QVERIFY(QFileInfo(dataPath("applications"_L1)).isFile());
-    QVERIFY(QFileInfo(dataPath("mime"_L1)).isFile());
-    QVERIFY(QFileInfo(defaultsPath()).isDir());
+    QVERIFY(QFileInfo(home.data(u"applications"_s)).isFile());
+    QVERIFY(QFileInfo(home.data(u"mime"_s)).isFile());
+    struct stat status = {};
+    QVERIFY(stat(defaults.data(), &status) == 0 && S_ISFIFO(status.st_mode));
 }
 
 QTEST_GUILESS_MAIN(TestDesktopRegistration)

@@ -1,10 +1,10 @@
 #include "Registry.h"
+#include "TemporaryHome.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -79,6 +79,7 @@ private Q_SLOTS:
     void isAFileThatAPersonCanMend();
     void writesOnlyWhatDiffers();
     void losesNothingBetweenTwoPrograms();
+    void goesOnAfterAKilledProgram();
     void setsAsideWhatItCannotRead_data();
     void setsAsideWhatItCannotRead();
     void staysSilentWhereItCannotWrite();
@@ -202,7 +203,7 @@ void TestRegistry::isAFileThatAPersonCanMend()
              "Software\\Quillmoor\\Pantrywise\\Sorting\\_default=dword:42\n");
 
     write(storeFile(),
-          "; mine\r\n[HKEY_CURRENT_USER]\r\n\r\n"
+          "; mine\r\n# mine, too\r\n[HKEY_CURRENT_USER]\r\n\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\Recipes = 0\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\List=salt, pepper\r\n"
           "Software\\Quillmoor\\Pantrywise\\Sorting\\Empty=\r\n"
@@ -212,6 +213,8 @@ void TestRegistry::isAFileThatAPersonCanMend()
     QCOMPARE(read(key, u"Empty"_s), "");
     QCOMPARE(read(key, u"Number"_s), "\xff\xff\xff\xff");
     QCOMPARE(read(key, u""_s), "missing");
+    QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
+    QCOMPARE(read(key, u"List"_s), "salt, pepper");
     RegCloseKey(key);
 }
 
@@ -246,6 +249,20 @@ void TestRegistry::losesNothingBetweenTwoPrograms()
     QVERIFY(other.waitForFinished());
     QCOMPARE(other.exitStatus(), QProcess::NormalExit);
     QCOMPARE(other.exitCode(), 0);
+}
+
+// The locks of a program that was killed before it had put its number into them.
+void TestRegistry::goesOnAfterAKilledProgram()
+{
+    write(storeFile() + ".writing"_L1, "");
+    write(storeFile() + ".lock"_L1, "");
+    QElapsedTimer timer;
+    timer.start();
+    HKEY key = 0;
+    QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, path, whole, key), ERROR_SUCCESS);
+    QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
+    QVERIFY(timer.elapsed() < 4000);
+    RegCloseKey(key);
 }
 
 void TestRegistry::setsAsideWhatItCannotRead_data()
@@ -306,10 +323,7 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     if (app.arguments().contains("--change"_L1))
         return lostChanges(u"Ingredients"_s, 400) == 0 ? 0 : 1;
-    // In memory, where writing waits for no disk, two programs meet more often.
-    const QTemporaryDir memory(u"/dev/shm/pantrywise-XXXXXX"_s);
-    if (memory.isValid())
-        qputenv("XDG_CONFIG_HOME", memory.path().toUtf8());
+    const TemporaryHome home;
     TestRegistry test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,0 +1,101 @@
+#include "DatabasePath.h"
+#include "RecipeFile.h"
+#include "StrictDoorway.h"
+#include "frmMain.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestFrmMain : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void comesUpWithoutARecipeFile();
+    void offersOnlyWhatIsThere();
+    void ends_data();
+    void ends();
+};
+
+void TestFrmMain::comesUpWithoutARecipeFile()
+{
+    RecipeFile file;
+    DatabasePath = file.folder() + "/none.rbk"_L1;
+    StrictDoorway doorway;
+    frmMain window(doorway);
+    doorway.expect({u"Something went wrong in \"Pantrywise\":\nThe recipe file %1 is missing. Put "
+                    u"your copy of it back in that place and "
+                    "try again."_s.arg(DatabasePath),
+                    u"Error"_s, Icon::Exclamation});
+    QVERIFY(!window.MDIForm_Load({}));
+    QVERIFY(!QFile::exists(DatabasePath));
+}
+
+// No two items of a menu have one access key, no two items anywhere one shortcut, and what has no
+// action yet is greyed.
+void TestFrmMain::offersOnlyWhatIsThere()
+{
+    StrictDoorway doorway;
+    frmMain window(doorway);
+    QSet<QKeySequence> shortcuts;
+    for (const QAction *action : window.findChildren<QAction *>()) {
+        if (action->shortcut().isEmpty())
+            continue;
+        QVERIFY2(!shortcuts.contains(action->shortcut()), qPrintable(action->objectName()));
+        shortcuts.insert(action->shortcut());
+    }
+    QCOMPARE(shortcuts.size(), 12);
+
+    for (const QMenu *menu : window.menuBar()->findChildren<QMenu *>()) {
+        QSet<QKeySequence> keys;
+        for (const QAction *action : menu->actions()) {
+            const QKeySequence key = QKeySequence::mnemonic(action->text());
+            QVERIFY2(key.isEmpty() || !keys.contains(key), qPrintable(action->objectName()));
+            keys.insert(key);
+        }
+    }
+    QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
+    for (const QString &name :
+         {u"mnuShopingList"_s, u"mnuIndex"_s, u"mnuTips"_s, u"mnuTutorials"_s})
+        QVERIFY2(!window.findChild<QAction *>(name)->isEnabled(), qPrintable(name));
+}
+
+void TestFrmMain::ends_data()
+{
+    QTest::addColumn<bool>("byMenu");
+    QTest::newRow("File, Exit") << true;
+    QTest::newRow("the close box") << false;
+}
+
+void TestFrmMain::ends()
+{
+    QFETCH(bool, byMenu);
+    RecipeFile file;
+    DatabasePath = file.path();
+    StrictDoorway doorway;
+    frmMain window(doorway);
+    QVERIFY(!window.MDIForm_Load({}));
+    window.show();
+    bool ranOut = false;
+    QTimer::singleShot(5000, &window, [&ranOut] {
+        ranOut = true;
+        QCoreApplication::exit();
+    });
+    QTimer::singleShot(0, &window, [&window, byMenu] {
+        if (byMenu)
+            window.findChild<QAction *>(u"mnuExit"_s)->trigger();
+        else
+            window.close();
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(!ranOut);
+}
+
+QTEST_MAIN(TestFrmMain)
+#include "tst_frmmain.moc"

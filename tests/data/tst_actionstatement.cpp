@@ -1,0 +1,40 @@
+#include "ActionStatement.h"
+
+#include <QTest>
+
+class TestActionStatement : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void dropsTheColumnListOfADelete();
+    void leavesAllElseAsItIs();
+};
+
+void TestActionStatement::dropsTheColumnListOfADelete()
+{
+    for (const auto &[statement, expected] : {
+             std::pair("DELETE RecipeIngredients.* From RecipeIngredients "
+                       "WHERE (((RecipeIngredients.RecipeID)=7))",
+                       "DELETE From RecipeIngredients WHERE (((RecipeIngredients.RecipeID)=7))"),
+             std::pair("DELETE RecipeUtensils.* From RecipeUtensils "
+                       "WHERE (((RecipeUtensils.RecipeID)=-7))",
+                       "DELETE From RecipeUtensils WHERE (((RecipeUtensils.RecipeID)=-7))"),
+             std::pair(" \n delete\tT.*\r\n from T", "DELETE\r\n from T"),
+             std::pair("DELETE T.* From T WHERE N='DELETE T.* From T'",
+                       "DELETE From T WHERE N='DELETE T.* From T'"),
+         })
+        QCOMPARE(translatedStatement(statement), std::string(expected));
+}
+
+void TestActionStatement::leavesAllElseAsItIs()
+{
+    for (const char *statement :
+         {"", "DELETE", "DELETE ", " DELETE FROM T WHERE N='T.* From'", "DELETE FROM 'T.*'",
+          "DELETE 'a b.* From T", "DELETE \"T.*\" From T", "DELETES T.* From T",
+          "UPDATE T SET N='DELETE T.* From T'", "SELECT T.* FROM T"})
+        QCOMPARE(translatedStatement(statement), std::string(statement));
+}
+
+QTEST_GUILESS_MAIN(TestActionStatement)
+#include "tst_actionstatement.moc"
