@@ -109,9 +109,9 @@ private:
 
 std::string generatedInstructions(Choices &choices)
 {
-    const auto length = static_cast<std::size_t>(1000 + choices.below(920));
+    const int length = 1000 + choices.below(920);
     std::string text;
-    while (text.size() < length)
+    while (std::ssize(text) < length)
         text += choices.one(sentences);
     return text;
 }

@@ -41,7 +41,7 @@ std::vector<RecipeFile> writeFiles(const QString &folder, int count)
 
 QString emptyDatabase(Bench &bench)
 {
-    const QString path = bench.path(u"empty.rbk"_s);
+    QString path = bench.path(u"empty.rbk"_s);
     QFile::remove(path);
     generateEmptyDatabase(path.toStdString());
     return path;
