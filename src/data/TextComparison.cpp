@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -119,6 +120,21 @@ private:
     const unsigned char *m_end;
 };
 
+bool startsNoCharacter(std::string_view text, std::size_t at)
+{
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+}
+
+// How many bytes at the front are the same whole characters in both.
+std::size_t sameStart(std::string_view a, std::string_view b)
+{
+    const auto differing = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
+    auto size = static_cast<std::size_t>(differing - a.begin());
+    while (size > 0 && (startsNoCharacter(a, size) || startsNoCharacter(b, size)))
+        --size;
+    return size;
+}
+
 } // namespace
 
 bool textsEqual(std::string_view a, std::string_view b)
@@ -138,8 +154,9 @@ bool textsEqual(std::string_view a, std::string_view b)
 
 int compareTexts(std::string_view a, std::string_view b)
 {
-    Characters left(a);
-    Characters right(b);
+    const std::size_t same = sameStart(a, b);
+    Characters left(a.substr(same));
+    Characters right(b.substr(same));
     int byAccent = 0;
     while (!left.atEnd() && !right.atEnd()) {
         if (left.atAscii() && right.atAscii()) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <random>
 #include <string_view>
 
@@ -73,10 +72,10 @@ constexpr std::array<std::string_view, 6> quantities = {
 
 // Spreads neighbours over the whole range without meeting any number twice, so that neither names
 // nor catalogs stand in their order already. The range must have no factor but 2, 3 and 5.
-std::size_t scattered(int number, int range)
+std::size_t scattered(int number, std::size_t range)
 {
-    constexpr std::int64_t prime = 48271;
-    return static_cast<std::size_t>(number * prime % range);
+    constexpr std::size_t prime = 48271;
+    return static_cast<std::size_t>(number) * prime % range;
 }
 
 // Takes a choice out of a number that stands for several.
@@ -110,9 +109,9 @@ private:
 
 std::string generatedInstructions(Choices &choices)
 {
-    const auto length = static_cast<std::size_t>(1000 + choices.below(920));
+    const int length = 1000 + choices.below(920);
     std::string text;
-    while (text.size() < length)
+    while (std::ssize(text) < length)
         text += choices.one(sentences);
     return text;
 }
@@ -158,7 +157,7 @@ GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs)
 GeneratedIngredient generatedIngredient(int number)
 {
     constexpr std::size_t range = qualities.size() * foods.size() * cuts.size();
-    std::size_t rest = scattered(number, static_cast<int>(range));
+    std::size_t rest = scattered(number, range);
     std::string name(take(rest, qualities));
     name.append(" ").append(take(rest, foods)).append(take(rest, cuts));
     return {name, number % 12, 1 + number % 365, number % 3 != 0};
@@ -167,7 +166,7 @@ GeneratedIngredient generatedIngredient(int number)
 std::string generatedUtensilName(int number)
 {
     constexpr std::size_t range = qualities.size() * tools.size();
-    std::size_t rest = scattered(number, static_cast<int>(range));
+    std::size_t rest = scattered(number, range);
     std::string name(take(rest, qualities));
     return name.append(" ").append(take(rest, tools));
 }

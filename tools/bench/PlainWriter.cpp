@@ -2,6 +2,8 @@
 
 #include "Schema.h"
 
+#include <algorithm>
+
 namespace {
 
 SQLite::Database created(const std::string &path)
@@ -82,12 +84,12 @@ void generateDatabase(const std::string &path, int recipes)
     PlainWriter writer(path);
     const CatalogSizes catalogs = catalogSizes(recipes);
     writer.begin();
-    std::vector<qint64> ingredientKeys;
-    for (int i = 0; i < catalogs.ingredients; ++i)
-        ingredientKeys.push_back(writer.addIngredient(i));
-    std::vector<qint64> utensilKeys;
-    for (int i = 0; i < catalogs.utensils; ++i)
-        utensilKeys.push_back(writer.addUtensil(i));
+    std::vector<qint64> ingredientKeys(static_cast<std::size_t>(catalogs.ingredients));
+    std::generate(ingredientKeys.begin(), ingredientKeys.end(),
+                  [&, i = 0]() mutable { return writer.addIngredient(i++); });
+    std::vector<qint64> utensilKeys(static_cast<std::size_t>(catalogs.utensils));
+    std::generate(utensilKeys.begin(), utensilKeys.end(),
+                  [&, i = 0]() mutable { return writer.addUtensil(i++); });
     for (int i = 0; i < recipes; ++i)
         writer.addRecipe(generatedRecipe(i, catalogs), ingredientKeys, utensilKeys);
     writer.commit();

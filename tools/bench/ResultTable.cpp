@@ -37,12 +37,17 @@ bool isMet(const Result &result)
         >= (result.bound.kind == Bound::Kind::AtMost ? figures.measured : figures.ratio);
 }
 
-std::string groupedThousands(int number)
+std::string ratioText(const Measurement &figures)
 {
-    return QLocale(QLocale::English).toString(number).toStdString();
+    return figures.yardstick > 0 ? formatted("%.3g", figures.ratio) : "-";
 }
 
 } // namespace
+
+std::string grouped(qint64 number)
+{
+    return QLocale(QLocale::English).toString(number).toStdString();
+}
 
 void printTableHead()
 {
@@ -53,10 +58,9 @@ void printTableHead()
 void printResult(const Result &result)
 {
     const Measurement &figures = result.measurement;
-    std::printf("| %s | %s | %s | %s | %.2f | %s | %s |\n", result.work.c_str(),
-                groupedThousands(result.recipes).c_str(),
-                valueText(figures.yardstick, result.unit).c_str(),
-                valueText(figures.measured, result.unit).c_str(), figures.ratio,
+    std::printf("| %s | %s | %s | %s | %s | %s | %s |\n", result.work.c_str(),
+                grouped(result.recipes).c_str(), valueText(figures.yardstick, result.unit).c_str(),
+                valueText(figures.measured, result.unit).c_str(), ratioText(figures).c_str(),
                 boundText(result.bound, result.unit).c_str(), isMet(result) ? "met" : "missed");
     std::fflush(stdout);
 }

@@ -2,6 +2,8 @@
 
 #include "Measurement.h"
 
+#include <QtGlobal>
+
 #include <string>
 
 enum class Unit { Seconds, Bytes };
@@ -19,6 +21,9 @@ struct Result {
     Measurement measurement;
     Bound bound;
 };
+
+// As people read it: 10,000.
+std::string grouped(qint64 number);
 
 // A Markdown table on standard output, each line written as soon as it is known.
 void printTableHead();

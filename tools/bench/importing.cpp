@@ -29,19 +29,19 @@ std::vector<RecipeFile> writeFiles(const QString &folder, int count)
     std::vector<RecipeFile> files;
     for (int i = 0; i < count; ++i) {
         GeneratedRecipe recipe = generatedRecipe(firstRecipe + i, catalogSizes(0));
-        const QString path = folder + u"/%1.srf"_s.arg(i);
+        QString path = folder + u"/%1.srf"_s.arg(i);
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly)
             || file.write(QByteArray::fromStdString(srfText(recipe))) < 0)
             throw std::runtime_error(file.errorString().toStdString());
-        files.push_back({path, std::move(recipe)});
+        files.push_back({std::move(path), std::move(recipe)});
     }
     return files;
 }
 
 QString emptyDatabase(Bench &bench)
 {
-    const QString path = bench.path(u"empty.rbk"_s);
+    QString path = bench.path(u"empty.rbk"_s);
     QFile::remove(path);
     generateEmptyDatabase(path.toStdString());
     return path;
@@ -109,7 +109,7 @@ private:
 
 void measureBatch(Bench &bench, std::span<const RecipeFile> files)
 {
-    printResult({std::to_string(files.size())
+    printResult({grouped(std::ssize(files))
                      + " files in one batch into an empty database; plain is inserts of the same "
                        "rows in one transaction",
                  0,

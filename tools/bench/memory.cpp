@@ -30,7 +30,8 @@ void measureMemory(Bench &bench)
 {
     const QString database = bench.database(bench.largest());
     constexpr double mebibyte = 1024 * 1024;
-    printResult({"memory of ten link rows a recipe in a cursor; plain is stepping them",
+    printResult({"memory of " + grouped(qint64{10} * bench.largest())
+                     + " link rows in a cursor; plain is stepping them",
                  bench.largest(),
                  Unit::Bytes,
                  inTurns([&] { return growthOf(u"plain"_s, database); },

@@ -49,11 +49,10 @@ double findNamePlainly(SQLite::Database &plain, int recipe)
 
 double findNameWarm(RecordCursor &cursor, int recipes)
 {
-    std::vector<QString> criteria;
+    QStringList criteria;
     for (int i = 0; i < searches; ++i)
-        criteria.push_back(nameCriterion(somewhere(i, recipes)));
-    return secondsOfOne(searches,
-                        [&](int i) { findName(cursor, criteria[static_cast<std::size_t>(i)]); });
+        criteria.append(nameCriterion(somewhere(i, recipes)));
+    return secondsOfOne(searches, [&](int i) { findName(cursor, criteria.at(i)); });
 }
 
 // The dearest of the first searches, one of which makes the index.
