@@ -12,25 +12,6 @@ private Q_SLOTS:
     void stores();
 };
 
-namespace {
-
-// What is stored, with its type; an invalid variant where the value is refused.
-QVariant stored(FieldType type, const QVariant &value)
-{
-    const std::optional<FieldValue> result = storedValue(type, value);
-    if (!result)
-        return {};
-    if (const auto *integer = std::get_if<qint64>(&*result))
-        return *integer;
-    if (const auto *real = std::get_if<double>(&*result))
-        return *real;
-    if (const auto *text = std::get_if<std::string>(&*result))
-        return QString::fromStdString(*text);
-    return QVariant::fromValue(nullptr);
-}
-
-} // namespace
-
 void TestFieldValue::stores()
 {
     const auto whole = FieldType::WholeNumber;
@@ -42,7 +23,7 @@ void TestFieldValue::stores()
     const struct {
         FieldType type;
         QVariantList values;
-        QVariant expected;
+        std::optional<FieldValue> expected;
     } table[] = {
         {whole, {u" +12 "_s, u"0012"_s, 12, 12LL, 12.0}, 12LL},
         {whole, {u"-32768"_s, -32768}, -32768LL},
@@ -59,17 +40,15 @@ void TestFieldValue::stores()
         {yesNo, {false, u"FALSE"_s, u"-00"_s, 0, 0.0}, 0LL},
         {yesNo, {u"yes"_s, u"truee"_s, u"1.0"_s}, {}},
         {yesNo, noNumbers, {}},
-        {FieldType::Text, {u" a'\0b 🍲 "_s}, u" a'\0b 🍲 "_s},
-        {FieldType::Text, {u""_s, QString()}, u""_s},
+        {FieldType::Text, {u" a\0b"_s}, std::string(" a\0b", 4)},
+        {FieldType::Text, {u""_s, QString()}, std::string()},
         {FieldType::Key, {7, 7LL, 7U}, 7LL},
         {FieldType::Key, {u"7"_s, u""_s, 7.5}, {}},
-        {whole, {QVariant()}, QVariant::fromValue(nullptr)},
+        {whole, {QVariant()}, FieldValue()},
     };
     for (const auto &[type, values, expected] : table) {
         for (const QVariant &value : values) {
-            const QVariant result = stored(type, value);
-            QVERIFY2(result == expected && result.typeId() == expected.typeId(),
-                     qUtf8Printable(value.toString() + u" gives "_s + result.toString()));
+            QVERIFY2(storedValue(type, value) == expected, qUtf8Printable(value.toString()));
         }
     }
 }
