@@ -1,3 +1,4 @@
+#include "FileBytes.h"
 #include "RecipeFile.h"
 #include "TemporaryHome.h"
 
@@ -5,7 +6,6 @@
 
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <pty.h>
 #include <unistd.h>
@@ -18,6 +18,10 @@ struct Run {
     int status;
     QString messages;
 };
+
+const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
+                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
+                        "<Utensils>\rPot\r</Utensils>\r";
 
 } // namespace
 
@@ -33,14 +37,12 @@ private Q_SLOTS:
     void importsAFileAndEnds();
     void saysWhyNothingWasImported();
     void asksOnTheTerminal();
-    void answersNoWhereNobodyCanBeAsked();
     void needsADesktopForItsWindow();
     void registersItselfWhereverItStands();
     void isWholeAfterKilling();
 
 private:
     QString inFolder(const QString &name) const { return m_file->folder() + u'/' + name; }
-    void writeFile(const QString &name, const QByteArray &bytes) const;
     void start(QProcess &process, const QStringList &arguments,
                const QString &program = u"pantrywise"_s) const;
     Run run(const QStringList &arguments, const QString &program = u"pantrywise"_s,
@@ -50,24 +52,10 @@ private:
     std::unique_ptr<RecipeFile> m_file;
 };
 
-namespace {
-
-const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
-                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
-                        "<Utensils>\rPot\r</Utensils>\r";
-
-} // namespace
-
 void TestProgram::init()
 {
     m_file = std::make_unique<RecipeFile>();
     QVERIFY(QFile::copy(QString::fromLocal8Bit(PROGRAM), inFolder(u"pantrywise"_s)));
-}
-
-void TestProgram::writeFile(const QString &name, const QByteArray &bytes) const
-{
-    QFile file(inFolder(name));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 void TestProgram::start(QProcess &process, const QStringList &arguments,
@@ -109,7 +97,7 @@ void TestProgram::importsAFileAndEnds()
     };
     for (auto [name, arguments] : table) {
         init();
-        writeFile(name, soup);
+        setBytes(inFolder(name), soup);
         const Run result = run(arguments.replaceInStrings(u"%1"_s, m_file->folder()));
         QCOMPARE(result.messages, QString());
         QCOMPARE(result.status, 0);
@@ -125,18 +113,22 @@ void TestProgram::saysWhyNothingWasImported()
             && result.messages.count(u"Error: "_s) == 1;
     };
     QVERIFY(complains(u"Error: Could not find file.  Try importing file though File, Import."_s));
-    writeFile(u"soup.srf"_s, soup.chopped(12));
+    setBytes(inFolder(u"soup.srf"_s), soup.chopped(12));
     QVERIFY(complains(u"soup.srf"_s));
     QCOMPARE(valueOf(u"SELECT count(*) FROM Recipes"_s), u"0"_s);
-    writeFile(u"soup.srf"_s, soup);
-    writeFile(u"data.rbk"_s, "no database at all, but some text in it");
+    setBytes(inFolder(u"soup.srf"_s), soup);
+    setBytes(inFolder(u"data.rbk"_s), "no database at all, but some text in it");
     QVERIFY(complains(u"data.rbk is not a recipe file"_s));
 }
 
 void TestProgram::asksOnTheTerminal()
 {
-    writeFile(u"soup.srf"_s, soup);
+    setBytes(inFolder(u"soup.srf"_s), soup);
     QCOMPARE(run({u"soup.srf"_s}).status, 0);
+    // Where nobody can be asked, the answer is No.
+    QCOMPARE(run({u"soup.srf"_s}).messages,
+             u"Already in database: Soup is already in the database.  Do you want to import it "
+             "anyways?\nNo\n"_s);
     int recipes = 1;
     for (const auto &[answer, isYes] : {std::pair("y\n", true),
                                         {"YES\n", true},
@@ -158,17 +150,6 @@ void TestProgram::asksOnTheTerminal()
     }
 }
 
-void TestProgram::answersNoWhereNobodyCanBeAsked()
-{
-    writeFile(u"soup.srf"_s, soup);
-    QCOMPARE(run({u"soup.srf"_s}).status, 0);
-    const Run result = run({u"soup.srf"_s});
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.messages,
-             u"Already in database: Soup is already in the database.  Do you want to import it "
-             "anyways?\nNo\n"_s);
-}
-
 void TestProgram::needsADesktopForItsWindow()
 {
     for (const QStringList &arguments : {QStringList(), QStringList(u""_s)}) {
@@ -185,12 +166,9 @@ void TestProgram::registersItselfWhereverItStands()
     QVERIFY(QFile::rename(inFolder(u"pantrywise"_s), inFolder(u"moved/pantrywise"_s)));
     QCOMPARE(run({u"none.srf"_s}, u"moved/pantrywise"_s).status, 1);
 
-    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
-    QVERIFY(entry.open(QIODevice::ReadOnly));
-    QVERIFY(entry.readAll().contains(inFolder(u"moved/pantrywise"_s).toUtf8()));
-    QFile registry(home.config(u"Quillmoor/Pantrywise.ini"_s));
-    QVERIFY(registry.open(QIODevice::ReadOnly));
-    QVERIFY(registry.readAll().contains(inFolder(u"moved/pantrywise"_s).toUtf8() + "\" %1"));
+    for (const QString &registration : {home.data(u"applications/pantrywise.desktop"_s),
+                                        home.config(u"Quillmoor/Pantrywise.ini"_s)})
+        QVERIFY(bytesOf(registration).contains(inFolder(u"moved/pantrywise"_s).toUtf8()));
 }
 
 // A recipe is there with all its rows or not at all, whenever the program is killed.
@@ -200,8 +178,8 @@ void TestProgram::isWholeAfterKilling()
     QByteArray lines;
     for (int i = 0; i < ingredients; ++i)
         lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup\r";
-    writeFile(u"large.srf"_s,
-              QByteArray(soup).replace("Soup", "Large").replace("Salt|3|999|True||1 tsp\r", lines));
+    setBytes(inFolder(u"large.srf"_s),
+             QByteArray(soup).replace("Soup", "Large").replace("Salt|3|999|True||1 tsp\r", lines));
 
     int stored = 0;
     for (int i = 0; i < 30; ++i) {

@@ -1,10 +1,9 @@
 #include "DataSource.h"
+#include "FileBytes.h"
 #include "RecipeFile.h"
 #include "Transaction.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QTest>
 
 #include <csignal>
 #include <functional>
@@ -18,18 +17,6 @@ namespace {
 
 constexpr QFileDevice::Permissions mayRead{0x5555};
 constexpr QFileDevice::Permissions mayWrite{0x7777};
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void setBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 void run(const QString &path, const char *statements)
 {

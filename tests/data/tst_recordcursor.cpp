@@ -182,8 +182,6 @@ private:
         }
     }
 
-    void noteWrite() { m_wroteInTransaction = !m_transactions.empty(); }
-
     void add()
     {
         const Row written = fields(m_source.tables.front());
@@ -192,7 +190,7 @@ private:
         if (oneIn(8))
             m_cursor.AtEOF(); // looking does not drop the buffer
         m_cursor.Update();
-        noteWrite();
+        m_wroteInTransaction = !m_transactions.empty();
         const Row row = stored(qint64{m_database->connection().getLastInsertRowid()});
         for (auto field = row.begin(); field != row.end(); ++field)
             check(*field == written[field.key()] || field.key() == u'#'
@@ -213,8 +211,7 @@ private:
             m_cursor.Update();
         });
         check(worked == expected, "Edit");
-        if (m_model.isOnRow())
-            noteWrite();
+        m_wroteInTransaction |= m_model.isOnRow() && !m_transactions.empty();
         if (!worked)
             return;
         m_model.current().insert(written);
@@ -227,12 +224,10 @@ private:
     {
         const bool expected = isInFile();
         check(works([&] { m_cursor.Delete(); }) == expected, "Delete");
-        if (m_model.isOnRow())
-            noteWrite();
-        if (!expected)
-            return;
+        m_wroteInTransaction |= m_model.isOnRow() && !m_transactions.empty();
         check(!isInFile(), "deleted");
-        m_model.remove();
+        if (expected)
+            m_model.remove();
     }
 
     void writeBesides()
@@ -420,7 +415,6 @@ void TestRecordCursor::complains()
         for (const QString &part : parts)
             QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
     }
-    QCOMPARE(cursor.RecordCount(), 0);
     for (const QString &bad :
          {u"Nowhere"_s, u"SELECT Nme FROM Recipes"_s, u"SELEC"_s, u""_s, u"DELETE FROM Recipes"_s})
         QVERIFY2(!failureOf([&] { RecordCursor(database, bad); }).isNull(), qUtf8Printable(bad));
@@ -433,10 +427,7 @@ void TestRecordCursor::complains()
     QCOMPARE(cursor.RecordCount(), 1);
     table = u"Utensils"_s;
     cursor.Requery();
-    cursor.AddNew();
-    cursor.setValue("UtensilName"_L1, u"Pan"_s);
-    cursor.Update();
-    QCOMPARE(cursor.value("UtensilName"_L1), u"Pan"_s);
+    QCOMPARE(cursor.RecordCount(), 0);
 }
 
 // Row numbers that were freed and used again, an index of somebody else and statistics lead the

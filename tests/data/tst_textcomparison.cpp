@@ -35,22 +35,16 @@ void TestTextComparison::compares()
     } table[] = {
         {"", "a", -1},
         {"Salt", "salted", -1},
-        {"SaLT", "sAlt", 0},
         {"[", "A", -1},
-        {"CRÈME", "crème", 0},
         {"E", "é", -1}, // beside its letter
         {"É", "F", -1},
         {"éa", "eb", -1}, // letters decide before accents
         {"é", "ea", -1},
         {"eé", "ée", -1}, // the first accent decides
         {"ß", "ss", 1},
-        {"ß", "ẞ", 0},
         {"i", "İ", -1},
         {"I", "ı", -1},
         {"σςΣ", "ΣΣΣ", 0},
-        {"\u212A", "k", 0}, // Kelvin
-        {"БОРЩ", "борщ", 0},
-        {"\U00010400", "\U00010428", 0},
         {"\u00E9", "e\u0301", -1},
         {"가", "각", -1},
         {"\xE9", "\U0010FFFD", 1}, // stray bytes stand behind all
@@ -101,7 +95,8 @@ void TestTextComparison::foldsAsUnicodeDoes()
         const std::string letter = QString::fromUcs4(&c, 1).toStdString();
         const char32_t folded = QChar::toCaseFolded(c);
         const std::string same = QString::fromUcs4(&folded, 1).toStdString();
-        if (!textsEqual(letter, same))
+        if (!textsEqual(letter, same) || textHash(letter) != textHash(same)
+            || compareTexts(letter, same) != 0)
             QFAIL(qPrintable(u"U+%1"_s.arg(uint{c}, 0, 16)));
     }
 }

@@ -1,12 +1,11 @@
 #include "DefaultApplication.h"
 #include "DesktopRegistration.h"
+#include "FileBytes.h"
 #include "TemporaryHome.h"
 
-#include <QDir>
 #include <QDirIterator>
 #include <QMimeDatabase>
 #include <QProcess>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -23,19 +22,6 @@ QString output(const QString &program, const QStringList &arguments)
     if (!process.waitForFinished() || process.exitCode() != 0)
         return program + " failed: "_L1 + QString::fromUtf8(process.readAll());
     return QString::fromUtf8(process.readAll());
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 } // namespace
@@ -88,10 +74,10 @@ void TestDesktopRegistration::launchesProgramsInOddPlaces()
          {u"\"a quoted\" it's"_s, u"50% off"_s, u"%f"_s, u"$HOME"_s, u"back\\slash\\\\"_s,
           u"`tick`"_s, u"(a)&;<b>|*?#~"_s, u"é日"_s, u"tab\there\nline"_s, u"a=b"_s}) {
         const QString program = home.data(u"programs/"_s) + folder + "/Pantrywise"_L1;
-        write(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
+        setBytes(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
         QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
         const QString entry = home.data(u"applications/pantrywise.desktop"_s);
-        write(entry, desktopEntry(program));
+        setBytes(entry, desktopEntry(program));
         QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
         const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
         QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry, u"/a b/%f $x.srf"_s}),
@@ -108,7 +94,7 @@ void TestDesktopRegistration::makesTheProgramKnown()
     QVERIFY(QFileInfo(home.data(u"icons/hicolor/scalable/apps/pantrywise.svg"_s)).size() > 100);
 
     const QString recipe = home.data(u"Soup.srf"_s);
-    write(recipe, "Leek soup\r\n");
+    setBytes(recipe, "Leek soup\r\n");
     QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::content-type"_s, recipe})
                 .contains("standard::content-type: "_L1 + type));
     const QMimeDatabase database;
@@ -134,21 +120,21 @@ void TestDesktopRegistration::costsNothingTheSecondTime()
     QCOMPARE(count, 0);
 
     registerWithDesktop(u"/opt/new/Pantrywise"_s);
-    const QByteArray entry = contents(home.data(u"applications/pantrywise.desktop"_s));
+    const QByteArray entry = bytesOf(home.data(u"applications/pantrywise.desktop"_s));
     QCOMPARE(entry.count("Exec=/opt/new/Pantrywise %f\n"), 2);
     QCOMPARE(entry.count("old"), 0);
 }
 
 void TestDesktopRegistration::staysSilentWithoutTheRight()
 {
-    write(home.data(u"applications"_s), "a file");
-    write(home.data(u"mime"_s), "a file");
+    setBytes(home.data(u"applications"_s), "a file");
+    setBytes(home.data(u"mime"_s), "a file");
     QVERIFY(QDir().mkpath(home.config({})));
     const QByteArray defaults = QFile::encodeName(home.config(u"mimeapps.list"_s));
     QCOMPARE(mkfifo(defaults.data(), 0600), 0);
     registerWithDesktop(u"/opt/Pantrywise"_s);
-    QCOMPARE(contents(home.data(u"applications"_s)), "a file");
-    QCOMPARE(contents(home.data(u"mime"_s)), "a file");
+    QCOMPARE(bytesOf(home.data(u"applications"_s)), "a file");
+    QCOMPARE(bytesOf(home.data(u"mime"_s)), "a file");
     QVERIFY(!QFileInfo(home.config(u"mimeapps.list"_s)).isFile());
 }
 

@@ -1,11 +1,10 @@
+#include "FileBytes.h"
 #include "Registry.h"
 #include "TemporaryHome.h"
 
-#include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
-#include <QTest>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
@@ -19,19 +18,6 @@ QString storeFile()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
         + "/Quillmoor/Pantrywise.ini"_L1;
-}
-
-QByteArray contents(const QString &file)
-{
-    QFile f(file);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void write(const QString &file, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(file).path());
-    QFile f(file);
-    QVERIFY(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
 }
 
 HKEY created(const QString &path)
@@ -60,7 +46,7 @@ int lostChanges(const QString &name)
         const QByteArray value = QByteArray::number(100000 + i);
         lost += RegSetValueExA(key, name, REG_SZ, value) != ERROR_SUCCESS;
         QTest::qSleep(int(QRandomGenerator::global()->bounded(1, 6)));
-        lost += !contents(storeFile()).contains(name.toLatin1() + '=' + value);
+        lost += !bytesOf(storeFile()).contains(name.toLatin1() + '=' + value);
     }
     return lost;
 }
@@ -117,7 +103,7 @@ void TestRegistry::keepsValuesApart()
         QCOMPARE(RegSetValueExA(key, u"key"_s, REG_SZ, keyName.toUtf8()), ERROR_SUCCESS);
         RegCloseKey(key);
     }
-    write(storeFile(), contents(storeFile()) + "\n"); // so that it is read afresh
+    setBytes(storeFile(), bytesOf(storeFile()) + "\n"); // so that it is read afresh
     for (const QString &keyName : keys) {
         HKEY key = 0;
         QCOMPARE(RegOpenKeyExA(HKEY_CURRENT_USER, keyName, whole, key), ERROR_SUCCESS);
@@ -170,16 +156,16 @@ void TestRegistry::isAFileThatAPersonCanMend()
     const HKEY key = created(path);
     QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
     QCOMPARE(RegSetValueExA(key, u""_s, REG_DWORD, QByteArray("\x2a\0\0\0", 4)), ERROR_SUCCESS);
-    QCOMPARE(contents(storeFile()),
+    QCOMPARE(bytesOf(storeFile()),
              "[HKEY_CURRENT_USER]\n"
              "Software\\Quillmoor\\Pantrywise\\Sorting\\Recipes=1\n"
              "Software\\Quillmoor\\Pantrywise\\Sorting\\_default=dword:42\n");
 
-    write(storeFile(),
-          "; mine\r\n# mine, too\r\n[HKEY_CURRENT_USER]\r\n\r\n"
-          "Software\\Quillmoor\\Pantrywise\\Sorting\\Recipes = 0\r\n"
-          "Software\\Quillmoor\\Pantrywise\\Sorting\\List=salt, pepper\r\n"
-          "Software\\Quillmoor\\Pantrywise\\Sorting\\Number=dword:-1\r\n");
+    setBytes(storeFile(),
+             "; mine\r\n# mine, too\r\n[HKEY_CURRENT_USER]\r\n\r\n"
+             "Software\\Quillmoor\\Pantrywise\\Sorting\\Recipes = 0\r\n"
+             "Software\\Quillmoor\\Pantrywise\\Sorting\\List=salt, pepper\r\n"
+             "Software\\Quillmoor\\Pantrywise\\Sorting\\Number=dword:-1\r\n");
     QCOMPARE(read(key, u"Recipes"_s), "0");
     QCOMPARE(read(key, u"List"_s), "salt, pepper");
     QCOMPARE(read(key, u"Number"_s), "\xff\xff\xff\xff");
@@ -198,7 +184,7 @@ void TestRegistry::writesOnlyWhatDiffers()
         RegCloseKey(key);
     };
     writeAll("1");
-    const QByteArray before = contents(storeFile());
+    const QByteArray before = bytesOf(storeFile());
     QFile watched(storeFile()); // the file itself is replaced by a change, so this one goes stale
     QVERIFY(watched.open(QIODevice::ReadWrite));
     QVERIFY(watched.setFileTime(QDateTime::fromSecsSinceEpoch(1000), QFile::FileModificationTime));
@@ -223,8 +209,8 @@ void TestRegistry::losesNothingBetweenTwoPrograms()
 // The locks of a program that was killed before it had put its number into them.
 void TestRegistry::goesOnAfterAKilledProgram()
 {
-    write(storeFile() + ".writing"_L1, "");
-    write(storeFile() + ".lock"_L1, "");
+    setBytes(storeFile() + ".writing"_L1, "");
+    setBytes(storeFile() + ".lock"_L1, "");
     QElapsedTimer timer;
     timer.start();
     const HKEY key = created(path);
@@ -244,7 +230,7 @@ void TestRegistry::setsAsideWhatItCannotRead()
         for (int i = 0; i < 2; ++i) {
             QFile::remove(storeFile());
             damaged.isEmpty() ? void(QDir().mkpath(storeFile() + "/inside"_L1))
-                              : write(storeFile(), damaged);
+                              : setBytes(storeFile(), damaged);
             const HKEY key = created(path);
             QCOMPARE(RegSetValueExA(key, u"Recipes"_s, REG_SZ, "1"), ERROR_SUCCESS);
             QCOMPARE(read(key, u"Recipes"_s), "1");
@@ -252,7 +238,7 @@ void TestRegistry::setsAsideWhatItCannotRead()
             RegCloseKey(key);
         }
         for (const QString &kept : {storeFile() + ".damaged"_L1, storeFile() + ".damaged-2"_L1}) {
-            QCOMPARE(contents(kept), damaged);
+            QCOMPARE(bytesOf(kept), damaged);
             QCOMPARE(QFileInfo(kept + "/inside"_L1).isDir(), damaged.isEmpty());
         }
     }
@@ -261,14 +247,14 @@ void TestRegistry::setsAsideWhatItCannotRead()
 void TestRegistry::staysSilentWhereItCannotWrite()
 {
     // No directory can be made where a file lies, not even by the administrator.
-    write(QFileInfo(storeFile()).path(), "a file");
+    setBytes(QFileInfo(storeFile()).path(), "a file");
     HKEY key = 0;
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, path, whole, key), ERROR_ACCESS_DENIED);
     QCOMPARE(RegOpenKeyExA(HKEY_CURRENT_USER, path, whole, key), ERROR_FILE_NOT_FOUND);
     QVERIFY(timer.elapsed() < 1000);
-    QCOMPARE(contents(QFileInfo(storeFile()).path()), "a file");
+    QCOMPARE(bytesOf(QFileInfo(storeFile()).path()), "a file");
     QFile::remove(QFileInfo(storeFile()).path());
 }
 
