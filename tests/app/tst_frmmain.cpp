@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -20,7 +19,6 @@ class TestFrmMain : public QObject
 private Q_SLOTS:
     void comesUpWithoutARecipeFile();
     void offersOnlyWhatIsThere();
-    void ends_data();
     void ends();
 };
 
@@ -67,39 +65,25 @@ void TestFrmMain::offersOnlyWhatIsThere()
         QVERIFY2(!window.findChild<QAction *>(name)->isEnabled(), qPrintable(name));
 }
 
-void TestFrmMain::ends_data()
-{
-    QTest::addColumn<bool>("byMenu");
-    QTest::newRow("File, Exit") << true;
-    QTest::newRow("the close box") << false;
-}
-
 void TestFrmMain::ends()
 {
-    QFETCH(bool, byMenu);
-    RecipeFile file;
-    DatabasePath = file.path();
-    StrictDoorway doorway;
-    frmMain window(doorway);
-    QVERIFY(!window.MDIForm_Load({}));
-    window.show();
-    // A catalog with unsaved changes, which keeps the activation, neither asks nor stays.
-    window.findChild<QAction *>(u"mnuIngredient"_s)->trigger();
-    window.findChild<QAction *>(u"mnuUtensil"_s)->trigger();
-    window.findChild<QLineEdit *>(u"txtIngredient"_s)->insert(u"Salt"_s);
-    bool ranOut = false;
-    QTimer::singleShot(5000, &window, [&ranOut] {
-        ranOut = true;
-        QCoreApplication::exit();
-    });
-    QTimer::singleShot(0, &window, [&window, byMenu] {
-        if (byMenu)
-            window.findChild<QAction *>(u"mnuExit"_s)->trigger();
-        else
-            window.close();
-    });
-    QCOMPARE(QCoreApplication::exec(), 0);
-    QVERIFY(!ranOut);
+    for (const bool byMenu : {true, false}) {
+        RecipeFile file;
+        DatabasePath = file.path();
+        StrictDoorway doorway;
+        frmMain window(doorway);
+        QVERIFY(!window.MDIForm_Load({}));
+        window.show();
+        // A catalog with unsaved changes, which keeps the activation, neither asks nor stays.
+        window.findChild<QAction *>(u"mnuIngredient"_s)->trigger();
+        window.findChild<QAction *>(u"mnuUtensil"_s)->trigger();
+        window.findChild<QLineEdit *>(u"txtIngredient"_s)->insert(u"Salt"_s);
+        QTimer::singleShot(5000, &window, [] { QCoreApplication::exit(1); });
+        const auto *exit = window.findChild<QAction *>(u"mnuExit"_s);
+        byMenu ? QTimer::singleShot(0, exit, &QAction::trigger)
+               : QTimer::singleShot(0, &window, &QWidget::close);
+        QCOMPARE(QCoreApplication::exec(), 0);
+    }
 }
 
 QTEST_MAIN(TestFrmMain)

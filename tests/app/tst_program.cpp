@@ -1,3 +1,4 @@
+#include "FileBytes.h"
 #include "RecipeFile.h"
 #include "TemporaryHome.h"
 
@@ -5,7 +6,6 @@
 
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <pty.h>
 #include <unistd.h>
@@ -19,6 +19,10 @@ struct Run {
     QString messages;
 };
 
+const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
+                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
+                        "<Utensils>\rPot\r</Utensils>\r";
+
 } // namespace
 
 // The built program as a whole, in a program folder of its own, without a desktop.
@@ -30,20 +34,15 @@ class TestProgram : public QObject
 
 private Q_SLOTS:
     void init();
-    void importsAFileAndEnds_data();
     void importsAFileAndEnds();
-    void saysWhyNothingWasImported_data();
     void saysWhyNothingWasImported();
-    void asksOnTheTerminal_data();
     void asksOnTheTerminal();
-    void answersNoWhereNobodyCanBeAsked();
     void needsADesktopForItsWindow();
     void registersItselfWhereverItStands();
     void isWholeAfterKilling();
 
 private:
     QString inFolder(const QString &name) const { return m_file->folder() + u'/' + name; }
-    void writeFile(const QString &name, const QByteArray &bytes) const;
     void start(QProcess &process, const QStringList &arguments,
                const QString &program = u"pantrywise"_s) const;
     Run run(const QStringList &arguments, const QString &program = u"pantrywise"_s,
@@ -53,24 +52,10 @@ private:
     std::unique_ptr<RecipeFile> m_file;
 };
 
-namespace {
-
-const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
-                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
-                        "<Utensils>\rPot\r</Utensils>\r";
-
-} // namespace
-
 void TestProgram::init()
 {
     m_file = std::make_unique<RecipeFile>();
     QVERIFY(QFile::copy(QString::fromLocal8Bit(PROGRAM), inFolder(u"pantrywise"_s)));
-}
-
-void TestProgram::writeFile(const QString &name, const QByteArray &bytes) const
-{
-    QFile file(inFolder(name));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
 }
 
 void TestProgram::start(QProcess &process, const QStringList &arguments,
@@ -101,106 +86,68 @@ QString TestProgram::valueOf(const QString &query) const
     return QString::fromStdString(database.execAndGet(query.toStdString()).getString());
 }
 
-void TestProgram::importsAFileAndEnds_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("arguments");
-    const QString folder = u"%1/"_s; // stands for the program folder
-    QTest::newRow("relative") << u"soup.srf"_s << QStringList(u"soup.srf"_s);
-    QTest::newRow("absolute") << u"soup.srf"_s << QStringList(folder + u"soup.srf"_s);
-    QTest::newRow("in pieces") << u"my soup.srf"_s << QStringList({u"my"_s, u"soup.srf"_s});
-    QTest::newRow("quoted") << u"my soup.srf"_s << QStringList(u"\"my soup.srf\""_s);
-    QTest::newRow("name with quotes") << u"\"soup\""_s << QStringList(u"\"soup\""_s);
-    QTest::newRow("looks like an option") << u"-style.srf"_s << QStringList(u"-style.srf"_s);
-}
-
 void TestProgram::importsAFileAndEnds()
 {
-    QFETCH(QString, name);
-    QFETCH(QStringList, arguments);
-    writeFile(name, soup);
-    arguments.replaceInStrings(u"%1"_s, m_file->folder());
-
-    const Run result = run(arguments);
-    QCOMPARE(result.messages, QString());
-    QCOMPARE(result.status, 0);
-    QCOMPARE(valueOf(u"SELECT RecipeName FROM Recipes"_s), u"Soup"_s);
-}
-
-void TestProgram::saysWhyNothingWasImported_data()
-{
-    QTest::addColumn<QByteArray>("recipe");
-    QTest::addColumn<QByteArray>("database"); // in the place of the good one
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no file") << QByteArray() << QByteArray()
-                             << "Error: Could not find file.  Try importing file though File, "
-                                "Import.";
-    QTest::newRow("bad file") << soup.chopped(12) << QByteArray() << "soup.srf";
-    QTest::newRow("bad database") << soup << QByteArray("no database at all, but some text in it")
-                                  << "data.rbk is not a recipe file";
+    const std::pair<QString, QStringList> table[] = {
+        {u"soup.srf"_s, {u"soup.srf"_s}},
+        {u"soup.srf"_s, {u"%1/soup.srf"_s}}, // %1 stands for the program folder
+        {u"my soup.srf"_s, {u"my"_s, u"soup.srf"_s}},
+        {u"my soup.srf"_s, {u"\"my soup.srf\""_s}},
+        {u"-style.srf"_s, {u"-style.srf"_s}},
+    };
+    for (auto [name, arguments] : table) {
+        init();
+        setBytes(inFolder(name), soup);
+        const Run result = run(arguments.replaceInStrings(u"%1"_s, m_file->folder()));
+        QCOMPARE(result.messages, QString());
+        QCOMPARE(result.status, 0);
+        QCOMPARE(valueOf(u"SELECT RecipeName FROM Recipes"_s), u"Soup"_s);
+    }
 }
 
 void TestProgram::saysWhyNothingWasImported()
 {
-    QFETCH(QByteArray, recipe);
-    QFETCH(QByteArray, database);
-    QFETCH(QString, message);
-    if (!recipe.isEmpty())
-        writeFile(u"soup.srf"_s, recipe);
-    if (!database.isEmpty())
-        writeFile(u"data.rbk"_s, database);
-
-    const Run result = run({u"soup.srf"_s});
-    QCOMPARE(result.status, 1);
-    QVERIFY2(result.messages.contains(message), qPrintable(result.messages));
-    QCOMPARE(result.messages.count(u"Error: "_s), 1);
-    if (database.isEmpty())
-        QCOMPARE(valueOf(u"SELECT count(*) FROM Recipes"_s), u"0"_s);
-}
-
-void TestProgram::asksOnTheTerminal_data()
-{
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QString>("printed");
-    QTest::addColumn<QString>("recipes");
-    QTest::newRow("y") << QByteArray("y\n") << u"Yes\n"_s << u"2"_s;
-    QTest::newRow("YES") << QByteArray("YES\n") << u"Yes\n"_s << u"2"_s;
-    QTest::newRow("n") << QByteArray("n\n") << u"No\n"_s << u"1"_s;
-    QTest::newRow("anything") << QByteArray("yesterday\n") << u"No\n"_s << u"1"_s;
-    QTest::newRow("end of input") << QByteArray("\4") << u"No\n"_s << u"1"_s;
+    const auto complains = [this](const QString &message) {
+        const Run result = run({u"soup.srf"_s});
+        return result.status == 1 && result.messages.contains(message)
+            && result.messages.count(u"Error: "_s) == 1;
+    };
+    QVERIFY(complains(u"Error: Could not find file.  Try importing file though File, Import."_s));
+    setBytes(inFolder(u"soup.srf"_s), soup.chopped(12));
+    QVERIFY(complains(u"soup.srf"_s));
+    QCOMPARE(valueOf(u"SELECT count(*) FROM Recipes"_s), u"0"_s);
+    setBytes(inFolder(u"soup.srf"_s), soup);
+    setBytes(inFolder(u"data.rbk"_s), "no database at all, but some text in it");
+    QVERIFY(complains(u"data.rbk is not a recipe file"_s));
 }
 
 void TestProgram::asksOnTheTerminal()
 {
-    QFETCH(QByteArray, answer);
-    QFETCH(QString, printed);
-    QFETCH(QString, recipes);
-    writeFile(u"soup.srf"_s, soup);
+    setBytes(inFolder(u"soup.srf"_s), soup);
     QCOMPARE(run({u"soup.srf"_s}).status, 0);
-
-    int terminal = -1;
-    int programSide = -1;
-    char name[64];
-    QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
-    QCOMPARE(write(terminal, answer.constData(), static_cast<size_t>(answer.size())),
-             static_cast<ssize_t>(answer.size()));
-    const Run result = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
-    close(terminal);
-    close(programSide);
-    QVERIFY2(result.messages.endsWith(printed), qPrintable(result.messages));
-    QCOMPARE(result.status, recipes == "2"_L1 ? 0 : 1);
-    QCOMPARE(valueOf(u"SELECT count(*) FROM Recipes"_s), recipes);
-}
-
-void TestProgram::answersNoWhereNobodyCanBeAsked()
-{
-    writeFile(u"soup.srf"_s, soup);
-    QCOMPARE(run({u"soup.srf"_s}).status, 0);
-    const Run result = run({u"soup.srf"_s});
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.messages,
+    // Where nobody can be asked, the answer is No.
+    QCOMPARE(run({u"soup.srf"_s}).messages,
              u"Already in database: Soup is already in the database.  Do you want to import it "
              "anyways?\nNo\n"_s);
+    int recipes = 1;
+    for (const auto &[answer, isYes] : {std::pair("y\n", true),
+                                        {"YES\n", true},
+                                        {"n\n", false},
+                                        {"yesterday\n", false},
+                                        {"\4", false}}) {
+        int terminal = -1;
+        int programSide = -1;
+        char name[64];
+        QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
+        QCOMPARE(write(terminal, answer, strlen(answer)), static_cast<ssize_t>(strlen(answer)));
+        const Run result = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
+        close(terminal);
+        close(programSide);
+        recipes += isYes ? 1 : 0;
+        QVERIFY2(result.messages.endsWith(isYes ? u"Yes\n"_s : u"No\n"_s), answer);
+        QCOMPARE(result.status, isYes ? 0 : 1);
+        QCOMPARE(valueOf(u"SELECT count(*) FROM Recipes"_s), QString::number(recipes));
+    }
 }
 
 void TestProgram::needsADesktopForItsWindow()
@@ -219,9 +166,9 @@ void TestProgram::registersItselfWhereverItStands()
     QVERIFY(QFile::rename(inFolder(u"pantrywise"_s), inFolder(u"moved/pantrywise"_s)));
     QCOMPARE(run({u"none.srf"_s}, u"moved/pantrywise"_s).status, 1);
 
-    QFile entry(home.data(u"applications/pantrywise.desktop"_s));
-    QVERIFY(entry.open(QIODevice::ReadOnly));
-    QVERIFY(entry.readAll().contains(inFolder(u"moved/pantrywise"_s).toUtf8()));
+    for (const QString &registration : {home.data(u"applications/pantrywise.desktop"_s),
+                                        home.config(u"Quillmoor/Pantrywise.ini"_s)})
+        QVERIFY(bytesOf(registration).contains(inFolder(u"moved/pantrywise"_s).toUtf8()));
 }
 
 // A recipe is there with all its rows or not at all, whenever the program is killed.
@@ -231,8 +178,8 @@ void TestProgram::isWholeAfterKilling()
     QByteArray lines;
     for (int i = 0; i < ingredients; ++i)
         lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup\r";
-    writeFile(u"large.srf"_s,
-              QByteArray(soup).replace("Soup", "Large").replace("Salt|3|999|True||1 tsp\r", lines));
+    setBytes(inFolder(u"large.srf"_s),
+             QByteArray(soup).replace("Soup", "Large").replace("Salt|3|999|True||1 tsp\r", lines));
 
     int stored = 0;
     for (int i = 0; i < 30; ++i) {

