@@ -12,6 +12,7 @@
 #include "Frame.h"
 #include "GeneralFuctions.h"
 #include "SortOrder.h"
+#include "StoredSelection.h"
 #include "ui_frmIngredient.h"
 
 #include <algorithm>
@@ -32,22 +33,6 @@ QStringList ingredientTypes()
             frmIngredient::tr("Fish"),        frmIngredient::tr("Dairy"),
             frmIngredient::tr("Canned good"), frmIngredient::tr("Grain"),
             frmIngredient::tr("Staple"),      frmIngredient::tr("Legume")};
-}
-
-// The position that is stored, or -1 where that is no position in a list of so many.
-int positionIn(int count, const QVariant &stored)
-{
-    const qint64 position = stored.typeId() == QMetaType::LongLong ? stored.toLongLong() : -1;
-    return position < count ? static_cast<int>(std::max<qint64>(position, -1)) : -1;
-}
-
-bool isShelfLife(const QVariant &days)
-{
-    const std::optional<FieldValue> stored = storedValue(FieldType::Number, days);
-    if (!stored)
-        return false;
-    const auto *whole = std::get_if<qint64>(&*stored);
-    return whole ? *whole >= 0 : std::get<double>(*stored) >= 0;
 }
 
 } // namespace
@@ -125,8 +110,7 @@ void frmIngredient::ShowIngredient()
     RecordCursor &row = datIngredients.Recordset();
     CurrentIngredientID = ValueOrDefault(row.value(keyField), 0).toLongLong();
     m_ui->txtIngredient->showStored(ValueOrDefault(row.value(nameField), QString()).toString());
-    const QVariant type = ValueOrDefault(row.value("IngredientType"_L1), 0LL);
-    m_ui->cmbType->setCurrentIndex(positionIn(m_ui->cmbType->count(), type));
+    selectStored(*m_ui->cmbType, ValueOrDefault(row.value("IngredientType"_L1), 0));
     m_shownShelfLife = displayText(ValueOrDefault(row.value("ShelfLife"_L1), 0));
     m_ui->txtShelfLife->showStored(m_shownShelfLife);
     m_ui->chkVegetarian->setChecked(ValueOrDefault(row.value("Vegetarian"_L1), false).toBool());
@@ -137,7 +121,8 @@ void frmIngredient::ShowIngredient()
 void frmIngredient::showNewIngredient()
 {
     m_ui->txtIngredient->showStored({});
-    m_ui->txtShelfLife->showStored(u"0"_s);
+    m_shownShelfLife = u"0"_s;
+    m_ui->txtShelfLife->showStored(m_shownShelfLife);
     m_ui->chkVegetarian->setChecked(false);
     CurrentIngredientID = 0;
     setChanged(false);
@@ -238,7 +223,7 @@ bool frmIngredient::isRefused()
     if (withoutBlanks(name).isEmpty() || ContainsInvalidChars(name).isEmpty())
         return true;
     const QString shelfLife = m_ui->txtShelfLife->text();
-    if (shelfLife != m_shownShelfLife && !isShelfLife(ValueOrDefault(shelfLife, 0)))
+    if (shelfLife != m_shownShelfLife && !isNotNegative(shelfLife))
         return true;
 
     RecordCursor &rows = datIngredients.Recordset();

@@ -65,7 +65,8 @@ QStringList preparations()
 void fill(QComboBox &combo, const QStringList &entries, const QString &selected)
 {
     combo.addItems(entries);
-    combo.setCurrentText(selected);
+    // An editable list would take a text without selecting its entry, from which the arrows go on.
+    combo.setCurrentIndex(static_cast<int>(entries.indexOf(selected)));
 }
 
 } // namespace

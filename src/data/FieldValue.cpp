@@ -134,3 +134,9 @@ std::optional<FieldValue> storedValue(FieldType type, const QVariant &value)
     }
     return {};
 }
+
+bool isNotNegative(const QString &text)
+{
+    return text.isEmpty()
+        || (!text.contains(u'-') && storedValue(FieldType::Number, text).has_value());
+}

@@ -22,3 +22,7 @@ using FieldValue = std::variant<std::monostate, qint64, double, std::string>;
 // numbers from a sign or none and digits; numbers also with a point and digits; yes and no from
 // True and False in any case or a whole number.
 std::optional<FieldValue> storedValue(FieldType type, const QVariant &value);
+
+// Whether a number field takes the text, without a minus, for what is counted in a window; the
+// empty text stands for 0.
+bool isNotNegative(const QString &text);

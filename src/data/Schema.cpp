@@ -66,8 +66,9 @@ std::string createTable(const Table &table)
         if (!first)
             statement += ", ";
         statement += std::string(field.name) + " " + std::string(declaration(field.type));
+        // A key is never given again: recipes still name an ingredient that has been deleted.
         if (first && table.hasKey)
-            statement += " PRIMARY KEY";
+            statement += " PRIMARY KEY AUTOINCREMENT";
     }
     return statement + ");";
 }

@@ -1,5 +1,7 @@
 #include "LimitedEdit.h"
 
+#include <utility>
+
 LimitedEdit::LimitedEdit(QWidget *parent)
     : QLineEdit(parent)
 {

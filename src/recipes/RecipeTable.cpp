@@ -1,9 +1,8 @@
 #include "RecipeTable.h"
 
+#include "EmptyText.h"
 #include "Inches.h"
 #include "SortHeader.h"
-
-#include <QPainter>
 
 RecipeTable::RecipeTable(QWidget *parent)
     : QTreeView(parent)
@@ -34,11 +33,6 @@ QSize RecipeTable::sizeHint() const
 void RecipeTable::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (!model() || model()->rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    const int margin = fontMetrics().height();
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyText);
+    if (model())
+        paintEmptyText(*this, m_emptyText);
 }

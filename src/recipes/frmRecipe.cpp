@@ -11,6 +11,7 @@
 #include "RecipeName.h"
 #include "RecipeTypes.h"
 #include "SortOrder.h"
+#include "StoredSelection.h"
 #include "Transaction.h"
 #include "frmChangeIngredients.h"
 #include "frmChangeUtensils.h"
@@ -23,13 +24,6 @@ namespace {
 QString textOf(RecordCursor &cursor, QLatin1StringView field)
 {
     return displayText(ValueOrDefault(cursor.value(field), QString()));
-}
-
-// A number without an entry selects nothing.
-void selectStored(QComboBox &list, const QVariant &number)
-{
-    const int index = number.toInt();
-    list.setCurrentIndex(index < list.count() ? qMax(index, -1) : -1);
 }
 
 void setLockedLook(QWidget &edit, bool locked)
@@ -367,8 +361,7 @@ bool frmRecipe::isServesGood() const
 {
     const QString text = m_ui->txtServes->text();
     const bool isStored = !m_shownFields.isEmpty() && m_shownFields.constLast().value == text;
-    return text.isEmpty() || isStored
-        || (storedValue(FieldType::Number, text) && !text.contains(u'-'));
+    return isStored || isNotNegative(text);
 }
 
 RecipeFields frmRecipe::fieldsOnScreen() const
@@ -401,6 +394,7 @@ bool frmRecipe::SaveRecipe()
             return false;
         }
         CurrentRecipeID = *key;
+        m_shownRow = *key;
         m_shownFields = entered;
     }
     recipes.Requery();

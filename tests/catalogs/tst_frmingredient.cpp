@@ -278,6 +278,8 @@ private Q_SLOTS:
         QTest::keyClicks(&catalog.name, u"Salt"_s);
         press(catalog.window, u"cmdSave"_s);
         QCOMPARE(catalog.list.texts(), QStringList(u"Salt"_s));
+        // A recipe that names the key of one that is gone does not get this one for it.
+        QCOMPARE(catalog.stage.rowsOf("SELECT IngredientID FROM Ingredients"), u"5"_s);
     }
 
     // What came in through an import or another program is shown whole, and what the user does not

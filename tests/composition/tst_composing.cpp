@@ -167,6 +167,8 @@ private Q_SLOTS:
         QCOMPARE(lines.selectedRow(), 0);
         QCOMPARE(catalog.texts(),
                  QStringList({u"Beans"_s, u"Beans (white)"_s, u"Cook's spice"_s, u"Salt"_s}));
+        QCOMPARE(amount.currentText(), u"1"_s);
+        QCOMPARE(amount.currentIndex(), 7); // where the arrows go on from
 
         press(editor, u"cmdAdd"_s);
         catalog.selectRow(1);
