@@ -67,6 +67,7 @@ private Q_SLOTS:
         list.done.setFocus();
         QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
         QApplication::sendEvent(&list.done, &held);
+        QCOMPARE(m_main->frame.find<List>(), &list);
         list.list.setFocus();
         type(Qt::Key_Return, Qt::ControlModifier);
         list.button.setEnabled(false);
@@ -107,10 +108,8 @@ private Q_SLOTS:
         const auto isInside = [viewport](const QWidget &shell) {
             return viewport->rect().contains(shell.geometry());
         };
-        m_main->resize(250, 300); // smaller than the window likes to be
         QWidget &shell = *show().parentWidget();
         QVERIFY(isInside(shell));
-        m_main->resize(1000, 800);
         auto &other = m_main->frame.load<Record>();
         m_main->frame.show(other);
         QWidget &otherShell = *other.parentWidget();
@@ -126,6 +125,11 @@ private Q_SLOTS:
         QTRY_VERIFY(isInside(shell));
         otherShell.showNormal();
         QTRY_VERIFY(isInside(otherShell));
+
+        m_main->resize(250, 300); // smaller than a window likes to be
+        auto &late = m_main->frame.load<Tools>();
+        m_main->frame.show(late);
+        QTRY_VERIFY(isInside(*late.parentWidget()));
     }
 };
 
