@@ -73,10 +73,6 @@ void Hands::move(QPoint globalPosition) const
 
 void Hands::wheelDown(QPoint globalPosition) const
 {
-    if (areReal()) {
-        xdotool(mouseTo(globalPosition) + QStringList{u"click"_s, u"5"_s});
-        return;
-    }
     QWheelEvent event(m_window.windowHandle()->mapFromGlobal(globalPosition), globalPosition, {},
                       {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(m_window.windowHandle(), &event);

@@ -13,29 +13,35 @@ class StrictDoorway final : public Doorway
 public:
     ~StrictDoorway() override;
 
-    void expect(const MessageBox &box, Button answer = Button::Ok);
-    void expect(const InputBox &box, const QString &answer);
-    void expect(const FileChooser &chooser, const QString &path);
-    void expect(const FolderChooser &chooser, const QString &path);
+    // The answer is a button for a message box and a text for all others.
+    using Answer = std::variant<QString, Button>;
+    template <class Box = MessageBox>
+    void expect(const Box &box, const Answer &answer = Button::Ok)
+    {
+        m_expected.append({describe(box), answer});
+    }
 
     // Fails the test where an expected box has not come. Where the doorway outlives the test
     // function, cleanup() calls it.
     void checkAllCame();
 
-    Button show(const MessageBox &box) override;
-    QString ask(const InputBox &box) override;
-    QString choose(const FileChooser &chooser) override;
-    QString choose(const FolderChooser &chooser) override;
+    Button show(const MessageBox &box) override
+    {
+        return std::get<Button>(meet(describe(box), box.defaultButton));
+    }
+    QString ask(const InputBox &box) override { return text(describe(box)); }
+    QString choose(const FileChooser &chooser) override { return text(describe(chooser)); }
+    QString choose(const FolderChooser &chooser) override { return text(describe(chooser)); }
 
 private:
-    using Answer = std::variant<Button, QString>;
-    struct Expected {
-        QString box;
-        Answer answer;
-    };
+    static QString describe(const MessageBox &box);
+    static QString describe(const InputBox &box);
+    static QString describe(const FileChooser &chooser);
+    static QString describe(const FolderChooser &chooser);
 
     // The answer given to the box, or the other one where the box is not the next one expected.
     Answer meet(const QString &box, const Answer &otherwise);
+    QString text(const QString &box) { return std::get<QString>(meet(box, QString())); }
 
-    QList<Expected> m_expected;
+    QList<std::pair<QString, Answer>> m_expected;
 };

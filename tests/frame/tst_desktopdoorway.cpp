@@ -6,8 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -52,110 +50,65 @@ class tst_DesktopDoorway : public QObject
     DesktopDoorway m_doorway;
 
 private Q_SLOTS:
-    void messageBox_data()
-    {
-        QTest::addColumn<QList<int>>("buttons");
-        QTest::addColumn<int>("defaultButton");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("answer");
-        const QList<int> yesNo = {int(Button::Yes), int(Button::No)};
-        const QList<int> ok = {int(Button::Ok)};
-
-        QTest::newRow("Ok, Enter")
-            << ok << int(Button::Ok) << int(Qt::Key_Return) << int(Button::Ok);
-        QTest::newRow("Ok, Esc") << ok << int(Button::Ok) << int(Qt::Key_Escape) << int(Button::Ok);
-        QTest::newRow("Enter on Yes")
-            << yesNo << int(Button::Yes) << int(Qt::Key_Return) << int(Button::Yes);
-        QTest::newRow("Enter on No")
-            << yesNo << int(Button::No) << int(Qt::Key_Return) << int(Button::No);
-        QTest::newRow("Esc is No")
-            << yesNo << int(Button::Yes) << int(Qt::Key_Escape) << int(Button::No);
-    }
-
     void messageBox()
     {
-        QFETCH(const QList<int>, buttons);
-        QFETCH(const int, defaultButton);
-        QFETCH(const int, key);
-        MessageBox box{.text = u"<b>Salt</b> & %1"_s,
-                       .title = u"Save Changes"_s,
-                       .icon = Icon::Question,
-                       .buttons = {},
-                       .defaultButton = Button(defaultButton)};
-        for (const int button : buttons)
-            box.buttons.push_back(Button(button));
-
         QWidget main;
         main.show();
         main.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&main));
-        whenOpen<QMessageBox>([&](QMessageBox &dialog) {
-            QCOMPARE(dialog.text(), box.text);
-            QCOMPARE(dialog.textFormat(), Qt::PlainText);
-            QCOMPARE(dialog.windowTitle(), box.title);
-            QCOMPARE(dialog.icon(), QMessageBox::Question);
-            QCOMPARE(dialog.buttons().size(), buttons.size());
-            QCOMPARE(dialog.parentWidget(), &main);
-            QTest::keyClick(&dialog, Qt::Key(key));
-        });
-        QTEST(int(m_doorway.show(box)), "answer");
-    }
-
-    void inputBox_data()
-    {
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<QString>("defaultText");
-        QTest::addColumn<QString>("typed"); // at the end of the default text; null for Cancel
-        QTest::addColumn<QString>("answer");
-        const int one = int(Lines::One);
-        const int several = int(Lines::Several);
-        const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;
-
-        QTest::newRow("one line") << one << u"Soup"_s << u"s "_s << u"Soups "_s;
-        QTest::newRow("one line, as it was") << one << u" Soup "_s << u""_s << u" Soup "_s;
-        QTest::newRow("one line, Cancel") << one << u"Soup"_s << QString() << QString();
-        QTest::newRow("several lines, as they were") << several << mixed << u""_s << mixed;
-        QTest::newRow("several lines, changed")
-            << several << mixed << u"!"_s << u"a\r\nb\r\nc\r\nd\u00A0\t e !"_s;
-        QTest::newRow("several lines, a new one") << several << u"a"_s << u"\rb"_s << u"a\r\nb"_s;
-        QTest::newRow("several lines, Cancel") << several << mixed << QString() << QString();
+        const std::vector<Button> yesNo{Button::Yes, Button::No};
+        const std::tuple<std::vector<Button>, Button, Qt::Key, Button> rows[] = {
+            {{Button::Ok}, Button::Ok, Qt::Key_Escape, Button::Ok},
+            {yesNo, Button::Yes, Qt::Key_Return, Button::Yes},
+            {yesNo, Button::No, Qt::Key_Return, Button::No},
+            {yesNo, Button::Yes, Qt::Key_Escape, Button::No},
+        };
+        for (const auto &[buttons, defaultButton, key, answer] : rows) {
+            const MessageBox box{u"<b>Salt</b> & %1"_s, u"Save Changes"_s, Icon::Question, buttons,
+                                 defaultButton};
+            whenOpen<QMessageBox>([&, pressed = key](QMessageBox &dialog) {
+                QCOMPARE(dialog.text(), box.text);
+                QCOMPARE(dialog.textFormat(), Qt::PlainText);
+                QCOMPARE(dialog.windowTitle(), box.title);
+                QCOMPARE(dialog.icon(), QMessageBox::Question);
+                QCOMPARE(dialog.parentWidget(), &main);
+                QTest::keyClick(&dialog, pressed);
+            });
+            QCOMPARE(m_doorway.show(box), answer);
+        }
     }
 
     void inputBox()
     {
-        QFETCH(const int, lines);
-        QFETCH(const QString, defaultText);
-        QFETCH(const QString, typed);
-        whenOpen<QInputDialog>([&](QInputDialog &dialog) {
-            QCOMPARE(dialog.windowTitle(), u"Enter <title>"_s);
-            const auto *label = dialog.findChild<QLabel *>();
-            QCOMPARE(label->text(), u"<i>Prompt</i>"_s);
-            QCOMPARE(label->textFormat(), Qt::PlainText);
-            QWidget *edit = dialog.focusWidget();
-            if (auto *several = qobject_cast<QPlainTextEdit *>(edit))
-                several->moveCursor(QTextCursor::End);
-            else
-                static_cast<QLineEdit *>(edit)->end(false);
-            for (const QChar c : typed) {
-                if (c == u'\r')
+        const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;
+        const std::tuple<Lines, QString, QString, QString> rows[] = {
+            // default text, typed at its end (null for Cancel), answer
+            {Lines::One, u" Soup"_s, u"s "_s, u" Soups "_s},
+            {Lines::One, u"Soup"_s, QString(), QString()},
+            {Lines::Several, mixed, u""_s, mixed},
+            {Lines::Several, mixed, u"!"_s, u"a\r\nb\r\nc\r\nd\u00A0\t e !"_s},
+        };
+        for (const auto &row : rows) {
+            const auto &[lines, defaultText, typed, answer] = row;
+            whenOpen<QInputDialog>([&row](QInputDialog &dialog) {
+                QCOMPARE(dialog.windowTitle(), u"Enter <title>"_s);
+                QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
+                QWidget *edit = dialog.focusWidget();
+                QTest::keyClick(edit, Qt::Key_End, Qt::ControlModifier);
+                QTest::keyClick(edit, Qt::Key_End);
+                QTest::keyClicks(edit, std::get<2>(row));
+                if (std::get<2>(row).isNull())
+                    QTest::keyClick(edit, Qt::Key_Escape);
+                else if (std::get<Lines>(row) == Lines::One)
                     QTest::keyClick(edit, Qt::Key_Return);
-                else
-                    QTest::keyClick(edit, c.toLatin1());
-            }
-            if (typed.isNull())
-                QTest::keyClick(edit, Qt::Key_Escape);
-            else if (lines == int(Lines::One))
-                QTest::keyClick(edit, Qt::Key_Return);
-            else { // Tab leads to the button
-                QTest::keyClick(edit, Qt::Key_Tab);
-                QTest::keyClick(dialog.focusWidget(), Qt::Key_Space);
-            }
-        });
-        QTEST(m_doorway.ask({.prompt = u"<i>Prompt</i>"_s,
-                             .title = u"Enter <title>"_s,
-                             .defaultText = defaultText,
-                             .lines = Lines(lines)}),
-              "answer");
+                else { // Tab leads to the button
+                    QTest::keyClick(edit, Qt::Key_Tab);
+                    QTest::keyClick(dialog.focusWidget(), Qt::Key_Space);
+                }
+            });
+            QCOMPARE(m_doorway.ask({u"<i>Prompt</i>"_s, u"Enter <title>"_s, defaultText, lines}),
+                     answer);
+        }
     }
 
     void choosers()
@@ -163,12 +116,10 @@ private Q_SLOTS:
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"menu.htm"_s);
         QVERIFY(QFile(path).open(QIODevice::WriteOnly));
-        QVERIFY(QDir(directory.path()).mkdir(u"pages"_s));
         const FileChooser chooser{.title = u"Choose template file"_s,
                                   .description = u"HTML Documents"_s,
                                   .patterns = {u"*.htm"_s, u"*.html"_s},
                                   .directory = directory.path()};
-
         whenOpen<QFileDialog>([&](QFileDialog &dialog) {
             QCOMPARE(dialog.windowTitle(), chooser.title);
             QCOMPARE(dialog.nameFilters(), QStringList{u"HTML Documents (*.htm *.html)"_s});
@@ -176,16 +127,14 @@ private Q_SLOTS:
             enter(dialog, path);
         });
         QCOMPARE(m_doorway.choose(chooser), path);
-
         whenOpen<QFileDialog>(
-            [&](QFileDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+            [](QFileDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
         QCOMPARE(m_doorway.choose(chooser), QString());
 
-        whenOpen<QFileDialog>(
-            [&](QFileDialog &dialog) { enter(dialog, directory.filePath(u"pages"_s)); });
-        QCOMPARE(
-            m_doorway.choose(FolderChooser{.title = u"Folder"_s, .directory = directory.path()}),
-            directory.filePath(u"pages"_s));
+        QVERIFY(QDir(directory.path()).mkdir(u"pages"_s));
+        const QString pages = directory.filePath(u"pages"_s);
+        whenOpen<QFileDialog>([&](QFileDialog &dialog) { enter(dialog, pages); });
+        QCOMPARE(m_doorway.choose(FolderChooser{u"Folder"_s, directory.path()}), pages);
     }
 };
 

@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QTest>
 
 #include <SQLiteCpp/Database.h>
 #include <sqlite3.h>
@@ -18,229 +17,164 @@ class tst_RecipeSaving : public QObject
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<Kitchen> m_kitchen;
-    std::unique_ptr<RecipeHands> m_hands;
-
-    void expectFailure(const QString &window, const QString &text)
-    {
-        m_kitchen->doorway.expect(
-            {.text = u"Something went wrong in \"%1\":\n%2"_s.arg(window, text),
-             .title = u"Error"_s,
-             .icon = Icon::Exclamation});
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        m_kitchen = std::make_unique<Kitchen>();
-        m_hands = std::make_unique<RecipeHands>(*m_kitchen);
-    }
-    void cleanup() { m_kitchen->doorway.checkAllCame(); }
-
     void untouched_data()
     {
         QTest::addColumn<QByteArray>("values"); // of name, description, author, type, instructions,
                                                 // serves, as SQL
-        const auto instructions = [](const QByteArray &text) {
-            return "'a', 'd', 'e', 1, " + text + ", 4";
+        const auto row = [](const char *name, const QByteArray &instructions) {
+            QTest::newRow(name) << "' a ', 'd', ' e ', -1, " + instructions + ", 'a few'";
         };
-        QTest::newRow("line ends")
-            << instructions("'a' || x'0A' || 'b' || x'0D' || 'c' || x'0D0A0A'");
-        QTest::newRow("blanks") << instructions("'  a"
-                                                "\xC2\xA0"
-                                                "b\t' || x'E280A8E280A9' || ' '");
-        QTest::newRow("beyond the first plane") << instructions("'\U0001F370 e\u0301 \uFEFF'");
-        QTest::newRow("controls") << instructions("'a' || x'0001071B' || 'b'");
-        QTest::newRow("a megabyte") << instructions("replace(hex(zeroblob(12000)), '00', '"
-                                                    + QByteArray(80, 'a') + "' || x'0A')");
-        QTest::newRow("no UTF-8") << instructions("CAST(x'61FF62' AS TEXT)");
-        QTest::newRow("a blob") << instructions("x'610A62'");
+        row("white space",
+            "'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c' || x'0D0A0AE280A8E280A9' || ' '");
+        row("any character", "'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'");
+        row("a megabyte",
+            "replace(hex(zeroblob(12000)), '00', '" + QByteArray(80, 'a') + "' || x'0A')");
+        row("no UTF-8", "CAST(x'61FF62' AS TEXT)");
+        row("a blob", "x'610A62'");
         QTest::newRow("beyond the limits")
             << QByteArray("'Tom''s (\"best\") [*]', 'two' || x'0A' || 'lines ', "
-                          "'12345678901234567890123456789 ', 16, 'x', 120");
-        QTest::newRow("odd numbers") << QByteArray("' a ', ' ', ' e ', 70000, 'x', -4.5");
-        QTest::newRow("a text for a number") << QByteArray("'a', 'd', 'e', -1, 'x', 'a few'");
+                          "'12345678901234567890123456789 ', 70000, 'x', -4.5");
     }
     void untouched()
     {
         QFETCH(const QByteArray, values);
         const QByteArray all = "SELECT hex(RecipeName), hex(Description), hex(Author), RecipeType,"
                                " hex(Instructions), typeof(Instructions), Serves FROM Recipes";
-        m_kitchen->sql(
-            "INSERT INTO Recipes (RecipeName, Description, Author, RecipeType, Instructions,"
-            " Serves) VALUES ("
-            + values + ")");
-        const QString before = m_kitchen->stored(all);
-        m_hands->open(1);
-        m_hands->perform(u"rate 2, save"_s);
-        QVERIFY(m_kitchen->stored(all) == before);
-        QCOMPARE(m_kitchen->stored("SELECT Rating FROM Recipes"), u"2"_s);
+        RecipeHands hands("INSERT INTO Recipes (RecipeName, Description, Author, RecipeType,"
+                          " Instructions, Serves) VALUES ("
+                          + values + ")");
+        const QString before = hands.stored(all);
+        hands.open(1);
+        hands.perform(u"cmbRating 2, cmdSave"_s);
+        QVERIFY(hands.stored(all) == before);
+        QCOMPARE(hands.stored("SELECT Rating FROM Recipes"), u"2"_s);
     }
 
-    void edited_data()
-    {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("stored");
-        const QString old = u"1|'soup'|'d'|null|16|'a%0Ab%C2%A0'|9|null"_s;
-        QTest::newRow("nulls get what is shown")
-            << u"edit soup, rate 1, save"_s << u"1|'soup'|'d'|''|16|'a%0Ab%C2%A0'|1|0"_s;
-        QTest::newRow("line ends") << u"edit soup, instructions c, save"_s
-                                   << u"1|'soup'|'d'|''|16|'a%0D%0Ab%C2%A0c'|9|0"_s;
-        QTest::newRow("all") << u"edit Soup, author Ann, type 2, serves 12, rate 0, save"_s
-                             << u"1|'Soup'|'d'|'Ann'|2|'a%0Ab%C2%A0'|0|12"_s;
-        QTest::newRow("limits")
-            << u"edit soup, author 12345678901234567890123456, serves 123, save"_s
-            << u"1|'soup'|'d'|'1234567890123456789012345'|16|'a%0Ab%C2%A0'|9|12"_s;
-        QTest::newRow("not saved") << u"edit s, author Ann, next?No, done?No"_s << old;
-        QTest::newRow("new") << u"new b, instructions c, serves 5, save"_s
-                             << old + u"|2|'b'|''|''|0|'c'|5|5"_s;
-        QTest::newRow("new, saved on leaving")
-            << u"new b, type 1, done?Yes"_s << old + u"|2|'b'|''|''|1|''|5|0"_s;
-    }
     void edited()
     {
-        QFETCH(const QString, steps);
-        m_kitchen->sql(
-            "INSERT INTO Recipes VALUES (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9,"
-            " NULL)");
-        m_hands->open(1);
-        m_hands->perform(steps);
-        QTEST(m_kitchen->stored("SELECT * FROM Recipes"), "stored");
+        const QString old = u"1|soup|d|null|16|a\nb\u00A0|9|null"_s;
+        const std::pair<QString, QString> rows[] = {
+            {u"cmdEdit soup, cmbRating 1, cmdSave"_s, u"1|soup|d||16|a\nb\u00A0|1|0"_s},
+            {u"cmdEdit soup, txtInstruction c, cmdSave"_s, u"1|soup|d||16|a\r\nb\u00A0c|9|0"_s},
+            {u"cmdEdit Soup, txtAuthor 12345678901234567890123456, cmbRecipeType 2, "
+             "txtServes 123, cmdSave"_s,
+             u"1|Soup|d|1234567890123456789012345|2|a\nb\u00A0|9|12"_s},
+            {u"cmdEdit s, txtAuthor Ann, cmdNext?No, cmdDone?No"_s, old},
+            {u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s, old + u", 2|b|||1||5|5"_s},
+        };
+        for (const auto &[steps, stored] : rows) {
+            RecipeHands hands("INSERT INTO Recipes VALUES"
+                              " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
+            hands.open(1);
+            hands.perform(steps);
+            QCOMPARE(hands.stored("SELECT * FROM Recipes"), stored);
+        }
     }
 
     void plainTextIsPasted()
     {
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName) VALUES ('a')");
-        auto *edit = control<QPlainTextEdit>(m_hands->open(1), "txtInstruction");
-        m_hands->perform(u"edit a"_s);
+        RecipeHands hands("INSERT INTO Recipes (RecipeName) VALUES ('a')");
+        auto &edit = control<QPlainTextEdit>(hands.open(1), u"txtInstruction"_s);
+        hands.perform(u"cmdEdit a"_s);
         auto *clip = new QMimeData;
         clip->setHtml(u"<b>bold</b>"_s);
         clip->setText(u"<i>plain</i>\nsecond"_s);
         QApplication::clipboard()->setMimeData(clip);
-        edit->paste();
-        m_hands->perform(u"save"_s);
-        QCOMPARE(m_kitchen->stored("SELECT Instructions FROM Recipes"),
-                 u"'%3Ci%3Eplain%3C%2Fi%3E%0D%0Asecond'"_s);
+        edit.paste();
+        hands.perform(u"cmdSave"_s);
+        QCOMPARE(hands.stored("SELECT Instructions FROM Recipes"), u"<i>plain</i>\r\nsecond"_s);
     }
 
-    void serves_data()
-    {
-        QTest::addColumn<QString>("typed");
-        for (const auto *text : {"x", "-1", "1,", "+", "1e", " "})
-            QTest::newRow(text) << QString::fromLatin1(text);
-    }
     void serves()
     {
-        QFETCH(const QString, typed);
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b')");
-        const frmRecipe &form = m_hands->open(1);
-        m_hands->perform(u"edit a, author Ann, serves "_s + typed);
-        for (const auto *leave : {"save", "next?Yes", "done?Yes", "ingredients", "utensils"}) {
-            const QString steps = QString::fromLatin1(leave);
-            if (steps.contains(u'?'))
-                m_kitchen->doorway.expect(RecipeHands::savePrompt(), Button::Yes);
-            m_kitchen->doorway.expect(RecipeHands::error(
-                u"Serves must be a number, 0 or more. \"%1\" is not."_s.arg(typed)));
-            m_hands->perform(steps.section(u'?', 0, 0));
-            QCOMPARE(form.title(), u"a"_s);
-            QCOMPARE(m_hands->state(), u"open dontsave save"_s);
-            QCOMPARE(QApplication::focusWidget(), control<QWidget>(form, "txtServes"));
+        for (const QString &typed : {u"x"_s, u"-1"_s, u"1,"_s, u"1e"_s, u" "_s}) {
+            RecipeHands hands("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b')");
+            const frmRecipe &form = hands.open(1);
+            hands.perform(u"cmdEdit a, txtAuthor Ann, txtServes "_s + typed);
+            for (const QString &leave :
+                 {u"cmdSave"_s, u"cmdNext"_s, u"cmdDone"_s, u"cmdChangeIngredients"_s}) {
+                if (leave == "cmdNext"_L1 || leave == "cmdDone"_L1)
+                    hands.doorway.expect(Kitchen::saveChanges("recipe"), Button::Yes);
+                hands.doorway.expect(Kitchen::error(
+                    u"Serves must be a number, 0 or more. \"%1\" is not."_s.arg(typed)));
+                hands.perform(leave);
+                QCOMPARE(form.title(), u"a"_s);
+                QCOMPARE(hands.state(), u"open dontsave save"_s);
+                QCOMPARE(QApplication::focusWidget()->objectName(), u"txtServes"_s);
+            }
+            QCOMPARE(hands.stored("SELECT Author FROM Recipes"), u"null, null"_s);
         }
-        QCOMPARE(m_kitchen->stored("SELECT Author FROM Recipes"), u"null|null"_s);
     }
 
     void failures_data()
     {
         QTest::addColumn<QString>("cause");
-        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("leave");
         for (const auto *cause : {"read-only", "full", "name taken", "deleted"}) {
-            for (const auto *leave : {"save", "next", "done", "ingredients"}) {
+            for (const auto *leave : {"cmdSave", "cmdNext", "cmdDone", "cmdChangeIngredients"})
                 QTest::addRow("%s, %s", cause, leave)
-                    << QString::fromLatin1(cause)
-                    << u"edit b2, author Ann, serves 4, "_s + QString::fromLatin1(leave);
-            }
+                    << QString::fromLatin1(cause) << QString::fromLatin1(leave);
         }
-        QTest::addRow("name taken, new")
-            << u"name taken"_s << u"new b2, author Ann, serves 4, save"_s;
-        QTest::addRow("read-only, new")
-            << u"read-only"_s << u"new b2, author Ann, serves 4, next"_s;
     }
+    // Everything stays as it was, and once the cause is gone it can be saved.
     void failures()
     {
         QFETCH(const QString, cause);
-        QFETCH(const QString, steps);
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
-                       " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)");
-        frmRecipe &form = m_hands->open(2);
-        const qsizetype lastStep = steps.lastIndexOf(u", "_s);
-        const QString leave = steps.sliced(lastStep + 2);
-        m_hands->perform(steps.first(lastStep));
-        control<QPlainTextEdit>(form, "txtInstruction")->insertPlainText(QString(9000, u'x'));
-        const QString entered = m_hands->shown();
-        const qint64 key = form.CurrentRecipeID;
+        QFETCH(const QString, leave);
+        RecipeHands hands("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
+                          " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)");
+        frmRecipe &form = hands.open(2);
+        hands.perform(u"cmdEdit b2, txtAuthor Ann, txtServes 4"_s);
+        control<QPlainTextEdit>(form, u"txtInstruction"_s).insertPlainText(QString(9000, u'x'));
+        const QString entered = hands.shown();
 
         const auto pragma = [](const char *text) {
             Database::open(DatabasePath)->connection().exec(text);
         };
-        if (leave == "next"_L1 || leave == "done"_L1)
-            m_kitchen->doorway.expect(RecipeHands::savePrompt(), Button::Yes);
+        if (leave == "cmdNext"_L1 || leave == "cmdDone"_L1)
+            hands.doorway.expect(Kitchen::saveChanges("recipe"), Button::Yes);
         if (cause == "name taken"_L1) {
-            m_kitchen->sql("INSERT INTO Recipes (RecipeName) VALUES ('B2')");
-            m_kitchen->doorway.expect(RecipeHands::error(u"Recipe Name must be unique"_s));
+            hands.sql("INSERT INTO Recipes (RecipeName) VALUES ('B2')");
+            hands.doorway.expect(Kitchen::error(u"Recipe Name must be unique"_s));
         } else if (cause == "deleted"_L1) {
-            m_kitchen->sql("DELETE FROM Recipes WHERE RecipeID = 2");
-            expectFailure(u"b2"_s,
-                          u"This recipe has been deleted by another program. Nothing was "
-                          "stored."_s);
-        } else if (cause == "full"_L1) {
-            pragma("PRAGMA max_page_count = 1");
-            expectFailure(u"b2"_s, databaseFailureText(DatabasePath, SQLITE_FULL, {}));
+            hands.sql("DELETE FROM Recipes WHERE RecipeID = 2");
+            hands.doorway.expect(Kitchen::failure(
+                u"b2"_s,
+                u"This recipe has been deleted by another program. Nothing was stored."_s));
         } else {
-            pragma("PRAGMA query_only = ON");
-            expectFailure(u"b2"_s, databaseFailureText(DatabasePath, SQLITE_READONLY, {}));
+            const bool full = cause == "full"_L1;
+            pragma(full ? "PRAGMA max_page_count = 1" : "PRAGMA query_only = ON");
+            hands.doorway.expect(Kitchen::failure(
+                u"b2"_s,
+                databaseFailureText(DatabasePath, full ? SQLITE_FULL : SQLITE_READONLY, {})));
         }
-        const QString before = m_kitchen->stored("SELECT * FROM Recipes");
-        m_hands->perform(leave);
-        m_kitchen->doorway.checkAllCame();
-        QCOMPARE(m_hands->shown(), entered);
-        QCOMPARE(form.CurrentRecipeID, key);
-        QCOMPARE(m_hands->state(), u"open dontsave save"_s);
-        QCOMPARE(m_kitchen->stored("SELECT * FROM Recipes"), before);
+        const QString before = hands.stored("SELECT * FROM Recipes");
+        hands.perform(leave);
+        hands.doorway.checkAllCame();
+        QCOMPARE(hands.shown(), entered);
+        QCOMPARE(form.CurrentRecipeID, 2);
+        QCOMPARE(hands.state(), u"open dontsave save"_s);
+        QCOMPARE(hands.stored("SELECT * FROM Recipes"), before);
 
         if (cause == "deleted"_L1)
             return;
-        // Nothing is lost: once the cause is gone, it can be saved.
         pragma("PRAGMA query_only = OFF; PRAGMA max_page_count = 1000000");
-        m_kitchen->sql("DELETE FROM Recipes WHERE RecipeName = 'B2'");
-        m_hands->perform(u"save"_s);
-        QCOMPARE(m_hands->shown(),
-                 key == 0 ? QString(entered).replace(u"meat"_s, u"vegetarian"_s) : entered);
-        QCOMPARE(m_kitchen->stored("SELECT RecipeName FROM Recipes WHERE Author = 'Ann'"),
-                 u"'b2'"_s);
-        m_hands->perform(u"previous"_s);
-        QCOMPARE(form.title(), key == 0 ? u"b"_s : u"a"_s);
-    }
-
-    void afterAFailureTheNeighboursAreStillThere()
-    {
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')");
-        const frmRecipe &form = m_hands->open(2);
-        m_hands->perform(u"edit B, author Ann"_s);
-        m_kitchen->sql("UPDATE Recipes SET RecipeName = 'B' WHERE RecipeID = 1");
-        m_kitchen->doorway.expect(RecipeHands::error(u"Recipe Name must be unique"_s));
-        m_hands->perform(u"save, next?No"_s);
+        hands.sql("DELETE FROM Recipes WHERE RecipeName = 'B2'");
+        hands.perform(u"cmdSave"_s);
+        QCOMPARE(hands.shown(), entered);
+        QCOMPARE(hands.stored("SELECT RecipeName FROM Recipes WHERE Author = 'Ann'"), u"b2"_s);
+        hands.perform(u"cmdNext"_s);
         QCOMPARE(form.title(), u"c"_s);
     }
 
     void othersChangesStay()
     {
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
-        const frmRecipe &form = m_hands->open(1);
-        m_kitchen->sql("UPDATE Recipes SET RecipeName = 'b', Author = 'Eve'");
-        m_hands->perform(u"rate 3, save"_s);
-        QCOMPARE(m_kitchen->stored("SELECT RecipeName, Author, Rating FROM Recipes"),
-                 u"'b'|'Eve'|3"_s);
+        RecipeHands hands("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
+        const frmRecipe &form = hands.open(1);
+        hands.sql("UPDATE Recipes SET RecipeName = 'b', Author = 'Eve'");
+        hands.perform(u"cmbRating 3, cmdSave"_s);
+        QCOMPARE(hands.stored("SELECT RecipeName, Author, Rating FROM Recipes"), u"b|Eve|3"_s);
         QCOMPARE(form.title(), u"b"_s);
     }
 };

@@ -1,0 +1,99 @@
+#include "Stands.h"
+
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString nameOf(const ChildWindow *child)
+{
+    return child ? QString::fromLatin1(child->metaObject()->className()) : QString();
+}
+
+} // namespace
+
+Stand::Stand(Frame &frame)
+    : ChildWindow(frame)
+{
+    auto *layout = new QVBoxLayout(this);
+    for (QWidget *widget : std::initializer_list<QWidget *>{&button, &list, &done})
+        layout->addWidget(widget);
+    for (int i = 0; i < 50; ++i)
+        list.addItem(QString::number(i));
+    connect(&button, &QPushButton::clicked, this, &Stand::press);
+    connect(&done, &QPushButton::clicked, this, &Stand::leave);
+    setDefaultButton(&button);
+    setCancelButton(&done);
+    setWindowTitle(u"Stand's 100%1"_s);
+}
+
+void Stand::Form_Activate()
+{
+    pass("Form_Activate");
+    happened += nameOf(this) + u"+"_s + (key ? QString::number(key) : QString());
+}
+
+void Stand::Form_Deactivate()
+{
+    pass("Form_Deactivate");
+    happened += nameOf(this) + u">"_s + nameOf(frame().activeChild());
+}
+
+void Stand::pass(const char *handler)
+{
+    if (failing == QLatin1StringView(handler))
+        throw std::runtime_error("Table \xE2\x80\x9CRezepte\xE2\x80\x9D is gone");
+}
+
+void Stand::press()
+{
+    pass("press");
+    happened += nameOf(this) + u"!"_s;
+}
+
+void Stand::leave()
+{
+    frame().hide(*this);
+    frame().unload(*this);
+}
+
+MainWindow::MainWindow()
+{
+    setCentralWidget(&area);
+    QMenu *menu = menuBar()->addMenu(u"&View"_s);
+    int key = Qt::Key_F5;
+    for (const auto handler :
+         {&MainWindow::open<List>, &MainWindow::open<Plants>, &MainWindow::open<Tools>,
+          &MainWindow::open<Record>, &MainWindow::open<Editor>}) {
+        QAction *action = menu->addAction(QString());
+        action->setShortcut(key++);
+        frame.boundary().connect(action, &QAction::triggered, this, handler);
+    }
+    statusBar()->addWidget(&resting);
+    statusBar()->addPermanentWidget(&otherResting);
+    resize(1000, 800);
+    show();
+    activateWindow();
+    if (!QTest::qWaitForWindowActive(this))
+        qFatal("the window does not become active");
+    happened.clear();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    frame.unloadAll();
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::show(ChildWindow &window)
+{
+    static const QStringList order{u"List"_s, u"Record"_s, u"Editor"_s, u"Plants"_s, u"Tools"_s};
+    const auto place = static_cast<int>(order.indexOf(nameOf(&window)));
+    if (!window.isVisible())
+        window.parentWidget()->setGeometry(330 * (place % 3), 350 * (place / 3), 300, 300);
+    frame.show(window);
+}
