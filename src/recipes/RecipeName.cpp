@@ -29,7 +29,7 @@ QString askRecipeName(Doorway &doorway, const QString &currentName,
         const QString answer = doorway.ask({.prompt = tr("Enter title of the recipe"),
                                             .title = tr("Recipe Name"),
                                             .defaultText = currentName});
-        const QString name = withoutBlanks(answer).toString();
+        QString name = withoutBlanks(answer).toString();
         if (name.isEmpty())
             return {};
         if (ContainsInvalidChars(name).isEmpty()) {
