@@ -1,5 +1,6 @@
 #include "RecipeName.h"
 
+#include "Blanks.h"
 #include "Doorway.h"
 #include "GeneralFuctions.h"
 
@@ -25,11 +26,10 @@ QString askRecipeName(Doorway &doorway, const QString &currentName,
                       const std::function<bool(const QString &)> &isTaken)
 {
     for (;;) {
-        const QString name = doorway
-                                 .ask({.prompt = tr("Enter title of the recipe"),
-                                       .title = tr("Recipe Name"),
-                                       .defaultText = currentName})
-                                 .trimmed();
+        const QString answer = doorway.ask({.prompt = tr("Enter title of the recipe"),
+                                            .title = tr("Recipe Name"),
+                                            .defaultText = currentName});
+        QString name = withoutBlanks(answer).toString();
         if (name.isEmpty())
             return {};
         if (ContainsInvalidChars(name).isEmpty()) {
