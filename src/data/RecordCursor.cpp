@@ -337,6 +337,8 @@ qsizetype RecordCursor::scan(qsizetype from) const
 
 QVariant RecordCursor::value(QLatin1StringView field)
 {
+    if (m_place == Place::NotAsked)
+        readRows(); // may find that the table has other fields by now
     const int column = m_query.columnNumber(view(field));
     requireRow();
     return toVariant(RowStore::cell(row(m_row), column));

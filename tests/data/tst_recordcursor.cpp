@@ -308,6 +308,7 @@ private Q_SLOTS:
     void agreesWithModel_data();
     void agreesWithModel();
     void readsLate();
+    void seesOtherTables();
     void complains();
     void keepsTheOrderOfLinkRows();
 };
@@ -383,6 +384,28 @@ void TestRecordCursor::readsLate()
     file.write(u"UPDATE Utensils SET UtensilName = 'Cup' WHERE UtensilID = 1"_s);
     cursor.MovePrevious();
     QCOMPARE(cursor.value("UtensilName"_L1), u"Cup"_s);
+}
+
+// Another program makes the table anew, with its fields in another order and one more.
+void TestRecordCursor::seesOtherTables()
+{
+    const RecipeFile file;
+    const QString source = u"Utensils"_s;
+    const std::shared_ptr<Database> database = Database::open(file.path());
+    RecordCursor cursor(database, source);
+    for (const int note : {1, 2}) {
+        file.write(u"DROP TABLE Utensils; CREATE TABLE Utensils (Note INTEGER, UtensilName TEXT "
+                   "COLLATE NOCASE, UtensilID INTEGER PRIMARY KEY); "
+                   "INSERT INTO Utensils VALUES (%1, 'Pan', 7)"_s.arg(note));
+        cursor.Requery();
+        QCOMPARE(cursor.value("Note"_L1), QVariant(qint64{note}));
+        QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"Pan"_s));
+        cursor.Edit();
+        cursor.setValue("UtensilName"_L1, u"Pot"_s);
+        cursor.Update();
+        QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"Pot"_s));
+        QCOMPARE(cursor.value("UtensilID"_L1), QVariant(qint64{7}));
+    }
 }
 
 void TestRecordCursor::complains()
