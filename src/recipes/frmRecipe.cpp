@@ -321,6 +321,7 @@ void frmRecipe::cmdEdit_Click()
     if (name != title())
         setRecipeChanged();
     m_ui->cmdDontSave->setEnabled(true);
+    m_ui->txtAuthor->setFocus(); // before the button that has it is disabled: Done would get it
     LockFields(false);
     setRecipeName(name);
 }
@@ -351,9 +352,12 @@ void frmRecipe::cmdDescription_Click()
 
 // Saving
 
+// A button that is disabled hands its focus on, to Done at last, which the next Enter would press.
 void frmRecipe::cmdSave_Click()
 {
-    SaveRecipe();
+    const bool hasFocus = m_ui->cmdSave->hasFocus();
+    if (SaveRecipe() && hasFocus)
+        m_ui->txtInstruction->setFocus();
 }
 
 // What is stored already is not judged.

@@ -123,38 +123,6 @@ private Q_SLOTS:
         QVERIFY(!hands.frame.find<frmRecipe>());
     }
 
-    // With the editors themselves: what Done stores is this recipe's, and is shown.
-    void composes()
-    {
-        m_kitchen->sql("INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0);"
-                       "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1),"
-                       " (2, 'Beans (white)', 0, 0, 1); INSERT INTO Utensils VALUES (1, 'Pot');"
-                       "INSERT INTO RecipeIngredients VALUES (2, 2, '1 (large) can')");
-        const frmRecipe &form = m_hands->open(2);
-        m_hands->perform(u"edit c, author Ann, ingredients"_s);
-        ChildWindow *editor = m_kitchen->frame.find("frmChangeIngredients");
-        control<ListBox>(*editor, "lstIngredients")->selectRow(1);
-        press(*editor, "cmdAdd");
-        m_kitchen->show<frmRecipes>(); // in which another recipe could be opened
-        QCOMPARE(m_kitchen->frame.activeChild(), editor);
-        press(*editor, "cmdDone");
-        m_kitchen->settle();
-        QCOMPARE(m_kitchen->frame.activeChild(), &form);
-        QCOMPARE(m_hands->shown(),
-                 u"c|Ann|Misc|0|Unrated|vegetarian|"
-                 "Beans (white) (1 (large) can) + Salt (1 tsp)||"_s);
-        m_hands->perform(u"utensils"_s);
-        editor = m_kitchen->frame.find("frmChangeUtensils");
-        control<ListBox>(*editor, "lstUtensils")->selectRow(0);
-        press(*editor, "cmdAdd");
-        press(*editor, "cmdDone");
-        m_kitchen->settle();
-        QVERIFY(m_hands->shown().endsWith("|Pot|"_L1));
-        QCOMPARE(m_kitchen->stored("SELECT RecipeID FROM RecipeIngredients UNION ALL "
-                                   "SELECT RecipeID FROM RecipeUtensils"),
-                 u"2|2|2"_s);
-    }
-
     void noRecipe()
     {
         RecipeHands hands;
