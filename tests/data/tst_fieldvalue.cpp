@@ -44,7 +44,7 @@ void TestFieldValue::stores()
         {FieldType::Text, {u""_s, QString()}, std::string()},
         {FieldType::Key, {7, 7LL, 7U}, 7LL},
         {FieldType::Key, {u"7"_s, u""_s, 7.5}, {}},
-        {whole, {QVariant()}, FieldValue()},
+        {whole, {QVariant()}, std::make_optional<FieldValue>()},
     };
     for (const auto &[type, values, expected] : table) {
         for (const QVariant &value : values) {
