@@ -16,6 +16,11 @@ void CatalogWindow::setCatalog(const Catalog &catalog)
 {
     m_catalog = catalog;
     setDefaultButton(m_catalog.save);
+    using Window = CatalogWindow;
+    connect(m_catalog.previous, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
+    connect(m_catalog.next, &QPushButton::clicked, this, &Window::cmdNext_Click);
+    connect(m_catalog.newRow, &QPushButton::clicked, this, &Window::cmdNew_Click);
+    connect(m_catalog.save, &QPushButton::clicked, this, &Window::cmdSave_Click);
 }
 
 RecordCursor &CatalogWindow::rows() const
@@ -88,11 +93,21 @@ void CatalogWindow::offerToSave()
         save();
 }
 
-void CatalogWindow::startNew()
+void CatalogWindow::cmdNew_Click()
 {
     offerToSave();
     showNew();
     m_catalog.name->setFocus();
+}
+
+void CatalogWindow::cmdNext_Click()
+{
+    step(1);
+}
+
+void CatalogWindow::cmdPrevious_Click()
+{
+    step(-1);
 }
 
 // From the selected row and not from the cursor's, which a refused save leaves elsewhere.
@@ -112,6 +127,12 @@ void CatalogWindow::leave()
 }
 
 // Storing
+
+void CatalogWindow::cmdSave_Click()
+{
+    save();
+    m_catalog.list->setFocus();
+}
 
 void CatalogWindow::store()
 {

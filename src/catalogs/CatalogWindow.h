@@ -21,6 +21,9 @@ protected:
         QLatin1StringView nameField;
         ListBox *list = nullptr; // position n is the n-th row of the source
         LimitedEdit *name = nullptr;
+        QPushButton *previous = nullptr;
+        QPushButton *next = nullptr;
+        QPushButton *newRow = nullptr;
         QPushButton *save = nullptr; // the default button
         QString saveQuestion;
     };
@@ -43,15 +46,18 @@ protected:
     void fillList(); // selects nothing; an empty catalog gets a new record
     void goToSelected();
     void showKeyAndName(); // of the current row
-    void startNew();
-    void step(int by);
     void offerToSave();
-    void
-    store(); // lists and selects what is stored; where the row is gone, starts again and throws
+    void store(); // and lists and selects it; reads the table again and throws if the row is gone
     void leave(); // hides and unloads the window
 
 private:
+    void cmdPrevious_Click();
+    void cmdNext_Click();
+    void cmdNew_Click();
+    void cmdSave_Click();
+
     RecordCursor &rows() const;
+    void step(int by);
     void write();
 
     Catalog m_catalog;

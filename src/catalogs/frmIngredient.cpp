@@ -46,6 +46,9 @@ frmIngredient::frmIngredient(Frame &frame)
                 .nameField = nameField,
                 .list = m_ui->lstIngredients,
                 .name = m_ui->txtIngredient,
+                .previous = m_ui->cmdPrevious,
+                .next = m_ui->cmdNext,
+                .newRow = m_ui->cmdNew,
                 .save = m_ui->cmdSave,
                 .saveQuestion = tr("Do you want to save changes to this ingredient")});
     setCancelButton(m_ui->cmdDone);
@@ -63,11 +66,7 @@ void frmIngredient::connectHandlers()
     connect(m_ui->cmbType, &QComboBox::activated, this, &Window::cmbType_Click);
     connect(m_ui->cmbType, &QComboBox::currentIndexChanged, this, &Window::cmbType_Change);
     connect(m_ui->chkVegetarian, &QCheckBox::stateChanged, this, &Window::chkVegetarian_Click);
-    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
-    connect(m_ui->cmdNext, &QPushButton::clicked, this, &Window::cmdNext_Click);
-    connect(m_ui->cmdNew, &QPushButton::clicked, this, &Window::cmdNew_Click);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &Window::cmdDelete_Click);
-    connect(m_ui->cmdSave, &QPushButton::clicked, this, &Window::cmdSave_Click);
     connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
 }
 
@@ -133,21 +132,6 @@ void frmIngredient::chkVegetarian_Click()
     setChanged(true);
 }
 
-void frmIngredient::cmdNew_Click()
-{
-    startNew();
-}
-
-void frmIngredient::cmdNext_Click()
-{
-    step(1);
-}
-
-void frmIngredient::cmdPrevious_Click()
-{
-    step(-1);
-}
-
 void frmIngredient::cmdDone_Click()
 {
     offerToSave();
@@ -155,12 +139,6 @@ void frmIngredient::cmdDone_Click()
 }
 
 // Storing and deleting
-
-void frmIngredient::cmdSave_Click()
-{
-    SaveIngredient();
-    m_ui->lstIngredients->setFocus();
-}
 
 bool frmIngredient::isRefused()
 {

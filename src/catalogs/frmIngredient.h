@@ -33,11 +33,7 @@ private:
     void cmbType_Click();
     void cmbType_Change();
     void chkVegetarian_Click();
-    void cmdPrevious_Click();
-    void cmdNext_Click();
-    void cmdNew_Click();
     void cmdDelete_Click();
-    void cmdSave_Click();
     void cmdDone_Click();
 
     void connectHandlers();

@@ -20,16 +20,15 @@ frmUtensil::frmUtensil(Frame &frame)
                 .nameField = nameField,
                 .list = m_ui->lstUtensils,
                 .name = m_ui->txtUtensilName,
+                .previous = m_ui->cmdPrevious,
+                .next = m_ui->cmdNext,
+                .newRow = m_ui->cmdNew,
                 .save = m_ui->cmdSave,
                 .saveQuestion = tr("Do you want to save changes to this utensil")});
 
     using Window = frmUtensil;
     connect(m_ui->lstUtensils, &ListBox::rowSelected, this, &Window::lstUtensils_Click);
     connect(m_ui->txtUtensilName, &QLineEdit::textChanged, this, &Window::txtUtensilName_Change);
-    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
-    connect(m_ui->cmdNext, &QPushButton::clicked, this, &Window::cmdNext_Click);
-    connect(m_ui->cmdNew, &QPushButton::clicked, this, &Window::cmdNew_Click);
-    connect(m_ui->cmdSave, &QPushButton::clicked, this, &Window::cmdSave_Click);
     connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
 }
 
@@ -62,33 +61,12 @@ void frmUtensil::txtUtensilName_Change()
     setChanged(true);
 }
 
-void frmUtensil::cmdNew_Click()
-{
-    startNew();
-}
-
-void frmUtensil::cmdNext_Click()
-{
-    step(1);
-}
-
-void frmUtensil::cmdPrevious_Click()
-{
-    step(-1);
-}
-
 void frmUtensil::cmdDone_Click()
 {
     leave();
 }
 
 // Storing
-
-void frmUtensil::cmdSave_Click()
-{
-    SaveUtensil();
-    m_ui->lstUtensils->setFocus();
-}
 
 // The name is stored without the blanks around it, and no name may come to stand twice.
 bool frmUtensil::isRefused()

@@ -28,10 +28,6 @@ protected:
 private:
     void lstUtensils_Click();
     void txtUtensilName_Change();
-    void cmdPrevious_Click();
-    void cmdNext_Click();
-    void cmdNew_Click();
-    void cmdSave_Click();
     void cmdDone_Click();
 
     void ShowUtensil();
