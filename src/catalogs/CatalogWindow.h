@@ -5,6 +5,7 @@
 class DataSource;
 class LimitedEdit;
 class ListBox;
+class QPushButton;
 class RecordCursor;
 
 // What both catalogs do: a list of all rows of a table, and the fields of the row that is selected
