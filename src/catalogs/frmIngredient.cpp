@@ -9,7 +9,6 @@
 #include "DisplayText.h"
 #include "Doorway.h"
 #include "FieldValue.h"
-#include "Frame.h"
 #include "GeneralFuctions.h"
 #include "SortOrder.h"
 #include "StoredSelection.h"
@@ -38,11 +37,20 @@ QStringList ingredientTypes()
 } // namespace
 
 frmIngredient::frmIngredient(Frame &frame)
-    : ChildWindow(frame)
+    : CatalogWindow(frame)
     , m_ui(std::make_unique<Ui::frmIngredient>())
 {
     m_ui->setupUi(this);
-    setDefaultButton(m_ui->cmdSave);
+    setCatalog({.source = &datIngredients,
+                .keyField = keyField,
+                .nameField = nameField,
+                .list = m_ui->lstIngredients,
+                .name = m_ui->txtIngredient,
+                .previous = m_ui->cmdPrevious,
+                .next = m_ui->cmdNext,
+                .newRow = m_ui->cmdNew,
+                .save = m_ui->cmdSave,
+                .saveQuestion = tr("Do you want to save changes to this ingredient")});
     setCancelButton(m_ui->cmdDone);
     connectHandlers();
 }
@@ -58,11 +66,7 @@ void frmIngredient::connectHandlers()
     connect(m_ui->cmbType, &QComboBox::activated, this, &Window::cmbType_Click);
     connect(m_ui->cmbType, &QComboBox::currentIndexChanged, this, &Window::cmbType_Change);
     connect(m_ui->chkVegetarian, &QCheckBox::stateChanged, this, &Window::chkVegetarian_Click);
-    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
-    connect(m_ui->cmdNext, &QPushButton::clicked, this, &Window::cmdNext_Click);
-    connect(m_ui->cmdNew, &QPushButton::clicked, this, &Window::cmdNew_Click);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &Window::cmdDelete_Click);
-    connect(m_ui->cmdSave, &QPushButton::clicked, this, &Window::cmdSave_Click);
     connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
 }
 
@@ -75,41 +79,16 @@ void frmIngredient::Form_Load()
     m_ui->cmbType->addItems(ingredientTypes());
 }
 
-void frmIngredient::openDataSources()
-{
-    datIngredients.open();
-}
-
-void frmIngredient::Form_Activate()
-{
-    fillList();
-    m_ui->lstIngredients->selectRow(0);
-    if (m_ui->lstIngredients->count() == 0)
-        m_ui->txtIngredient->setFocus();
-}
-
-void frmIngredient::fillList()
-{
-    m_ui->lstIngredients->setTexts({});
-    RecordCursor &rows = datIngredients.Recordset();
-    rows.Requery();
-    m_ui->lstIngredients->setTexts(textsOf(rows, nameField));
-    if (rows.RecordCount() == 0 && CurrentIngredientID != 0)
-        showNewIngredient();
-}
-
 void frmIngredient::lstIngredients_Click()
 {
-    datIngredients.Recordset().FindFirst(
-        criterion(nameField, Comparison::Equal, m_ui->lstIngredients->selectedText()));
+    goToSelected();
     ShowIngredient();
 }
 
 void frmIngredient::ShowIngredient()
 {
+    showKeyAndName();
     RecordCursor &row = datIngredients.Recordset();
-    CurrentIngredientID = ValueOrDefault(row.value(keyField), 0).toLongLong();
-    m_ui->txtIngredient->showStored(ValueOrDefault(row.value(nameField), QString()).toString());
     selectStored(*m_ui->cmbType, ValueOrDefault(row.value("IngredientType"_L1), 0));
     m_shownShelfLife = displayText(ValueOrDefault(row.value("ShelfLife"_L1), 0));
     m_ui->txtShelfLife->showStored(m_shownShelfLife);
@@ -118,20 +97,12 @@ void frmIngredient::ShowIngredient()
 }
 
 // The type stays: several ingredients of one type are often entered in turn.
-void frmIngredient::showNewIngredient()
+void frmIngredient::showNew()
 {
-    m_ui->txtIngredient->showStored({});
     m_shownShelfLife = u"0"_s;
     m_ui->txtShelfLife->showStored(m_shownShelfLife);
     m_ui->chkVegetarian->setChecked(false);
-    CurrentIngredientID = 0;
-    setChanged(false);
-}
-
-void frmIngredient::setChanged(bool changed)
-{
-    IngredientChanged = changed;
-    m_ui->cmdSave->setEnabled(changed);
+    CatalogWindow::showNew();
 }
 
 // Editing
@@ -161,61 +132,13 @@ void frmIngredient::chkVegetarian_Click()
     setChanged(true);
 }
 
-void frmIngredient::offerToSave()
-{
-    if (!IngredientChanged)
-        return;
-    const Button answer =
-        doorway().show({.text = tr("Do you want to save changes to this ingredient"),
-                        .title = tr("Save Changes"),
-                        .icon = Icon::Question,
-                        .buttons = {Button::Yes, Button::No},
-                        .defaultButton = Button::Yes});
-    if (answer == Button::Yes)
-        SaveIngredient();
-}
-
-void frmIngredient::cmdNew_Click()
-{
-    offerToSave();
-    showNewIngredient();
-    m_ui->txtIngredient->setFocus();
-}
-
-void frmIngredient::cmdNext_Click()
-{
-    step(1);
-}
-
-void frmIngredient::cmdPrevious_Click()
-{
-    step(-1);
-}
-
-// From the selected row and not from the cursor's, which a refused save leaves elsewhere.
-void frmIngredient::step(int rows)
-{
-    if (m_ui->lstIngredients->count() > 0) {
-        offerToSave();
-        m_ui->lstIngredients->selectRow(m_ui->lstIngredients->selectedRow() + rows);
-    }
-    m_ui->txtIngredient->setFocus();
-}
-
 void frmIngredient::cmdDone_Click()
 {
     offerToSave();
-    frame().hide(*this);
-    frame().unload(*this);
+    leave();
 }
 
 // Storing and deleting
-
-void frmIngredient::cmdSave_Click()
-{
-    SaveIngredient();
-    m_ui->lstIngredients->setFocus();
-}
 
 bool frmIngredient::isRefused()
 {
@@ -228,52 +151,28 @@ bool frmIngredient::isRefused()
 
     RecordCursor &rows = datIngredients.Recordset();
     rows.FindFirst(criterion(nameField, Comparison::Like, name));
-    return !rows.NoMatch()
-        && (CurrentIngredientID == 0 || rows.value(keyField) != CurrentIngredientID);
+    return !rows.NoMatch() && (currentId() == 0 || rows.value(keyField) != currentId());
 }
 
 void frmIngredient::SaveIngredient()
 {
-    if (isRefused())
-        return;
-    try {
-        writeIngredient();
-    } catch (const RowGone &) {
-        Form_Activate();
-        throw;
-    }
-    fillList();
-    m_ui->lstIngredients->selectRow(
-        rowOfKey(datIngredients.Recordset(), keyField, CurrentIngredientID));
-    setChanged(false);
+    if (!isRefused())
+        store();
 }
 
-void frmIngredient::writeIngredient()
+void frmIngredient::setFields(RecordCursor &row, bool isNew)
 {
-    RecordCursor &rows = datIngredients.Recordset();
-    const bool isNew = CurrentIngredientID == 0;
-    if (isNew) {
-        rows.AddNew();
-    } else {
-        goToKey(rows, keyField, CurrentIngredientID);
-        rows.Edit();
-    }
-    rows.setValue(nameField, m_ui->txtIngredient->text());
+    row.setValue(nameField, m_ui->txtIngredient->text());
     if (isNew || m_ui->cmbType->currentIndex() >= 0) // else it is none of the list, and stays
-        rows.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
+        row.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
     if (isNew || m_ui->txtShelfLife->text() != m_shownShelfLife)
-        rows.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));
-    rows.setValue("Vegetarian"_L1, m_ui->chkVegetarian->isChecked());
-    rows.Update();
-    if (isNew) {
-        rows.MoveLast();
-        CurrentIngredientID = rows.value(keyField).toLongLong();
-    }
+        row.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));
+    row.setValue("Vegetarian"_L1, m_ui->chkVegetarian->isChecked());
 }
 
 void frmIngredient::cmdDelete_Click()
 {
-    if (CurrentIngredientID == 0) {
+    if (currentId() == 0) {
         RecordCursor &rows = datIngredients.Recordset();
         rows.MoveFirst();
         if (rows.RecordCount() > 0)
@@ -293,9 +192,9 @@ void frmIngredient::cmdDelete_Click()
 void frmIngredient::deleteIngredient()
 {
     RecordCursor &rows = datIngredients.Recordset();
-    const int row = rowOfKey(rows, keyField, CurrentIngredientID);
+    const int row = rowOfKey(rows, keyField, currentId());
     try {
-        goToKey(rows, keyField, CurrentIngredientID);
+        goToKey(rows, keyField, currentId());
         rows.Delete();
     } catch (const RowGone &) {
         Form_Activate();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ChildWindow.h"
+#include "CatalogWindow.h"
 #include "DataSource.h"
 
 #include <memory>
@@ -10,8 +10,8 @@ class frmIngredient;
 }
 
 // The ingredient catalog: the list of all ingredients, and the fields of the one that is selected
-// or of a new one. It keeps the activation until its Done.
-class frmIngredient final : public ChildWindow
+// or of a new one.
+class frmIngredient final : public CatalogWindow
 {
     Q_OBJECT
 
@@ -21,10 +21,10 @@ public:
 
 protected:
     void Form_Load() override;
-    void openDataSources() override;
-    void Form_Activate() override;
-    bool keepsActivationFrom(const ChildWindow & /*next*/) const noexcept override { return true; }
     QByteArrayView compositionEditor() const override { return "frmChangeIngredients"; }
+    void showNew() override;
+    void save() override { SaveIngredient(); }
+    void setFields(RecordCursor &row, bool isNew) override;
 
 private:
     void lstIngredients_Click();
@@ -33,29 +33,16 @@ private:
     void cmbType_Click();
     void cmbType_Change();
     void chkVegetarian_Click();
-    void cmdPrevious_Click();
-    void cmdNext_Click();
-    void cmdNew_Click();
     void cmdDelete_Click();
-    void cmdSave_Click();
     void cmdDone_Click();
 
     void connectHandlers();
-    void fillList(); // selects nothing; an empty catalog gets a new record
     void ShowIngredient();
-    void showNewIngredient();
-    void setChanged(bool changed);
-    void offerToSave();
-    void step(int rows);
-
     bool isRefused();
     void SaveIngredient();
-    void writeIngredient();
     void deleteIngredient();
 
     std::unique_ptr<Ui::frmIngredient> m_ui;
     DataSource datIngredients;
-    qint64 CurrentIngredientID = 0; // of the one that is shown; 0 for a new one
-    bool IngredientChanged = false;
     QString m_shownShelfLife; // as long as it stands unchanged, what is stored stays
 };

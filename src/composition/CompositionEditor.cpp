@@ -1,10 +1,41 @@
 #include "CompositionEditor.h"
 
+#include "CatalogRows.h"
 #include "ComposedRecipe.h"
+#include "Criterion.h"
+#include "DataSource.h"
 #include "Doorway.h"
 #include "Frame.h"
+#include "ListBox.h"
+#include "Transaction.h"
 #include "frmIngredient.h"
 #include "frmUtensil.h"
+
+#include <QPushButton>
+#include <QShortcut>
+
+using namespace Qt::Literals::StringLiterals;
+
+void CompositionEditor::setComposition(const Composition &composition)
+{
+    m_composition = composition;
+    setCancelButton(m_composition.cancel);
+    auto *deleteKey = new QShortcut(QKeySequence::Delete, m_composition.lineList);
+    deleteKey->setContext(Qt::WidgetShortcut);
+    using Window = CompositionEditor;
+    connect(m_composition.add, &QPushButton::clicked, this, &Window::cmdAdd_Click);
+    connect(m_composition.catalogList, &ListBox::doubleClicked, this, &Window::cmdAdd_Click);
+    connect(m_composition.remove, &QPushButton::clicked, this, &Window::cmdRemove_Click);
+    connect(deleteKey, &QShortcut::activated, this, &Window::cmdRemove_Click);
+    connect(m_composition.cancel, &QPushButton::clicked, this, &Window::cmdCancel_Click);
+    connect(m_composition.done, &QPushButton::clicked, this, &Window::cmdDone_Click);
+}
+
+void CompositionEditor::openDataSources()
+{
+    m_composition.catalog->open();
+    m_composition.lines->open();
+}
 
 // By class and not by caption: a recipe may be called "Utensils", and its name is the caption of
 // the recipe window.
@@ -13,12 +44,23 @@ bool CompositionEditor::keepsActivationFrom(const ChildWindow &next) const noexc
     return !qobject_cast<const frmIngredient *>(&next) && !qobject_cast<const frmUtensil *>(&next);
 }
 
-const ComposedRecipe &CompositionEditor::recipe() const
+const ComposedRecipe &CompositionEditor::takeRecipe()
 {
     const auto *shown = dynamic_cast<const ComposedRecipe *>(frame().find("frmRecipe"));
     if (!shown)
         throw std::runtime_error(tr("There is no recipe open to change.").toStdString());
+    m_recipeId = shown->recipeId();
     return *shown;
+}
+
+void CompositionEditor::readCatalog()
+{
+    m_composition.catalogList->setTexts({});
+    const ReadTransaction reading(m_composition.catalog->Database());
+    RecordCursor &catalog = m_composition.catalog->Recordset();
+    catalog.Requery();
+    m_composition.catalogList->setTexts(textsOf(catalog, m_composition.nameField));
+    m_composition.lines->Recordset().Requery();
 }
 
 void CompositionEditor::warn(const QString &text, const QString &title)
@@ -26,13 +68,66 @@ void CompositionEditor::warn(const QString &text, const QString &title)
     doorway().show({.text = text, .title = title, .icon = Icon::Exclamation});
 }
 
-void CompositionEditor::refuse(const QString &text, const QStringList &missing)
+void CompositionEditor::cmdAdd_Click()
+{
+    addSelected();
+    m_composition.catalogList->setFocus();
+}
+
+void CompositionEditor::cmdCancel_Click()
+{
+    leave();
+}
+
+void CompositionEditor::cmdDone_Click()
+{
+    const QStringList missing = writeBack();
+    if (missing.isEmpty())
+        leave();
+    else
+        refuse(missing);
+}
+
+QStringList CompositionEditor::writeBack()
+{
+    Transaction transaction(m_composition.lines->Database());
+    RecordCursor &catalog = m_composition.catalog->Recordset();
+    catalog.Requery();
+    const QStringList used = names();
+    QList<QVariant> ids;
+    QStringList missing;
+    for (qsizetype line = 0; line < used.size(); ++line) {
+        catalog.FindFirst(criterion(m_composition.nameField, Comparison::Equal, used[line]));
+        if (catalog.NoMatch())
+            missing += m_composition.lineList->texts()[line];
+        else
+            ids += catalog.value(m_composition.keyField);
+    }
+    if (!missing.isEmpty())
+        return missing;
+
+    m_composition.lines->Database().Execute(
+        u"DELETE %1.* From %1 WHERE (((%1.RecipeID)=%2))"_s.arg(m_composition.lines->RecordSource)
+            .arg(m_recipeId));
+    RecordCursor &rows = m_composition.lines->Recordset();
+    for (qsizetype line = 0; line < ids.size(); ++line) {
+        rows.AddNew();
+        rows.setValue("RecipeID"_L1, m_recipeId);
+        setFields(rows, line);
+        rows.setValue(m_composition.keyField, ids[line]);
+        rows.Update();
+    }
+    transaction.commit();
+    return {};
+}
+
+void CompositionEditor::refuse(const QStringList &missing)
 {
     constexpr qsizetype most = 10; // fits on every screen
     QStringList named = missing.first(qMin(most, missing.size()));
     if (missing.size() > most)
         named += tr("and %1 more").arg(missing.size() - most);
-    warn(QString(text).replace(QLatin1StringView("%1"), named.join(u'\n')), tr("Can't save"));
+    warn(QString(m_composition.refusal).replace("%1"_L1, named.join(u'\n')), tr("Can't save"));
 }
 
 void CompositionEditor::leave()

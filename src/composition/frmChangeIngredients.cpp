@@ -1,24 +1,17 @@
 #include "frmChangeIngredients.h"
 
-#include "CatalogRows.h"
 #include "ComposedRecipe.h"
-#include "Criterion.h"
 #include "DatabasePath.h"
 #include "Frame.h"
 #include "SortOrder.h"
-#include "Transaction.h"
 #include "frmIngredient.h"
 #include "ui_frmChangeIngredients.h"
-
-#include <QShortcut>
 
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr auto nameField = "IngredientName"_L1;
 
 QStringList amounts()
 {
@@ -79,18 +72,22 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
     // A completed text would be another one than was typed: "1 1/4" for "1 ".
     m_ui->cmbAmount->setCompleter(nullptr);
     m_ui->cmbPreperation->setCompleter(nullptr);
-    setCancelButton(m_ui->cmdCancel);
-
-    using Window = frmChangeIngredients;
-    connect(m_ui->cmdAdd, &QPushButton::clicked, this, &Window::cmdAdd_Click);
-    connect(m_ui->lstIngredients, &ListBox::doubleClicked, this, &Window::cmdAdd_Click);
-    connect(m_ui->cmdRemove, &QPushButton::clicked, this, &Window::cmdRemove_Click);
-    auto *deleteKey = new QShortcut(QKeySequence::Delete, m_ui->lstRecipeIngredients);
-    deleteKey->setContext(Qt::WidgetShortcut);
-    connect(deleteKey, &QShortcut::activated, this, &Window::cmdRemove_Click);
-    connect(m_ui->cmdAddIngredient, &QPushButton::clicked, this, &Window::cmdAddIngredient_Click);
-    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &Window::cmdCancel_Click);
-    connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
+    setComposition(
+        {.catalog = &datIngredients,
+         .keyField = "IngredientID"_L1,
+         .nameField = "IngredientName"_L1,
+         .catalogList = m_ui->lstIngredients,
+         .lines = &datRecipeIngredients,
+         .lineList = m_ui->lstRecipeIngredients,
+         .add = m_ui->cmdAdd,
+         .remove = m_ui->cmdRemove,
+         .cancel = m_ui->cmdCancel,
+         .done = m_ui->cmdDone,
+         .refusal =
+             tr("These ingredients are not in the catalog any more:\n\n%1\n\nNothing was stored. "
+                "Add them to the catalog again with Add Ingredient, or remove their lines.")});
+    connect(m_ui->cmdAddIngredient, &QPushButton::clicked, this,
+            &frmChangeIngredients::cmdAddIngredient_Click);
 }
 
 frmChangeIngredients::~frmChangeIngredients() = default;
@@ -106,39 +103,21 @@ void frmChangeIngredients::Form_Load()
     datRecipeIngredients.DatabaseName = DatabasePath;
     datRecipeIngredients.RecordSource = u"RecipeIngredients"_s;
 
-    m_recipeId = recipe().recipeId();
-    m_lines = recipe().ingredientLines();
+    m_lines = takeRecipe().ingredientLines();
     QStringList texts;
     for (const IngredientLine &line : std::as_const(m_lines))
         texts += line.text();
     m_ui->lstRecipeIngredients->setTexts(texts);
 }
 
-void frmChangeIngredients::openDataSources()
-{
-    datIngredients.open();
-    datRecipeIngredients.open();
-}
-
 void frmChangeIngredients::Form_Activate()
 {
-    m_ui->lstIngredients->setTexts({});
-    const ReadTransaction reading(datIngredients.Database());
-    RecordCursor &catalog = datIngredients.Recordset();
-    catalog.Requery();
-    m_ui->lstIngredients->setTexts(textsOf(catalog, nameField));
-    datRecipeIngredients.Recordset().Requery();
+    readCatalog();
     m_ui->lstIngredients->selectRow(0);
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 
 // Composing
-
-void frmChangeIngredients::cmdAdd_Click()
-{
-    addSelected();
-    m_ui->lstIngredients->setFocus();
-}
 
 void frmChangeIngredients::addSelected()
 {
@@ -186,52 +165,17 @@ void frmChangeIngredients::cmdAddIngredient_Click()
     frame().show(frame().load<frmIngredient>());
 }
 
-// Leaving
+// Storing
 
-void frmChangeIngredients::cmdCancel_Click()
+QStringList frmChangeIngredients::names() const
 {
-    leave();
+    QStringList names;
+    for (const IngredientLine &line : m_lines)
+        names += line.name;
+    return names;
 }
 
-void frmChangeIngredients::cmdDone_Click()
+void frmChangeIngredients::setFields(RecordCursor &row, qsizetype line) const
 {
-    const QStringList missing = writeBack();
-    if (missing.isEmpty())
-        leave();
-    else
-        refuse(tr("These ingredients are not in the catalog any more:\n\n%1\n\nNothing was stored. "
-                  "Add them to the catalog again with Add Ingredient, or remove their lines."),
-               missing);
-}
-
-QStringList frmChangeIngredients::writeBack()
-{
-    Transaction transaction(datRecipeIngredients.Database());
-    RecordCursor &catalog = datIngredients.Recordset();
-    catalog.Requery();
-    QList<QVariant> ids;
-    QStringList missing;
-    for (const IngredientLine &line : std::as_const(m_lines)) {
-        catalog.FindFirst(criterion(nameField, Comparison::Equal, line.name));
-        if (catalog.NoMatch())
-            missing += line.text();
-        else
-            ids += catalog.value("IngredientID"_L1);
-    }
-    if (!missing.isEmpty())
-        return missing;
-
-    datRecipeIngredients.Database().Execute(
-        u"DELETE RecipeIngredients.* From RecipeIngredients "
-        "WHERE (((RecipeIngredients.RecipeID)=%1))"_s.arg(m_recipeId));
-    RecordCursor &rows = datRecipeIngredients.Recordset();
-    for (qsizetype i = 0; i < m_lines.size(); ++i) {
-        rows.AddNew();
-        rows.setValue("RecipeID"_L1, m_recipeId);
-        rows.setValue("Quantity"_L1, m_lines[i].quantity);
-        rows.setValue("IngredientID"_L1, ids[i]);
-        rows.Update();
-    }
-    transaction.commit();
-    return {};
+    row.setValue("Quantity"_L1, m_lines[line].quantity);
 }

@@ -1,19 +1,12 @@
 #include "frmChangeUtensils.h"
 
-#include "CatalogRows.h"
 #include "ComposedRecipe.h"
-#include "Criterion.h"
 #include "DatabasePath.h"
 #include "Frame.h"
-#include "Transaction.h"
 #include "frmUtensil.h"
 #include "ui_frmChangeUtensils.h"
 
-#include <QShortcut>
-
 using namespace Qt::Literals::StringLiterals;
-
-static constexpr auto nameField = "UtensilName"_L1;
 
 frmChangeUtensils::frmChangeUtensils(Frame &frame)
     : CompositionEditor(frame)
@@ -21,18 +14,22 @@ frmChangeUtensils::frmChangeUtensils(Frame &frame)
 {
     m_ui->setupUi(this);
     setDefaultButton(m_ui->cmdDone);
-    setCancelButton(m_ui->cmdCancel);
-
-    using Window = frmChangeUtensils;
-    connect(m_ui->cmdAdd, &QPushButton::clicked, this, &Window::cmdAdd_Click);
-    connect(m_ui->lstUtensils, &ListBox::doubleClicked, this, &Window::cmdAdd_Click);
-    connect(m_ui->cmdRemove, &QPushButton::clicked, this, &Window::cmdRemove_Click);
-    auto *deleteKey = new QShortcut(QKeySequence::Delete, m_ui->lstRecipeUtensils);
-    deleteKey->setContext(Qt::WidgetShortcut);
-    connect(deleteKey, &QShortcut::activated, this, &Window::cmdRemove_Click);
-    connect(m_ui->cmdAddUtensil, &QPushButton::clicked, this, &Window::cmdAddUtensil_Click);
-    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &Window::cmdCancel_Click);
-    connect(m_ui->cmdDone, &QPushButton::clicked, this, &Window::cmdDone_Click);
+    setComposition(
+        {.catalog = &datUtensils,
+         .keyField = "UtensilID"_L1,
+         .nameField = "UtensilName"_L1,
+         .catalogList = m_ui->lstUtensils,
+         .lines = &datRecipeUtensils,
+         .lineList = m_ui->lstRecipeUtensils,
+         .add = m_ui->cmdAdd,
+         .remove = m_ui->cmdRemove,
+         .cancel = m_ui->cmdCancel,
+         .done = m_ui->cmdDone,
+         .refusal =
+             tr("These utensils are not in the catalog any more:\n\n%1\n\nNothing was stored. "
+                "Add them to the catalog again with Add Utensil, or remove their lines.")});
+    connect(m_ui->cmdAddUtensil, &QPushButton::clicked, this,
+            &frmChangeUtensils::cmdAddUtensil_Click);
 }
 
 frmChangeUtensils::~frmChangeUtensils() = default;
@@ -44,36 +41,18 @@ void frmChangeUtensils::Form_Load()
     datRecipeUtensils.DatabaseName = DatabasePath;
     datRecipeUtensils.RecordSource = u"RecipeUtensils"_s;
 
-    m_recipeId = recipe().recipeId();
-    m_ui->lstRecipeUtensils->setTexts(recipe().utensilLines());
-}
-
-void frmChangeUtensils::openDataSources()
-{
-    datUtensils.open();
-    datRecipeUtensils.open();
+    m_ui->lstRecipeUtensils->setTexts(takeRecipe().utensilLines());
 }
 
 // Its catalog has it activated once while that keeps the activation, and then the focus as well.
 void frmChangeUtensils::Form_Activate()
 {
-    m_ui->lstUtensils->setTexts({});
-    const ReadTransaction reading(datUtensils.Database());
-    RecordCursor &catalog = datUtensils.Recordset();
-    catalog.Requery();
-    m_ui->lstUtensils->setTexts(textsOf(catalog, nameField));
-    datRecipeUtensils.Recordset().Requery();
+    readCatalog();
     if (frame().activeChild() == this)
         m_ui->lstUtensils->setFocus();
 }
 
 // Composing
-
-void frmChangeUtensils::cmdAdd_Click()
-{
-    addSelected();
-    m_ui->lstUtensils->setFocus();
-}
 
 void frmChangeUtensils::addSelected()
 {
@@ -106,51 +85,9 @@ void frmChangeUtensils::cmdAddUtensil_Click()
     frame().show(frame().load<frmUtensil>());
 }
 
-// Leaving
+// Storing
 
-void frmChangeUtensils::cmdCancel_Click()
+QStringList frmChangeUtensils::names() const
 {
-    leave();
-}
-
-void frmChangeUtensils::cmdDone_Click()
-{
-    const QStringList missing = writeBack();
-    if (missing.isEmpty())
-        leave();
-    else
-        refuse(tr("These utensils are not in the catalog any more:\n\n%1\n\nNothing was stored. "
-                  "Add them to the catalog again with Add Utensil, or remove their lines."),
-               missing);
-}
-
-QStringList frmChangeUtensils::writeBack()
-{
-    Transaction transaction(datRecipeUtensils.Database());
-    RecordCursor &catalog = datUtensils.Recordset();
-    catalog.Requery();
-    QList<QVariant> ids;
-    QStringList missing;
-    for (const QString &name : m_ui->lstRecipeUtensils->texts()) {
-        catalog.FindFirst(criterion(nameField, Comparison::Equal, name));
-        if (catalog.NoMatch())
-            missing += name;
-        else
-            ids += catalog.value("UtensilID"_L1);
-    }
-    if (!missing.isEmpty())
-        return missing;
-
-    datRecipeUtensils.Database().Execute(
-        u"DELETE RecipeUtensils.* From RecipeUtensils "
-        "WHERE (((RecipeUtensils.RecipeID)=%1))"_s.arg(m_recipeId));
-    RecordCursor &rows = datRecipeUtensils.Recordset();
-    for (const QVariant &id : std::as_const(ids)) {
-        rows.AddNew();
-        rows.setValue("RecipeID"_L1, m_recipeId);
-        rows.setValue("UtensilID"_L1, id);
-        rows.Update();
-    }
-    transaction.commit();
-    return {};
+    return m_ui->lstRecipeUtensils->texts();
 }

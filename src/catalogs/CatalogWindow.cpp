@@ -1,0 +1,166 @@
+#include "CatalogWindow.h"
+
+#include "CatalogRows.h"
+#include "Criterion.h"
+#include "DataSource.h"
+#include "DatabaseError.h"
+#include "DatabaseFunctions.h"
+#include "Doorway.h"
+#include "Frame.h"
+#include "LimitedEdit.h"
+#include "ListBox.h"
+
+#include <QPushButton>
+
+void CatalogWindow::setCatalog(const Catalog &catalog)
+{
+    m_catalog = catalog;
+    setDefaultButton(m_catalog.save);
+    using Window = CatalogWindow;
+    connect(m_catalog.previous, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
+    connect(m_catalog.next, &QPushButton::clicked, this, &Window::cmdNext_Click);
+    connect(m_catalog.newRow, &QPushButton::clicked, this, &Window::cmdNew_Click);
+    connect(m_catalog.save, &QPushButton::clicked, this, &Window::cmdSave_Click);
+}
+
+RecordCursor &CatalogWindow::rows() const
+{
+    return m_catalog.source->Recordset();
+}
+
+// Loading and showing
+
+void CatalogWindow::openDataSources()
+{
+    m_catalog.source->open();
+}
+
+void CatalogWindow::Form_Activate()
+{
+    fillList();
+    m_catalog.list->selectRow(0);
+    if (m_catalog.list->count() == 0)
+        m_catalog.name->setFocus();
+}
+
+void CatalogWindow::fillList()
+{
+    m_catalog.list->setTexts({});
+    rows().Requery();
+    m_catalog.list->setTexts(textsOf(rows(), m_catalog.nameField));
+    if (rows().RecordCount() == 0 && m_currentId != 0)
+        showNew();
+}
+
+void CatalogWindow::goToSelected()
+{
+    rows().FindFirst(
+        criterion(m_catalog.nameField, Comparison::Equal, m_catalog.list->selectedText()));
+}
+
+void CatalogWindow::showKeyAndName()
+{
+    m_currentId = ValueOrDefault(rows().value(m_catalog.keyField), 0).toLongLong();
+    m_catalog.name->showStored(
+        ValueOrDefault(rows().value(m_catalog.nameField), QString()).toString());
+}
+
+void CatalogWindow::showNew()
+{
+    m_currentId = 0;
+    m_catalog.name->showStored({});
+    setChanged(false);
+}
+
+// Editing
+
+void CatalogWindow::setChanged(bool changed)
+{
+    m_changed = changed;
+    m_catalog.save->setEnabled(changed);
+}
+
+void CatalogWindow::offerToSave()
+{
+    if (!m_changed)
+        return;
+    const Button answer = doorway().show({.text = m_catalog.saveQuestion,
+                                          .title = tr("Save Changes"),
+                                          .icon = Icon::Question,
+                                          .buttons = {Button::Yes, Button::No},
+                                          .defaultButton = Button::Yes});
+    if (answer == Button::Yes)
+        save();
+}
+
+void CatalogWindow::cmdNew_Click()
+{
+    offerToSave();
+    showNew();
+    m_catalog.name->setFocus();
+}
+
+void CatalogWindow::cmdNext_Click()
+{
+    step(1);
+}
+
+void CatalogWindow::cmdPrevious_Click()
+{
+    step(-1);
+}
+
+// From the selected row and not from the cursor's, which a refused save leaves elsewhere.
+void CatalogWindow::step(int by)
+{
+    if (m_catalog.list->count() > 0) {
+        offerToSave();
+        m_catalog.list->selectRow(m_catalog.list->selectedRow() + by);
+    }
+    m_catalog.name->setFocus();
+}
+
+void CatalogWindow::leave()
+{
+    frame().hide(*this);
+    frame().unload(*this);
+}
+
+// Storing
+
+void CatalogWindow::cmdSave_Click()
+{
+    save();
+    m_catalog.list->setFocus();
+}
+
+void CatalogWindow::store()
+{
+    try {
+        write();
+    } catch (const RowGone &) {
+        Form_Activate();
+        throw;
+    }
+    fillList();
+    m_catalog.list->selectRow(rowOfKey(rows(), m_catalog.keyField, m_currentId));
+    setChanged(false);
+}
+
+void CatalogWindow::write()
+{
+    RecordCursor &row = rows();
+    const bool isNew = m_currentId == 0;
+    if (isNew) {
+        row.AddNew();
+    } else {
+        goToKey(row, m_catalog.keyField, m_currentId);
+        row.Edit();
+    }
+    setFields(row, isNew);
+    row.Update();
+    if (isNew) {
+        row.MoveLast();
+        m_currentId = row.value(m_catalog.keyField).toLongLong();
+    }
+}
