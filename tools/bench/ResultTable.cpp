@@ -39,7 +39,9 @@ bool isMet(const Result &result)
 
 std::string ratioText(const Measurement &figures)
 {
-    return figures.yardstick > 0 ? formatted("%.3g", figures.ratio) : "-";
+    if (figures.yardstick <= 0)
+        return "-";
+    return figures.ratio < 0.01 ? "< 0.01" : formatted("%.2f", figures.ratio);
 }
 
 } // namespace

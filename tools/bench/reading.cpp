@@ -4,32 +4,33 @@
 #include "Sources.h"
 #include "Subjects.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
-// Preparing the statement counts on both sides.
+qsizetype stepRows(const Source &source, SQLite::Database &plain)
+{
+    return PlainStatement(plain.getHandle(), source.plainText.toStdString()).run();
+}
+
+qsizetype readRows(const Source &source, const std::shared_ptr<Database> &database)
+{
+    return RecordCursor(database, source.text).RecordCount();
+}
+
+// Preparing the statement counts on both sides. Few rows are read again and again for a tenth of a
+// second, since whatever else the machine does would come into so short a work by chance.
 Measurement readingOf(const Source &source, SQLite::Database &plain,
                       const std::shared_ptr<Database> &database)
 {
-    qsizetype plainRows = 0;
-    return inTurns(
-        [&] {
-            return secondsOf([&] {
-                PlainStatement statement(plain.getHandle(), source.plainText.toStdString());
-                plainRows = statement.run();
-            });
-        },
-        [&] {
-            qsizetype rows = 0;
-            const double seconds = secondsOf([&] {
-                RecordCursor cursor(database, source.text);
-                rows = cursor.RecordCount();
-            });
-            if (rows != plainRows)
-                throw std::runtime_error("the cursor has read other rows");
-            return seconds;
-        });
+    constexpr double turn = 0.1;
+    if (readRows(source, database) != stepRows(source, plain))
+        throw std::runtime_error("the cursor has read other rows");
+    const double once = secondsOf([&] { stepRows(source, plain); });
+    const int times = std::max(1, static_cast<int>(turn / once));
+    return inTurns([&] { return secondsOfOne(times, [&](int) { stepRows(source, plain); }); },
+                   [&] { return secondsOfOne(times, [&](int) { readRows(source, database); }); });
 }
 
 } // namespace
