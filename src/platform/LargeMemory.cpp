@@ -7,22 +7,31 @@
 
 namespace platform {
 
+namespace {
+
+constexpr std::size_t largePage = std::size_t{2} << 20U;
+
+}
+
 void LargeMemoryRelease::operator()(std::byte *memory) const
 {
-    std::free(memory);
+    if (size < largePage)
+        std::free(memory);
+    else
+        ::munmap(memory, size);
 }
 
 LargeMemory allocateLargeMemory(std::size_t size)
 {
-    constexpr std::size_t largePage = std::size_t{2} << 20U;
-    const bool isLarge = size >= largePage;
-    const std::size_t roundedUp = (size + largePage - 1) / largePage * largePage;
-    void *memory = isLarge ? std::aligned_alloc(largePage, roundedUp) : std::malloc(size);
-    if (memory == nullptr)
+    // Large pieces would make malloc give the small ones of others back to the system each time.
+    void *memory = size < largePage
+        ? std::malloc(size)
+        : ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == nullptr || memory == MAP_FAILED)
         throw std::bad_alloc();
-    if (isLarge)
-        ::madvise(memory, roundedUp, MADV_HUGEPAGE); // a wish, which may be left ungranted
-    return LargeMemory(static_cast<std::byte *>(memory));
+    if (size >= largePage)
+        ::madvise(memory, size, MADV_HUGEPAGE); // a wish, which may be left ungranted
+    return LargeMemory(static_cast<std::byte *>(memory), {size});
 }
 
 } // namespace platform

@@ -8,6 +8,7 @@
 namespace platform {
 
 struct LargeMemoryRelease {
+    std::size_t size;
     void operator()(std::byte *memory) const;
 };
 
