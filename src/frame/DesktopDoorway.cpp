@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTextDocument>
 
 using namespace Qt::Literals::StringLiterals;
@@ -30,6 +31,7 @@ QMessageBox::Icon toQt(Icon icon)
     return QMessageBox::NoIcon;
 }
 
+// The toolkit has all buttons but Stop, for which its Abort stands with another text.
 QMessageBox::StandardButton toQt(Button button)
 {
     switch (button) {
@@ -37,6 +39,12 @@ QMessageBox::StandardButton toQt(Button button)
         return QMessageBox::Yes;
     case Button::No:
         return QMessageBox::No;
+    case Button::Stop:
+        return QMessageBox::Abort;
+    case Button::Open:
+        return QMessageBox::Open;
+    case Button::Close:
+        return QMessageBox::Close;
     case Button::Ok:
         break;
     }
@@ -63,8 +71,11 @@ Button DesktopDoorway::show(const MessageBox &box)
 {
     QMessageBox dialog(toQt(box.icon), box.title, box.text, QMessageBox::NoButton, windowInFront());
     dialog.setTextFormat(Qt::PlainText);
-    for (const Button button : box.buttons)
-        dialog.addButton(toQt(button));
+    for (const Button button : box.buttons) {
+        QPushButton *added = dialog.addButton(toQt(button));
+        if (button == Button::Stop)
+            added->setText(QCoreApplication::translate("DesktopDoorway", "&Stop"));
+    }
     dialog.setDefaultButton(toQt(box.defaultButton));
 
     const int pressed = dialog.exec();

@@ -8,7 +8,7 @@
 // What a box shows beside its text.
 enum class Icon { None, Information, Question, Exclamation };
 
-enum class Button { Ok, Yes, No };
+enum class Button { Ok, Yes, No, Stop, Open, Close };
 
 struct MessageBox {
     QString text; // plain text, never taken for rich text
@@ -46,7 +46,7 @@ public:
     Doorway() = default;
     virtual ~Doorway() = default;
 
-    // Shows the box, waits, and returns the button that was pressed; Esc on Yes and No is No.
+    // Shows the box, waits, and returns the button that was pressed; Esc is No, Stop or Close.
     virtual Button show(const MessageBox &box) = 0;
 
     // The answer as typed, not trimmed; empty also for Cancel. A default text that is not changed

@@ -30,7 +30,7 @@ void StrictDoorway::checkAllCame()
 QString StrictDoorway::describe(const MessageBox &box)
 {
     static constexpr const char *icons[] = {"no icon", "information", "question", "exclamation"};
-    static constexpr const char *captions[] = {"Ok", "Yes", "No"};
+    static constexpr const char *captions[] = {"Ok", "Yes", "No", "Stop", "Open", "Close"};
     QStringList buttons;
     for (const Button button : box.buttons) {
         const auto *caption = captions[static_cast<int>(button)];
