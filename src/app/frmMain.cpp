@@ -36,13 +36,13 @@ frmMain::frmMain(Doorway &doorway)
 
 frmMain::~frmMain() = default;
 
-std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
+std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath)
 {
     const bool opened = m_frame.boundary().run(windowTitle(), [this] {
         m_importRecipe->Form_Load();
         m_importRecipe->openDataSources();
     });
-    if (importPath.isEmpty())
+    if (importPath.empty())
         return {};
 
     auto outcome = frmImportRecipe::Outcome::NotImported;

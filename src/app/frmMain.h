@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -24,7 +25,7 @@ public:
 
     // Loads the hidden import worker and, where there is a path, imports that recipe file. Returns
     // the program's exit status where the program is over with that.
-    std::optional<int> MDIForm_Load(const QString &importPath);
+    std::optional<int> MDIForm_Load(const std::filesystem::path &importPath);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

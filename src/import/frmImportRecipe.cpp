@@ -4,6 +4,7 @@
 #include "DatabaseError.h"
 #include "DatabasePath.h"
 #include "Doorway.h"
+#include "Paths.h"
 #include "SrfDecoder.h"
 #include "SrfFile.h"
 #include "SrfParser.h"
@@ -78,7 +79,7 @@ void frmImportRecipe::openDataSources()
 }
 
 // The file is read and parsed as a whole before anything of it is written or asked.
-frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
+frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
     const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&file)) {
@@ -90,7 +91,7 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
     const std::variant<SrfRecipe, SrfComplaint> parsed =
         parseSrf(decodeSrf(std::get<QByteArray>(file)));
     if (const auto *complaint = std::get_if<SrfComplaint>(&parsed)) {
-        tell(complaintText(*complaint, path));
+        tell(complaintText(*complaint, platform::shownPath(path)));
         return Outcome::NotImported;
     }
     try {
@@ -103,7 +104,7 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
 
 // The cursors are requeried inside the transaction that writes, which is not the one before the
 // question: nothing is locked while the user thinks.
-frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, const QString &path)
+frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, const std::filesystem::path &path)
 {
     beginFile();
     std::optional<SrfComplaint> complaint = checkNumbers(recipe);
@@ -115,7 +116,7 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, 
         complaint = checkNumbers(recipe); // others may have changed the catalogs meanwhile
     }
     if (complaint) {
-        tell(complaintText(*complaint, path));
+        tell(complaintText(*complaint, platform::shownPath(path)));
         return Outcome::NotImported;
     }
     Transaction transaction(datRecipe.Database());

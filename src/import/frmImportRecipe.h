@@ -5,6 +5,8 @@
 #include "SrfComplaint.h"
 #include "SrfRecipe.h"
 
+#include <filesystem>
+
 class Doorway;
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
@@ -26,7 +28,7 @@ public:
     // Imports the file as one new recipe, whole or not at all. Tells the user where the file is
     // missing or bad and asks where its recipe is in the database already. Throws DatabaseError
     // where the recipe file cannot be written.
-    Outcome ImportSRFFile(const QString &path);
+    Outcome ImportSRFFile(const std::filesystem::path &path);
 
     // Between these two, files share transactions: one counts as stored only when the batch has
     // ended. Nothing is locked while the user is asked.
@@ -36,7 +38,7 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
 
-    Outcome importRecipe(const SrfRecipe &recipe, const QString &path);
+    Outcome importRecipe(const SrfRecipe &recipe, const std::filesystem::path &path);
     void beginFile();
     void requery();
     bool isTaken(const QString &name);

@@ -1,5 +1,6 @@
 #include "DatabasePath.h"
 #include "FileBytes.h"
+#include "Paths.h"
 #include "RecipeFile.h"
 #include "StrictDoorway.h"
 #include "frmImportRecipe.h"
@@ -97,7 +98,7 @@ Outcome TestFrmImportRecipe::import(const Srf &srf)
 {
     const QString path = m_file->folder() + "/recipe.srf"_L1;
     setBytes(path, srf.text());
-    return m_importer->ImportSRFFile(path);
+    return m_importer->ImportSRFFile(platform::nativePath(path));
 }
 
 QStringList TestFrmImportRecipe::rows(const QString &query)

@@ -1,4 +1,5 @@
 #include "DatabasePath.h"
+#include "Paths.h"
 #include "PlainWriter.h"
 #include "Subjects.h"
 #include "TerminalDoorway.h"
@@ -95,7 +96,7 @@ public:
         return secondsOf([&] {
             m_importer.startBatch();
             for (const RecipeFile &file : files) {
-                if (m_importer.ImportSRFFile(file.path) != frmImportRecipe::Outcome::Imported)
+                if (m_importer.ImportSRFFile(platform::nativePath(file.path)) != frmImportRecipe::Outcome::Imported)
                     throw std::runtime_error("a file has not been imported");
             }
             m_importer.endBatch();
