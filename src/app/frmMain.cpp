@@ -1,6 +1,7 @@
 #include "frmMain.h"
 
 #include "frmAbout.h"
+#include "frmImport.h"
 #include "frmImportRecipe.h"
 #include "frmIngredient.h"
 #include "frmRecipes.h"
@@ -27,6 +28,7 @@ frmMain::frmMain(Doorway &doorway)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
     const Boundary &boundary = m_frame.boundary();
+    boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
     boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
@@ -51,6 +53,11 @@ std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath
                                [&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
     }
     return outcome == frmImportRecipe::Outcome::Imported ? 0 : 1;
+}
+
+void frmMain::mnuImport_Click()
+{
+    m_frame.show(m_frame.load<frmImport>(*m_importRecipe));
 }
 
 // At once: nothing is asked, and no window is unloaded first.

@@ -31,6 +31,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void mnuImport_Click();
     void mnuExit_Click();
     void mnuRecipes_Click();
     void mnuAbout_Click();

@@ -10,11 +10,13 @@
 
 namespace {
 
-constexpr qint64 patience = 500; // milliseconds
-constexpr qint64 betweenPictures = 100;
+using namespace std::chrono_literals;
+
+constexpr auto patience = 500ms;
+constexpr auto betweenPictures = 100ms;
 
 // Pieces are short. A longer time between two of them was a question to the user, and no work.
-constexpr qint64 longestPiece = 100;
+constexpr std::chrono::steady_clock::duration longestPiece = 100ms;
 
 } // namespace
 
@@ -26,7 +28,6 @@ ProgressBox::ProgressBox(const QString &title, QWidget *parent)
     setWindowTitle(title);
     setWindowModality(Qt::ApplicationModal);
     connect(m_ui->cmdStop, &QPushButton::clicked, this, &ProgressBox::reject);
-    m_sinceShown.start();
 }
 
 ProgressBox::~ProgressBox() = default;
@@ -49,13 +50,11 @@ void ProgressBox::reject()
 
 bool ProgressBox::isTimeToShow()
 {
-    if (isVisible()) {
-        if (m_sinceShown.elapsed() < betweenPictures)
-            return false;
-        m_sinceShown.restart();
-        return true;
-    }
-    m_worked += std::min(m_sinceShown.restart(), longestPiece);
+    const auto now = Clock::now();
+    if (isVisible() && now - m_last < betweenPictures)
+        return false;
+    m_worked += std::min(now - m_last, longestPiece);
+    m_last = now;
     return m_worked >= patience;
 }
 

@@ -3,16 +3,17 @@
 #include "Progress.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 
+#include <chrono>
 #include <memory>
 
 namespace Ui {
 class ProgressBox;
 }
 
-// Shows how far work is and lets the user stop it, as soon as it has lasted for half a second. While
-// it is shown nothing else of the program can be used. Its owner destroys it when the work is over.
+// Shows how far work is and lets the user stop it, as soon as it has lasted for half a second.
+// While it is shown nothing else of the program can be used. Its owner destroys it when the work is
+// over.
 class ProgressBox final : public QDialog, public Progress
 {
     Q_OBJECT
@@ -30,8 +31,9 @@ private:
     bool isTimeToShow();
     void showPiece(qsizetype piece, qsizetype pieces, const QString &name);
 
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point m_last = Clock::now(); // picture; until there is one, piece
+    Clock::duration m_worked{}; // until there is a picture
     std::unique_ptr<Ui::ProgressBox> m_ui;
-    QElapsedTimer m_sinceShown; // or since the piece before, while the box is not shown
-    qint64 m_worked = 0; // milliseconds until the box is shown
     bool m_isStopped = false;
 };

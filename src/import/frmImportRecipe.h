@@ -6,6 +6,7 @@
 #include "SrfRecipe.h"
 
 #include <filesystem>
+#include <functional>
 
 class Doorway;
 
@@ -13,7 +14,11 @@ class Doorway;
 class frmImportRecipe
 {
 public:
-    enum class Outcome { Imported, NotImported };
+    enum class Outcome {
+        Imported,
+        NotImported,
+        Stopped, // not imported, and the user wants no more files of the batch
+    };
 
     // Questions and messages go through the doorway, which must outlive it.
     explicit frmImportRecipe(Doorway &doorway);
@@ -30,10 +35,10 @@ public:
     // where the recipe file cannot be written.
     Outcome ImportSRFFile(const std::filesystem::path &path);
 
-    // Between these two, files share transactions: one counts as stored only when the batch has
-    // ended. Nothing is locked while the user is asked.
-    void startBatch() { m_commits.startBatch(); }
-    void endBatch() { m_commits.endBatch(); }
+    // Runs imports, which calls ImportSRFFile for one file after the other. The files share
+    // transactions: one counts as stored only when the batch has ended, in whatever way. Nothing is
+    // locked while the user is asked. The box of a bad file lets the user stop the batch.
+    void batch(const std::function<void()> &imports);
 
 private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
@@ -44,7 +49,7 @@ private:
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
     bool wantsDuplicate(const QString &name);
-    void tell(const QString &text);
+    Outcome refuse(const QString &text);
 
     std::optional<SrfComplaint> checkNumbers(const SrfRecipe &recipe);
     void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);

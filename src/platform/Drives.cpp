@@ -15,7 +15,8 @@ namespace {
 
 bool liesIn(const std::filesystem::path &path, const std::filesystem::path &directory)
 {
-    const auto differs = std::mismatch(directory.begin(), directory.end(), path.begin(), path.end());
+    const auto differs =
+        std::mismatch(directory.begin(), directory.end(), path.begin(), path.end());
     return differs.first == directory.end();
 }
 
@@ -30,7 +31,7 @@ bool holdsFiles(const MountedVolume &volume)
 
 bool belongsToTheSystem(const std::filesystem::path &path)
 {
-    static constexpr std::array directories{"/boot", "/dev", "/etc",  "/proc", "/run/user",
+    static constexpr std::array directories{"/boot", "/dev", "/etc", "/proc", "/run/user",
                                             "/snap", "/sys", "/usr", "/var"};
     return std::any_of(directories.begin(), directories.end(),
                        [&](const char *directory) { return liesIn(path, directory); });

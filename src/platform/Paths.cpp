@@ -23,7 +23,7 @@ std::filesystem::path nativePath(const QString &path)
 
 QString shownPath(const std::filesystem::path &path)
 {
-    return QFile::decodeName(path.c_str());
+    return QFile::decodeName(QByteArray::fromStdString(path.native()));
 }
 
 StartingPlace startingPlace(const QString &programDirectory, const QString &folder, PathStyle style)

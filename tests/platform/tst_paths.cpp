@@ -91,11 +91,11 @@ void TestPaths::startsLookingBesideTheProgram()
 void TestPaths::namesTheDrivesThatPeopleName()
 {
     const std::vector<MountedVolume> volumes = {
-        {"/", "/dev/sda1", "ext4"},           {"/media/ann/STICK", "/dev/sdb1", "vfat"},
-        {"/proc", "proc", "proc"},            {"/run/user/1000/doc", "portal", "fuse.portal"},
-        {"/boot/efi", "/dev/sda2", "vfat"},   {"/snap/core/1", "/dev/loop0", "squashfs"},
-        {"/home", "/dev/sda3", "ext4"},       {"/net/kitchen", "nas:/kitchen", "nfs4"},
-        {"/tmp", "tmpfs", "tmpfs"},           {"/bootleg", "/dev/sdc1", "ext4"},
+        {"/", "/dev/sda1", "ext4"},         {"/media/ann/STICK", "/dev/sdb1", "vfat"},
+        {"/proc", "proc", "proc"},          {"/run/user/1000/doc", "portal", "fuse.portal"},
+        {"/boot/efi", "/dev/sda2", "vfat"}, {"/snap/core/1", "/dev/loop0", "squashfs"},
+        {"/home", "/dev/sda3", "ext4"},     {"/net/kitchen", "nas:/kitchen", "nfs4"},
+        {"/tmp", "tmpfs", "tmpfs"},         {"/bootleg", "/dev/sdc1", "ext4"},
     };
     const std::vector<std::filesystem::path> expected = {
         "/", "/home/ann", "/bootleg", "/home", "/media/ann/STICK", "/net/kitchen",

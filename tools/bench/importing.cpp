@@ -94,12 +94,13 @@ public:
     double import(std::span<const RecipeFile> files)
     {
         return secondsOf([&] {
-            m_importer.startBatch();
-            for (const RecipeFile &file : files) {
-                if (m_importer.ImportSRFFile(platform::nativePath(file.path)) != frmImportRecipe::Outcome::Imported)
-                    throw std::runtime_error("a file has not been imported");
-            }
-            m_importer.endBatch();
+            m_importer.batch([&] {
+                for (const RecipeFile &file : files) {
+                    if (m_importer.ImportSRFFile(platform::nativePath(file.path))
+                        != frmImportRecipe::Outcome::Imported)
+                        throw std::runtime_error("a file has not been imported");
+                }
+            });
         });
     }
 
