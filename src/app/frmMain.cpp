@@ -4,6 +4,7 @@
 #include "frmImportRecipe.h"
 #include "frmIngredient.h"
 #include "frmRecipes.h"
+#include "frmSettings.h"
 #include "frmUtensil.h"
 #include "ui_frmMain.h"
 
@@ -27,6 +28,7 @@ frmMain::frmMain(Doorway &doorway)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
     const Boundary &boundary = m_frame.boundary();
+    boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
     boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
@@ -51,6 +53,13 @@ std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
                                [&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
     }
     return outcome == frmImportRecipe::Outcome::Imported ? 0 : 1;
+}
+
+void frmMain::mnuSettings_Click()
+{
+    frmSettings settings(m_frame.doorway(), m_frame.boundary(), this);
+    settings.Form_Load();
+    settings.exec();
 }
 
 // At once: nothing is asked, and no window is unloaded first.

@@ -30,6 +30,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void mnuSettings_Click();
     void mnuExit_Click();
     void mnuRecipes_Click();
     void mnuAbout_Click();
