@@ -5,6 +5,7 @@
 #include "frmImportRecipe.h"
 #include "frmIngredient.h"
 #include "frmRecipes.h"
+#include "frmSettings.h"
 #include "frmUtensil.h"
 #include "ui_frmMain.h"
 
@@ -29,6 +30,7 @@ frmMain::frmMain(Doorway &doorway)
 {
     const Boundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
+    boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
     boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
@@ -58,6 +60,13 @@ std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath
 void frmMain::mnuImport_Click()
 {
     m_frame.show(m_frame.load<frmImport>(*m_importRecipe));
+}
+
+void frmMain::mnuSettings_Click()
+{
+    frmSettings settings(m_frame.doorway(), m_frame.boundary(), this);
+    settings.Form_Load();
+    settings.exec();
 }
 
 // At once: nothing is asked, and no window is unloaded first.
