@@ -1,5 +1,6 @@
 #include "frmMain.h"
 
+#include "ExportCommand.h"
 #include "frmAbout.h"
 #include "frmImport.h"
 #include "frmImportRecipe.h"
@@ -30,6 +31,7 @@ frmMain::frmMain(Doorway &doorway)
 {
     const Boundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
+    boundary.connect(m_ui->mnuExport, &QAction::triggered, this, &frmMain::mnuExport_Click);
     boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
@@ -60,6 +62,11 @@ std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath
 void frmMain::mnuImport_Click()
 {
     m_frame.show(m_frame.load<frmImport>(*m_importRecipe));
+}
+
+void frmMain::mnuExport_Click()
+{
+    exportWebPages(m_frame.doorway(), this);
 }
 
 void frmMain::mnuSettings_Click()

@@ -2,6 +2,7 @@
 
 #include "ExportFailure.h"
 #include "FolderExchange.h"
+#include "NewFile.h"
 #include "Paths.h"
 #include "RegularFile.h"
 
@@ -33,7 +34,8 @@ constexpr QByteArrayView listHead =
 std::optional<QSet<QString>> madeFiles(const QString &folder)
 {
     constexpr qsizetype largest = 64 << 20;
-    const auto read = platform::readRegularFile(platform::joinPath(folder, listName), largest);
+    const auto read = platform::readRegularFile(
+        platform::nativePath(platform::joinPath(folder, listName)), largest);
     const auto *bytes = std::get_if<QByteArray>(&read);
     if (!bytes || !bytes->startsWith(listHead) || QFileInfo(folder).isSymLink())
         return {};
@@ -76,23 +78,25 @@ void requireOwn(const QString &folder)
                                 .arg(shown, foreign));
 }
 
-// Removes what the list names and then the list, so that what is interrupted can be gone on with,
-// and the folder where nothing else is in it.
-void removeFolder(const QString &folder)
+// Removes the files and then the list of them, so that what is interrupted can be gone on with, and
+// the folder where nothing else is in it.
+void removePages(const QString &folder, const QSet<QString> &files)
 {
-    const auto files = madeFiles(folder);
-    if (!files)
-        return;
-    const QDir directory(folder);
-    for (const QString &name : *files) {
+    for (const QString &name : files) {
         if (name != listName && !name.contains(u'/'))
-            QFile::remove(directory.filePath(name));
+            QFile::remove(platform::joinPath(folder, name));
     }
-    if (directory.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
-        == QStringList(listName)) {
-        QFile::remove(directory.filePath(listName));
+    if (firstForeign(folder, {listName}).isEmpty())
+        QFile::remove(platform::joinPath(folder, listName));
+    QDir().rmdir(folder); // refuses where anything is left
+}
+
+void removePages(const QString &folder)
+{
+    if (const auto files = madeFiles(folder))
+        removePages(folder, *files);
+    else
         QDir().rmdir(folder);
-    }
 }
 
 // The folder in which the folder of pages lies: the chosen one, or where that is one, its parent.
@@ -121,7 +125,7 @@ PageFolder::PageFolder(const QString &chosen)
 PageFolder::~PageFolder()
 {
     if (!m_unfinished.isEmpty())
-        removeFolder(m_unfinished);
+        removePages(m_unfinished, m_files);
 }
 
 void PageFolder::removeLeftOvers() const
@@ -129,7 +133,7 @@ void PageFolder::removeLeftOvers() const
     const QDir directory(m_place);
     const QStringList names = directory.entryList({unfinishedName + u'*'}, QDir::Dirs);
     for (const QString &name : names)
-        removeFolder(directory.filePath(name));
+        removePages(directory.filePath(name));
 }
 
 void PageFolder::fail(const QString &reason) const
@@ -142,31 +146,31 @@ void PageFolder::fail(const QString &reason) const
 
 void PageFolder::begin(const QStringList &names)
 {
-    namespace fs = std::filesystem;
     QString folder = QDir(m_place).filePath(unfinishedName);
     std::error_code failure;
-    while (!fs::create_directory(fs::path(folder.toStdString()), failure)) {
+    while (!std::filesystem::create_directory(platform::nativePath(folder), failure)) {
         if (failure)
             fail(QString::fromStdString(failure.message()));
         folder += u'+'; // something else has the name
     }
     m_unfinished = folder;
+    m_files = {names.begin(), names.end()};
     write(listName, listHead.toByteArray() + names.join(u'\n').toUtf8() + '\n');
 }
 
 void PageFolder::write(const QString &name, QByteArrayView bytes)
 {
-    QFile file(m_unfinished + u'/' + name);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)
-        || file.write(bytes.data(), bytes.size()) != bytes.size())
-        fail(file.errorString());
+    const auto path = platform::nativePath(platform::joinPath(m_unfinished, name));
+    if (const std::error_code failure = platform::writeNewFile(path, bytes))
+        fail(QString::fromStdString(failure.message()));
 }
 
 void PageFolder::commit()
 {
     requireOwn(m_path); // something may have come into it meanwhile
-    if (const std::error_code failure = platform::exchangeFolders(m_unfinished, m_path))
+    if (const std::error_code failure = platform::exchangeFolders(
+            platform::nativePath(m_unfinished), platform::nativePath(m_path)))
         fail(QString::fromStdString(failure.message()));
-    removeFolder(m_unfinished); // which is the old one now
+    removePages(m_unfinished); // which is the old one now
     m_unfinished.clear();
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 class QLockFile;
 
@@ -36,5 +39,6 @@ private:
     QString m_place; // the folder in which it lies
     QString m_path;
     QString m_unfinished; // path of the new folder, empty while there is none
+    QSet<QString> m_files; // that are written into it
     std::unique_ptr<QLockFile> m_lock;
 };

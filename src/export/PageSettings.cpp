@@ -1,20 +1,9 @@
 #include "PageSettings.h"
 
-#include "FieldValue.h"
-#include "RegistryFunctions.h"
-#include "SettingsKeys.h"
-
-using namespace Qt::Literals::StringLiterals;
-
-static QVariant setting(const QString &valueName)
-{
-    return ReadRegistryValue(platform::HKEY_CURRENT_USER, htmlKey(), valueName);
-}
+#include "HtmlSettings.h"
 
 PageSettings storedPageSettings()
 {
-    const auto isSecond = storedValue(FieldType::YesNo, setting(u"HTMLStyle"_s));
-    return {setting(u"MainMenuTemplate"_s).toString(), setting(u"CategoryTemplate"_s).toString(),
-            setting(u"RecipeTemplate"_s).toString(),
-            isSecond == FieldValue(qint64{1}) ? PageStyle::Cookbook : PageStyle::PlainCard};
+    return {mainMenuTemplate(), categoryTemplate(), recipeTemplate(),
+            isSecondHtmlStyle() ? PageStyle::Cookbook : PageStyle::PlainCard};
 }

@@ -2,6 +2,7 @@
 
 #include "ExportFailure.h"
 #include "PageFields.h"
+#include "Paths.h"
 #include "RegularFile.h"
 #include "TemplateCheck.h"
 
@@ -96,7 +97,7 @@ QByteArray genericTemplate(PageKind kind)
 
 QByteArray templateFile(PageKind kind, const QString &path)
 {
-    auto read = platform::readRegularFile(path, largestTemplate);
+    auto read = platform::readRegularFile(platform::nativePath(path), largestTemplate);
     if (const auto *error = std::get_if<platform::FileReadError>(&read))
         refuse(kind, path, reasonOf(*error));
     auto bytes = std::get<QByteArray>(std::move(read));

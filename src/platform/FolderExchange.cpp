@@ -1,29 +1,16 @@
 #include "FolderExchange.h"
 
-#include <QFile>
-
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 
 namespace platform {
 
-namespace {
+namespace fs = std::filesystem;
 
-std::error_code moved(const QByteArray &from, const QByteArray &to)
+std::error_code exchangeFolders(const fs::path &folder, const fs::path &place)
 {
-    if (::rename(from.constData(), to.constData()) == 0)
-        return {};
-    return {errno, std::generic_category()};
-}
-
-} // namespace
-
-std::error_code exchangeFolders(const QString &folder, const QString &place)
-{
-    const QByteArray from = QFile::encodeName(folder);
-    const QByteArray to = QFile::encodeName(place);
-    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE) == 0)
+    if (::renameat2(AT_FDCWD, folder.c_str(), AT_FDCWD, place.c_str(), RENAME_EXCHANGE) == 0)
         return {};
     switch (errno) {
     case EINVAL: // a file system that cannot
@@ -35,21 +22,21 @@ std::error_code exchangeFolders(const QString &folder, const QString &place)
     }
 }
 
-std::error_code exchangeFoldersInSteps(const QString &folder, const QString &place)
+std::error_code exchangeFoldersInSteps(const fs::path &folder, const fs::path &place)
 {
-    const QByteArray from = QFile::encodeName(folder);
-    const QByteArray to = QFile::encodeName(place);
-    const QByteArray aside = from + ".old";
-    const std::error_code setAside = moved(to, aside);
-    if (setAside == std::errc::no_such_file_or_directory)
-        return moved(from, to);
-    if (setAside)
-        return setAside;
-    if (const std::error_code failure = moved(from, to)) {
-        moved(aside, to);
+    fs::path aside = folder;
+    aside += ".old";
+    std::error_code failure;
+    fs::rename(place, aside, failure);
+    const bool isFree = failure == std::errc::no_such_file_or_directory;
+    if (failure && !isFree)
         return failure;
-    }
-    return moved(aside, from);
+    fs::rename(folder, place, failure);
+    if (isFree)
+        return failure;
+    std::error_code ignored;
+    fs::rename(aside, failure ? place : folder, ignored);
+    return failure;
 }
 
 } // namespace platform

@@ -60,8 +60,8 @@ void TestFrmMain::offersOnlyWhatIsThere()
         }
     }
     QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
-    for (const QString &name : {u"mnuExport"_s, u"mnuShopingList"_s, u"mnuSearchRecipes"_s,
-                                u"mnuIndex"_s, u"mnuTips"_s, u"mnuTutorials"_s})
+    for (const QString &name : {u"mnuShopingList"_s, u"mnuSearchRecipes"_s, u"mnuIndex"_s,
+                                u"mnuTips"_s, u"mnuTutorials"_s})
         QVERIFY2(!window.findChild<QAction *>(name)->isEnabled(), qPrintable(name));
 }
 
