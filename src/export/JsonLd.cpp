@@ -1,30 +1,25 @@
 #include "JsonLd.h"
 
-#include "RecipeTypes.h"
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QJsonObject ofType(const QString &type, const QString &property, const QString &text)
-{
-    return {{u"@type"_s, type}, {property, text}};
-}
-
 // There more is better; here 1 is the best.
-QJsonObject ratingOf(int rating)
+QJsonObject ratingOf(const RecipeFacts &facts)
 {
     constexpr int worst = 5;
     return {{u"@type"_s, u"AggregateRating"_s},
-            {u"ratingValue"_s, worst + 1 - rating},
+            {u"ratingValue"_s, worst + 1 - facts.rating},
             {u"bestRating"_s, worst},
             {u"worstRating"_s, 1},
             {u"ratingCount"_s, 1},
-            {u"ratingExplanation"_s, recipeRatings().at(rating)}};
+            {u"ratingExplanation"_s, facts.ratingText}};
 }
 
 QJsonArray ingredientsOf(const RecipeFacts &facts)
@@ -35,28 +30,36 @@ QJsonArray ingredientsOf(const RecipeFacts &facts)
     return ingredients;
 }
 
-QJsonArray objects(const QStringList &texts, const QString &type, const QString &property)
+// Of the characters that mean something in a page. In JSON they stand in texts alone.
+std::string forScript(const QByteArray &json)
 {
-    QJsonArray objects;
-    for (const QString &text : texts)
-        objects.append(ofType(type, property, text));
-    return objects;
+    std::string text;
+    text.reserve(static_cast<std::size_t>(json.size()));
+    const auto isSpecial = [](char c) { return c == '<' || c == '>' || c == '&'; };
+    for (auto begin = json.begin(); begin != json.end();) {
+        const auto special = std::find_if(begin, json.end(), isSpecial);
+        text.append(begin, special);
+        if (special == json.end())
+            break;
+        text += *special == '<' ? "\\u003c" : *special == '>' ? "\\u003e" : "\\u0026";
+        begin = special + 1;
+    }
+    return text;
 }
 
 } // namespace
 
-QByteArray jsonLd(const RecipeFacts &facts, const QString &typeName)
+std::string jsonLd(const RecipeFacts &facts)
 {
-    QJsonObject recipe{
-        {u"@context"_s, u"https://schema.org"_s},
-        {u"@type"_s, u"Recipe"_s},
-        {u"name"_s, facts.title},
-        {u"recipeCategory"_s, typeName},
-        {u"recipeIngredient"_s, ingredientsOf(facts)},
-        {u"tool"_s, objects(facts.utensils, u"HowToTool"_s, u"name"_s)},
-        {u"recipeInstructions"_s, objects(facts.instructions, u"HowToStep"_s, u"text"_s)}};
+    QJsonObject recipe{{u"@context"_s, u"https://schema.org"_s},
+                       {u"@type"_s, u"Recipe"_s},
+                       {u"name"_s, facts.title},
+                       {u"recipeCategory"_s, facts.type},
+                       {u"recipeIngredient"_s, ingredientsOf(facts)},
+                       {u"tool"_s, QJsonArray::fromStringList(facts.utensils)},
+                       {u"recipeInstructions"_s, QJsonArray::fromStringList(facts.instructions)}};
     if (!facts.author.isEmpty())
-        recipe[u"author"] = ofType(u"Person"_s, u"name"_s, facts.author);
+        recipe[u"author"] = QJsonObject{{u"@type"_s, u"Person"_s}, {u"name"_s, facts.author}};
     if (!facts.servings.isEmpty())
         recipe[u"recipeYield"] = facts.servings;
     if (!facts.description.isEmpty())
@@ -64,11 +67,6 @@ QByteArray jsonLd(const RecipeFacts &facts, const QString &typeName)
     if (facts.vegetarian)
         recipe[u"suitableForDiet"] = u"https://schema.org/VegetarianDiet"_s;
     if (facts.rating > 0)
-        recipe[u"aggregateRating"] = ratingOf(facts.rating);
-    // These stand in texts alone; the first would end the script element.
-    return QJsonDocument(recipe)
-        .toJson(QJsonDocument::Compact)
-        .replace('<', "\\u003c")
-        .replace('>', "\\u003e")
-        .replace('&', "\\u0026");
+        recipe[u"aggregateRating"] = ratingOf(facts);
+    return forScript(QJsonDocument(recipe).toJson(QJsonDocument::Compact));
 }

@@ -1,8 +1,6 @@
 #include "PageFields.h"
 
 #include "JsonLd.h"
-#include "PageName.h"
-#include "RecipeTypes.h"
 #include "TextComparison.h"
 
 #include <QCoreApplication>
@@ -21,9 +19,10 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(PageFields)
 };
 
-data textField(QStringView text)
+// A text of a page, which holds no zero character.
+data textField(const QString &text)
 {
-    return {text.toUtf8().toStdString()};
+    return {text.toUtf8().constData()};
 }
 
 // An empty text is no field, so that a section asks whether there is one.
@@ -44,8 +43,8 @@ void setCount(data &fields, qsizetype count)
 data commonFields()
 {
     data fields;
-    fields["stylesheet"] = textField(QString(Site::styleSheet));
-    fields["mainMenu"] = textField(QString(Site::mainMenuPage));
+    fields["stylesheet"] = textField(Site::styleSheet);
+    fields["mainMenu"] = textField(Site::mainMenuPage);
     return fields;
 }
 
@@ -142,9 +141,9 @@ data ingredientsOf(const RecipeFacts &facts)
 
 void setLists(data &fields, const RecipeFacts &facts)
 {
-    const auto set = [&fields](const char *name, const char *flag, const data &items) {
-        fields[name] = data(items);
+    const auto set = [&fields](const char *name, const char *flag, data &&items) {
         fields[flag] = data(items.is_non_empty_list());
+        fields[name] = std::move(items);
     };
     set("description", "hasDescription", listOf("paragraph", facts.description));
     set("ingredients", "hasIngredients", ingredientsOf(facts));
@@ -210,20 +209,22 @@ data categoryFields(const Site &site, const TypeEntry &type)
 
 data recipeFields(const Site &site, std::size_t position, const RecipeFacts &facts)
 {
-    const QString type = recipeTypes().at(facts.type);
+    const int type = site.recipes[position].type;
+    const auto entry = std::find_if(site.types.begin(), site.types.end(),
+                                    [type](const TypeEntry &known) { return known.type == type; });
     data fields = commonFields();
     fields["title"] = textField(facts.title);
-    fields["type"] = textField(type);
-    fields["typeLink"] = textField(typePageName(type));
+    fields["type"] = textField(entry->name);
+    fields["typeLink"] = textField(entry->page);
     setText(fields, "author", facts.author);
     setText(fields, "servings", facts.servings);
-    setText(fields, "rating", facts.rating > 0 ? recipeRatings().at(facts.rating) : QString());
+    setText(fields, "rating", facts.ratingText);
     fields["vegetarian"] = data(facts.vegetarian);
     setLists(fields, facts);
     if (position > 0)
         fields["previous"] = linkTo(site.recipes[position - 1]);
     if (position + 1 < site.recipes.size())
         fields["next"] = linkTo(site.recipes[position + 1]);
-    fields["jsonLd"] = jsonLd(facts, type).toStdString();
+    fields["jsonLd"] = jsonLd(facts);
     return fields;
 }

@@ -12,10 +12,11 @@ struct IngredientFacts {
 // What a page says of one recipe, cleaned for pages. Texts are empty where nothing is stored.
 struct RecipeFacts {
     QString title;
-    int type = 0; // position in recipeTypes()
+    QString type; // the name of it
     QString author;
     QString servings; // empty for none
     int rating = 0; // position in recipeRatings(), 0 for none
+    QString ratingText; // empty for none
     bool vegetarian = false; // it has ingredients, and all of them are
     QStringList description; // paragraphs
     QList<IngredientFacts> ingredients; // in their order

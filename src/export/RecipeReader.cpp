@@ -63,6 +63,12 @@ QString servingsOf(const QString &stored)
     return stored == u"0" ? QString() : pageLine(stored);
 }
 
+// What is no type stands with those that have none.
+int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
+{
+    return rows.position(row, column, types, defaultRecipeType).value_or(defaultRecipeType);
+}
+
 [[noreturn]] void failAsChanged()
 {
     throw ExportFailure(QCoreApplication::translate(
@@ -98,15 +104,17 @@ void readRecipes(Chunk &chunk)
                            "WHERE RecipeID BETWEEN %1 AND %2"_s);
     if (rows.count() != std::ssize(chunk.keys))
         failAsChanged();
-    const qsizetype types = recipeTypes().size();
-    const qsizetype ratings = recipeRatings().size();
+    const QStringList types = recipeTypes();
+    const QStringList ratings = recipeRatings();
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
         facts.title = pageTitle(rows.text(row, 1));
-        facts.type = rows.position(row, 2, types, defaultRecipeType).value_or(defaultRecipeType);
+        facts.type = types[typeIn(rows, row, 2, types.size())];
         facts.author = pageLine(rows.text(row, 3));
         facts.servings = servingsOf(rows.text(row, 4));
-        facts.rating = rows.position(row, 5, ratings, defaultRating).value_or(0);
+        facts.rating = rows.position(row, 5, ratings.size(), defaultRating).value_or(0);
+        if (facts.rating > 0)
+            facts.ratingText = ratings[facts.rating];
         facts.description = pageParagraphs(rows.text(row, 6));
         facts.instructions = pageParagraphs(rows.text(row, 7));
     }
@@ -154,9 +162,8 @@ std::vector<RecipeEntry> RecipeReader::entries()
     std::vector<RecipeEntry> entries;
     entries.reserve(static_cast<std::size_t>(rows.count()));
     for (qsizetype row = 0; row < rows.count(); ++row) {
-        const auto type = rows.position(row, 2, types, defaultRecipeType);
         entries.push_back(
-            {rows.integer(row, 0), rows.text(row, 1), type.value_or(defaultRecipeType), {}});
+            {rows.integer(row, 0), rows.text(row, 1), typeIn(rows, row, 2, types), {}});
     }
     return entries;
 }
