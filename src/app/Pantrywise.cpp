@@ -8,7 +8,7 @@
 
 #include <QApplication>
 
-int startUp(Doorway &doorway, const QString &importPath)
+int startUp(Doorway &doorway, const std::filesystem::path &importPath)
 {
     DatabasePath = platform::joinPath(platform::programDirectory(), QStringLiteral("data.rbk"));
     registerFileType();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <filesystem>
 
 class Doorway;
 
@@ -8,4 +8,4 @@ class Doorway;
 // the main window. With the path of a recipe file that one is imported and the program is over;
 // with an empty path the main window is shown until it ends the program. Returns the exit status:
 // after an import 0 where the recipe was imported, else 1.
-int startUp(Doorway &doorway, const QString &importPath);
+int startUp(Doorway &doorway, const std::filesystem::path &importPath);

@@ -1,9 +1,11 @@
 #include "frmMain.h"
 
 #include "frmAbout.h"
+#include "frmImport.h"
 #include "frmImportRecipe.h"
 #include "frmIngredient.h"
 #include "frmRecipes.h"
+#include "frmSettings.h"
 #include "frmUtensil.h"
 #include "ui_frmMain.h"
 
@@ -27,6 +29,8 @@ frmMain::frmMain(Doorway &doorway)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
     const Boundary &boundary = m_frame.boundary();
+    boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
+    boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
     boundary.connect(m_ui->mnuAbout, &QAction::triggered, this, &frmMain::mnuAbout_Click);
@@ -36,13 +40,13 @@ frmMain::frmMain(Doorway &doorway)
 
 frmMain::~frmMain() = default;
 
-std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
+std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath)
 {
     const bool opened = m_frame.boundary().run(windowTitle(), [this] {
         m_importRecipe->Form_Load();
         m_importRecipe->openDataSources();
     });
-    if (importPath.isEmpty())
+    if (importPath.empty())
         return {};
 
     auto outcome = frmImportRecipe::Outcome::NotImported;
@@ -51,6 +55,18 @@ std::optional<int> frmMain::MDIForm_Load(const QString &importPath)
                                [&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
     }
     return outcome == frmImportRecipe::Outcome::Imported ? 0 : 1;
+}
+
+void frmMain::mnuImport_Click()
+{
+    m_frame.show(m_frame.load<frmImport>(*m_importRecipe));
+}
+
+void frmMain::mnuSettings_Click()
+{
+    frmSettings settings(m_frame.doorway(), m_frame.boundary(), this);
+    settings.Form_Load();
+    settings.exec();
 }
 
 // At once: nothing is asked, and no window is unloaded first.

@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -24,12 +25,14 @@ public:
 
     // Loads the hidden import worker and, where there is a path, imports that recipe file. Returns
     // the program's exit status where the program is over with that.
-    std::optional<int> MDIForm_Load(const QString &importPath);
+    std::optional<int> MDIForm_Load(const std::filesystem::path &importPath);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void mnuImport_Click();
+    void mnuSettings_Click();
     void mnuExit_Click();
     void mnuRecipes_Click();
     void mnuAbout_Click();

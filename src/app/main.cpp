@@ -6,25 +6,22 @@
 #include "TerminalDoorway.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QIcon>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
 
-// All of them: QApplication takes those out that it knows itself.
-QStringList argumentsOf(int argc, char *argv[])
+// Of all arguments: QApplication takes those out that it knows itself.
+std::filesystem::path importPathOf(int argc, char *argv[])
 {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments += QFile::decodeName(argv[i]);
-    return arguments;
+    return platform::commandLinePath({argv + 1, static_cast<std::size_t>(std::max(argc - 1, 0))});
 }
 
 int runOnDesktop(int argc, char *argv[])
 {
-    const QString importPath = platform::commandLinePath(argumentsOf(argc, argv));
+    const std::filesystem::path importPath = importPathOf(argc, argv);
     QApplication application(argc, argv);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/pantrywise.svg")));
     DesktopDoorway doorway;
@@ -35,8 +32,8 @@ int runOnDesktop(int argc, char *argv[])
 // never shown.
 int runInTerminal(int argc, char *argv[])
 {
-    const QString importPath = platform::commandLinePath(argumentsOf(argc, argv));
-    if (importPath.isEmpty()) {
+    const std::filesystem::path importPath = importPathOf(argc, argv);
+    if (importPath.empty()) {
         std::fputs(
             "Pantrywise needs a desktop: start it there, or give it a recipe file to import.\n",
             stderr);

@@ -109,7 +109,10 @@ QString DesktopDoorway::ask(const InputBox &box)
 QString DesktopDoorway::choose(const FileChooser &chooser)
 {
     const QString filter = u"%1 (%2)"_s.arg(chooser.description, chooser.patterns.join(u' '));
-    return QFileDialog::getOpenFileName(windowInFront(), chooser.title, chooser.directory, filter);
+    QFileDialog dialog(windowInFront(), chooser.title, chooser.directory, filter);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setDefaultSuffix(chooser.defaultSuffix);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString DesktopDoorway::choose(const FolderChooser &chooser)

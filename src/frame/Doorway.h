@@ -31,6 +31,7 @@ struct FileChooser {
     QString title;
     QString description; // of the kind of files, "HTML Documents"
     QStringList patterns; // of their names, "*.htm"
+    QString defaultSuffix; // of a name typed without one, "htm"
     QString directory; // where it starts
 };
 

@@ -11,6 +11,7 @@
 #include <QObject>
 
 #include <functional>
+#include <utility>
 
 class Doorway;
 class QMdiArea;
@@ -33,13 +34,14 @@ public:
     const Boundary &boundary() const { return m_boundary; }
 
     // The loaded window of that class: made, its Form_Load run and its data sources opened if it
-    // was not loaded yet, and not shown. Throws LoadFailure, and then nothing is loaded.
-    template <class Window>
-    Window &load()
+    // was not loaded yet, and not shown. What its constructor takes beside the frame follows. Throws
+    // LoadFailure, and then nothing is loaded.
+    template <class Window, class... Args>
+    Window &load(Args &&...args)
     {
         Window *window = find<Window>();
         if (!window) {
-            window = new Window(*this); // an area owns its windows
+            window = new Window(*this, std::forward<Args>(args)...); // an area owns its windows
             add(*window);
         }
         return *window;

@@ -1,39 +1,9 @@
 #include "ListBox.h"
 
-#include "EmptyText.h"
-
-#include <QHelpEvent>
-#include <QStyledItemDelegate>
-#include <QToolTip>
-
-using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-constexpr int rowSpacing = 4;
-
-// All rows are of one size: as wide as the list, so that a text too long for it is cut with an
-// ellipsis, and as high as the list's font asks for, whatever script the text is in.
-class RowDelegate final : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const override
-    {
-        return {0, option.fontMetrics.lineSpacing() + rowSpacing};
-    }
-};
-
-} // namespace
-
 ListBox::ListBox(QWidget *parent)
-    : QListView(parent)
+    : TextListView(parent)
 {
     setModel(&m_texts);
-    setItemDelegate(new RowDelegate(this));
-    setEditTriggers(NoEditTriggers);
-    setUniformItemSizes(true);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ListBox::onSelectionChanged);
     connect(this, &QListView::clicked, this, &ListBox::onSelectionChanged);
@@ -77,14 +47,6 @@ void ListBox::selectRow(int row)
         setCurrentIndex(m_texts.index(row));
 }
 
-QSize ListBox::sizeHint() const
-{
-    constexpr int characters = 45;
-    constexpr int rows = 14;
-    return {characters * fontMetrics().averageCharWidth() + 2 * frameWidth(),
-            rows * (fontMetrics().lineSpacing() + rowSpacing) + 2 * frameWidth()};
-}
-
 void ListBox::onSelectionChanged()
 {
     if (selectedRow() >= 0)
@@ -107,34 +69,8 @@ QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modif
     return QListView::moveCursor(action, modifiers);
 }
 
-void ListBox::paintEvent(QPaintEvent *event)
-{
-    QListView::paintEvent(event);
-    paintEmptyText(*this, m_emptyText);
-}
-
 void ListBox::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
     scrollTo(m_texts.index(selectedRow()));
-}
-
-QString ListBox::cutText(const QModelIndex &index) const
-{
-    const QString text = index.data().toString();
-    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-    const int room = visualRect(index).width() - 2 * margin;
-    return fontMetrics().horizontalAdvance(text) > room ? text : QString();
-}
-
-bool ListBox::viewportEvent(QEvent *event)
-{
-    if (event->type() != QEvent::ToolTip)
-        return QListView::viewportEvent(event);
-    const auto &help = static_cast<const QHelpEvent &>(*event);
-    const QString text = cutText(indexAt(help.pos()));
-    QToolTip::showText(help.globalPos(),
-                       text.isEmpty() ? text : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
-                       viewport());
-    return true;
 }

@@ -14,6 +14,7 @@ public:
     // From now on files share transactions, until the batch ends.
     void startBatch() { m_isBatch = true; }
     void endBatch();
+    bool isBatch() const { return m_isBatch; }
 
     // In front of each file that is stored.
     void begin(Database &database);

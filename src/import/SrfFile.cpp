@@ -1,7 +1,9 @@
 #include "SrfFile.h"
 
+#include "Paths.h"
+#include "VisibleText.h"
+
 #include <QCoreApplication>
-#include <QDir>
 
 namespace {
 
@@ -9,9 +11,9 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(SrfFile)
 };
 
-QString messageFor(const platform::FileReadError &error, const QString &path)
+QString messageFor(const platform::FileReadError &error, const std::filesystem::path &path)
 {
-    const QString file = QDir::toNativeSeparators(path);
+    const QString file = visibleText(platform::shownPath(path));
     switch (error.failure) {
     case platform::ReadFailure::NoFile:
         return Text::tr("There is no file %1.").arg(file);
@@ -38,7 +40,7 @@ QString messageFor(const platform::FileReadError &error, const QString &path)
 
 } // namespace
 
-std::variant<QByteArray, SrfFileError> readSrfFile(const QString &path)
+std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path)
 {
     auto result = platform::readRegularFile(path, largestSrfFile);
     if (const auto *error = std::get_if<platform::FileReadError>(&result))

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <filesystem>
 #include <variant>
 
 // Larger files are refused unread: a hundred times the longest recipe that was ever met, and what
@@ -17,4 +18,4 @@ struct SrfFileError {
 };
 
 // The bytes of the recipe file at path.
-std::variant<QByteArray, SrfFileError> readSrfFile(const QString &path);
+std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path);

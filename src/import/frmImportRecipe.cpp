@@ -4,6 +4,7 @@
 #include "DatabaseError.h"
 #include "DatabasePath.h"
 #include "Doorway.h"
+#include "Paths.h"
 #include "SrfDecoder.h"
 #include "SrfFile.h"
 #include "SrfParser.h"
@@ -77,22 +78,31 @@ void frmImportRecipe::openDataSources()
         source->open();
 }
 
+void frmImportRecipe::batch(const std::function<void()> &imports)
+{
+    m_commits.startBatch();
+    try {
+        imports();
+    } catch (...) { // what has been stored stays, whatever came then
+        m_commits.endBatch();
+        throw;
+    }
+    m_commits.endBatch();
+}
+
 // The file is read and parsed as a whole before anything of it is written or asked.
-frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
+frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
     const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&file)) {
-        tell(error->failure == platform::ReadFailure::NoFile
-                 ? tr("Could not find file.  Try importing file though File, Import.")
-                 : error->message);
-        return Outcome::NotImported;
+        return refuse(error->failure == platform::ReadFailure::NoFile
+                          ? tr("Could not find file.  Try importing file though File, Import.")
+                          : error->message);
     }
     const std::variant<SrfRecipe, SrfComplaint> parsed =
         parseSrf(decodeSrf(std::get<QByteArray>(file)));
-    if (const auto *complaint = std::get_if<SrfComplaint>(&parsed)) {
-        tell(complaintText(*complaint, path));
-        return Outcome::NotImported;
-    }
+    if (const auto *complaint = std::get_if<SrfComplaint>(&parsed))
+        return refuse(complaintText(*complaint, platform::shownPath(path)));
     try {
         return importRecipe(std::get<SrfRecipe>(parsed), path);
     } catch (...) { // nothing may keep the recipe file locked
@@ -103,7 +113,8 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const QString &path)
 
 // The cursors are requeried inside the transaction that writes, which is not the one before the
 // question: nothing is locked while the user thinks.
-frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, const QString &path)
+frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
+                                                       const std::filesystem::path &path)
 {
     beginFile();
     std::optional<SrfComplaint> complaint = checkNumbers(recipe);
@@ -114,10 +125,8 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe, 
         beginFile();
         complaint = checkNumbers(recipe); // others may have changed the catalogs meanwhile
     }
-    if (complaint) {
-        tell(complaintText(*complaint, path));
-        return Outcome::NotImported;
-    }
+    if (complaint)
+        return refuse(complaintText(*complaint, platform::shownPath(path)));
     Transaction transaction(datRecipe.Database());
     ReadSRFRecipe(recipe, freeName(recipe.name));
     transaction.commit();
@@ -166,10 +175,13 @@ bool frmImportRecipe::wantsDuplicate(const QString &name)
         == Button::Yes;
 }
 
-void frmImportRecipe::tell(const QString &text)
+frmImportRecipe::Outcome frmImportRecipe::refuse(const QString &text)
 {
     m_commits.commit();
-    m_doorway.show({text, tr("Error"), Icon::Exclamation});
+    MessageBox box{text, tr("Error"), Icon::Exclamation};
+    if (m_commits.isBatch())
+        box.buttons.push_back(Button::Stop);
+    return m_doorway.show(box) == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
 }
 
 // The texts that the columns of the file's rows do not take. Those of an ingredient count where it

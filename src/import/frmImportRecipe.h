@@ -5,13 +5,20 @@
 #include "SrfComplaint.h"
 #include "SrfRecipe.h"
 
+#include <filesystem>
+#include <functional>
+
 class Doorway;
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
 class frmImportRecipe
 {
 public:
-    enum class Outcome { Imported, NotImported };
+    enum class Outcome {
+        Imported,
+        NotImported,
+        Stopped, // not imported, and the user wants no more files of the batch
+    };
 
     // Questions and messages go through the doorway, which must outlive it.
     explicit frmImportRecipe(Doorway &doorway);
@@ -26,23 +33,23 @@ public:
     // Imports the file as one new recipe, whole or not at all. Tells the user where the file is
     // missing or bad and asks where its recipe is in the database already. Throws DatabaseError
     // where the recipe file cannot be written.
-    Outcome ImportSRFFile(const QString &path);
+    Outcome ImportSRFFile(const std::filesystem::path &path);
 
-    // Between these two, files share transactions: one counts as stored only when the batch has
-    // ended. Nothing is locked while the user is asked.
-    void startBatch() { m_commits.startBatch(); }
-    void endBatch() { m_commits.endBatch(); }
+    // Runs imports, which calls ImportSRFFile for one file after the other. The files share
+    // transactions: one counts as stored only when the batch has ended, in whatever way. Nothing is
+    // locked while the user is asked. The box of a bad file lets the user stop the batch.
+    void batch(const std::function<void()> &imports);
 
 private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
 
-    Outcome importRecipe(const SrfRecipe &recipe, const QString &path);
+    Outcome importRecipe(const SrfRecipe &recipe, const std::filesystem::path &path);
     void beginFile();
     void requery();
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
     bool wantsDuplicate(const QString &name);
-    void tell(const QString &text);
+    Outcome refuse(const QString &text);
 
     std::optional<SrfComplaint> checkNumbers(const SrfRecipe &recipe);
     void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);

@@ -1,28 +1,33 @@
 #include "CommandLine.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <string>
 
 namespace platform {
 namespace {
 
-// Not cleaned: the path stays as it was written. Qt takes a leading colon for its own resources.
-QString fromCurrentDirectory(const QString &path)
+// Not cleaned: the path stays as it was written.
+std::filesystem::path fromCurrentDirectory(const std::filesystem::path &path)
 {
-    const bool absolute = !path.startsWith(u':') && QDir::isAbsolutePath(path);
-    return absolute ? path : QDir::currentPath() + u'/' + path;
+    std::error_code unknown; // then the path stays relative
+    return path.is_absolute() ? path : std::filesystem::current_path(unknown) / path;
 }
 
 } // namespace
 
-QString commandLinePath(const QStringList &arguments)
+std::filesystem::path commandLinePath(std::span<const char *const> arguments)
 {
-    const QString path = arguments.join(u' ');
-    if (path.isEmpty())
+    std::string path;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (i > 0)
+            path += ' ';
+        path += arguments[i];
+    }
+    if (path.empty())
         return {};
-    const bool quoted = path.size() > 2 && path.startsWith(u'"') && path.endsWith(u'"');
-    if (quoted && !QFileInfo::exists(fromCurrentDirectory(path)))
-        return fromCurrentDirectory(path.mid(1, path.size() - 2));
+    const bool quoted = path.size() > 2 && path.starts_with('"') && path.ends_with('"');
+    std::error_code unreachable;
+    if (quoted && !std::filesystem::exists(fromCurrentDirectory(path), unreachable))
+        return fromCurrentDirectory(path.substr(1, path.size() - 2));
     return fromCurrentDirectory(path);
 }
 

@@ -1,7 +1,5 @@
 #include "RegularFile.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -86,20 +84,21 @@ std::variant<QByteArray, FileReadError> readToEnd(int descriptor, qsizetype expe
 
 } // namespace
 
-std::variant<QByteArray, FileReadError> readRegularFile(const QString &path, qsizetype limit)
+std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::path &path,
+                                                        qsizetype limit)
 {
-    if (path.contains(QChar::Null)) // would name another file to the system
+    const std::string &name = path.native();
+    if (name.find('\0') != std::string::npos) // would name another file to the system
         return FileReadError{ReadFailure::NoFile, {}};
-    const QByteArray name = QFile::encodeName(path);
 
     // Looked at before it is opened, since opening alone sets some devices going, and again after,
     // since another file may have taken the place; not waiting for a writer if that is a pipe.
     struct stat status = {};
-    if (::stat(name.constData(), &status) != 0)
+    if (::stat(name.c_str(), &status) != 0)
         return errorOf(errno);
     if (const auto error = refusal(status, limit))
         return *error;
-    const Descriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Descriptor file(::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (file.number() < 0 || ::fstat(file.number(), &status) != 0)
         return errorOf(errno);
     if (const auto error = refusal(status, limit))

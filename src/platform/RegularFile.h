@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <filesystem>
 #include <variant>
 
 namespace platform {
@@ -24,6 +25,7 @@ struct FileReadError {
 // The bytes of the regular file at path, links followed. Never waits for a pipe or a device, and
 // holds at most limit + 1 bytes: a file that is larger is refused before it is read, one that grows
 // beyond the limit meanwhile, then. A file that changes meanwhile gives the bytes that were met.
-std::variant<QByteArray, FileReadError> readRegularFile(const QString &path, qsizetype limit);
+std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::path &path,
+                                                        qsizetype limit);
 
 } // namespace platform

@@ -50,8 +50,9 @@ QString StrictDoorway::describe(const InputBox &box)
 
 QString StrictDoorway::describe(const FileChooser &chooser)
 {
-    return u"file chooser \"%1\" for %2 (%3) in \"%4\""_s.arg(
-        chooser.title, chooser.description, chooser.patterns.join(u' '), chooser.directory);
+    return u"file chooser \"%1\" for %2 (%3), else .%4, in \"%5\""_s.arg(
+        chooser.title, chooser.description, chooser.patterns.join(u' '), chooser.defaultSuffix,
+        chooser.directory);
 }
 
 QString StrictDoorway::describe(const FolderChooser &chooser)

@@ -119,12 +119,13 @@ private Q_SLOTS:
         const FileChooser chooser{.title = u"Choose template file"_s,
                                   .description = u"HTML Documents"_s,
                                   .patterns = {u"*.htm"_s, u"*.html"_s},
+                                  .defaultSuffix = u"htm"_s,
                                   .directory = directory.path()};
         whenOpen<QFileDialog>([&](QFileDialog &dialog) {
             QCOMPARE(dialog.windowTitle(), chooser.title);
             QCOMPARE(dialog.nameFilters(), QStringList{u"HTML Documents (*.htm *.html)"_s});
             QCOMPARE(dialog.directory(), QDir(directory.path()));
-            enter(dialog, path);
+            enter(dialog, directory.filePath(u"menu"_s));
         });
         QCOMPARE(m_doorway.choose(chooser), path);
         whenOpen<QFileDialog>(

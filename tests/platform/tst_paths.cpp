@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "DesktopSession.h"
+#include "Drives.h"
 #include "FileType.h"
 #include "Paths.h"
 
@@ -17,6 +18,8 @@ class TestPaths : public QObject
 private Q_SLOTS:
     void tellsTheRegistryOfRecipeFiles();
     void takesThePathFromTheCommandLine();
+    void startsLookingBesideTheProgram();
+    void namesTheDrivesThatPeopleName();
     void findsADesktop();
 };
 
@@ -45,24 +48,61 @@ void TestPaths::takesThePathFromTheCommandLine()
     const QTemporaryDir folder;
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(folder.path()));
-    const QString here = QDir::currentPath() + u'/';
+    const QByteArray here = QFile::encodeName(QDir::currentPath()) + '/';
     for (const QString &name : {u"\"quoted\""_s, u"plain"_s})
-        QVERIFY(QFile(here + name).open(QIODevice::WriteOnly));
-    const std::pair<QStringList, QString> table[] = {
-        {{}, u""_s},
-        {{u""_s}, u""_s},
-        {{u"/a/Leek"_s, u"and"_s, u""_s, u"Ham.srf"_s}, u"/a/Leek and  Ham.srf"_s},
-        {{u"/a/../b//c.srf "_s}, u"/a/../b//c.srf "_s},
-        {{u"../c.srf"_s}, here + "../c.srf"_L1},
-        {{u":/icons/pantrywise.svg"_s}, here + ":/icons/pantrywise.svg"_L1},
-        {{u"\"quoted\""_s}, here + "\"quoted\""_L1},
-        {{u"\"plain\""_s}, here + "plain"_L1},
-        {{u"\"/no"_s, u"where\""_s}, u"/no where"_s},
-        {{u"\""_s}, here + "\""_L1},
+        QVERIFY(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+    const std::pair<std::vector<const char *>, QByteArray> table[] = {
+        {{}, ""},
+        {{""}, ""},
+        {{"/a/Leek", "and", "", "Ham.srf"}, "/a/Leek and  Ham.srf"},
+        {{"/a/../b//c.srf "}, "/a/../b//c.srf "},
+        {{"../c.srf"}, here + "../c.srf"},
+        {{"no text \xFC.srf"}, here + "no text \xFC.srf"},
+        {{"\"quoted\""}, here + "\"quoted\""},
+        {{"\"plain\""}, here + "plain"},
+        {{"\"/no", "where\""}, "/no where"},
+        {{"\""}, here + "\""},
     };
     for (const auto &[arguments, path] : table)
-        QCOMPARE(commandLinePath(arguments), path);
+        QCOMPARE(QByteArray::fromStdString(commandLinePath(arguments).native()), path);
     QDir::setCurrent(before);
+}
+
+void TestPaths::startsLookingBesideTheProgram()
+{
+    const struct {
+        QString program;
+        PathStyle style;
+        QString drive;
+        QString directory;
+    } table[] = {
+        {u"D:\\Apps"_s, PathStyle::Windows, u"D:"_s, u"D:\\Apps\\recipes"_s},
+        {u"\\\\server\\Apps"_s, PathStyle::Windows, u"c:"_s, u"c:\\"_s},
+        {u"\\odd"_s, PathStyle::Windows, u"\\o"_s, u"\\odd\\recipes"_s},
+        {u"/a b"_s, PathStyle::Unix, u""_s, u"/a b/recipes"_s},
+    };
+    for (const auto &[program, style, drive, directory] : table) {
+        const StartingPlace place = startingPlace(program, u"recipes"_s, style);
+        QCOMPARE(place.drive, drive);
+        QCOMPARE(place.directory, directory);
+    }
+}
+
+void TestPaths::namesTheDrivesThatPeopleName()
+{
+    const std::vector<MountedVolume> volumes = {
+        {"/", "/dev/sda1", "ext4"},         {"/media/ann/STICK", "/dev/sdb1", "vfat"},
+        {"/proc", "proc", "proc"},          {"/run/user/1000/doc", "portal", "fuse.portal"},
+        {"/boot/efi", "/dev/sda2", "vfat"}, {"/snap/core/1", "/dev/loop0", "squashfs"},
+        {"/home", "/dev/sda3", "ext4"},     {"/net/kitchen", "nas:/kitchen", "nfs4"},
+        {"/tmp", "tmpfs", "tmpfs"},         {"/bootleg", "/dev/sdc1", "ext4"},
+    };
+    const std::vector<std::filesystem::path> expected = {
+        "/", "/home/ann", "/bootleg", "/home", "/media/ann/STICK", "/net/kitchen",
+    };
+    QCOMPARE(drivesAmong(volumes, "/home/ann"), expected);
+    QCOMPARE(driveOf("/media/ann/STICK/recipes", expected), 4U);
+    QCOMPARE(driveOf("/media/ann/STICKS", expected), 0U);
 }
 
 void TestPaths::findsADesktop()

@@ -1,4 +1,5 @@
 #include "DatabasePath.h"
+#include "Paths.h"
 #include "PlainWriter.h"
 #include "Subjects.h"
 #include "TerminalDoorway.h"
@@ -93,12 +94,13 @@ public:
     double import(std::span<const RecipeFile> files)
     {
         return secondsOf([&] {
-            m_importer.startBatch();
-            for (const RecipeFile &file : files) {
-                if (m_importer.ImportSRFFile(file.path) != frmImportRecipe::Outcome::Imported)
-                    throw std::runtime_error("a file has not been imported");
-            }
-            m_importer.endBatch();
+            m_importer.batch([&] {
+                for (const RecipeFile &file : files) {
+                    if (m_importer.ImportSRFFile(platform::nativePath(file.path))
+                        != frmImportRecipe::Outcome::Imported)
+                        throw std::runtime_error("a file has not been imported");
+                }
+            });
         });
     }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QListView>
+
+// A list of one-line texts from any model, however many. It can say in grey why it is empty, and
+// shows a text that is cut off as a tooltip.
+class TextListView : public QListView
+{
+    Q_OBJECT
+    Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
+
+public:
+    explicit TextListView(QWidget *parent = nullptr);
+
+    QString emptyText() const { return m_emptyText; }
+    void setEmptyText(const QString &text) { m_emptyText = text; }
+
+    QSize sizeHint() const override; // some rows of a text of some length
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+
+private:
+    QString cutText(const QModelIndex &index) const;
+
+    QString m_emptyText;
+};

@@ -1,0 +1,40 @@
+#include "DirectoryModel.h"
+
+#include "Directory.h"
+#include "Paths.h"
+#include "VisibleText.h"
+
+#include <algorithm>
+
+void DirectoryModel::open(const std::filesystem::path &drive,
+                          const std::filesystem::path &directory)
+{
+    beginResetModel();
+    m_paths = {drive};
+    const auto below =
+        std::mismatch(drive.begin(), drive.end(), directory.begin(), directory.end());
+    for (auto part = below.second; part != directory.end(); ++part) {
+        if (!part->empty()) // of a separator at the end
+            m_paths.push_back(m_paths.back() / *part);
+    }
+    m_current = static_cast<int>(m_paths.size()) - 1;
+    const std::vector<std::filesystem::path> inside = platform::subdirectories(current());
+    m_paths.insert(m_paths.end(), inside.begin(), inside.end());
+    endResetModel();
+}
+
+int DirectoryModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_paths.size());
+}
+
+QVariant DirectoryModel::data(const QModelIndex &index, int role) const
+{
+    if (role != Qt::DisplayRole || !index.isValid())
+        return {};
+    constexpr qsizetype indentation = 3; // blanks a level
+    const int row = index.row();
+    const qsizetype level = std::min(row, m_current + 1);
+    const std::filesystem::path shown = row == 0 ? path(0) : path(row).filename();
+    return QString(indentation * level, u' ') + visibleText(platform::shownPath(shown));
+}

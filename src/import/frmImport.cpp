@@ -1,0 +1,169 @@
+#include "frmImport.h"
+
+#include "ApplicationInformation.h"
+#include "Directory.h"
+#include "Drives.h"
+#include "Frame.h"
+#include "Paths.h"
+#include "ProgressBox.h"
+#include "VisibleText.h"
+#include "frmImportRecipe.h"
+#include "ui_frmImport.h"
+
+#include <QFile>
+#include <QItemSelection>
+
+#include <algorithm>
+#include <numeric>
+
+using namespace Qt::Literals::StringLiterals;
+
+frmImport::frmImport(Frame &frame, frmImportRecipe &importer)
+    : ChildWindow(frame)
+    , m_ui(std::make_unique<Ui::frmImport>())
+    , m_importer(importer)
+{
+    m_ui->setupUi(this);
+    m_ui->dirRecipes->setModel(&m_directories);
+    m_ui->lstRecipes->setModel(&m_files);
+    setCancelButton(m_ui->cmdCancel);
+    connect(m_ui->drvRecipes, &QComboBox::activated, this, &frmImport::drvRecipes_Change);
+    connect(m_ui->dirRecipes, &QAbstractItemView::activated, this, &frmImport::dirRecipes_Open);
+    connect(m_ui->lstRecipes->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &frmImport::lstRecipes_SelectionChange);
+    connect(m_ui->cmdSelectAll, &QPushButton::clicked, this, &frmImport::cmdSelectAll_Click);
+    connect(m_ui->cmdDeselectAll, &QPushButton::clicked, this, &frmImport::cmdDeselectAll_Click);
+    connect(m_ui->cmdImport, &QPushButton::clicked, this, &frmImport::cmdImport_Click);
+    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmImport::cmdCancel_Click);
+}
+
+frmImport::~frmImport() = default;
+
+void frmImport::Form_Load()
+{
+    const QString program = platform::programDirectory();
+    std::error_code unwritable; // then the dialog opens on the program's directory
+    std::filesystem::create_directory(
+        platform::nativePath(platform::joinPath(program, u"recipes"_s)), unwritable);
+
+    m_drives = platform::drives();
+    for (const std::filesystem::path &drive : m_drives)
+        m_ui->drvRecipes->addItem(visibleText(platform::shownPath(drive)));
+
+    const auto start =
+        platform::nativePath(platform::startingPlace(program, u"recipes"_s).directory);
+    setDirectory(platform::canBeOpened(start) ? start : platform::nativePath(program));
+}
+
+void frmImport::Form_Activate()
+{
+    emptyIfVanished();
+}
+
+void frmImport::drvRecipes_Change()
+{
+    const std::filesystem::path &drive =
+        m_drives[static_cast<std::size_t>(m_ui->drvRecipes->currentIndex())];
+    if (platform::canBeOpened(drive))
+        setDirectory(drive);
+}
+
+void frmImport::dirRecipes_Open(const QModelIndex &directory)
+{
+    const std::filesystem::path path = m_directories.path(directory.row());
+    if (platform::canBeOpened(path))
+        setDirectory(path);
+}
+
+// The drive follows the directory where that lies on another one.
+void frmImport::setDirectory(const std::filesystem::path &directory)
+{
+    const std::size_t drive = platform::driveOf(directory, m_drives);
+    m_ui->drvRecipes->setCurrentIndex(static_cast<int>(drive));
+    m_directories.open(m_drives[drive], directory);
+    m_ui->dirRecipes->setCurrentIndex(m_directories.currentIndex());
+    dirRecipes_Change();
+}
+
+void frmImport::dirRecipes_Change()
+{
+    m_files.setNames(platform::filesEndingIn(".srf", m_directories.current()));
+    SetAllSelected(true);
+    m_ui->lstRecipes->selectionModel()->setCurrentIndex(m_files.index(0),
+                                                        QItemSelectionModel::NoUpdate);
+    lstRecipes_SelectionChange(); // an empty list that stays empty does not say so
+}
+
+void frmImport::SetAllSelected(bool selected)
+{
+    if (selected)
+        m_ui->lstRecipes->selectAll();
+    else
+        m_ui->lstRecipes->clearSelection();
+}
+
+void frmImport::lstRecipes_SelectionChange()
+{
+    const QItemSelection selection = m_ui->lstRecipes->selectionModel()->selection();
+    const int chosen = std::accumulate(
+        selection.begin(), selection.end(), 0,
+        [](int sum, const QItemSelectionRange &range) { return sum + range.height(); });
+    m_ui->lblChosen->setText(
+        tr("%1 of %2 chosen")
+            .arg(locale().toString(chosen), locale().toString(m_files.rowCount())));
+}
+
+void frmImport::cmdSelectAll_Click()
+{
+    SetAllSelected(true);
+}
+
+void frmImport::cmdDeselectAll_Click()
+{
+    SetAllSelected(false);
+}
+
+void frmImport::emptyIfVanished()
+{
+    if (!platform::canBeOpened(m_directories.current()))
+        dirRecipes_Change();
+}
+
+void frmImport::cmdImport_Click()
+{
+    emptyIfVanished();
+    const std::vector<int> rows = chosenRows();
+    m_importer.batch([&] { importFiles(rows); });
+}
+
+// From the top, whatever the order in which they were chosen.
+std::vector<int> frmImport::chosenRows() const
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange &range : m_ui->lstRecipes->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void frmImport::importFiles(const std::vector<int> &rows)
+{
+    ProgressBox progress(title(), this);
+    qsizetype piece = 0;
+    for (const int row : rows) {
+        const QByteArray &name = m_files.name(row);
+        if (!progress.goOn(++piece, std::ssize(rows), QFile::decodeName(name)))
+            return;
+        const auto outcome = m_importer.ImportSRFFile(m_directories.current() / name.toStdString());
+        if (outcome == frmImportRecipe::Outcome::Stopped)
+            return;
+    }
+}
+
+void frmImport::cmdCancel_Click()
+{
+    frame().hide(*this);
+    frame().unload(*this);
+}
