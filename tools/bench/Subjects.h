@@ -13,4 +13,5 @@ void measureImporting(Bench &bench);
 void measureListing(Bench &bench);
 void measureBrowsing(Bench &bench);
 void measureComposing(Bench &bench);
+void measurePrinting(Bench &bench);
 void measureStartup(Bench &bench);
