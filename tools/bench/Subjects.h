@@ -14,4 +14,5 @@ void measureBatchImport(Bench &bench);
 void measureListing(Bench &bench);
 void measureBrowsing(Bench &bench);
 void measureComposing(Bench &bench);
+void measurePrinting(Bench &bench);
 void measureStartup(Bench &bench);
