@@ -10,6 +10,7 @@
 #include "Doorway.h"
 #include "FieldValue.h"
 #include "GeneralFuctions.h"
+#include "IngredientTypes.h"
 #include "SortOrder.h"
 #include "StoredSelection.h"
 #include "ui_frmIngredient.h"
@@ -22,17 +23,6 @@ namespace {
 
 constexpr auto keyField = "IngredientID"_L1;
 constexpr auto nameField = "IngredientName"_L1;
-
-// What a stored ingredient type stands for is its position in this list.
-QStringList ingredientTypes()
-{
-    return {frmIngredient::tr("Misc"),        frmIngredient::tr("Fruit"),
-            frmIngredient::tr("Vegetable"),   frmIngredient::tr("Seasoning"),
-            frmIngredient::tr("Meat"),        frmIngredient::tr("Poultry"),
-            frmIngredient::tr("Fish"),        frmIngredient::tr("Dairy"),
-            frmIngredient::tr("Canned good"), frmIngredient::tr("Grain"),
-            frmIngredient::tr("Staple"),      frmIngredient::tr("Legume")};
-}
 
 } // namespace
 

@@ -26,10 +26,10 @@ public:
     }
 
     // Shows the window and lets what is queued happen: its activation, and the painting.
-    template <typename Window>
-    Window &open()
+    template <typename Window, typename... Args>
+    Window &open(Args &&...args)
     {
-        auto &window = frame.load<Window>();
+        auto &window = frame.load<Window>(std::forward<Args>(args)...);
         frame.show(window);
         QCoreApplication::processEvents();
         return window;

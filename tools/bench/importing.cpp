@@ -1,11 +1,9 @@
 #include "DatabasePath.h"
-#include "Paths.h"
-#include "PlainWriter.h"
+#include "RecipeFiles.h"
 #include "Subjects.h"
 #include "TerminalDoorway.h"
 #include "frmImportRecipe.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <algorithm>
@@ -15,68 +13,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// A recipe file and what it holds, known without reading it.
-struct RecipeFile {
-    QString path;
-    GeneratedRecipe recipe;
-};
-
-// Recipes that no generated database has, with few enough ingredients that all are soon known.
-std::vector<RecipeFile> writeFiles(const QString &folder, int count)
-{
-    constexpr int firstRecipe = 100'000;
-    QDir().mkpath(folder);
-    std::vector<RecipeFile> files;
-    for (int i = 0; i < count; ++i) {
-        GeneratedRecipe recipe = generatedRecipe(firstRecipe + i, catalogSizes(0));
-        QString path = folder + u"/%1.srf"_s.arg(i);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly)
-            || file.write(QByteArray::fromStdString(srfText(recipe))) < 0)
-            throw std::runtime_error(file.errorString().toStdString());
-        files.push_back({std::move(path), std::move(recipe)});
-    }
-    return files;
-}
-
-QString emptyDatabase(Bench &bench)
-{
-    QString path = bench.path(u"empty.rbk"_s);
-    QFile::remove(path);
-    generateEmptyDatabase(path.toStdString());
-    return path;
-}
-
-// The key of a catalog's row, which is added when it is first met.
-template <typename Add>
-void meet(std::vector<qint64> &keys, int number, Add add)
-{
-    qint64 &key = keys[static_cast<std::size_t>(number)];
-    if (key == 0)
-        key = add(number);
-}
-
-double insertPlainly(Bench &bench, std::span<const RecipeFile> files)
-{
-    const QString path = bench.path(u"plain.rbk"_s);
-    QFile::remove(path);
-    PlainWriter writer(path.toStdString());
-    const CatalogSizes catalogs = catalogSizes(0);
-    std::vector<qint64> ingredients(static_cast<std::size_t>(catalogs.ingredients));
-    std::vector<qint64> utensils(static_cast<std::size_t>(catalogs.utensils));
-    return secondsOf([&] {
-        writer.begin();
-        for (const RecipeFile &file : files) {
-            for (const GeneratedLine &line : file.recipe.ingredients)
-                meet(ingredients, line.ingredient, [&](int n) { return writer.addIngredient(n); });
-            for (const int utensil : file.recipe.utensils)
-                meet(utensils, utensil, [&](int n) { return writer.addUtensil(n); });
-            writer.addRecipe(file.recipe, ingredients, utensils);
-        }
-        writer.commit();
-    });
-}
 
 // The hidden importer on a recipe file of its own.
 class Importer
@@ -96,8 +32,7 @@ public:
         return secondsOf([&] {
             m_importer.batch([&] {
                 for (const RecipeFile &file : files) {
-                    if (m_importer.ImportSRFFile(platform::nativePath(file.path))
-                        != frmImportRecipe::Outcome::Imported)
+                    if (m_importer.ImportSRFFile(file.path) != frmImportRecipe::Outcome::Imported)
                         throw std::runtime_error("a file has not been imported");
                 }
             });
@@ -153,7 +88,7 @@ void measureLargeDatabase(Bench &bench, std::span<const RecipeFile> files)
 void measureImporting(Bench &bench)
 {
     const std::vector<RecipeFile> files =
-        writeFiles(bench.path(u"files"_s), std::min(10'000, bench.largest()));
+        writeFiles(bench, u"files"_s, 0, std::min(10'000, bench.largest()));
     measureBatch(bench, files);
     measureLargeDatabase(bench, files);
 }

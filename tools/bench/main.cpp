@@ -20,9 +20,10 @@ constexpr std::array subjects = {
     Subject{"reading"_L1, measureReading},     Subject{"memory"_L1, measureMemory},
     Subject{"opening"_L1, measureOpening},     Subject{"requerying"_L1, measureRequerying},
     Subject{"searching"_L1, measureSearching}, Subject{"sorting"_L1, measureSorting},
-    Subject{"importing"_L1, measureImporting}, Subject{"exporting"_L1, measureExporting},
-    Subject{"listing"_L1, measureListing},     Subject{"browsing"_L1, measureBrowsing},
-    Subject{"composing"_L1, measureComposing}, Subject{"startup"_L1, measureStartup},
+    Subject{"importing"_L1, measureImporting}, Subject{"batchimport"_L1, measureBatchImport},
+    Subject{"exporting"_L1, measureExporting}, Subject{"listing"_L1, measureListing},
+    Subject{"browsing"_L1, measureBrowsing},   Subject{"composing"_L1, measureComposing},
+    Subject{"printing"_L1, measurePrinting},   Subject{"startup"_L1, measureStartup},
 };
 
 void measure(const QString &only, int largest)

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Printer.h"
+
+#include <QFontMetricsF>
+#include <QHash>
+#include <QPainter>
+
+class QPagedPaintDevice;
+
+// Prints on paper or into a PDF, in one font. The device must outlive it.
+// What is printed from one place on is kept until the position is set or the line ends, and then
+// drawn as a whole: so words of a script that is written from right to left stand in its order.
+class PagedPrinter final : public Printer
+{
+public:
+    PagedPrinter(QPagedPaintDevice &device, const QFont &font);
+    ~PagedPrinter() override; // a document that is still open ends there
+
+    float currentX() const override { return m_x; }
+    float currentY() const override { return m_y; }
+    void setCurrentX(float x) override;
+    void setCurrentY(float y) override;
+
+    float pageWidth() const override;
+    float pageHeight() const override;
+    ScaleUnit scaleUnit() const override { return ScaleUnit::Dots; }
+    int page() const override { return m_page; }
+
+    float textWidth(QStringView text) const override;
+    float textHeight(QStringView text) const override;
+
+    float convertedX(float width, ScaleUnit from, ScaleUnit to) const override;
+    float convertedY(float height, ScaleUnit from, ScaleUnit to) const override;
+
+    void print(QStringView text) override;
+    void endLine() override;
+    void newPage() override;
+    void endDocument() override;
+
+private:
+    void begin(); // where the document is not open yet
+    void drawRun();
+
+    QPagedPaintDevice &m_device;
+    QFont m_font;
+    QFontMetricsF m_metrics;
+    mutable QHash<QString, float> m_widths; // of the latest words
+    QPainter m_painter;
+
+    float m_x = 0;
+    float m_y = 0;
+    int m_page = 1;
+    QString m_run; // what is printed and not drawn yet
+    float m_runX = 0;
+};

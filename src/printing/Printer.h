@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QStringView>
+
+enum class ScaleUnit { Inches, Dots };
+
+// What a text is printed on. Positions and sizes are in the printer's scale unit; the origin is the
+// top left corner of the printable area, and a text stands to the right of and below its position.
+// Every operation may throw PrintError.
+class Printer
+{
+public:
+    Printer() = default;
+    virtual ~Printer() = default;
+
+    virtual float currentX() const = 0;
+    virtual float currentY() const = 0;
+    virtual void setCurrentX(float x) = 0;
+    virtual void setCurrentY(float y) = 0;
+
+    virtual float pageWidth() const = 0; // of the printable area
+    virtual float pageHeight() const = 0;
+    virtual ScaleUnit scaleUnit() const = 0;
+    virtual int page() const = 0; // from 1
+
+    // In the current font.
+    virtual float textWidth(QStringView text) const = 0;
+    virtual float textHeight(QStringView text) const = 0;
+
+    virtual float convertedX(float width, ScaleUnit from, ScaleUnit to) const = 0;
+    virtual float convertedY(float height, ScaleUnit from, ScaleUnit to) const = 0;
+
+    virtual void print(QStringView text) = 0; // leaves the position behind the text
+    virtual void endLine() = 0; // moves it to the left edge, one line down
+    virtual void newPage() = 0; // moves it to the origin
+    virtual void endDocument() = 0; // leaves it; what is printed next begins another one
+
+private:
+    Q_DISABLE_COPY_MOVE(Printer)
+};

@@ -1,0 +1,14 @@
+#include "WaitCursor.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+void WaitCursor::show()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+void WaitCursor::hide() noexcept
+{
+    QGuiApplication::restoreOverrideCursor();
+}

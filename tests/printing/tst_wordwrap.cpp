@@ -1,0 +1,176 @@
+#include "BusyPointer.h"
+#include "CWordWrap.h"
+#include "PrintError.h"
+#include "Printer.h"
+
+#include <QTest>
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Writes down what is printed: "|x,y text" for what stands together, "|new 2" and "|end". A QChar
+// is 10 dots wide, an i 5, and 20 high; the page has 12 by 4 between the first margins, from 10,20.
+class RecordingPrinter final : public Printer, public BusyPointer
+{
+public:
+    QString record;
+    mutable int measured = 0; // how often a width was asked
+    QString failing; // the text at which it fails
+    int busy = 0; // how often the pointer says so
+
+    float currentX() const override { return m_x; }
+    float currentY() const override { return m_y; }
+    void setCurrentX(float x) override { m_x = x; }
+    void setCurrentY(float y) override { m_y = y; }
+    float pageWidth() const override { return 140; }
+    float pageHeight() const override { return 100; }
+    ScaleUnit scaleUnit() const override { return ScaleUnit::Dots; }
+    int page() const override { return m_page; }
+    float textWidth(QStringView text) const override
+    {
+        ++measured;
+        return widthOf(text);
+    }
+    float textHeight(QStringView /*text*/) const override { return 20; }
+    float convertedX(float width, ScaleUnit /*from*/, ScaleUnit to) const override
+    {
+        return to == ScaleUnit::Dots ? width * 20 : width / 20;
+    }
+    float convertedY(float height, ScaleUnit /*from*/, ScaleUnit to) const override
+    {
+        return to == ScaleUnit::Dots ? height * 40 : height / 40;
+    }
+    void print(QStringView text) override
+    {
+        if (text.isEmpty())
+            return;
+        if (text == failing || busy != 1)
+            throw PrintError(u"out of paper"_s);
+        if (QPointF(m_x, m_y) != m_printed)
+            record += u"|%1,%2 "_s.arg(m_x).arg(m_y);
+        record += text;
+        m_x += widthOf(text);
+        m_printed = {m_x, m_y};
+    }
+    void endLine() override { m_y += 20; }
+    void newPage() override { record += u"|new %1"_s.arg(++m_page); }
+    void endDocument() override { record += u"|end"_s; }
+
+    void show() override { ++busy; }
+    void hide() noexcept override { --busy; }
+
+private:
+    static float widthOf(QStringView text)
+    {
+        return static_cast<float>(10 * text.size() - 5 * text.count(u'i'));
+    }
+
+    float m_x = 0;
+    float m_y = 0;
+    int m_page = 1;
+    QPointF m_printed; // behind the last text
+};
+
+} // namespace
+
+class tst_WordWrap : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { qputenv("LC_ALL", "C.UTF-8"); } // of which the date is written
+
+private Q_SLOTS:
+    void texts()
+    {
+        const std::pair<QString, QString> rows[] = {
+            {u""_s, u"|end"_s},
+            {u"leek"_s, u"|10,20 leek|end"_s},
+            {u"123456 78901"_s, u"|10,20 123456 78901|end"_s}, // as wide as the line
+            {u"123456 789012"_s, u"|10,20 123456 |10,40 789012|end"_s},
+            {u"ab 1234567890123 cd"_s, u"|10,20 ab |10,40 1234567890123 |10,60 cd|end"_s},
+            {u"1234567890123"_s, u"|10,40 1234567890123|end"_s}, // below an empty line
+            {u"a\r\nb\n\nc"_s, u"|10,20 a|10,40 b|10,80 c|end"_s},
+            {u" a   b "_s, u"|10,20  a   b |end"_s},
+            {u"12345678901  a"_s, u"|10,20 12345678901  |10,40 a|end"_s},
+            {u"\ta"_s, u"|110,20 a|end"_s},
+            {u"123456789\ta"_s, u"|10,20 123456789|110,20 a|end"_s},
+            {u"123456789i\ta"_s, u"|10,20 123456789i|10,40 a|end"_s}, // the same from its half
+            {u"1234567890\ta"_s, u"|10,20 1234567890|10,40 a|end"_s}, // to the stop at 20
+            {u"a\x01\u0000b\u00A0c"_s + QChar(0) + u"d"_s, u"|10,20 ab\u00A0cd|end"_s},
+            {u"\u6C64\U0001F345 x"_s, u"|10,20 \u6C64\U0001F345 x|end"_s},
+            {u"1\n2\n3\n4\n5"_s, u"|10,20 1|10,40 2|10,60 3|10,80 4|new 2|10,20 5|end"_s},
+            {u"1\n2\n3\n4 5678901 2345"_s,
+             u"|10,20 1|10,40 2|10,60 3|10,80 4 5678901 |new 2|10,20 2345|end"_s},
+        };
+        for (const auto &[text, record] : rows) {
+            RecordingPrinter printer;
+            CWordWrap wrap(printer, printer);
+            wrap.setPrintHeader(false);
+            wrap.setPrintFooter(false);
+            wrap.PrintText(text);
+            QCOMPARE(printer.record, record);
+        }
+    }
+
+    void pages()
+    {
+        RecordingPrinter printer;
+        CWordWrap wrap(printer, printer, [] { return QDate(2026, 3, 9); });
+        wrap.setHeaderText(u"Soup"_s);
+        wrap.setCurrentY(80);
+        QCOMPARE(wrap.PrintText(u"a\nb"_s), 1.F); // twenty dots
+        QCOMPARE(printer.record,
+                 u"|50,0 Soup|10,90 9 Mar 2026|70,90 Page 1|10,80 a|new 2"
+                 "|50,0 Soup|10,90 9 Mar 2026|70,90 Page 2|10,20 b|end"_s);
+        printer.record.clear();
+        wrap.setPrintHeader(false);
+        wrap.setPageFeed(false);
+        wrap.setCurrentY(40);
+        QCOMPARE(wrap.PrintText(u"a\nb"_s), 3.F);
+        wrap.PrintText(u"c"_s);
+        QCOMPARE(printer.record,
+                 u"|10,90 9 Mar 2026|70,90 Page 2|10,40 a"
+                 "|10,90 9 Mar 2026|70,90 Page 2|10,20 c"_s);
+    }
+
+    void margins()
+    {
+        RecordingPrinter printer;
+        CWordWrap wrap(printer, printer);
+        wrap.setPrintFooter(false);
+        QCOMPARE(wrap.MarginLeft(), 0.5F);
+        QCOMPARE(wrap.MarginBottom(), 0.5F); // an inch across, which is half a one down
+        for (const auto &[left, top] : {std::pair(6.5F, 1.F), {1.F, 2.F}, {std::nanf(""), 1.F}}) {
+            wrap.setMarginLeft(left);
+            wrap.setMarginTop(top);
+            QVERIFY_EXCEPTION_THROWN(wrap.PrintText(u"a"_s), PrintError);
+        }
+        wrap.setMarginLeft(3);
+        wrap.setMarginRight(3.5F);
+        wrap.setMarginBottom(1.25F);
+        QCOMPARE(wrap.MarginTop() + wrap.MarginRight() + wrap.MarginBottom(), 5.75F);
+        wrap.PrintText(u"a"_s);
+        QCOMPARE(printer.record, u"|60,40 a|end"_s);
+    }
+
+    void words()
+    {
+        RecordingPrinter printer;
+        CWordWrap wrap(printer, printer);
+        wrap.setPrintHeader(false);
+        wrap.setPrintFooter(false);
+        wrap.PrintText(u"tomato tomatoes tomatillo"_s);
+        QCOMPARE(printer.measured, 3); // though two are wrapped
+        QCOMPARE(printer.busy, 0);
+        printer.failing = u"tomatoes"_s;
+        QVERIFY_EXCEPTION_THROWN(wrap.PrintText(u"tomato tomatoes"_s), PrintError);
+        QCOMPARE(printer.busy, 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_WordWrap)
+#include "tst_wordwrap.moc"

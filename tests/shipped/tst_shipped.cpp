@@ -1,0 +1,103 @@
+#include "DatabasePath.h"
+#include "FileBytes.h"
+#include "IngredientLine.h"
+#include "Paths.h"
+#include "RecipeTypes.h"
+#include "SrfDecoder.h"
+#include "SrfParser.h"
+#include "StrictDoorway.h"
+#include "frmImportRecipe.h"
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace Qt::Literals::StringLiterals;
+
+class TestShipped : public QObject
+{
+    Q_OBJECT
+
+    // What the tool says.
+    QString make(const QString &file, const QString &ingredients = m_data + "ingredients.txt"_L1)
+    {
+        QProcess tool;
+        tool.start(QStringLiteral(MAKEDATABASE), {file, ingredients, m_data + "utensils.txt"_L1});
+        return tool.waitForFinished() ? QString::fromUtf8(tool.readAllStandardError())
+                                      : tool.errorString();
+    }
+
+    static QSet<QString> texts(const char *query)
+    {
+        SQLite::Database database(DatabasePath.toStdString());
+        QSet<QString> result;
+        for (SQLite::Statement statement(database, query); statement.executeStep();)
+            result += QString::fromStdString(statement.getColumn(0).getString());
+        return result;
+    }
+
+    static inline const QString m_data = QStringLiteral(DATA);
+    const QTemporaryDir m_folder;
+
+private Q_SLOTS:
+    void makesTheRecipeFileOnce()
+    {
+        const QString file = m_folder.filePath(u"mine.rbk"_s);
+        setBytes(file, "mine");
+        QCOMPARE(make(file), QString());
+        QCOMPARE(bytesOf(file), "mine");
+    }
+
+    void saysWhereATableIsWrong()
+    {
+        const std::pair<QByteArray, QString> rows[] = {
+            {"Salt|Seasoning|999", u"3 fields instead of 4"_s},
+            {"Salt (fine)|Seasoning|999|True", u"holds a character"_s},
+            {"apple|Fruit|30|True", u"apple stands here twice"_s},
+            {"Ale|Misc|30|True", u"Ale belongs in front of Apple"_s},
+            {"Salt|Spice|999|True", u"the type is none of Misc, Fruit,"_s},
+            {"Salt|Seasoning|1000|True", u"the shelf life"_s},
+            {"Salt|Seasoning|999|perhaps", u"Vegetarian"_s},
+        };
+        const QString table = m_folder.filePath(u"table.txt"_s);
+        for (const auto &[line, message] : rows) {
+            setBytes(table, "# fruit\nApple | Fruit | 30 | True\n" + line + '\n');
+            const QString said = make(m_folder.filePath(u"bad.rbk"_s), table);
+            QVERIFY2(said.contains(table + ":3: "_L1) && said.contains(message), qPrintable(said));
+            QVERIFY(QDir(m_folder.path()).entryList({u"bad*"_s}).isEmpty());
+        }
+    }
+
+    // Every entry says of its ingredient what the catalog says, in the same words.
+    void recipesUseTheCatalogs()
+    {
+        DatabasePath = m_folder.filePath(u"data.rbk"_s);
+        QCOMPARE(make(DatabasePath), QString());
+        const QSet<QString> ingredients =
+            texts("SELECT printf('%s|%d|%d|%s||', IngredientName, IngredientType, ShelfLife, "
+                  "iif(Vegetarian, 'True', 'False')) FROM Ingredients");
+        const QSet<QString> utensils = texts("SELECT UtensilName FROM Utensils");
+        StrictDoorway doorway;
+        frmImportRecipe importer(doorway);
+        importer.Form_Load();
+        const QDir recipes(m_data + "recipes"_L1);
+        for (const QString &name : recipes.entryList({u"*.srf"_s})) {
+            const QString path = recipes.filePath(name);
+            QCOMPARE(importer.ImportSRFFile(platform::nativePath(path)),
+                     frmImportRecipe::Outcome::Imported);
+            const auto recipe = std::get<SrfRecipe>(parseSrf(decodeSrf(bytesOf(path))));
+            for (const auto &[ingredient, quantity, entry, line] : recipe.ingredients) {
+                QVERIFY2(ingredients.contains(entry.chopped(quantity.size())), qPrintable(entry));
+                QCOMPARE(quantityText(quantity, {}, {}), quantity);
+            }
+            for (const SrfUtensil &utensil : recipe.utensils)
+                QVERIFY2(utensils.contains(utensil.name), qPrintable(utensil.name));
+        }
+        QCOMPARE(texts("SELECT RecipeType FROM Recipes").size(), recipeTypes().size());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestShipped)
+#include "tst_shipped.moc"

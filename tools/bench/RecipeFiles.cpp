@@ -1,0 +1,69 @@
+#include "RecipeFiles.h"
+
+#include "PlainWriter.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <stdexcept>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The key of a catalog's row, which is added when it is first met.
+template <typename Add>
+void meet(std::vector<qint64> &keys, int number, Add add)
+{
+    qint64 &key = keys[static_cast<std::size_t>(number)];
+    if (key == 0)
+        key = add(number);
+}
+
+} // namespace
+
+std::vector<RecipeFile> writeFiles(const Bench &bench, const QString &folder, int first, int count)
+{
+    constexpr int generated = 100'000; // in the largest database
+    QDir().mkpath(bench.path(folder));
+    std::vector<RecipeFile> files;
+    for (int i = 0; i < count; ++i) {
+        GeneratedRecipe recipe = generatedRecipe(generated + first + i, catalogSizes(0));
+        const QString path = bench.path(folder + u"/%1.srf"_s.arg(i));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write(QByteArray::fromStdString(srfText(recipe))) < 0)
+            throw std::runtime_error(file.errorString().toStdString());
+        files.push_back({QFile::encodeName(path).toStdString(), std::move(recipe)});
+    }
+    return files;
+}
+
+QString emptyDatabase(const Bench &bench)
+{
+    QString path = bench.path(u"empty.rbk"_s);
+    QFile::remove(path);
+    generateEmptyDatabase(path.toStdString());
+    return path;
+}
+
+double insertPlainly(const Bench &bench, std::span<const RecipeFile> files)
+{
+    const QString path = bench.path(u"plain.rbk"_s);
+    QFile::remove(path);
+    PlainWriter writer(path.toStdString());
+    const CatalogSizes catalogs = catalogSizes(0);
+    std::vector<qint64> ingredients(static_cast<std::size_t>(catalogs.ingredients));
+    std::vector<qint64> utensils(static_cast<std::size_t>(catalogs.utensils));
+    return secondsOf([&] {
+        writer.begin();
+        for (const RecipeFile &file : files) {
+            for (const GeneratedLine &line : file.recipe.ingredients)
+                meet(ingredients, line.ingredient, [&](int n) { return writer.addIngredient(n); });
+            for (const int utensil : file.recipe.utensils)
+                meet(utensils, utensil, [&](int n) { return writer.addUtensil(n); });
+            writer.addRecipe(file.recipe, ingredients, utensils);
+        }
+        writer.commit();
+    });
+}

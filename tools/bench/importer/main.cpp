@@ -1,0 +1,61 @@
+// Imports the recipe files of a folder as the batch dialog does, into a recipe file that another
+// one of these may be importing into at the same time:
+//   importer DATABASE FOLDER
+// Prints the longest time, in seconds, that a file has taken. A message is a failure.
+#include "DatabasePath.h"
+#include "Doorway.h"
+#include "frmImportRecipe.h"
+
+#include <QFile>
+
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+class NoBox final : public Doorway
+{
+public:
+    Button show(const MessageBox &box) override
+    {
+        throw std::runtime_error(box.text.toStdString());
+    }
+    QString ask(const InputBox &) override { return {}; }
+    QString choose(const FileChooser &) override { return {}; }
+    QString choose(const FolderChooser &) override { return {}; }
+};
+
+using Seconds = std::chrono::duration<double>;
+
+Seconds longestFile(frmImportRecipe &importer, const std::filesystem::path &folder)
+{
+    Seconds longest{};
+    importer.batch([&] {
+        for (const auto &file : std::filesystem::directory_iterator(folder)) {
+            const auto start = std::chrono::steady_clock::now();
+            importer.ImportSRFFile(file.path());
+            longest = std::max<Seconds>(longest, std::chrono::steady_clock::now() - start);
+        }
+    });
+    return longest;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc != 3)
+        return 2;
+    DatabasePath = QFile::decodeName(argv[1]);
+    try {
+        NoBox doorway;
+        frmImportRecipe importer(doorway);
+        importer.Form_Load();
+        importer.openDataSources();
+        std::printf("%.6f\n", longestFile(importer, argv[2]).count());
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "importer: %s\n", failure.what());
+        return 1;
+    }
+    return 0;
+}
