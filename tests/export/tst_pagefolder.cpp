@@ -113,13 +113,10 @@ void TestPageFolder::exchangesInSteps()
     };
     setBytes(place.filePath(u"a/a.txt"_s), "a");
     setBytes(place.filePath(u"b/b.txt"_s), "b");
-    QVERIFY(exchange("a", "b"));
+    QVERIFY(exchange("a", "b") && exchange("b", "c") && !exchange("none", "a"));
     QCOMPARE(bytesOf(place.filePath(u"a/b.txt"_s)), "b");
-    QVERIFY(!exchange("none", "b"));
-    QCOMPARE(bytesOf(place.filePath(u"b/a.txt"_s)), "a");
-    QVERIFY(exchange("a", "c"));
-    QCOMPARE(QDir(place.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
-             QStringList({u"b"_s, u"c"_s}));
+    QCOMPARE(bytesOf(place.filePath(u"c/a.txt"_s)), "a");
+    QCOMPARE(QDir(place.path()).count(), 4U); // with . and ..
 }
 
 QTEST_GUILESS_MAIN(TestPageFolder)
