@@ -82,7 +82,7 @@ QString signOf(const QString &foldedTitle)
 QString recipeName(const QString &title)
 {
     const QString folded = title.toCaseFolded();
-    const QString words = asciiWords(title);
+    QString words = asciiWords(title);
     const bool isAllSaid = QString(words).replace(u'-', u' ') == folded && !folded.contains(u'-');
     if (isAllSaid && !words.isEmpty() && !isReserved(words))
         return words;

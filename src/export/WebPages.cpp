@@ -91,7 +91,7 @@ private:
         const std::vector<RecipeFacts> facts = m_reader.facts(keys);
         for (std::size_t i = 0; i < facts.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
-            const auto number = static_cast<qsizetype>(done + i + 1);
+            const auto number = static_cast<qsizetype>(done + i) + 1;
             if (!progress.goOn(number, std::ssize(m_site.recipes), recipe.title))
                 return false;
             write(recipe.page, m_recipe, recipeFields(m_site, positions[i], facts[i]));

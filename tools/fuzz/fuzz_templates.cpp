@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 void require(bool condition)
@@ -14,19 +16,18 @@ void require(bool condition)
 
 // Recipes whose texts would show in a page if they were not escaped, or do something if they were
 // taken for a template.
-constexpr auto hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>";
+const QString hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>"_s;
 
 std::vector<kainjow::mustache::data> allFields()
 {
-    const QString text(hostileText);
     std::vector<RecipeEntry> recipes;
     for (qint64 key = 1; key <= 3; ++key)
-        recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
+        recipes.push_back({key, hostileText + QString::number(key), static_cast<int>(key % 2), {}});
     const Site site = siteOf(std::move(recipes));
     RecipeFacts facts;
     facts.title = facts.author = facts.servings = facts.ratingText = site.recipes[1].title;
-    facts.description = facts.utensils = facts.instructions = {text, text};
-    facts.ingredients = {{text, text}, {{}, text}};
+    facts.description = facts.utensils = facts.instructions = {hostileText, hostileText};
+    facts.ingredients = {{hostileText, hostileText}, {{}, hostileText}};
     return {mainMenuFields(site), categoryFields(site, site.types.front()),
             recipeFields(site, 1, facts)};
 }
