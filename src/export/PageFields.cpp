@@ -11,7 +11,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 using kainjow::mustache::data;
-using kainjow::mustache::list;
 
 namespace {
 
@@ -58,9 +57,12 @@ data linkTo(const RecipeEntry &recipe)
 
 data listOf(const char *field, const QStringList &texts)
 {
-    list items(static_cast<std::size_t>(texts.size()));
-    for (qsizetype i = 0; i < texts.size(); ++i)
-        items[static_cast<std::size_t>(i)][field] = textField(texts[i]);
+    data items = data::type::list;
+    for (const QString &text : texts) {
+        data item;
+        item[field] = textField(text);
+        items << item;
+    }
     return items;
 }
 
@@ -95,25 +97,24 @@ std::vector<IndexLine> indexLines(const Site &site)
 
 data letterFields(std::span<const IndexLine> lines, std::size_t number)
 {
-    list recipes;
-    for (const IndexLine &line : lines)
-        recipes.push_back(linkTo(*line.recipe));
     data fields;
     fields["letter"] = lines.front().letter;
     fields["anchor"] = "letter-" + std::to_string(number);
-    fields["recipes"] = recipes;
+    data &recipes = fields["recipes"] = data::type::list;
+    for (const IndexLine &line : lines)
+        recipes << linkTo(*line.recipe);
     return fields;
 }
 
 data letters(const Site &site)
 {
     const std::vector<IndexLine> lines = indexLines(site);
-    list result;
+    data result = data::type::list;
     for (auto first = lines.begin(); first != lines.end();) {
         const auto last = std::find_if(first, lines.end(), [&](const IndexLine &line) {
             return !textsEqual(line.letter, first->letter);
         });
-        result.push_back(letterFields({first, last}, result.size() + 1));
+        result << letterFields({first, last}, result.list_value().size() + 1);
         first = last;
     }
     return result;
@@ -130,13 +131,14 @@ data typeFields(const TypeEntry &type)
 
 data ingredientsOf(const RecipeFacts &facts)
 {
-    list ingredients(static_cast<std::size_t>(facts.ingredients.size()));
-    for (std::size_t i = 0; i < ingredients.size(); ++i) {
-        const IngredientFacts &ingredient = facts.ingredients[static_cast<qsizetype>(i)];
-        setText(ingredients[i], "quantity", ingredient.quantity);
-        ingredients[i]["name"] = textField(ingredient.name);
+    data items = data::type::list;
+    for (const IngredientFacts &ingredient : facts.ingredients) {
+        data item;
+        item["name"] = textField(ingredient.name);
+        setText(item, "quantity", ingredient.quantity);
+        items << item;
     }
-    return ingredients;
+    return items;
 }
 
 void setLists(data &fields, const RecipeFacts &facts)
@@ -184,10 +186,9 @@ data mainMenuFields(const Site &site)
     data fields = commonFields();
     setCount(fields, std::ssize(site.recipes));
     fields["hasRecipes"] = data(!site.recipes.empty());
-    list types;
+    data &types = fields["types"] = data::type::list;
     for (const TypeEntry &type : site.types)
-        types.push_back(typeFields(type));
-    fields["types"] = types;
+        types << typeFields(type);
     fields["letters"] = letters(site);
     return fields;
 }
@@ -198,12 +199,11 @@ data categoryFields(const Site &site, const TypeEntry &type)
     fields["name"] = textField(type.name);
     fields["link"] = textField(type.page);
     setCount(fields, type.recipes);
-    list recipes;
+    data &recipes = fields["recipes"] = data::type::list;
     for (const RecipeEntry &recipe : site.recipes) {
         if (recipe.type == type.type)
-            recipes.push_back(linkTo(recipe));
+            recipes << linkTo(recipe);
     }
-    fields["recipes"] = recipes;
     return fields;
 }
 
