@@ -56,6 +56,7 @@ void TestWebPages::haveNamesFromTitles()
     const std::pair<QString, QString> table[] = {
         {u"Autumn Soup 2"_s, u"autumn-soup-2"_s},
         {u"Crème"_s, u"creme_[0-9a-f]{6}"_s},
+        {u"CRE\u0301ME"_s, u"creme_.{6}"_s},
         {u"Creme"_s, u"creme"_s},
         {u"Straße Łódź Ærø kısır"_s, u"strasse-lodz-aero-kisir_.{6}"_s},
         {u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s},
@@ -115,20 +116,14 @@ void TestWebPages::sayWhatTheRecipeFileSays()
                      "(2,'Bare','','',1,'',0,0)"_s);
     QCOMPARE(stand.run(), QString());
     const QByteArray page = bytesOf(stand.page(u"ham-soup.html"_s));
-    QJsonObject json = jsonOf(page);
-    QCOMPARE(json.take(u"aggregateRating")[u"ratingValue"].toInt(), 4);
     QCOMPARE(
-        json,
-        QJsonObject({{u"@context"_s, u"https://schema.org"_s},
-                     {u"@type"_s, u"Recipe"_s},
-                     {u"name"_s, u"Ham Soup"_s},
-                     {u"recipeCategory"_s, u"Soup"_s},
-                     {u"recipeYield"_s, u"2.5"_s},
-                     {u"description"_s, u"Good."_s},
-                     {u"author"_s, QJsonObject{{u"@type"_s, u"Person"_s}, {u"name"_s, u"Ann"_s}}},
-                     {u"recipeIngredient"_s, QJsonArray{u"1 lb Ham"_s, u"Salt"_s}},
-                     {u"recipeInstructions"_s, QJsonArray{u"Boil."_s, u"Serve."_s}},
-                     {u"tool"_s, QJsonArray{u"Sieve"_s, u"Pan"_s}}}));
+        QJsonDocument(jsonOf(page)).toJson(QJsonDocument::Compact),
+        R"({"@context":"https://schema.org","@type":"Recipe","aggregateRating":{)"
+        R"("@type":"AggregateRating","bestRating":5,"ratingCount":1,)"
+        R"("ratingExplanation":"2 - Well recieved","ratingValue":4,"worstRating":1},)"
+        R"("author":{"@type":"Person","name":"Ann"},"description":"Good.","name":"Ham Soup",)"
+        R"("recipeCategory":"Soup","recipeIngredient":["1 lb Ham","Salt"],)"
+        R"("recipeInstructions":["Boil.","Serve."],"recipeYield":"2.5","tool":["Sieve","Pan"]})");
     for (const char *shown : {"<b>1 lb</b> Ham", "<li dir=\"auto\">Salt</li>", "Serves 2.5",
                               "2 - Well recieved", "<p dir=\"auto\">Serve.</p>"})
         QVERIFY2(page.contains(shown), shown);
