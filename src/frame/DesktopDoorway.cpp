@@ -95,8 +95,10 @@ QString DesktopDoorway::ask(const InputBox &box)
     dialog.setTextValue(box.defaultText);
     dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
     auto *edit = dialog.findChild<QPlainTextEdit *>();
-    if (edit)
+    if (edit) {
         edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+        edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    }
     dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
 
     if (dialog.exec() != QDialog::Accepted)
