@@ -191,6 +191,9 @@ void TestFrmImport::choosesFiles()
     QTest::keyClick(&list, Qt::Key_Home);
     QTest::keyClick(&list, Qt::Key_Space);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
+    QTest::keyClick(&list, Qt::Key_B); // finds b
+    QCOMPARE(list.currentIndex().data(), u"b"_s);
+    QCOMPARE(chosen(), u"4 of 5 chosen"_s);
     press("cmdImport");
     QCOMPARE(titles().size(), 4);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
