@@ -75,6 +75,8 @@ Button DesktopDoorway::show(const MessageBox &box)
         QPushButton *added = dialog.addButton(toQt(button));
         if (button == Button::Stop)
             added->setText(QCoreApplication::translate("DesktopDoorway", "&Stop"));
+        if (button == Button::No)
+            dialog.setEscapeButton(added); // also where Stop, an Abort to the toolkit, is there
     }
     dialog.setDefaultButton(toQt(box.defaultButton));
 

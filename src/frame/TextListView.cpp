@@ -53,6 +53,15 @@ QString TextListView::cutText(const QModelIndex &index) const
     return fontMetrics().horizontalAdvance(text) > room ? text : QString();
 }
 
+// Without an event a row only becomes the current one.
+QItemSelectionModel::SelectionFlags TextListView::selectionCommand(const QModelIndex &index,
+                                                                   const QEvent *event) const
+{
+    if (selectionMode() == MultiSelection && !event)
+        return QItemSelectionModel::NoUpdate;
+    return QListView::selectionCommand(index, event);
+}
+
 bool TextListView::viewportEvent(QEvent *event)
 {
     if (event->type() != QEvent::ToolTip)
@@ -60,7 +69,7 @@ bool TextListView::viewportEvent(QEvent *event)
     const auto &help = static_cast<const QHelpEvent &>(*event);
     const QString text = cutText(indexAt(help.pos()));
     QToolTip::showText(help.globalPos(),
-                       text.isEmpty() ? text : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
+                       text.isEmpty() ? toolTip() : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
                        viewport());
     return true;
 }
