@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QScreen>
 
 namespace {
 
@@ -29,6 +30,7 @@ frmMain::frmMain(Doorway &doorway)
     , m_frame(doorway, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
+    resize(size().boundedTo(screen()->availableSize() * 0.9)); // with a title bar around it
     const Boundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
     boundary.connect(m_ui->mnuExport, &QAction::triggered, this, &frmMain::mnuExport_Click);
