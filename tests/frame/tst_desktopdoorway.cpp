@@ -51,6 +51,8 @@ private Q_SLOTS:
             {{Button::Ok}, Button::Ok, Qt::Key_Escape, Button::Ok},
             {yesNo, Button::No, Qt::Key_Return, Button::No},
             {yesNo, Button::Yes, Qt::Key_Escape, Button::No},
+            {{Button::Yes, Button::No, Button::Stop}, Button::Yes, Qt::Key_Escape, Button::No},
+            {{Button::Ok, Button::Stop}, Button::Ok, Qt::Key_Escape, Button::Stop},
         };
         for (const auto &[buttons, defaultButton, key, answer] : rows) {
             const MessageBox box{u"<b>Salt</b> & %1"_s, u"Save Changes"_s, Icon::Question, buttons,
