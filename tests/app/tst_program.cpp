@@ -10,13 +10,9 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
 const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
                         "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
                         "<Utensils>\rPot\r</Utensils>\r";
-
-} // namespace
 
 // The built program as a whole, in a program folder of its own, without a desktop.
 class TestProgram : public QObject
