@@ -2,11 +2,53 @@
 
 #include "DatabasePath.h"
 
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
-
-#include <SQLiteCpp/Statement.h>
+#include <QListWidget>
+#include <QPlainTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void performStep(const QWidget &window, const QString &name, const QString &argument)
+{
+    auto &widget = control<QWidget>(window, name);
+    if (name.startsWith("cmd"_L1)) {
+        press(window, name);
+    } else if (name.startsWith("cmb"_L1)) {
+        QTest::keyClick(&widget, Qt::Key_Home);
+        for (int i = 0; i < argument.toInt(); ++i)
+            QTest::keyClick(&widget, Qt::Key_Down);
+    } else if (name.startsWith("chk"_L1)) {
+        QTest::keyClick(&widget, Qt::Key_Space);
+    } else if (auto *list = qobject_cast<QAbstractItemView *>(&widget)) {
+        const QRect row = list->visualRect(list->model()->index(argument.toInt(), 0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+    } else if (argument.startsWith(u'=')) {
+        QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&widget, Qt::Key_Delete);
+        QInputMethodEvent text;
+        text.setCommitString(argument.sliced(1));
+        QCoreApplication::sendEvent(&widget, &text);
+    } else {
+        QTest::keyClick(&widget, Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClick(&widget, Qt::Key_End);
+        QTest::keyClicks(&widget, argument);
+    }
+}
+
+QString textOf(const QListWidget &list)
+{
+    QStringList items;
+    for (int i = 0; i < list.count(); ++i)
+        items += list.item(i)->text();
+    return items.join(u" + "_s);
+}
+
+} // namespace
 
 Kitchen::Kitchen(const QByteArray &statements)
 {
@@ -20,25 +62,57 @@ Kitchen::Kitchen(const QByteArray &statements)
         qFatal("the window does not become active");
 }
 
-void Kitchen::sql(const QByteArray &statements) const
+void Kitchen::perform(const ChildWindow &window, const QString &steps)
 {
-    file.other().exec(statements.toStdString());
+    for (const QString &step : steps.split(u", "_s, Qt::SkipEmptyParts)) {
+        const QString action = step.section(u'?', 0, 0);
+        const QString name = action.section(u' ', 0, 0);
+        const QString argument = action.section(u' ', 1);
+        if (step.contains(u'?'))
+            expectQuestion(window, name, step.section(u'?', 1));
+        if (name.startsWith("cmd"_L1) && action.contains(u' '))
+            doorway.expect(nameBox(name == "cmdNew"_L1 ? QString() : window.title()), argument);
+        performStep(window, name, argument);
+        QCoreApplication::processEvents();
+    }
 }
 
-QString Kitchen::stored(const QByteArray &query) const
+void Kitchen::expectQuestion(const ChildWindow &window, const QString &button,
+                             const QString &answer)
 {
-    SQLite::Database database = file.other();
-    SQLite::Statement statement(database, query.toStdString());
-    QStringList rows;
-    while (statement.executeStep()) {
-        QStringList cells;
-        for (int i = 0; i < statement.getColumnCount(); ++i) {
-            const SQLite::Column cell = statement.getColumn(i);
-            cells += cell.isNull() ? u"null"_s : QString::fromStdString(cell.getString());
-        }
-        rows += cells.join(u'|');
+    const QString what = QString::fromLatin1(window.metaObject()->className()).sliced(3).toLower();
+    MessageBox box{u"Do you want to save changes to this "_s + what,
+                   u"Save Changes"_s,
+                   Icon::Question,
+                   {Button::Yes, Button::No},
+                   Button::Yes};
+    if (button == "cmdDelete"_L1)
+        box = {u"Are you sure you want to delete this %1?"_s.arg(what), u"Confirm"_s, box.icon,
+               box.buttons, Button::No};
+    doorway.expect(box, answer == "Yes"_L1 ? Button::Yes : Button::No);
+}
+
+QString Kitchen::shown(const ChildWindow &window)
+{
+    QStringList parts{window.title()};
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        if (const auto *edit = qobject_cast<const QLineEdit *>(widget))
+            parts += edit->text();
+        else if (const auto *combo = qobject_cast<const QComboBox *>(widget))
+            parts += combo->currentText();
+        else if (const auto *box = qobject_cast<const QCheckBox *>(widget))
+            parts += box->isChecked() ? u"yes"_s : u"no"_s;
+        else if (const auto *list = qobject_cast<const QListWidget *>(widget))
+            parts += textOf(*list);
+        else if (const auto *text = qobject_cast<const QPlainTextEdit *>(widget))
+            parts += text->toPlainText();
     }
-    return rows.join(u", "_s);
+    return parts.join(u'|');
+}
+
+InputBox Kitchen::nameBox(const QString &defaultText)
+{
+    return {u"Enter title of the recipe"_s, u"Recipe Name"_s, defaultText};
 }
 
 MessageBox Kitchen::error(const QString &text)
@@ -56,24 +130,8 @@ MessageBox Kitchen::failure(const QString &window, const QString &text)
     return warning(u"Something went wrong in \"%1\":\n%2"_s.arg(window, text), u"Error"_s);
 }
 
-MessageBox Kitchen::saveChanges(const char *what)
-{
-    return {u"Do you want to save changes to this "_s + QLatin1StringView(what),
-            u"Save Changes"_s,
-            Icon::Question,
-            {Button::Yes, Button::No},
-            Button::Yes};
-}
-
 void press(const QWidget &window, const QString &button)
 {
     QTest::mouseClick(&control<QPushButton>(window, button), Qt::LeftButton);
     QCoreApplication::processEvents();
-}
-
-void retype(QLineEdit &edit, const QString &text)
-{
-    edit.setFocus();
-    edit.selectAll();
-    edit.insert(text);
 }

@@ -9,8 +9,6 @@
 #include <QPushButton>
 #include <QTest>
 
-class QLineEdit;
-
 // A recipe file and a main window whose child windows work on it. Nobody but the strict doorway
 // answers their boxes.
 class Kitchen : public QMainWindow
@@ -19,9 +17,8 @@ public:
     explicit Kitchen(const QByteArray &statements = {});
 
     // Runs statements as another program does.
-    void sql(const QByteArray &statements) const;
-    // The rows of a query, as another program sees them: "1|Salt, 2|null".
-    QString stored(const QByteArray &query) const;
+    void sql(const QByteArray &statements) const { file.write(QString::fromUtf8(statements)); }
+    QString stored(const QByteArray &query) const { return file.stored(query); }
 
     template <class Window>
     Window &open()
@@ -32,10 +29,19 @@ public:
         return window;
     }
 
+    // Does one step after the other, separated by commas: presses "cmdSave" or "chkVegetarian",
+    // types "txtAuthor X" at the end or "txtAuthor =X" in the place of what stands there, takes the
+    // N-th of "cmbType N" or "lstUtensils N", from 0. "cmdEdit X" answers X when asked for a
+    // recipe's name; "?Yes" and "?No" behind a button answer whether to save or to delete.
+    void perform(const ChildWindow &window, const QString &steps);
+    void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer);
+    // The title and what the other controls than buttons show, in the order of the form.
+    static QString shown(const ChildWindow &window);
+
+    static InputBox nameBox(const QString &defaultText);
     static MessageBox error(const QString &text);
     static MessageBox warning(const QString &text, const QString &title);
     static MessageBox failure(const QString &window, const QString &text);
-    static MessageBox saveChanges(const char *what); // "recipe"
 
     RecipeFile file;
     StrictDoorway doorway;
@@ -56,6 +62,3 @@ Control &control(const QWidget &window, const QString &name)
 
 // Presses a button as the mouse does.
 void press(const QWidget &window, const QString &button);
-
-// As from the clipboard, in the place of what stands there.
-void retype(QLineEdit &edit, const QString &text);

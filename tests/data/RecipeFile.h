@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 
 // An empty recipe file in a folder of its own, as another program sees it.
 class RecipeFile
@@ -24,6 +25,23 @@ public:
     SQLite::Database other() const { return {file(), readWrite}; }
 
     void write(const QString &statements) const { other().exec(statements.toStdString()); }
+
+    // The rows of a query: "1|Salt, 2|null".
+    QString stored(const QByteArray &query) const
+    {
+        const SQLite::Database database = other();
+        SQLite::Statement statement(database, query.toStdString());
+        QStringList rows;
+        while (statement.executeStep()) {
+            QStringList cells;
+            for (int i = 0; i < statement.getColumnCount(); ++i) {
+                const SQLite::Column cell = statement.getColumn(i);
+                cells += QString::fromStdString(cell.isNull() ? "null" : cell.getString());
+            }
+            rows += cells.join(u'|');
+        }
+        return rows.join(QStringLiteral(", "));
+    }
 
 private:
     static inline const int readWrite = SQLite::OPEN_READWRITE;

@@ -13,15 +13,13 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString ingredientJoin =
-    u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, Ingredients.IngredientName, "
-    "Ingredients.Vegetarian FROM Ingredients INNER JOIN RecipeIngredients "
+    u"SELECT RecipeIngredients.RecipeID, Quantity, IngredientName, Vegetarian FROM Ingredients "
+    "INNER JOIN RecipeIngredients "
     "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
 const QString recipeList =
-    u"SELECT Recipes.RecipeID, Recipes.RecipeName, Recipes.Description, Recipes.Serves, "
-    "Count(RecipeIngredients.RecipeID) AS CountOfRecipeID FROM Recipes LEFT JOIN RecipeIngredients "
-    "ON Recipes.RecipeID = RecipeIngredients.RecipeID GROUP BY Recipes.RecipeID, "
-    "Recipes.RecipeType, Recipes.RecipeName, Recipes.Description, Recipes.Serves "
-    "ORDER BY RecipeType, RecipeName"_s;
+    u"SELECT Recipes.RecipeID, RecipeName, Serves, Count(RecipeIngredients.RecipeID) AS Count FROM "
+    "Recipes LEFT JOIN RecipeIngredients ON Recipes.RecipeID = RecipeIngredients.RecipeID "
+    "GROUP BY Recipes.RecipeID, RecipeType, RecipeName, Serves ORDER BY RecipeType, RecipeName"_s;
 
 struct Source {
     QString text;
@@ -38,7 +36,7 @@ public:
     Game(const Source &source, unsigned seed)
         : m_source(source)
         , m_random(seed)
-        , m_database(Database::open(m_file.path()))
+        , m_database(opened(m_file))
         , m_other(m_file.other())
         , m_cursor(m_database, m_source.text)
     {
@@ -73,6 +71,15 @@ public:
     }
 
 private:
+    // Its index and statistics lead the engine to another order, if it is left to itself.
+    static std::shared_ptr<Database> opened(const RecipeFile &file)
+    {
+        file.write(u"CREATE INDEX Extra ON RecipeIngredients (IngredientID); ANALYZE;"
+                   "INSERT INTO sqlite_stat1 VALUES ('RecipeIngredients', 'Extra', '9000 450'), "
+                   "('Ingredients', NULL, '20')"_s);
+        return Database::open(file.path());
+    }
+
     unsigned below(unsigned end) { return static_cast<unsigned>(m_random() % end); }
     bool oneIn(unsigned count) { return below(count) == 0; }
     QString oneOf(const QStringList &texts)
@@ -82,15 +89,11 @@ private:
 
     QString name()
     {
-        return oneOf({u"Salt"_s, u"SALT"_s, u"Salted"_s, u"O'Neil's"_s, u"5?"_s, u"É"_s, u"é"_s,
+        return oneOf({u"Salt"_s, u"SALT"_s, u"Salted"_s, u"' OR N=''"_s, u"5?"_s, u"É"_s, u"é"_s,
                       u"ß"_s, u"ẞ"_s, u"ς"_s, u"Σ"_s, u""_s, u"🍲"_s, u"x"_s.repeated(300)});
     }
 
-    template <typename Action>
-    static bool works(Action action)
-    {
-        return failureOf(action).isNull();
-    }
+    static bool works(const std::function<void()> &action) { return failureOf(action).isNull(); }
 
     void takeRows() { m_model.take(rowsOf(*m_database, m_source.plainSelect)); }
 
@@ -129,12 +132,9 @@ private:
             .value(0);
     }
 
-    QList<QList<Row>> contents()
+    QList<Row> contents()
     {
-        QList<QList<Row>> all;
-        for (const QString &table : m_source.tables)
-            all += rowsOf(*m_database, u"SELECT rowid AS \"#\", * FROM "_s + table);
-        return all;
+        return rowsOf(*m_database, u"SELECT rowid AS \"#\", * FROM "_s + m_source.tables.front());
     }
 
     void move()
@@ -187,8 +187,6 @@ private:
         const Row written = fields(m_source.tables.front());
         m_cursor.AddNew();
         write(m_cursor, written);
-        if (oneIn(8))
-            m_cursor.AtEOF(); // looking does not drop the buffer
         m_cursor.Update();
         m_wroteInTransaction = !m_transactions.empty();
         const Row row = stored(qint64{m_database->connection().getLastInsertRowid()});
@@ -235,13 +233,8 @@ private:
         const QString table = oneOf(m_source.tables);
         if (m_transactions.empty() && oneIn(2)) {
             m_other.exec(statement(table).toStdString());
-        } else if (oneIn(2)) {
-            m_database->Execute(statement(table));
         } else {
-            RecordCursor cursor(m_database, table);
-            cursor.AddNew();
-            write(cursor, fields(table));
-            cursor.Update();
+            m_database->Execute(statement(table));
         }
     }
 
@@ -278,7 +271,7 @@ private:
         if (commits)
             m_transactions.back()->commit();
         m_transactions.pop_back();
-        const QList<QList<Row>> found = m_found.takeLast();
+        const QList<Row> found = m_found.takeLast();
         check(commits || contents() == found, "rolled back");
         if (!commits && m_wroteInTransaction)
             takeRows();
@@ -294,7 +287,7 @@ private:
     RecordCursor m_cursor;
     CursorModel m_model;
     std::vector<std::unique_ptr<Transaction>> m_transactions;
-    QList<QList<QList<Row>>> m_found; // what each of them found in the file
+    QList<QList<Row>> m_found; // what each of them found in the file
     bool m_wroteInTransaction = false;
 };
 
@@ -305,186 +298,110 @@ class TestRecordCursor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void agreesWithModel_data();
-    void agreesWithModel();
-    void readsLate();
-    void seesOtherTables();
-    void complains();
-    void keepsTheOrderOfLinkRows();
-};
-
-void TestRecordCursor::agreesWithModel_data()
-{
-    QTest::addColumn<Source>("source");
-    const QString plain = u"SELECT rowid AS \"#\", * FROM %1 ORDER BY %2 rowid"_s;
-    const QString links = u"RecipeIngredients"_s;
-    Source source{u"Utensils"_s, {u"Utensils"_s}, {}, u"UtensilName"_s, u"UtensilID"_s};
-    source.plainSelect = plain.arg(source.text, QString());
-    QTest::newRow("table with a key") << source;
-
-    source = {links, {links}, plain.arg(links, QString()), u"Quantity"_s, u"IngredientID"_s};
-    QTest::newRow("table without a key") << source;
-
-    source = {u"Select * FROM Ingredients ORDER BY IngredientName"_s,
-              {u"Ingredients"_s},
-              plain.arg(u"Ingredients"_s, u"IngredientName COLLATE NOCASE,"_s),
-              u"IngredientName"_s,
-              u"IngredientID"_s};
-    QTest::newRow("ordered") << source;
-
-    source = {ingredientJoin, {links, u"Ingredients"_s}, {}, u"IngredientName"_s, u"RecipeID"_s};
-    source.plainSelect =
-        u"SELECT l.rowid AS \"#\", RecipeID, Quantity, IngredientName, Vegetarian FROM "
-        "RecipeIngredients l JOIN Ingredients USING (IngredientID) ORDER BY +l.rowid"_s;
-    QTest::newRow("join") << source;
-
-    source = {recipeList, {links, u"Recipes"_s}, {}, u"RecipeName"_s, u"RecipeID"_s};
-    source.plainSelect =
-        u"SELECT RecipeID AS \"#\", RecipeID, RecipeName, Description, Serves,"
-        "(SELECT count(*) FROM RecipeIngredients l WHERE l.RecipeID = r.RecipeID) AS "
-        "CountOfRecipeID FROM Recipes r ORDER BY RecipeType, RecipeName COLLATE NOCASE, RecipeID"_s;
-    QTest::newRow("grouped list") << source;
-}
-
-void TestRecordCursor::agreesWithModel()
-{
-    QFETCH(const Source, source);
-    const unsigned firstSeed = std::random_device{}();
-    for (unsigned seed = firstSeed; seed != firstSeed + 15; ++seed) {
-        Game game(source, seed);
-        for (int step = 0; step < 300; ++step) {
-            try {
-                game.step();
-            } catch (const std::exception &error) {
-                QFAIL(qPrintable(u"seed %1, step %2: %3"_s.arg(seed).arg(step).arg(
-                    QString::fromUtf8(error.what()))));
+    void agreesWithModel()
+    {
+        const QString plain = u"SELECT rowid AS \"#\", * FROM %1 ORDER BY %2 rowid"_s;
+        const QString pans = u"Utensils"_s;
+        const QString links = u"RecipeIngredients"_s;
+        const QString catalog = u"Ingredients"_s;
+        const Source sources[] = {
+            {pans, {pans}, plain.arg(pans, u""_s), u"UtensilName"_s, u"UtensilID"_s},
+            {links, {links}, plain.arg(links, u""_s), u"Quantity"_s, u"IngredientID"_s},
+            {u"Select * FROM Ingredients ORDER BY IngredientName"_s,
+             {catalog},
+             plain.arg(catalog, u"IngredientName COLLATE NOCASE,"_s),
+             u"IngredientName"_s,
+             u"IngredientID"_s},
+            {ingredientJoin,
+             {links, catalog},
+             u"SELECT l.rowid AS \"#\", RecipeID, Quantity, IngredientName, Vegetarian FROM "
+             "RecipeIngredients l JOIN Ingredients USING (IngredientID) ORDER BY +l.rowid"_s,
+             u"IngredientName"_s,
+             u"RecipeID"_s},
+            {recipeList,
+             {links, u"Recipes"_s},
+             u"SELECT RecipeID AS \"#\", RecipeID, RecipeName, Serves, (SELECT count(*) FROM "
+             "RecipeIngredients l WHERE l.RecipeID = r.RecipeID) AS Count "
+             "FROM Recipes r ORDER BY RecipeType, RecipeName COLLATE NOCASE, RecipeID"_s,
+             u"RecipeName"_s,
+             u"RecipeID"_s}};
+        const unsigned firstSeed = std::random_device{}();
+        for (unsigned game = 0; game < 75; ++game) {
+            const unsigned seed = firstSeed + game;
+            Game played(sources[game % 5], seed);
+            for (int step = 0; step < 300; ++step) {
+                try {
+                    played.step();
+                } catch (const std::exception &error) {
+                    QFAIL(qPrintable(
+                        u"source %1, seed %2, step %3: %4"_s.arg(game % 5).arg(seed).arg(step).arg(
+                            QString::fromUtf8(error.what()))));
+                }
             }
+            QVERIFY(played.isSound());
         }
-        QVERIFY(game.isSound());
     }
-}
 
-// A cursor that is opened, requeried and only adds asks nothing of the file but its tables.
-void TestRecordCursor::readsLate()
-{
-    const RecipeFile file;
-    file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pan')"_s);
-    const QString source = u"SELECT * FROM Utensils ORDER BY UtensilName"_s;
-    RecordCursor cursor(Database::open(file.path()), source);
-    file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Bowl')"_s);
-    QCOMPARE(cursor.value("UtensilName"_L1), u"Bowl"_s);
-
-    file.write(u"UPDATE Utensils SET UtensilName = 'Fork' WHERE UtensilID = 1"_s);
-    cursor.Requery();
-    cursor.AddNew();
-    cursor.setValue("UtensilName"_L1, u"\uFEFFAxe"_s);
-    cursor.Update();
-    cursor.MoveLast();
-    QCOMPARE(cursor.value("UtensilName"_L1), u"\uFEFFAxe"_s);
-    file.write(u"UPDATE Utensils SET UtensilName = 'Cup' WHERE UtensilID = 1"_s);
-    cursor.MovePrevious();
-    QCOMPARE(cursor.value("UtensilName"_L1), u"Cup"_s);
-}
-
-// Another program makes the table anew, with its fields in another order and one more.
-void TestRecordCursor::seesOtherTables()
-{
-    const RecipeFile file;
-    const QString source = u"Utensils"_s;
-    const std::shared_ptr<Database> database = Database::open(file.path());
-    RecordCursor cursor(database, source);
-    for (const int note : {1, 2}) {
+    // Another program makes the table anew, with its fields in another order and one more. What it
+    // does before the first operation that needs a row is seen.
+    void seesOtherTables()
+    {
+        const RecipeFile file;
+        const QString source = u"Utensils"_s;
+        RecordCursor cursor(Database::open(file.path()), source);
         file.write(u"DROP TABLE Utensils; CREATE TABLE Utensils (Note INTEGER, UtensilName TEXT "
                    "COLLATE NOCASE, UtensilID INTEGER PRIMARY KEY); "
-                   "INSERT INTO Utensils VALUES (%1, 'Pan', 7)"_s.arg(note));
-        cursor.Requery();
-        QCOMPARE(cursor.value("Note"_L1), QVariant(qint64{note}));
-        QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"Pan"_s));
+                   "INSERT INTO Utensils VALUES (1, 'Pan', 7)"_s);
         cursor.Edit();
-        cursor.setValue("UtensilName"_L1, u"Pot"_s);
+        cursor.setValue("UtensilName"_L1, u"\uFEFFPot"_s);
         cursor.Update();
-        QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"Pot"_s));
-        QCOMPARE(cursor.value("UtensilID"_L1), QVariant(qint64{7}));
+        QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"\uFEFFPot"_s));
+        QCOMPARE(cursor.value("Note"_L1), QVariant(qint64{1}));
+        QCOMPARE(file.stored("SELECT Note, UtensilID FROM Utensils"), u"1|7"_s);
     }
-}
 
-void TestRecordCursor::complains()
-{
-    const RecipeFile file;
-    const auto database = Database::open(file.path());
-    QString table = u"Ingredients"_s;
-    RecordCursor cursor(database, table);
-    RecordCursor list(database, recipeList);
-    const QString withoutKey = u"SELECT RecipeName FROM Recipes"_s;
-    const auto set = [&](QLatin1StringView field) { cursor.setValue(field, u"a lot"_s); };
-    const std::pair<std::function<void()>, QStringList> failing[] = {
-        {[&] { cursor.MoveNext(); }, {table}},
-        {[&] { cursor.MovePrevious(); }, {table}},
-        {[&] { cursor.value("ShelfLife"_L1); }, {table}},
-        {[&] { cursor.Edit(); }, {table}},
-        {[&] { cursor.Delete(); }, {table}},
-        {[&] { cursor.Update(); }, {table}},
-        {[&] { set("ShelfLife"_L1); }, {u"ShelfLife"_s, table}},
-        {[&] { cursor.FindFirst(u"Nme = 1"_s); }, {u"Nme"_s, table}},
-        {[&] { cursor.value("Nme"_L1); }, {u"Nme"_s, table}},
-        {[&] { list.AddNew(); }, {recipeList}},
-        {[&] { RecordCursor(database, withoutKey).AddNew(); }, {withoutKey}},
-        {[&] { cursor.AddNew(), set("Nme"_L1); }, {u"Nme"_s, table}},
-        {[&] { set("ShelfLife"_L1); }, {u"ShelfLife"_s, u"a lot"_s}},
-        {[&] { cursor.MoveFirst(), cursor.Update(); }, {table}}, // the buffer is gone
-    };
-    for (const auto &[action, parts] : failing) {
-        const QString failure = failureOf(action);
-        for (const QString &part : parts)
-            QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
+    void complains()
+    {
+        const RecipeFile file;
+        const auto database = Database::open(file.path());
+        QString table = u"Ingredients"_s;
+        RecordCursor cursor(database, table);
+        const QString nowhere = u"Nowhere"_s;
+        const QString action = u"DELETE FROM Recipes"_s;
+        const auto set = [&](QLatin1StringView field) { cursor.setValue(field, u"a lot"_s); };
+        const std::pair<std::function<void()>, QStringList> failing[] = {
+            {[&] { cursor.value("ShelfLife"_L1); }, {table}},
+            {[&] { cursor.Update(); }, {table}},
+            {[&] { cursor.FindFirst(u"Nme = 1"_s); }, {u"Nme"_s, table}},
+            {[&] { RecordCursor(database, recipeList).AddNew(); }, {recipeList}},
+            {[&] { cursor.AddNew(), set("ShelfLife"_L1); }, {u"ShelfLife"_s, u"a lot"_s}},
+            {[&] { cursor.MoveFirst(), cursor.Update(); }, {table}}, // the buffer is gone
+            {[&] { RecordCursor(database, nowhere); }, {nowhere}},
+            {[&] { RecordCursor(database, action); }, {action}},
+        };
+        for (const auto &[act, parts] : failing) {
+            const QString failure = failureOf(act);
+            for (const QString &part : parts)
+                QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
+        }
+        for (const QString &bad :
+             {u""_s, u"N"_s, u"N ="_s, u"N 'a'"_s, u"N == 'a'"_s, u"NLIKE 'a'"_s, u"N LIKE 5"_s,
+              u"N='a"_s, u"N='a'b'"_s, u"N='a''"_s, u"N=\"a\""_s, u"N=5x"_s, u"N=-"_s, u"N=5.0"_s,
+              u"N=99999999999999999999"_s, u"T.N=5"_s, u"N=5 AND N=6"_s})
+            QVERIFY2(failureOf([&] { cursor.FindFirst(bad); }).endsWith(u": "_s + bad),
+                     qUtf8Printable(bad));
+
+        // A source that is changed counts from the next requery on, and only if it is a good one.
+        table = nowhere;
+        cursor.AddNew();
+        cursor.Update();
+        QVERIFY(!failureOf([&] { cursor.Requery(); }).isNull());
+        QCOMPARE(cursor.RecordCount(), 1);
+        table = u"Utensils"_s;
+        cursor.Requery();
+        QCOMPARE(cursor.RecordCount(), 0);
     }
-    for (const QString &bad :
-         {u"Nowhere"_s, u"SELECT Nme FROM Recipes"_s, u"SELEC"_s, u""_s, u"DELETE FROM Recipes"_s})
-        QVERIFY2(!failureOf([&] { RecordCursor(database, bad); }).isNull(), qUtf8Printable(bad));
-
-    // A source that is changed counts from the next requery on, and only if it is a good one.
-    table = u"Nowhere"_s;
-    cursor.AddNew();
-    cursor.Update();
-    QVERIFY(!failureOf([&] { cursor.Requery(); }).isNull());
-    QCOMPARE(cursor.RecordCount(), 1);
-    table = u"Utensils"_s;
-    cursor.Requery();
-    QCOMPARE(cursor.RecordCount(), 0);
-}
-
-// Row numbers that were freed and used again, an index of somebody else and statistics lead the
-// engine to another order, if it is left to itself.
-void TestRecordCursor::keepsTheOrderOfLinkRows()
-{
-    const RecipeFile file;
-    const QString numbers =
-        u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
-        "INSERT INTO "_s;
-    file.write(numbers.arg(20) + u"Ingredients (IngredientID) SELECT i FROM n;"_s
-               + numbers.arg(2000)
-               + u"RecipeIngredients (RecipeID, IngredientID) SELECT i, 20 - i % 20 FROM n;"
-                 "DELETE FROM RecipeIngredients WHERE rowid > 1900 OR rowid % 3 = 0;"
-                 "INSERT INTO RecipeIngredients (RecipeID, IngredientID) "
-                 "SELECT i, i % 7 + 1 FROM (SELECT rowid AS i FROM RecipeIngredients);"
-                 "CREATE INDEX Extra ON RecipeIngredients (IngredientID); ANALYZE;"_s);
-
-    const auto database = Database::open(file.path());
-    const auto recipes = [&](const QString &select) {
-        QVariantList result;
-        for (const Row &row : rowsOf(*database, select))
-            result += row[u"RecipeID"_s];
-        return result;
-    };
-    const QVariantList expected =
-        recipes(u"SELECT RecipeID FROM RecipeIngredients ORDER BY rowid"_s);
-    QVERIFY(recipes(ingredientJoin) != expected); // else this file proves nothing
-    RecordCursor cursor(database, ingredientJoin);
-    QVariantList found;
-    for (; !cursor.AtEOF(); cursor.MoveNext())
-        found += cursor.value("RecipeID"_L1);
-    QCOMPARE(found, expected);
-}
+};
 
 QTEST_GUILESS_MAIN(TestRecordCursor)
 #include "tst_recordcursor.moc"

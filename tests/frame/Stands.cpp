@@ -7,15 +7,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-QString nameOf(const ChildWindow *child)
-{
-    return child ? QString::fromLatin1(child->metaObject()->className()) : QString();
-}
-
-} // namespace
-
 Stand::Stand(Frame &frame)
     : ChildWindow(frame)
 {
@@ -29,36 +20,6 @@ Stand::Stand(Frame &frame)
     setDefaultButton(&button);
     setCancelButton(&done);
     setWindowTitle(u"Stand's 100%1"_s);
-}
-
-void Stand::Form_Activate()
-{
-    pass("Form_Activate");
-    happened += nameOf(this) + u"+"_s + (key ? QString::number(key) : QString());
-}
-
-void Stand::Form_Deactivate()
-{
-    pass("Form_Deactivate");
-    happened += nameOf(this) + u">"_s + nameOf(frame().activeChild());
-}
-
-void Stand::pass(const char *handler)
-{
-    if (failing == QLatin1StringView(handler))
-        throw std::runtime_error("Table \xE2\x80\x9CRezepte\xE2\x80\x9D is gone");
-}
-
-void Stand::press()
-{
-    pass("press");
-    happened += nameOf(this) + u"!"_s;
-}
-
-void Stand::leave()
-{
-    frame().hide(*this);
-    frame().unload(*this);
 }
 
 MainWindow::MainWindow()
@@ -83,16 +44,10 @@ MainWindow::MainWindow()
     happened.clear();
 }
 
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    frame.unloadAll();
-    QMainWindow::closeEvent(event);
-}
-
 void MainWindow::show(ChildWindow &window)
 {
     static const QStringList order{u"List"_s, u"Record"_s, u"Editor"_s, u"Plants"_s, u"Tools"_s};
-    const auto place = static_cast<int>(order.indexOf(nameOf(&window)));
+    const auto place = static_cast<int>(order.indexOf(Stand::nameOf(&window)));
     if (!window.isVisible())
         window.parentWidget()->setGeometry(330 * (place % 3), 350 * (place / 3), 300, 300);
     frame.show(window);

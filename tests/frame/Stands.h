@@ -21,6 +21,11 @@ class Stand : public ChildWindow
 public:
     explicit Stand(Frame &frame);
 
+    static QString nameOf(const ChildWindow *child)
+    {
+        return child ? QString::fromLatin1(child->metaObject()->className()) : QString();
+    }
+
     static inline QString failing; // the handler that throws
 
     QPushButton button{QStringLiteral("Press")};
@@ -31,13 +36,33 @@ public:
 protected:
     void Form_Load() override { pass("Form_Load"); }
     void openDataSources() override { pass("openDataSources"); }
-    void Form_Activate() override;
-    void Form_Deactivate() override;
+    void Form_Activate() override
+    {
+        pass("Form_Activate");
+        happened += nameOf(this) + u'+' + (key ? QString::number(key) : QString());
+    }
+    void Form_Deactivate() override
+    {
+        pass("Form_Deactivate");
+        happened += nameOf(this) + u'>' + nameOf(frame().activeChild());
+    }
 
 private:
-    static void pass(const char *handler);
-    void press();
-    void leave();
+    static void pass(const char *handler)
+    {
+        if (failing == QLatin1StringView(handler))
+            throw std::runtime_error("Table \xE2\x80\x9CRezepte\xE2\x80\x9D is gone");
+    }
+    void press()
+    {
+        pass("press");
+        happened += nameOf(this) + u'!';
+    }
+    void leave()
+    {
+        frame().hide(*this);
+        frame().unload(*this);
+    }
 };
 
 class List : public Stand
@@ -95,9 +120,6 @@ public:
     Frame frame{doorway, area, [] { happened += QStringLiteral("*"); }};
     QLabel resting{QStringLiteral("here")};
     QLabel otherResting{QStringLiteral("there")};
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
 
 private:
     using QMainWindow::show;

@@ -8,7 +8,7 @@
 
 // Stands in for the doorway in tests. A box that is not the next one expected, in any of its texts,
 // its icon or its buttons, fails the test; so does an expected one that does not come.
-class StrictDoorway final : public Doorway
+class StrictDoorway : public Doorway
 {
 public:
     ~StrictDoorway() override;

@@ -19,89 +19,61 @@ class TestSrfFile : public QObject
     QTemporaryDir m_folder;
 
 private Q_SLOTS:
-    void initTestCase();
-    void refuses();
-    void readsWhole();
-    void readsWhatIsMetInAChangingFile();
+    void initTestCase()
+    {
+        for (const auto &[name, size] : {std::pair(u"largest"_s, largestSrfFile),
+                                         {u"too large"_s, largestSrfFile + 1},
+                                         {u"no right"_s, 0}}) {
+            QFile file(m_folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size)); // sparse
+        }
+        const QByteArray folder = QFile::encodeName(m_folder.path());
+        QCOMPARE(::chmod((folder + "/no right").constData(), 0), 0);
+        QCOMPARE(::mkfifo((folder + "/pipe").constData(), 0600), 0);
+        for (const auto &[target, name] : {std::pair(u"largest"_s, u"link"_s),
+                                           {u"nowhere"_s, u"broken"_s},
+                                           {u"loop"_s, u"loop"_s}})
+            QVERIFY(QFile::link(target, m_folder.filePath(name)));
+    }
+
+    void refuses()
+    {
+        const std::tuple<QString, ReadFailure, QString> table[] = {
+            {u"broken"_s, ReadFailure::NoFile, u"There is no file"_s},
+            {u"largest/below"_s, ReadFailure::NoFile, {}},
+            {u"largest\0.srf"_s, ReadFailure::NoFile, {}},
+            {u"loop"_s, ReadFailure::Failed, u"levels of symbolic links"_s},
+            {u"."_s, ReadFailure::Folder, u"is a folder. Choose the recipe files in it"_s},
+            {u"pipe"_s, ReadFailure::Special, u"Save the recipe as an ordinary file"_s},
+            {u"too large"_s, ReadFailure::TooLarge, u"is larger than 8 MiB"_s},
+            {u"no right"_s, ReadFailure::NoRight, u"Give yourself that right"_s},
+            {u"/dev/zero"_s, ReadFailure::Special, {}},
+            {u"/proc/self/mem"_s, ReadFailure::Failed, u"could not be read: Input/output error."_s},
+        };
+        for (const auto &[name, failure, advice] : table) {
+            if (failure == ReadFailure::NoRight && ::geteuid() == 0)
+                continue; // who may read everything
+            const QString path = name.startsWith(u'/') ? name : m_folder.filePath(name);
+            const auto result = readSrfFile(platform::nativePath(path));
+            const auto *error = std::get_if<SrfFileError>(&result);
+            QVERIFY2(error && error->failure == failure
+                         && error->message.contains(visibleText(path))
+                         && error->message.contains(advice),
+                     qPrintable(path));
+        }
+        const auto whole = readSrfFile(platform::nativePath(m_folder.filePath(u"link"_s)));
+        QCOMPARE(std::get<QByteArray>(whole).size(), largestSrfFile);
+    }
+
+    // The kernel's own files say a size before they are read that turns out to be another.
+    void readsWhatIsMetInAChangingFile()
+    {
+        const auto grown = platform::readRegularFile("/proc/self/status", largestSrfFile);
+        QVERIFY(std::get<QByteArray>(grown).startsWith("Name:"));
+        const auto outgrown = platform::readRegularFile("/proc/self/status", 20);
+        QCOMPARE(std::get<platform::FileReadError>(outgrown).failure, ReadFailure::TooLarge);
+    }
 };
-
-void TestSrfFile::initTestCase()
-{
-    const std::pair<QString, qint64> sizes[] = {{u"empty"_s, 0},
-                                                {u"largest"_s, largestSrfFile},
-                                                {u"too large"_s, largestSrfFile + 1},
-                                                {u"1 TB"_s, qint64(1) << 40},
-                                                {u"no right"_s, 0}};
-    for (const auto &[name, size] : sizes) {
-        QFile file(m_folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size)); // sparse
-    }
-    const auto native = [this](const QString &name) {
-        return QFile::encodeName(m_folder.filePath(name));
-    };
-    QCOMPARE(::chmod(native(u"no right"_s).constData(), 0), 0);
-    QCOMPARE(::mkfifo(native(u"pipe"_s).constData(), 0600), 0);
-    for (const auto &[target, name] :
-         {std::pair(u"largest"_s, u"link"_s), {u"nowhere"_s, u"broken"_s}, {u"loop"_s, u"loop"_s}})
-        QVERIFY(QFile::link(target, m_folder.filePath(name)));
-}
-
-void TestSrfFile::refuses()
-{
-    const QString special = u"Save the recipe as an ordinary file"_s;
-    const struct {
-        QString path;
-        ReadFailure failure;
-        QString advice;
-    } table[] = {
-        {u"missing"_s, ReadFailure::NoFile, u"There is no file"_s},
-        {u"largest/below"_s, ReadFailure::NoFile, {}},
-        {u"broken"_s, ReadFailure::NoFile, {}},
-        {u"long"_s.repeated(100), ReadFailure::NoFile, {}},
-        {u"largest\0.srf"_s, ReadFailure::NoFile, {}},
-        {u"loop"_s, ReadFailure::Failed, u"levels of symbolic links"_s},
-        {u"."_s, ReadFailure::Folder, u"is a folder. Choose the recipe files in it"_s},
-        {u"pipe"_s, ReadFailure::Special, special},
-        {u"too large"_s, ReadFailure::TooLarge, {}},
-        {u"1 TB"_s, ReadFailure::TooLarge, u"is larger than 8 MiB"_s},
-        {u"no right"_s, ReadFailure::NoRight, u"Give yourself that right"_s},
-        {u"/dev/zero"_s, ReadFailure::Special, special},
-        {u"/proc/self/mem"_s, ReadFailure::Failed, u"could not be read: Input/output error."_s},
-    };
-    for (const auto &[name, failure, advice] : table) {
-        if (failure == ReadFailure::NoRight && ::geteuid() == 0)
-            continue; // who may read everything
-        const QString path = name.startsWith(u'/') ? name : m_folder.filePath(name);
-        const auto result = readSrfFile(platform::nativePath(path));
-        const auto *error = std::get_if<SrfFileError>(&result);
-        QVERIFY2(error && error->failure == failure && error->message.contains(visibleText(path))
-                     && error->message.contains(advice),
-                 qPrintable(path));
-    }
-}
-
-void TestSrfFile::readsWhole()
-{
-    for (const auto &[name, size] : {std::pair(u"empty"_s, qint64(0)), {u"link"_s, largestSrfFile}})
-        QCOMPARE(
-            std::get<QByteArray>(readSrfFile(platform::nativePath(m_folder.filePath(name)))).size(),
-            size);
-}
-
-// The kernel's own files say a size before they are read that turns out to be another.
-void TestSrfFile::readsWhatIsMetInAChangingFile()
-{
-    const auto grown = platform::readRegularFile("/proc/self/status", largestSrfFile);
-    QVERIFY(std::get<QByteArray>(grown).startsWith("Name:"));
-    const auto outgrown = platform::readRegularFile("/proc/self/status", 20);
-    QCOMPARE(std::get<platform::FileReadError>(outgrown).failure, ReadFailure::TooLarge);
-    const auto shrunk =
-        platform::readRegularFile("/sys/kernel/mm/transparent_hugepage/enabled", largestSrfFile);
-    const auto *bytes = std::get_if<QByteArray>(&shrunk);
-    if (!bytes)
-        QSKIP("this kernel shows no such file");
-    QVERIFY(bytes->endsWith('\n'));
-}
 
 QTEST_GUILESS_MAIN(TestSrfFile)
 #include "tst_srffile.moc"
