@@ -39,8 +39,11 @@ def examine(database, folder):
     if journal_of(database).exists():
         journal = journal_of(database).stat().st_mtime_ns
         shutil.copy(journal_of(database), folder)
-    with closing(sqlite3.connect(copy)) as connection:
-        recipes = _read(connection)
+    try:
+        with closing(sqlite3.connect(copy)) as connection:
+            recipes = _read(connection)
+    except sqlite3.DatabaseError as error:
+        raise Broken(str(error)) from error
     return Autopsy(recipes, journal, not filecmp.cmp(database, copy, shallow=False))
 
 
@@ -95,7 +98,7 @@ def _difference(name, found, states):
         return f"{name} has come from nowhere"
     fields = "; ".join(
         ", ".join(
-            f"{field}: {_short(was)} and not {_short(should)}"
+            f"{field}: {_short(was, should)} and not {_short(should, was)}"
             for field, was, should in zip(Recipe._fields, found, whole)
             if was != should
         )
@@ -104,5 +107,7 @@ def _difference(name, found, states):
     return f"{name} is not whole: {fields}"
 
 
-def _short(value):
-    return f"{len(value)} lines" if isinstance(value, tuple) else repr(value)[:60]
+def _short(value, other):
+    if isinstance(value, tuple):
+        return f"{len(value)} lines ({len(set(value) - set(other))} of its own)"
+    return repr(value)[:60]
