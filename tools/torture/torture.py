@@ -160,6 +160,9 @@ def main():
         subprocess.run(["import", "-window", "root", torture.folder / "screen.png"], check=False)
         torture.report()
         sys.exit(f"{type(fault).__name__}: {fault}\nEverything is in {torture.folder}")
+    except KeyboardInterrupt:
+        torture.report()
+        sys.exit(f"Stopped; what there is, is in {torture.folder}")
     torture.report()
     print(f"All whole, in {time.monotonic() - begun:.0f} seconds.")
 
