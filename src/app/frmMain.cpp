@@ -1,5 +1,6 @@
 #include "frmMain.h"
 
+#include "ExportCommand.h"
 #include "frmAbout.h"
 #include "frmImport.h"
 #include "frmImportRecipe.h"
@@ -11,6 +12,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QScreen>
 
 namespace {
 
@@ -28,8 +30,10 @@ frmMain::frmMain(Doorway &doorway)
     , m_frame(doorway, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
 {
+    resize(size().boundedTo(screen()->availableSize() * 0.9)); // with a title bar around it
     const Boundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
+    boundary.connect(m_ui->mnuExport, &QAction::triggered, this, &frmMain::mnuExport_Click);
     boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
     boundary.connect(m_ui->mnuExit, &QAction::triggered, this, &frmMain::mnuExit_Click);
     boundary.connect(m_ui->mnuRecipes, &QAction::triggered, this, &frmMain::mnuRecipes_Click);
@@ -60,6 +64,11 @@ std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath
 void frmMain::mnuImport_Click()
 {
     m_frame.show(m_frame.load<frmImport>(*m_importRecipe));
+}
+
+void frmMain::mnuExport_Click()
+{
+    exportWebPages(m_frame.doorway(), this);
 }
 
 void frmMain::mnuSettings_Click()

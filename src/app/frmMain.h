@@ -32,6 +32,7 @@ protected:
 
 private:
     void mnuImport_Click();
+    void mnuExport_Click();
     void mnuSettings_Click();
     void mnuExit_Click();
     void mnuRecipes_Click();

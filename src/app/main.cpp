@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPalette>
 
 #include <algorithm>
 #include <cstdio>
@@ -19,10 +20,22 @@ std::filesystem::path importPathOf(int argc, char *argv[])
     return platform::commandLinePath({argv + 1, static_cast<std::size_t>(std::max(argc - 1, 0))});
 }
 
+// Some themes say nothing of this colour, and it is then black on dark as well.
+void setPlaceholderColor()
+{
+    constexpr float opacity = 0.6F;
+    QPalette palette = QApplication::palette();
+    QColor color = palette.color(QPalette::Text);
+    color.setAlphaF(opacity);
+    palette.setColor(QPalette::PlaceholderText, color);
+    QApplication::setPalette(palette);
+}
+
 int runOnDesktop(int argc, char *argv[])
 {
     const std::filesystem::path importPath = importPathOf(argc, argv);
     QApplication application(argc, argv);
+    setPlaceholderColor();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/pantrywise.svg")));
     DesktopDoorway doorway;
     return startUp(doorway, importPath);

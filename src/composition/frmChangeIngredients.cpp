@@ -88,6 +88,7 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
                 "Add them to the catalog again with Add Ingredient, or remove their lines.")});
     connect(m_ui->cmdAddIngredient, &QPushButton::clicked, this,
             &frmChangeIngredients::cmdAddIngredient_Click);
+    m_ui->lstIngredients->setFocus(); // the first by Tab, though the other list stands before it
 }
 
 frmChangeIngredients::~frmChangeIngredients() = default;

@@ -75,6 +75,8 @@ Button DesktopDoorway::show(const MessageBox &box)
         QPushButton *added = dialog.addButton(toQt(button));
         if (button == Button::Stop)
             added->setText(QCoreApplication::translate("DesktopDoorway", "&Stop"));
+        if (button == Button::No)
+            dialog.setEscapeButton(added); // also where Stop, an Abort to the toolkit, is there
     }
     dialog.setDefaultButton(toQt(box.defaultButton));
 
@@ -95,8 +97,10 @@ QString DesktopDoorway::ask(const InputBox &box)
     dialog.setTextValue(box.defaultText);
     dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
     auto *edit = dialog.findChild<QPlainTextEdit *>();
-    if (edit)
+    if (edit) {
         edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+        edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    }
     dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
 
     if (dialog.exec() != QDialog::Accepted)

@@ -25,6 +25,7 @@ ProgressBox::ProgressBox(const QString &title, QWidget *parent)
     , m_ui(std::make_unique<Ui::ProgressBox>())
 {
     m_ui->setupUi(this);
+    m_ui->layout->activate(); // the first name is already cut to the room that there will be
     setWindowTitle(title);
     setWindowModality(Qt::ApplicationModal);
     connect(m_ui->cmdStop, &QPushButton::clicked, this, &ProgressBox::reject);

@@ -1,27 +1,24 @@
 #include "TextListView.h"
 
 #include "EmptyText.h"
+#include "TextRowDelegate.h"
 
 #include <QHelpEvent>
-#include <QStyledItemDelegate>
 #include <QToolTip>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int rowSpacing = 4;
-
-// All rows are of one size: as wide as the list, so that a text too long for it is cut with an
-// ellipsis, and as high as the list's font asks for, whatever script the text is in.
-class RowDelegate final : public QStyledItemDelegate
+// A row is as wide as the list, however long its text is.
+class RowDelegate final : public TextRowDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using TextRowDelegate::TextRowDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const override
     {
-        return {0, option.fontMetrics.lineSpacing() + rowSpacing};
+        return {0, rowHeight(option.fontMetrics)};
     }
 };
 
@@ -40,7 +37,7 @@ QSize TextListView::sizeHint() const
     constexpr int characters = 45;
     constexpr int rows = 14;
     return {characters * fontMetrics().averageCharWidth() + 2 * frameWidth(),
-            rows * (fontMetrics().lineSpacing() + rowSpacing) + 2 * frameWidth()};
+            rows * TextRowDelegate::rowHeight(fontMetrics()) + 2 * frameWidth()};
 }
 
 void TextListView::paintEvent(QPaintEvent *event)
@@ -52,9 +49,17 @@ void TextListView::paintEvent(QPaintEvent *event)
 QString TextListView::cutText(const QModelIndex &index) const
 {
     const QString text = index.data().toString();
-    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-    const int room = visualRect(index).width() - 2 * margin;
+    const int room = visualRect(index).width() - 2 * TextRowDelegate::margin(*this);
     return fontMetrics().horizontalAdvance(text) > room ? text : QString();
+}
+
+// Without an event a row only becomes the current one.
+QItemSelectionModel::SelectionFlags TextListView::selectionCommand(const QModelIndex &index,
+                                                                   const QEvent *event) const
+{
+    if (selectionMode() == MultiSelection && !event)
+        return QItemSelectionModel::NoUpdate;
+    return QListView::selectionCommand(index, event);
 }
 
 bool TextListView::viewportEvent(QEvent *event)
@@ -64,7 +69,7 @@ bool TextListView::viewportEvent(QEvent *event)
     const auto &help = static_cast<const QHelpEvent &>(*event);
     const QString text = cutText(indexAt(help.pos()));
     QToolTip::showText(help.globalPos(),
-                       text.isEmpty() ? text : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
+                       text.isEmpty() ? toolTip() : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
                        viewport());
     return true;
 }

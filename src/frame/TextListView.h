@@ -3,7 +3,8 @@
 #include <QListView>
 
 // A list of one-line texts from any model, however many. It can say in grey why it is empty, and
-// shows a text that is cut off as a tooltip.
+// shows a text that is cut off as a tooltip. Where rows are chosen one by one, a typed letter finds
+// a row without choosing it.
 class TextListView : public QListView
 {
     Q_OBJECT
@@ -18,6 +19,8 @@ public:
     QSize sizeHint() const override; // some rows of a text of some length
 
 protected:
+    QItemSelectionModel::SelectionFlags
+    selectionCommand(const QModelIndex &index, const QEvent *event = nullptr) const override;
     void paintEvent(QPaintEvent *event) override;
     bool viewportEvent(QEvent *event) override;
 

@@ -89,8 +89,7 @@ void frmImport::dirRecipes_Change()
 {
     m_files.setNames(platform::filesEndingIn(".srf", m_directories.current()));
     SetAllSelected(true);
-    m_ui->lstRecipes->selectionModel()->setCurrentIndex(m_files.index(0),
-                                                        QItemSelectionModel::NoUpdate);
+    m_ui->lstRecipes->setCurrentIndex(m_files.index(0));
     lstRecipes_SelectionChange(); // an empty list that stays empty does not say so
 }
 

@@ -3,7 +3,6 @@
 #include "Criterion.h"
 #include "DatabaseError.h"
 #include "DatabasePath.h"
-#include "Doorway.h"
 #include "Paths.h"
 #include "SrfDecoder.h"
 #include "SrfFile.h"
@@ -119,9 +118,9 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
     beginFile();
     std::optional<SrfComplaint> complaint = checkNumbers(recipe);
     if (!complaint && isTaken(recipe.name)) {
-        m_commits.commit();
-        if (!wantsDuplicate(recipe.name))
-            return Outcome::NotImported;
+        const Button answer = askAboutTakenName(recipe.name);
+        if (answer != Button::Yes)
+            return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
         beginFile();
         complaint = checkNumbers(recipe); // others may have changed the catalogs meanwhile
     }
@@ -163,25 +162,28 @@ QString frmImportRecipe::freeName(const QString &name)
     return candidate;
 }
 
-bool frmImportRecipe::wantsDuplicate(const QString &name)
+Button frmImportRecipe::askAboutTakenName(const QString &name)
 {
-    const QString question =
-        name + tr(" is already in the database.  Do you want to import it anyways?");
-    return m_doorway.show({question,
-                           tr("Already in database"),
-                           Icon::Information,
-                           {Button::Yes, Button::No},
-                           Button::No})
-        == Button::Yes;
+    return show({name + tr(" is already in the database.  Do you want to import it anyways?"),
+                 tr("Already in database"),
+                 Icon::Information,
+                 {Button::Yes, Button::No},
+                 Button::No});
 }
 
 frmImportRecipe::Outcome frmImportRecipe::refuse(const QString &text)
 {
+    return show({text, tr("Error"), Icon::Exclamation}) == Button::Stop ? Outcome::Stopped
+                                                                        : Outcome::NotImported;
+}
+
+// In a batch every box offers a way out of it: where one file is bad or known, many may be.
+Button frmImportRecipe::show(MessageBox box)
+{
     m_commits.commit();
-    MessageBox box{text, tr("Error"), Icon::Exclamation};
     if (m_commits.isBatch())
         box.buttons.push_back(Button::Stop);
-    return m_doorway.show(box) == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
+    return m_doorway.show(box);
 }
 
 // The texts that the columns of the file's rows do not take. Those of an ingredient count where it

@@ -2,13 +2,12 @@
 
 #include "CommitGroup.h"
 #include "DataSource.h"
+#include "Doorway.h"
 #include "SrfComplaint.h"
 #include "SrfRecipe.h"
 
 #include <filesystem>
 #include <functional>
-
-class Doorway;
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
 class frmImportRecipe
@@ -37,7 +36,7 @@ public:
 
     // Runs imports, which calls ImportSRFFile for one file after the other. The files share
     // transactions: one counts as stored only when the batch has ended, in whatever way. Nothing is
-    // locked while the user is asked. The box of a bad file lets the user stop the batch.
+    // locked while the user is asked. Every box lets the user stop the batch.
     void batch(const std::function<void()> &imports);
 
 private:
@@ -48,8 +47,9 @@ private:
     void requery();
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
-    bool wantsDuplicate(const QString &name);
+    Button askAboutTakenName(const QString &name);
     Outcome refuse(const QString &text);
+    Button show(MessageBox box);
 
     std::optional<SrfComplaint> checkNumbers(const SrfRecipe &recipe);
     void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);

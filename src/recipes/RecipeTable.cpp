@@ -3,10 +3,14 @@
 #include "EmptyText.h"
 #include "Inches.h"
 #include "SortHeader.h"
+#include "TextRowDelegate.h"
+
+#include <QResizeEvent>
 
 RecipeTable::RecipeTable(QWidget *parent)
     : QTreeView(parent)
 {
+    setItemDelegate(new TextRowDelegate(this));
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -35,4 +39,15 @@ void RecipeTable::paintEvent(QPaintEvent *event)
     QTreeView::paintEvent(event);
     if (model())
         paintEmptyText(*this, m_emptyText);
+}
+
+// By what it gains or loses, so that widths which the user has set count on.
+void RecipeTable::resizeEvent(QResizeEvent *event)
+{
+    QTreeView::resizeEvent(event);
+    const int first = sizeHint().width();
+    const int gained =
+        qMax(event->size().width() - first, 0) - qMax(event->oldSize().width() - first, 0);
+    header()->resizeSection(0, header()->sectionSize(0) + gained / 2);
+    header()->resizeSection(1, header()->sectionSize(1) + gained - gained / 2);
 }

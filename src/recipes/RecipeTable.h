@@ -2,8 +2,9 @@
 
 #include <QTreeView>
 
-// A table of rows: it can say in grey why it is empty, and letters that are typed look for the
-// first column wherever the row was clicked.
+// A table of rows, whose first two columns grow with it beyond its first size. It can say in grey
+// why it is empty, and letters that are typed look for the first column wherever the row was
+// clicked.
 class RecipeTable final : public QTreeView
 {
     Q_OBJECT
@@ -20,6 +21,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QString m_emptyText;

@@ -4,9 +4,11 @@
 #include "frmMain.h"
 
 #include <QAction>
+#include <QDesktopServices>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
 
@@ -16,9 +18,15 @@ class TestFrmMain : public QObject
 {
     Q_OBJECT
 
+    QUrl m_opened;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { m_opened = url; } // in the place of a browser
+
 private Q_SLOTS:
     void comesUpWithoutARecipeFile();
     void offersOnlyWhatIsThere();
+    void exportsWebPages();
     void ends();
 };
 
@@ -60,9 +68,38 @@ void TestFrmMain::offersOnlyWhatIsThere()
         }
     }
     QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
-    for (const QString &name : {u"mnuExport"_s, u"mnuShopingList"_s, u"mnuSearchRecipes"_s,
-                                u"mnuIndex"_s, u"mnuTips"_s, u"mnuTutorials"_s})
+    for (const QString &name : {u"mnuShopingList"_s, u"mnuSearchRecipes"_s, u"mnuIndex"_s,
+                                u"mnuTips"_s, u"mnuTutorials"_s})
         QVERIFY2(!window.findChild<QAction *>(name)->isEnabled(), qPrintable(name));
+}
+
+// Another place is asked for where the first one holds what no export has made.
+void TestFrmMain::exportsWebPages()
+{
+    RecipeFile file;
+    DatabasePath = file.path();
+    const QDir place(file.folder());
+    QVERIFY(place.mkpath(u"Pantrywise/mine"_s) && place.mkdir(u"other"_s));
+    QDesktopServices::setUrlHandler(u"file"_s, this, "open");
+    StrictDoorway doorway;
+    const auto expectChoice = [&doorway](const QString &from, const QString &answer) {
+        doorway.expect(FolderChooser{u"Choose a folder for the web pages"_s, from}, answer);
+    };
+    expectChoice(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), place.path());
+    doorway.expect({place.filePath(u"Pantrywise was not made by an export, so nothing was exported "
+                                   "there. Move it away, or choose another place."_s),
+                    u"Export"_s, Icon::Exclamation});
+    expectChoice(place.path(), place.filePath(u"other"_s));
+    doorway.expect({u"0 recipes were written to "_s + place.filePath(u"other/Pantrywise."_s),
+                    u"Export"_s,
+                    Icon::Information,
+                    {Button::Open, Button::Close},
+                    Button::Open},
+                   Button::Open);
+    frmMain window(doorway);
+    window.findChild<QAction *>(u"mnuExport"_s)->trigger();
+    QDesktopServices::unsetUrlHandler(u"file"_s);
+    QCOMPARE(m_opened, QUrl::fromLocalFile(place.filePath(u"other/Pantrywise/index.html"_s)));
 }
 
 void TestFrmMain::ends()

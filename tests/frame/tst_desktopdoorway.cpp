@@ -62,6 +62,8 @@ private Q_SLOTS:
             {yesNo, Button::Yes, Qt::Key_Return, Button::Yes},
             {yesNo, Button::No, Qt::Key_Return, Button::No},
             {yesNo, Button::Yes, Qt::Key_Escape, Button::No},
+            {{Button::Yes, Button::No, Button::Stop}, Button::Yes, Qt::Key_Escape, Button::No},
+            {{Button::Ok, Button::Stop}, Button::Ok, Qt::Key_Escape, Button::Stop},
         };
         for (const auto &[buttons, defaultButton, key, answer] : rows) {
             const MessageBox box{u"<b>Salt</b> & %1"_s, u"Save Changes"_s, Icon::Question, buttons,

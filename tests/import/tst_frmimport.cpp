@@ -191,6 +191,9 @@ void TestFrmImport::choosesFiles()
     QTest::keyClick(&list, Qt::Key_Home);
     QTest::keyClick(&list, Qt::Key_Space);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
+    QTest::keyClick(&list, Qt::Key_B); // finds b
+    QCOMPARE(list.currentIndex().data(), u"b"_s);
+    QCOMPARE(chosen(), u"4 of 5 chosen"_s);
     press("cmdImport");
     QCOMPARE(titles().size(), 4);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
@@ -223,7 +226,7 @@ void TestFrmImport::importsWhatIsChosen()
             name + " is already in the database.  Do you want to import it anyways?"_L1,
             u"Already in database"_s,
             Icon::Information,
-            {Button::Yes, Button::No},
+            {Button::Yes, Button::No, Button::Stop},
             Button::No};
     };
     // The file system decides the order, so that the boxes are expected in that.
@@ -236,11 +239,15 @@ void TestFrmImport::importsWhatIsChosen()
                 m_doorway->expect(gone);
             else if (answers.contains(name))
                 m_doorway->expect(asks(name == u"1" ? u"Soup"_s : u"Cake"_s), answers[name]);
+            if (answers.value(name) == Button::Stop)
+                break;
         }
     };
     expectBoxes({});
     press("cmdImport");
     expectBoxes({{u"1"_s, Button::Yes}, {u"3"_s, Button::No}});
+    press("cmdImport");
+    expectBoxes({{u"1"_s, Button::Stop}, {u"3"_s, Button::Stop}});
     press("cmdImport");
     QStringList found = titles();
     found.sort();

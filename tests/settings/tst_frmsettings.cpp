@@ -86,6 +86,7 @@ private Q_SLOTS:
             const auto *box = control<QLineEdit>("txtMainMenuTemplate");
             QCOMPARE(box->cursorPosition(), gone.size()); // so that the end is seen
             QCOMPARE(box->toolTip(), gone + u'\n' + box->accessibleDescription());
+            QVERIFY(box->actions().constFirst()->isVisible()); // the mark
             m_doorway.expect(chooser, chosen);
             click("txtCategoryTemplate");
             for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {

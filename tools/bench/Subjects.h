@@ -10,6 +10,7 @@ void measureRequerying(Bench &bench);
 void measureSearching(Bench &bench);
 void measureSorting(Bench &bench);
 void measureImporting(Bench &bench);
+void measureExporting(Bench &bench);
 void measureBatchImport(Bench &bench);
 void measureListing(Bench &bench);
 void measureBrowsing(Bench &bench);

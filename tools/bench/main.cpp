@@ -21,9 +21,9 @@ constexpr std::array subjects = {
     Subject{"opening"_L1, measureOpening},     Subject{"requerying"_L1, measureRequerying},
     Subject{"searching"_L1, measureSearching}, Subject{"sorting"_L1, measureSorting},
     Subject{"importing"_L1, measureImporting}, Subject{"batchimport"_L1, measureBatchImport},
-    Subject{"listing"_L1, measureListing},     Subject{"browsing"_L1, measureBrowsing},
-    Subject{"composing"_L1, measureComposing}, Subject{"printing"_L1, measurePrinting},
-    Subject{"startup"_L1, measureStartup},
+    Subject{"exporting"_L1, measureExporting}, Subject{"listing"_L1, measureListing},
+    Subject{"browsing"_L1, measureBrowsing},   Subject{"composing"_L1, measureComposing},
+    Subject{"printing"_L1, measurePrinting},   Subject{"startup"_L1, measureStartup},
 };
 
 void measure(const QString &only, int largest)

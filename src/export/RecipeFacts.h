@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+struct IngredientFacts {
+    QString quantity; // may be empty
+    QString name;
+};
+
+// What a page says of one recipe, cleaned for pages. Texts are empty where nothing is stored.
+struct RecipeFacts {
+    QString title;
+    QString type; // the name of it
+    QString author;
+    QString servings; // empty for none
+    int rating = 0; // position in recipeRatings(), 0 for none
+    QString ratingText; // empty for none
+    bool vegetarian = false; // it has ingredients, and all of them are
+    QStringList description; // paragraphs
+    QList<IngredientFacts> ingredients; // in their order
+    QStringList utensils;
+    QStringList instructions; // paragraphs
+};

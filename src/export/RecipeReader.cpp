@@ -1,0 +1,181 @@
+#include "RecipeReader.h"
+
+#include "DisplayText.h"
+#include "ExportFailure.h"
+#include "PageText.h"
+#include "RecipeTypes.h"
+#include "RecordCursor.h"
+#include "SortOrder.h"
+#include "Transaction.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The rows of a statement, each column asked by its number there.
+class Rows
+{
+public:
+    Rows(const std::shared_ptr<Database> &database, const QString &statement)
+        : m_statement(statement)
+        , m_cursor(database, m_statement)
+        , m_count(m_cursor.RecordCount())
+    {
+    }
+
+    qsizetype count() const { return m_count; }
+    qint64 integer(qsizetype row, int column) { return m_cursor.cellAt(row, column).integer; }
+
+    QString text(qsizetype row, int column)
+    {
+        const Cell cell = m_cursor.cellAt(row, column);
+        return displayText(toVariant(cell));
+    }
+
+    // A position in a list of so many; the other one for null, nothing for what is none.
+    std::optional<int> position(qsizetype row, int column, qsizetype count, int ifNull)
+    {
+        const Cell cell = m_cursor.cellAt(row, column);
+        if (cell.type == Cell::Type::Null)
+            return ifNull;
+        if (cell.type != Cell::Type::Integer || cell.integer < 0 || cell.integer >= count)
+            return {};
+        return static_cast<int>(cell.integer);
+    }
+
+    bool isYes(qsizetype row, int column)
+    {
+        return toVariant(m_cursor.cellAt(row, column)).toBool();
+    }
+
+private:
+    const QString m_statement;
+    RecordCursor m_cursor;
+    qsizetype m_count;
+};
+
+QString servingsOf(const QString &stored)
+{
+    return stored == u"0" ? QString() : pageLine(stored);
+}
+
+// What is no type stands with those that have none.
+int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
+{
+    return rows.position(row, column, types, defaultRecipeType).value_or(defaultRecipeType);
+}
+
+[[noreturn]] void failAsChanged()
+{
+    throw ExportFailure(QCoreApplication::translate(
+        "RecipeReader",
+        "Another program has changed the recipes during the export. Nothing was exported, and "
+        "earlier pages are as they were. Export again when the other program has finished."));
+}
+
+// The recipes of some keys, and what is read of them statement by statement.
+struct Chunk {
+    std::shared_ptr<Database> database;
+    std::span<const qint64> keys;
+    std::vector<RecipeFacts> facts;
+
+    Rows rows(const QString &statement) const
+    {
+        return {database, statement.arg(keys.front()).arg(keys.back())};
+    }
+
+    RecipeFacts &ofKey(qint64 key)
+    {
+        const auto found = std::lower_bound(keys.begin(), keys.end(), key);
+        if (found == keys.end() || *found != key)
+            failAsChanged();
+        return facts[static_cast<std::size_t>(found - keys.begin())];
+    }
+};
+
+void readRecipes(Chunk &chunk)
+{
+    Rows rows = chunk.rows(u"SELECT RecipeID, RecipeName, RecipeType, Author, Serves, Rating, "
+                           "Description, Instructions FROM Recipes "
+                           "WHERE RecipeID BETWEEN %1 AND %2"_s);
+    if (rows.count() != std::ssize(chunk.keys))
+        failAsChanged();
+    const QStringList types = recipeTypes();
+    const QStringList ratings = recipeRatings();
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
+        facts.title = pageTitle(rows.text(row, 1));
+        facts.type = types[typeIn(rows, row, 2, types.size())];
+        facts.author = pageLine(rows.text(row, 3));
+        facts.servings = servingsOf(rows.text(row, 4));
+        facts.rating = rows.position(row, 5, ratings.size(), defaultRating).value_or(0);
+        if (facts.rating > 0)
+            facts.ratingText = ratings[facts.rating];
+        facts.description = pageParagraphs(rows.text(row, 6));
+        facts.instructions = pageParagraphs(rows.text(row, 7));
+    }
+}
+
+void readIngredients(Chunk &chunk)
+{
+    Rows rows = chunk.rows(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+                           "Ingredients.IngredientName, Ingredients.Vegetarian "
+                           "FROM Ingredients INNER JOIN RecipeIngredients "
+                           "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
+                           "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s);
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
+        facts.vegetarian = rows.isYes(row, 3) && (facts.ingredients.isEmpty() || facts.vegetarian);
+        facts.ingredients.append({pageLine(rows.text(row, 1)), pageLine(rows.text(row, 2))});
+    }
+}
+
+void readUtensils(Chunk &chunk)
+{
+    Rows rows = chunk.rows(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
+                           "FROM Utensils INNER JOIN RecipeUtensils "
+                           "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
+                           "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s);
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        chunk.ofKey(rows.integer(row, 0)).utensils += pageLine(rows.text(row, 1));
+}
+
+} // namespace
+
+RecipeReader::RecipeReader(const QString &databasePath)
+    : m_database(Database::open(databasePath))
+{
+}
+
+std::vector<RecipeEntry> RecipeReader::entries()
+{
+    const ReadTransaction oneState(*m_database);
+    m_version = m_database->dataVersion();
+    Rows rows(m_database,
+              u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
+                  + recipeOrderSuffix());
+    const qsizetype types = recipeTypes().size();
+    std::vector<RecipeEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rows.count()));
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        entries.push_back(
+            {rows.integer(row, 0), rows.text(row, 1), typeIn(rows, row, 2, types), {}});
+    }
+    return entries;
+}
+
+std::vector<RecipeFacts> RecipeReader::facts(std::span<const qint64> keys)
+{
+    const ReadTransaction oneState(*m_database);
+    if (m_database->dataVersion() != m_version)
+        failAsChanged();
+    Chunk chunk{m_database, keys, std::vector<RecipeFacts>(keys.size())};
+    readRecipes(chunk);
+    readIngredients(chunk);
+    readUtensils(chunk);
+    return std::move(chunk.facts);
+}

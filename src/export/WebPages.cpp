@@ -1,0 +1,120 @@
+#include "WebPages.h"
+
+#include "PageFields.h"
+#include "PageFolder.h"
+#include "Progress.h"
+#include "RecipeReader.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// So many recipes are read at once: many enough that reading is quick, few enough to be held.
+constexpr std::size_t chunkSize = 256;
+
+QByteArray styleSheet(PageStyle style)
+{
+    QFile file(style == PageStyle::Cookbook ? u":/pages/styles/cookbook.css"_s
+                                            : u":/pages/styles/plaincard.css"_s);
+    [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
+    Q_ASSERT(isOpen);
+    return file.readAll();
+}
+
+// The positions of the recipes, in the order of their keys, in which they are read quickest.
+std::vector<std::size_t> positionsByKey(const Site &site)
+{
+    std::vector<std::size_t> positions(site.recipes.size());
+    for (std::size_t i = 0; i < positions.size(); ++i)
+        positions[i] = i;
+    std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+        return site.recipes[a].key < site.recipes[b].key;
+    });
+    return positions;
+}
+
+class Export
+{
+public:
+    Export(const QString &databasePath, const QString &chosenFolder, const PageSettings &settings)
+        : m_mainMenu(PageTemplate::load(PageKind::MainMenu, settings.mainMenuTemplate))
+        , m_category(PageTemplate::load(PageKind::Category, settings.categoryTemplate))
+        , m_recipe(PageTemplate::load(PageKind::Recipe, settings.recipeTemplate))
+        , m_reader(databasePath)
+        , m_site(siteOf(m_reader.entries()))
+        , m_folder(chosenFolder)
+    {
+        m_folder.begin(fileNames(m_site));
+        m_folder.write(Site::styleSheet, styleSheet(settings.style));
+    }
+
+    void writeMenus()
+    {
+        write(Site::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
+        for (const TypeEntry &type : m_site.types)
+            write(type.page, m_category, categoryFields(m_site, type));
+    }
+
+    // Returns whether the user has let it go on to the end.
+    bool writeRecipes(Progress &progress)
+    {
+        const std::vector<std::size_t> positions = positionsByKey(m_site);
+        for (std::size_t first = 0; first < positions.size(); first += chunkSize) {
+            const std::size_t size = std::min(chunkSize, positions.size() - first);
+            if (!writeChunk(std::span(positions).subspan(first, size), first, progress))
+                return false;
+        }
+        return true;
+    }
+
+    ExportedPages finish()
+    {
+        m_folder.commit();
+        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + Site::mainMenuPage};
+    }
+
+private:
+    void write(const QString &name, PageTemplate &to, const kainjow::mustache::data &fields)
+    {
+        m_folder.write(name, QByteArrayView(to.fillIn(fields)));
+    }
+
+    bool writeChunk(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
+    {
+        std::vector<qint64> keys;
+        for (const std::size_t position : positions)
+            keys.push_back(m_site.recipes[position].key);
+        const std::vector<RecipeFacts> facts = m_reader.facts(keys);
+        for (std::size_t i = 0; i < facts.size(); ++i) {
+            const RecipeEntry &recipe = m_site.recipes[positions[i]];
+            const auto number = static_cast<qsizetype>(done + i) + 1;
+            if (!progress.goOn(number, std::ssize(m_site.recipes), recipe.title))
+                return false;
+            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], facts[i]));
+        }
+        return true;
+    }
+
+    PageTemplate m_mainMenu;
+    PageTemplate m_category;
+    PageTemplate m_recipe;
+    RecipeReader m_reader;
+    Site m_site;
+    PageFolder m_folder;
+};
+
+} // namespace
+
+std::optional<ExportedPages> exportPages(const QString &databasePath, const QString &chosenFolder,
+                                         const PageSettings &settings, Progress &progress)
+{
+    Export pages(databasePath, chosenFolder, settings);
+    pages.writeMenus();
+    if (!pages.writeRecipes(progress))
+        return {};
+    return pages.finish();
+}

@@ -1,0 +1,91 @@
+#include "DatabasePath.h"
+#include "ProgressBox.h"
+#include "RecipeFile.h"
+#include "StrictDoorway.h"
+#include "TemporaryHome.h"
+#include "frmMain.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
+
+// The controls that the focus reaches and of which a screen reader cannot say what they are.
+static QString nameless(const QWidget &window)
+{
+    QString found;
+    for (QWidget *control : window.findChildren<QWidget *>()) {
+        if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() || !control->isVisible())
+            continue;
+        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
+        if (spoken->text(QAccessible::Name).isEmpty() || spoken->role() == QAccessible::NoRole
+            || spoken->role() == QAccessible::Client)
+            found += window.objectName() + u'/' + control->objectName() + u' ';
+    }
+    return found;
+}
+
+class TestAccessibleNames : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void areGiven();
+};
+
+void TestAccessibleNames::areGiven()
+{
+    const TemporaryHome home; // which the settings read
+    const RecipeFile file;
+    file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
+    DatabasePath = file.path();
+    StrictDoorway doorway;
+    frmMain window(doorway);
+    QVERIFY(!window.MDIForm_Load({}));
+    window.show();
+
+    QString found;
+    QSet<QString> seen;
+    const auto *area = window.findChild<QMdiArea *>();
+    for (const QString &step : {u"mnuIngredient"_s, u"cmdDone"_s, u"mnuUtensil"_s, u"cmdDone"_s,
+                                u"mnuImport"_s, u"mnuRecipes"_s, u"cmdView"_s,
+                                u"cmdChangeIngredients"_s, u"cmdDone"_s, u"cmdChangeUtensils"_s}) {
+        if (auto *item = window.findChild<QAction *>(step))
+            item->trigger();
+        else
+            area->activeSubWindow()->findChild<QPushButton *>(step)->click();
+        QCoreApplication::processEvents();
+        if (const QMdiSubWindow *child = area->activeSubWindow()) {
+            found += nameless(*child->widget());
+            seen += child->widget()->objectName();
+        }
+    }
+    QCOMPARE(seen.size(), 7);
+
+    for (const QString &step : {u"mnuSettings"_s, u"mnuAbout"_s}) {
+        QTimer::singleShot(0, &window, [&] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            auto *tabs = dialog->findChild<QTabWidget *>();
+            for (int page = 0; page < (tabs ? tabs->count() : 1); ++page) {
+                if (tabs)
+                    tabs->setCurrentIndex(page);
+                found += nameless(*dialog);
+            }
+            dialog->close();
+        });
+        window.findChild<QAction *>(step)->trigger();
+    }
+
+    ProgressBox progress(u"Work"_s, &window);
+    progress.show();
+    QCOMPARE(found + nameless(progress), QString());
+}
+
+QTEST_MAIN(TestAccessibleNames)
+#include "tst_accessiblenames.moc"

@@ -1,0 +1,87 @@
+#include "NewFile.h"
+#include "Paths.h"
+#include "Progress.h"
+#include "Subjects.h"
+#include "WebPages.h"
+
+#include <QDir>
+#include <QDirIterator>
+
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class NobodyWatches final : public Progress
+{
+public:
+    bool goOn(qsizetype, qsizetype, const QString &) override { return true; }
+};
+
+struct PlainFile {
+    QString name;
+    qsizetype size;
+};
+
+// An empty folder; the one of the turn before is gone.
+QString emptyFolder(const Bench &bench)
+{
+    QString folder = bench.path(u"pages"_s);
+    QDir(folder).removeRecursively();
+    QDir().mkpath(folder);
+    return folder;
+}
+
+double exportAll(Bench &bench, int recipes)
+{
+    const QString database = bench.database(recipes);
+    const QString folder = emptyFolder(bench);
+    NobodyWatches progress;
+    return secondsOf([&] { exportPages(database, folder, {}, progress); });
+}
+
+// What the export before has written.
+std::vector<PlainFile> writtenFiles(const Bench &bench)
+{
+    std::vector<PlainFile> files;
+    QDirIterator entries(bench.path(u"pages/Pantrywise"_s), QDir::Files);
+    while (entries.hasNext()) {
+        entries.next();
+        files.push_back({entries.fileName(), entries.fileInfo().size()});
+    }
+    return files;
+}
+
+double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
+{
+    const QString folder = emptyFolder(bench);
+    const auto largest = std::max_element(files.begin(), files.end(),
+                                          [](auto &a, auto &b) { return a.size < b.size; });
+    const QByteArray bytes(largest->size, 'x');
+    return secondsOf([&] {
+        for (const PlainFile &file : files) {
+            const auto path = platform::nativePath(platform::joinPath(folder, file.name));
+            if (platform::writeNewFile(path, QByteArrayView(bytes).first(file.size)))
+                throw std::runtime_error("a file could not be written");
+        }
+    });
+}
+
+} // namespace
+
+void measureExporting(Bench &bench)
+{
+    const int recipes = std::min(10'000, bench.largest());
+    exportAll(bench, recipes);
+    const std::vector<PlainFile> files = writtenFiles(bench);
+    printResult({"exporting web pages; plain is a loop that writes files of the same names and "
+                 "sizes",
+                 recipes,
+                 Unit::Seconds,
+                 inTurns([&] { return writePlainly(bench, files); },
+                         [&] { return exportAll(bench, recipes); }),
+                 {Bound::Kind::TimesYardstick, 3}});
+}

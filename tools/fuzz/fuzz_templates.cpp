@@ -1,0 +1,61 @@
+#include "PageFields.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void require(bool condition)
+{
+    if (!condition)
+        std::abort();
+}
+
+// Recipes whose texts would show in a page if they were not escaped, or do something if they were
+// taken for a template.
+const QString hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>"_s;
+
+std::vector<kainjow::mustache::data> allFields()
+{
+    std::vector<RecipeEntry> recipes;
+    for (qint64 key = 1; key <= 3; ++key)
+        recipes.push_back({key, hostileText + QString::number(key), static_cast<int>(key % 2), {}});
+    const Site site = siteOf(std::move(recipes));
+    RecipeFacts facts;
+    facts.title = facts.author = facts.servings = facts.ratingText = site.recipes[1].title;
+    facts.description = facts.utensils = facts.instructions = {hostileText, hostileText};
+    facts.ingredients = {{hostileText, hostileText}, {{}, hostileText}};
+    return {mainMenuFields(site), categoryFields(site, site.types.front()),
+            recipeFields(site, 1, facts)};
+}
+
+// What the checker has let pass the engine takes, and no text of a recipe comes out as it is.
+void checkKind(PageKind kind, const std::string &text)
+{
+    static const std::vector<kainjow::mustache::data> fields = allFields();
+    const std::optional<TemplateFault> fault = checkTemplate(text, knownFields(kind));
+    if (fault) {
+        const auto lines = std::count(text.begin(), text.end(), '\n') + 1;
+        require(fault->line >= 1 && fault->line <= lines && !fault->text.isEmpty());
+        return;
+    }
+    kainjow::mustache::mustache page(text);
+    require(page.is_valid());
+    const std::string made = page.render(fields[static_cast<std::size_t>(kind)]);
+    require(page.is_valid());
+    require(text.find("<hostile>") != std::string::npos
+            || made.find("<hostile>") == std::string::npos);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const std::string text(reinterpret_cast<const char *>(data), size);
+    for (const PageKind kind : {PageKind::MainMenu, PageKind::Category, PageKind::Recipe})
+        checkKind(kind, text);
+    return 0;
+}

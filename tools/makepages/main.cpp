@@ -1,0 +1,40 @@
+// makepages RECIPEFILE FOLDER plaincard|cookbook: writes the web pages with the generic templates
+// in that style, as File, Export does.
+
+#include "Progress.h"
+#include "WebPages.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+class NobodyWatches final : public Progress
+{
+public:
+    bool goOn(qsizetype, qsizetype, const QString &) override { return true; }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 4) {
+        std::fputs("usage: makepages RECIPEFILE FOLDER plaincard|cookbook\n", stderr);
+        return 2;
+    }
+    PageSettings settings;
+    if (arguments[3] == u"cookbook")
+        settings.style = PageStyle::Cookbook;
+    NobodyWatches progress;
+    try {
+        exportPages(arguments[1], arguments[2], settings, progress);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "makepages: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
