@@ -89,8 +89,11 @@ class Program:
         self.press_all(key)
         caption = ["getwindowfocus", "mousemove", "--window", "%1", "200", "35"]
         double_click = ["click", "--repeat", "2", "--delay", "20", "1"]
-        subprocess.run(["xdotool", *caption, *double_click], check=True)
-        self.wait_title(child(window))
+        for _ in range(PATIENCE):  # on a busy machine two clicks can be too far apart for one
+            subprocess.run(["xdotool", *caption, *double_click], check=True)
+            if wait_until(lambda: title() == child(window), seconds=2):
+                return
+        raise Lost(f"{window} did not open")
 
     def _reap_keys(self):
         if self._last_keys:
