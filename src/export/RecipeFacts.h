@@ -17,7 +17,7 @@ struct RecipeFacts {
     QString servings; // empty for none
     int rating = 0; // position in recipeRatings(), 0 for none
     QString ratingText; // empty for none
-    bool vegetarian = false; // it has ingredients, and all of them are
+    bool vegetarian = true; // all ingredients are; also where there are none
     QStringList description; // paragraphs
     QList<IngredientFacts> ingredients; // in their order
     QStringList utensils;

@@ -129,7 +129,7 @@ void readIngredients(Chunk &chunk)
                            "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
-        facts.vegetarian = rows.isYes(row, 3) && (facts.ingredients.isEmpty() || facts.vegetarian);
+        facts.vegetarian = facts.vegetarian && rows.isYes(row, 3);
         facts.ingredients.append({pageLine(rows.text(row, 1)), pageLine(rows.text(row, 2))});
     }
 }

@@ -113,8 +113,9 @@ std::optional<ExportedPages> exportPages(const QString &databasePath, const QStr
                                          const PageSettings &settings, Progress &progress)
 {
     Export pages(databasePath, chosenFolder, settings);
-    pages.writeMenus();
+    // The recipes first: with many of them a menu takes seconds, and by then progress is shown.
     if (!pages.writeRecipes(progress))
         return {};
+    pages.writeMenus();
     return pages.finish();
 }

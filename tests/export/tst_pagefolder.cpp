@@ -1,3 +1,4 @@
+#include "ExportFailure.h"
 #include "ExportStand.h"
 #include "FolderExchange.h"
 
@@ -55,6 +56,13 @@ void TestPageFolder::leavesTheOldPagesWhereItFails()
     stand.progress.meanwhile = [&] { setBytes(stand.page(u"shopping.txt"_s), "eggs"); };
     QVERIFY(stand.run().contains(u"holds shopping.txt,"_s));
     QVERIFY(QFile::remove(stand.page(u"shopping.txt"_s)) && isAsBefore());
+    stand.progress.meanwhile = [&] { // another export into the same place
+        NotingProgress other;
+        QVERIFY_THROWS_EXCEPTION(
+            ExportFailure,
+            exportPages(stand.file.path(), stand.place.path(), stand.settings, other));
+    };
+    QCOMPARE(stand.run(), QString());
 }
 
 void TestPageFolder::touchesNothingOfOthers()

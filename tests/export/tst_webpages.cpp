@@ -113,7 +113,7 @@ void TestWebPages::sayWhatTheRecipeFileSays()
                      "INSERT INTO RecipeUtensils VALUES (1,2),(1,1);"
                      "INSERT INTO Recipes VALUES (1,'Ham Soup','Good.','Ann',1,"
                      "'Boil.'||char(13,10,13,10)||' Serve.'||char(13,10),2,2.5),"
-                     "(2,'Bare','','',1,'',0,0)"_s);
+                     "(2,'Bare','','',1,'',0,0),(3,'None','','',1,'',0,0)"_s);
     QCOMPARE(stand.run(), QString());
     const QByteArray page = bytesOf(stand.page(u"ham-soup.html"_s));
     QCOMPARE(
@@ -132,6 +132,7 @@ void TestWebPages::sayWhatTheRecipeFileSays()
     const QByteArray bare = bytesOf(stand.page(u"bare.html"_s));
     QVERIFY(bare.contains(">Vegetarian<"));
     QVERIFY(jsonOf(bare).contains(u"suitableForDiet"));
+    QVERIFY(bytesOf(stand.page(u"none.html"_s)).contains(">Vegetarian<")); // as in its window
     for (const char *hidden : {"Serves", "ating", "Utensils", ">Instructions", "\"author", "Yield"})
         QVERIFY2(!bare.contains(hidden), hidden);
 }
