@@ -12,7 +12,7 @@
 //   heading      = line name author type serves description
 //   instructions = { any } "<Instructions>" { any } "</Instructions>"
 //   ingredients  = { any } "<Ingredients>" { ingredient } "</Ingredients>"
-//   ingredient   = name '|' [ type '|' shelf-life '|' vegetarian ] '||' quantity
+//   ingredient   = name [ '|' type '|' shelf-life '|' vegetarian ] '||' quantity
 //   utensils     = { any } "<Utensils>" { utensil } "</Utensils>"
 //   utensil      = name
 //
