@@ -1,5 +1,8 @@
 #include "TerminalDoorway.h"
 
+#include "VisibleText.h"
+
+#include <QStringList>
 #include <QTextStream>
 
 #include <algorithm>
@@ -17,14 +20,12 @@ bool saysYes(const QString &answer)
 }
 
 // Texts may come from recipe files: a control character in them must not steer the terminal.
-QString printable(QString text)
+QString printable(const QString &text)
 {
-    constexpr char16_t firstPicture = 0x2400; // of the control characters
-    for (QChar &c : text) {
-        if (c < u' ' && c != u'\n')
-            c = QChar(firstPicture + c.unicode());
-    }
-    return text;
+    QStringList lines = text.split(u'\n');
+    for (QString &line : lines)
+        line = visibleText(line);
+    return lines.join(u'\n');
 }
 
 } // namespace

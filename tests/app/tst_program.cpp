@@ -86,14 +86,15 @@ private Q_SLOTS:
         QVERIFY(complains(u"data.rbk is not a recipe file"_s));
     }
 
+    // A terminal takes the character in the title for the begin of a command.
     void asksOnTheTerminal()
     {
-        setBytes(inFolder(u"soup.srf"_s), soup);
+        setBytes(inFolder(u"soup.srf"_s), QByteArray(soup).replace("Soup", "So\xC2\x9Bup"));
         run({u"soup.srf"_s});
         // Where nobody can be asked, the answer is No.
         QCOMPARE(run({u"soup.srf"_s}),
-                 u"1 Already in database: Soup is already in the database.  Do you want to import "
-                 "it anyways?\nNo\n"_s);
+                 u"1 Already in database: So<U+009B>up is already in the database.  Do you want to "
+                 "import it anyways?\nNo\n"_s);
         int recipes = 1;
         for (const auto &[answer, isYes] :
              {std::pair("YES\n", true), {"yesterday\n", false}, {"\4", false}}) {
