@@ -34,8 +34,8 @@ public:
     const Boundary &boundary() const { return m_boundary; }
 
     // The loaded window of that class: made, its Form_Load run and its data sources opened if it
-    // was not loaded yet, and not shown. What its constructor takes beside the frame follows. Throws
-    // LoadFailure, and then nothing is loaded.
+    // was not loaded yet, and not shown. What its constructor takes beside the frame follows.
+    // Throws LoadFailure, and then nothing is loaded.
     template <class Window, class... Args>
     Window &load(Args &&...args)
     {

@@ -27,9 +27,10 @@ bool isTextColumn(int column)
     return column == RecipeListModel::RecipeName || column == RecipeListModel::Description;
 }
 
-int alignmentOf(int column)
+QVariant alignmentOf(int column)
 {
-    return (isTextColumn(column) ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
+    const Qt::Alignment across = isTextColumn(column) ? Qt::AlignLeft : Qt::AlignRight;
+    return QVariant::fromValue(across | Qt::AlignVCenter);
 }
 
 QString inOneLine(QString text)

@@ -42,7 +42,7 @@ void TestPageFolder::leavesTheOldPagesWhereItFails()
         return stand.entries() == QStringList{u"Pantrywise"_s} && stand.pages().size() == 5
             && bytesOf(stand.page(u"soup.html"_s)) == before;
     };
-    for (const rlim_t size : {10, 1000, 100'000}) { // the list, the style, the recipe
+    for (const rlim_t size : {10U, 1000U, 100'000U}) { // the list, the style, the recipe
         limitFiles(size);
         const QString told = stand.run();
         limitFiles(RLIM_INFINITY);

@@ -31,7 +31,7 @@ private Q_SLOTS:
             wrap.setHeaderText(u"Tomato Soup"_s);
             wrap.PrintText(text);
         };
-        QVERIFY_EXCEPTION_THROWN(print(u"no/such/folder.pdf"_s), PrintError);
+        QVERIFY_THROWS_EXCEPTION(PrintError, print(u"no/such/folder.pdf"_s));
         print(u"soup.pdf"_s);
 
         QProcess reader;

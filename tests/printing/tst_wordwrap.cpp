@@ -147,7 +147,7 @@ private Q_SLOTS:
         for (const auto &[left, top] : {std::pair(6.5F, 1.F), {1.F, 2.F}, {std::nanf(""), 1.F}}) {
             wrap.setMarginLeft(left);
             wrap.setMarginTop(top);
-            QVERIFY_EXCEPTION_THROWN(wrap.PrintText(u"a"_s), PrintError);
+            QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"a"_s));
         }
         wrap.setMarginLeft(3);
         wrap.setMarginRight(3.5F);
@@ -167,7 +167,7 @@ private Q_SLOTS:
         QCOMPARE(printer.measured, 3); // though two are wrapped
         QCOMPARE(printer.busy, 0);
         printer.failing = u"tomatoes"_s;
-        QVERIFY_EXCEPTION_THROWN(wrap.PrintText(u"tomato tomatoes"_s), PrintError);
+        QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"tomato tomatoes"_s));
         QCOMPARE(printer.busy, 0);
     }
 };
