@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Doorway.h"
 #include "Frame.h"
+#include "NoDoorway.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
-
-#include <stdexcept>
 
 // A main window with a frame, in which the program's windows are opened and left as a cook does it.
 // A box is a failure of the measurement.
@@ -45,18 +43,6 @@ public:
 
 private:
     Q_DISABLE_COPY_MOVE(BenchFrame)
-
-    class NoDoorway final : public Doorway
-    {
-    public:
-        Button show(const MessageBox &box) override
-        {
-            throw std::runtime_error(box.text.toStdString());
-        }
-        QString ask(const InputBox &) override { return {}; }
-        QString choose(const FileChooser &) override { return {}; }
-        QString choose(const FolderChooser &) override { return {}; }
-    };
 
     NoDoorway m_doorway;
     QMainWindow m_window;

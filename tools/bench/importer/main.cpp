@@ -3,7 +3,7 @@
 //   importer DATABASE FOLDER
 // Prints the longest time, in seconds, that a file has taken. A message is a failure.
 #include "DatabasePath.h"
-#include "Doorway.h"
+#include "NoDoorway.h"
 #include "frmImportRecipe.h"
 
 #include <QFile>
@@ -12,18 +12,6 @@
 #include <cstdio>
 
 namespace {
-
-class NoBox final : public Doorway
-{
-public:
-    Button show(const MessageBox &box) override
-    {
-        throw std::runtime_error(box.text.toStdString());
-    }
-    QString ask(const InputBox &) override { return {}; }
-    QString choose(const FileChooser &) override { return {}; }
-    QString choose(const FolderChooser &) override { return {}; }
-};
 
 using Seconds = std::chrono::duration<double>;
 
@@ -48,7 +36,7 @@ int main(int argc, char *argv[])
         return 2;
     DatabasePath = QFile::decodeName(argv[1]);
     try {
-        NoBox doorway;
+        NoDoorway doorway;
         frmImportRecipe importer(doorway);
         importer.Form_Load();
         importer.openDataSources();
