@@ -6,6 +6,12 @@
 
 #include <algorithm>
 
+void HintedArea::setHint(const QString &hint)
+{
+    m_hint = hint;
+    setAccessibleDescription(hint);
+}
+
 void HintedArea::paintEvent(QPaintEvent *event)
 {
     QMdiArea::paintEvent(event);

@@ -12,7 +12,7 @@ public:
     using QMdiArea::QMdiArea;
 
     QString hint() const { return m_hint; }
-    void setHint(const QString &hint) { m_hint = hint; }
+    void setHint(const QString &hint); // a screen reader has it as the area's description
 
 protected:
     void paintEvent(QPaintEvent *event) override;
