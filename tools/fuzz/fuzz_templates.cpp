@@ -18,24 +18,25 @@ void require(bool condition)
 // taken for a template.
 const QString hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>"_s;
 
-std::vector<kainjow::mustache::data> allFields()
+std::vector<kainjow::mustache::data> allFields(const QString &text)
 {
     std::vector<RecipeEntry> recipes;
     for (qint64 key = 1; key <= 3; ++key)
-        recipes.push_back({key, hostileText + QString::number(key), static_cast<int>(key % 2), {}});
+        recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
     const Site site = siteOf(std::move(recipes));
     RecipeFacts facts;
     facts.title = facts.author = facts.servings = facts.ratingText = site.recipes[1].title;
-    facts.description = facts.utensils = facts.instructions = {hostileText, hostileText};
-    facts.ingredients = {{hostileText, hostileText}, {{}, hostileText}};
+    facts.description = facts.utensils = facts.instructions = {text, text};
+    facts.ingredients = {{text, text}, {{}, text}};
     return {mainMenuFields(site), categoryFields(site, site.types.front()),
             recipeFields(site, 1, facts)};
 }
 
-// What the checker has let pass the engine takes, and no text of a recipe comes out as it is.
+// What the checker has let pass the engine takes, and no text of a recipe adds a tag to the page.
 void checkKind(PageKind kind, const std::string &text)
 {
-    static const std::vector<kainjow::mustache::data> fields = allFields();
+    static const std::vector<kainjow::mustache::data> hostile = allFields(hostileText);
+    static const std::vector<kainjow::mustache::data> harmless = allFields(u"harmless"_s);
     const std::optional<TemplateFault> fault = checkTemplate(text, knownFields(kind));
     if (fault) {
         const auto lines = std::count(text.begin(), text.end(), '\n') + 1;
@@ -44,10 +45,12 @@ void checkKind(PageKind kind, const std::string &text)
     }
     kainjow::mustache::mustache page(text);
     require(page.is_valid());
-    const std::string made = page.render(fields[static_cast<std::size_t>(kind)]);
-    require(page.is_valid());
-    require(text.find("<hostile>") != std::string::npos
-            || made.find("<hostile>") == std::string::npos);
+    const auto tags = [&](const std::vector<kainjow::mustache::data> &fields) {
+        const std::string made = page.render(fields[static_cast<std::size_t>(kind)]);
+        require(page.is_valid());
+        return std::count(made.begin(), made.end(), '<');
+    };
+    require(tags(hostile) == tags(harmless));
 }
 
 } // namespace
