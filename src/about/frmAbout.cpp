@@ -1,10 +1,10 @@
-#include "frmAbout.h"
+#include "about/frmAbout.h"
 
-#include "ApplicationInformation.h"
-#include "Boundary.h"
+#include "frame/ErrorBoundary.h"
+#include "platform/ApplicationInformation.h"
 #include "ui_frmAbout.h"
 
-frmAbout::frmAbout(const Boundary &boundary, QWidget *parent)
+frmAbout::frmAbout(const ErrorBoundary &boundary, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::frmAbout>())
 {

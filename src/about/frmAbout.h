@@ -4,7 +4,7 @@
 
 #include <memory>
 
-class Boundary;
+class ErrorBoundary;
 
 namespace Ui {
 class frmAbout;
@@ -16,7 +16,7 @@ class frmAbout final : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmAbout(const Boundary &boundary, QWidget *parent = nullptr);
+    explicit frmAbout(const ErrorBoundary &boundary, QWidget *parent = nullptr);
     ~frmAbout() override;
 
     void Form_Load();

@@ -1,19 +1,19 @@
-#include "Pantrywise.h"
+#include "app/Pantrywise.h"
 
-#include "ApplicationInformation.h"
-#include "DatabasePath.h"
-#include "FileTypeRegistration.h"
-#include "Paths.h"
-#include "frmMain.h"
+#include "app/frmMain.h"
+#include "data/DatabasePath.h"
+#include "data/settings/FileTypeRegistration.h"
+#include "platform/ApplicationInformation.h"
+#include "platform/Paths.h"
 
 #include <QApplication>
 
-int startUp(Doorway &doorway, const std::filesystem::path &importPath)
+int startUp(Interaction &interaction, const std::filesystem::path &importPath)
 {
     DatabasePath = platform::joinPath(platform::programDirectory(), QStringLiteral("data.rbk"));
     registerFileType();
 
-    frmMain mainWindow(doorway);
+    frmMain mainWindow(interaction);
     if (const std::optional<int> status = mainWindow.MDIForm_Load(importPath))
         return *status;
     mainWindow.show();

@@ -1,13 +1,13 @@
-#include "frmMain.h"
+#include "app/frmMain.h"
 
-#include "ExportCommand.h"
-#include "frmAbout.h"
-#include "frmImport.h"
-#include "frmImportRecipe.h"
-#include "frmIngredient.h"
-#include "frmRecipes.h"
-#include "frmSettings.h"
-#include "frmUtensil.h"
+#include "about/frmAbout.h"
+#include "catalogs/frmIngredient.h"
+#include "catalogs/frmUtensil.h"
+#include "export/ExportCommand.h"
+#include "import/frmImport.h"
+#include "import/frmImportRecipe.h"
+#include "recipes/frmRecipes.h"
+#include "settings/frmSettings.h"
 #include "ui_frmMain.h"
 
 #include <QApplication>
@@ -25,13 +25,13 @@ std::unique_ptr<Ui::frmMain> formOf(frmMain *window)
 
 } // namespace
 
-frmMain::frmMain(Doorway &doorway)
+frmMain::frmMain(Interaction &interaction)
     : m_ui(formOf(this))
-    , m_frame(doorway, *m_ui->mdiArea)
-    , m_importRecipe(std::make_unique<frmImportRecipe>(doorway))
+    , m_frame(interaction, *m_ui->mdiArea)
+    , m_importRecipe(std::make_unique<frmImportRecipe>(interaction))
 {
     resize(size().boundedTo(screen()->availableSize() * 0.9)); // with a title bar around it
-    const Boundary &boundary = m_frame.boundary();
+    const ErrorBoundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
     boundary.connect(m_ui->mnuExport, &QAction::triggered, this, &frmMain::mnuExport_Click);
     boundary.connect(m_ui->mnuSettings, &QAction::triggered, this, &frmMain::mnuSettings_Click);
@@ -68,12 +68,12 @@ void frmMain::mnuImport_Click()
 
 void frmMain::mnuExport_Click()
 {
-    exportWebPages(m_frame.doorway(), this);
+    exportWebPages(m_frame.interaction(), this);
 }
 
 void frmMain::mnuSettings_Click()
 {
-    frmSettings settings(m_frame.doorway(), m_frame.boundary(), this);
+    frmSettings settings(m_frame.interaction(), m_frame.boundary(), this);
     settings.Form_Load();
     settings.exec();
 }

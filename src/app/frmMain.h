@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Frame.h"
+#include "frame/Frame.h"
 
 #include <QMainWindow>
 
@@ -20,7 +20,7 @@ class frmMain final : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit frmMain(Doorway &doorway);
+    explicit frmMain(Interaction &interaction);
     ~frmMain() override;
 
     // Loads the hidden import worker and, where there is a path, imports that recipe file. Returns

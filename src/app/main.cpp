@@ -1,9 +1,9 @@
-#include "ApplicationInformation.h"
-#include "CommandLine.h"
-#include "DesktopDoorway.h"
-#include "DesktopSession.h"
-#include "Pantrywise.h"
-#include "TerminalDoorway.h"
+#include "app/Pantrywise.h"
+#include "interaction/TerminalInteraction.h"
+#include "platform/ApplicationInformation.h"
+#include "platform/CommandLine.h"
+#include "platform/DesktopSession.h"
+#include "widgets/DesktopInteraction.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -37,8 +37,8 @@ int runOnDesktop(int argc, char *argv[])
     QApplication application(argc, argv);
     setPlaceholderColor();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/pantrywise.svg")));
-    DesktopDoorway doorway;
-    return startUp(doorway, importPath);
+    DesktopInteraction interaction;
+    return startUp(interaction, importPath);
 }
 
 // Without a desktop a recipe file can still be imported; the windows that are loaded for it are
@@ -54,8 +54,8 @@ int runInTerminal(int argc, char *argv[])
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    TerminalDoorway doorway;
-    return startUp(doorway, importPath);
+    TerminalInteraction interaction;
+    return startUp(interaction, importPath);
 }
 
 } // namespace

@@ -1,8 +1,8 @@
-#include "CatalogRows.h"
+#include "catalogs/CatalogRows.h"
 
-#include "Criterion.h"
-#include "DatabaseError.h"
-#include "RecordCursor.h"
+#include "data/Criterion.h"
+#include "data/DatabaseError.h"
+#include "data/RecordCursor.h"
 
 QStringList textsOf(RecordCursor &rows, QLatin1StringView field)
 {
@@ -30,5 +30,5 @@ void goToKey(RecordCursor &rows, QLatin1StringView keyField, qint64 key)
 {
     rows.FindFirst(criterion(keyField, key));
     if (rows.NoMatch())
-        throw RowGone();
+        throw RowNotFound();
 }

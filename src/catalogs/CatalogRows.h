@@ -12,5 +12,5 @@ QStringList textsOf(RecordCursor &rows, QLatin1StringView field);
 // The number of the row with that key, from 0; -1 where there is none.
 int rowOfKey(RecordCursor &rows, QLatin1StringView keyField, qint64 key);
 
-// Makes the row with that key the current one; throws RowGone where there is none.
+// Makes the row with that key the current one; throws RowNotFound where there is none.
 void goToKey(RecordCursor &rows, QLatin1StringView keyField, qint64 key);

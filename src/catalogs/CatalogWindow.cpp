@@ -1,14 +1,14 @@
-#include "CatalogWindow.h"
+#include "catalogs/CatalogWindow.h"
 
-#include "CatalogRows.h"
-#include "Criterion.h"
-#include "DataSource.h"
-#include "DatabaseError.h"
-#include "DatabaseFunctions.h"
-#include "Doorway.h"
-#include "Frame.h"
-#include "LimitedEdit.h"
-#include "ListBox.h"
+#include "catalogs/CatalogRows.h"
+#include "data/Criterion.h"
+#include "data/DataSource.h"
+#include "data/DatabaseError.h"
+#include "data/DatabaseFunctions.h"
+#include "frame/Frame.h"
+#include "interaction/Interaction.h"
+#include "widgets/ListBox.h"
+#include "widgets/MaxLengthEdit.h"
 
 #include <QPushButton>
 
@@ -84,11 +84,11 @@ void CatalogWindow::offerToSave()
 {
     if (!m_changed)
         return;
-    const Button answer = doorway().show({.text = m_catalog.saveQuestion,
-                                          .title = tr("Save Changes"),
-                                          .icon = Icon::Question,
-                                          .buttons = {Button::Yes, Button::No},
-                                          .defaultButton = Button::Yes});
+    const Button answer = interaction().show({.text = m_catalog.saveQuestion,
+                                              .title = tr("Save Changes"),
+                                              .icon = Icon::Question,
+                                              .buttons = {Button::Yes, Button::No},
+                                              .defaultButton = Button::Yes});
     if (answer == Button::Yes)
         save();
 }
@@ -138,7 +138,7 @@ void CatalogWindow::store()
 {
     try {
         write();
-    } catch (const RowGone &) {
+    } catch (const RowNotFound &) {
         Form_Activate();
         throw;
     }

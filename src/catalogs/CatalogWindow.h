@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ChildWindow.h"
+#include "frame/ChildWindow.h"
 
 class DataSource;
-class LimitedEdit;
+class MaxLengthEdit;
 class ListBox;
 class QPushButton;
 class RecordCursor;
@@ -21,7 +21,7 @@ protected:
         QLatin1StringView keyField;
         QLatin1StringView nameField;
         ListBox *list = nullptr; // position n is the n-th row of the source
-        LimitedEdit *name = nullptr;
+        MaxLengthEdit *name = nullptr;
         QPushButton *previous = nullptr;
         QPushButton *next = nullptr;
         QPushButton *newRow = nullptr;

@@ -1,19 +1,19 @@
-#include "frmIngredient.h"
+#include "catalogs/frmIngredient.h"
 
-#include "Blanks.h"
-#include "CatalogRows.h"
-#include "Criterion.h"
-#include "DatabaseError.h"
-#include "DatabaseFunctions.h"
-#include "DatabasePath.h"
-#include "DisplayText.h"
-#include "Doorway.h"
-#include "FieldValue.h"
-#include "GeneralFuctions.h"
-#include "IngredientTypes.h"
-#include "SortOrder.h"
-#include "StoredSelection.h"
+#include "catalogs/CatalogRows.h"
+#include "data/Blanks.h"
+#include "data/Criterion.h"
+#include "data/DatabaseError.h"
+#include "data/DatabaseFunctions.h"
+#include "data/DatabasePath.h"
+#include "data/DisplayText.h"
+#include "data/FieldValue.h"
+#include "data/GeneralFuctions.h"
+#include "data/IngredientTypes.h"
+#include "data/settings/SortOrder.h"
+#include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
+#include "widgets/StoredSelection.h"
 
 #include <algorithm>
 
@@ -65,7 +65,8 @@ void frmIngredient::connectHandlers()
 void frmIngredient::Form_Load()
 {
     datIngredients.DatabaseName = DatabasePath;
-    datIngredients.RecordSource = u"SELECT * FROM Ingredients ORDER BY"_s + ingredientOrderSuffix();
+    datIngredients.RecordSource =
+        u"SELECT * FROM Ingredients ORDER BY"_s + ingredientOrderByClause();
     m_ui->cmbType->addItems(ingredientTypes());
 }
 
@@ -133,7 +134,7 @@ void frmIngredient::cmdDone_Click()
 bool frmIngredient::isRefused()
 {
     const QString name = m_ui->txtIngredient->text();
-    if (withoutBlanks(name).isEmpty() || ContainsInvalidChars(name).isEmpty())
+    if (trimSpaces(name).isEmpty() || ContainsInvalidChars(name).isEmpty())
         return true;
     const QString shelfLife = m_ui->txtShelfLife->text();
     if (shelfLife != m_shownShelfLife && !isNotNegative(shelfLife))
@@ -170,11 +171,11 @@ void frmIngredient::cmdDelete_Click()
         return;
     }
     const Button answer =
-        doorway().show({.text = tr("Are you sure you want to delete this ingredient?"),
-                        .title = tr("Confirm"),
-                        .icon = Icon::Question,
-                        .buttons = {Button::Yes, Button::No},
-                        .defaultButton = Button::No});
+        interaction().show({.text = tr("Are you sure you want to delete this ingredient?"),
+                            .title = tr("Confirm"),
+                            .icon = Icon::Question,
+                            .buttons = {Button::Yes, Button::No},
+                            .defaultButton = Button::No});
     if (answer == Button::Yes)
         deleteIngredient();
 }
@@ -186,7 +187,7 @@ void frmIngredient::deleteIngredient()
     try {
         goToKey(rows, keyField, currentId());
         rows.Delete();
-    } catch (const RowGone &) {
+    } catch (const RowNotFound &) {
         Form_Activate();
         throw;
     }

@@ -1,9 +1,9 @@
-#include "frmUtensil.h"
+#include "catalogs/frmUtensil.h"
 
-#include "Blanks.h"
-#include "Criterion.h"
-#include "DatabasePath.h"
-#include "GeneralFuctions.h"
+#include "data/Blanks.h"
+#include "data/Criterion.h"
+#include "data/DatabasePath.h"
+#include "data/GeneralFuctions.h"
 #include "ui_frmUtensil.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -72,7 +72,7 @@ void frmUtensil::cmdDone_Click()
 bool frmUtensil::isRefused()
 {
     const QString typed = m_ui->txtUtensilName->text();
-    const QString stored = withoutBlanks(typed).toString();
+    const QString stored = trimSpaces(typed).toString();
     if (stored.isEmpty() || ContainsInvalidChars(typed).isEmpty())
         return true;
     RecordCursor &rows = datUtensil.Recordset();
@@ -91,5 +91,5 @@ void frmUtensil::SaveUtensil()
 
 void frmUtensil::setFields(RecordCursor &row, bool /*isNew*/)
 {
-    row.setValue(nameField, withoutBlanks(m_ui->txtUtensilName->text()).toString());
+    row.setValue(nameField, trimSpaces(m_ui->txtUtensilName->text()).toString());
 }

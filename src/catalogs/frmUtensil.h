@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CatalogWindow.h"
-#include "DataSource.h"
+#include "catalogs/CatalogWindow.h"
+#include "data/DataSource.h"
 
 #include <memory>
 

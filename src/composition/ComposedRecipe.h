@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IngredientLine.h"
+#include "composition/IngredientLine.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,15 +1,15 @@
-#include "CompositionEditor.h"
+#include "composition/CompositionEditor.h"
 
-#include "CatalogRows.h"
-#include "ComposedRecipe.h"
-#include "Criterion.h"
-#include "DataSource.h"
-#include "Doorway.h"
-#include "Frame.h"
-#include "ListBox.h"
-#include "Transaction.h"
-#include "frmIngredient.h"
-#include "frmUtensil.h"
+#include "catalogs/CatalogRows.h"
+#include "catalogs/frmIngredient.h"
+#include "catalogs/frmUtensil.h"
+#include "composition/ComposedRecipe.h"
+#include "data/Criterion.h"
+#include "data/DataSource.h"
+#include "data/Transaction.h"
+#include "frame/Frame.h"
+#include "interaction/Interaction.h"
+#include "widgets/ListBox.h"
 
 #include <QPushButton>
 #include <QShortcut>
@@ -65,7 +65,7 @@ void CompositionEditor::readCatalog()
 
 void CompositionEditor::warn(const QString &text, const QString &title)
 {
-    doorway().show({.text = text, .title = title, .icon = Icon::Exclamation});
+    interaction().show({.text = text, .title = title, .icon = Icon::Exclamation});
 }
 
 void CompositionEditor::cmdAdd_Click()

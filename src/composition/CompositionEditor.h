@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ChildWindow.h"
+#include "frame/ChildWindow.h"
 
 class ComposedRecipe;
 class DataSource;

@@ -1,6 +1,6 @@
-#include "IngredientLine.h"
+#include "composition/IngredientLine.h"
 
-#include "Blanks.h"
+#include "data/Blanks.h"
 
 #include <QTextBoundaryFinder>
 
@@ -25,6 +25,6 @@ static QString cut(const QString &text, qsizetype length)
 QString quantityText(const QString &amount, const QString &unit, const QString &preparation)
 {
     const QString measure = amount + u' ' + unit;
-    const QString whole = withoutBlanks(measure).toString() + u' ' + preparation;
-    return cut(withoutBlanks(whole).toString(), 25);
+    const QString whole = trimSpaces(measure).toString() + u' ' + preparation;
+    return cut(trimSpaces(whole).toString(), 25);
 }

@@ -1,10 +1,10 @@
-#include "frmChangeIngredients.h"
+#include "composition/frmChangeIngredients.h"
 
-#include "ComposedRecipe.h"
-#include "DatabasePath.h"
-#include "Frame.h"
-#include "SortOrder.h"
-#include "frmIngredient.h"
+#include "catalogs/frmIngredient.h"
+#include "composition/ComposedRecipe.h"
+#include "data/DatabasePath.h"
+#include "data/settings/SortOrder.h"
+#include "frame/Frame.h"
 #include "ui_frmChangeIngredients.h"
 
 #include <algorithm>
@@ -100,7 +100,8 @@ void frmChangeIngredients::Form_Load()
     fill(*m_ui->cmbAmount, amounts(), u"1"_s);
 
     datIngredients.DatabaseName = DatabasePath;
-    datIngredients.RecordSource = u"Select * FROM Ingredients ORDER BY"_s + ingredientOrderSuffix();
+    datIngredients.RecordSource =
+        u"Select * FROM Ingredients ORDER BY"_s + ingredientOrderByClause();
     datRecipeIngredients.DatabaseName = DatabasePath;
     datRecipeIngredients.RecordSource = u"RecipeIngredients"_s;
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "CompositionEditor.h"
-#include "DataSource.h"
-#include "IngredientLine.h"
+#include "composition/CompositionEditor.h"
+#include "composition/IngredientLine.h"
+#include "data/DataSource.h"
 
 #include <memory>
 

@@ -1,9 +1,9 @@
-#include "frmChangeUtensils.h"
+#include "composition/frmChangeUtensils.h"
 
-#include "ComposedRecipe.h"
-#include "DatabasePath.h"
-#include "Frame.h"
-#include "frmUtensil.h"
+#include "catalogs/frmUtensil.h"
+#include "composition/ComposedRecipe.h"
+#include "data/DatabasePath.h"
+#include "frame/Frame.h"
 #include "ui_frmChangeUtensils.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CompositionEditor.h"
-#include "DataSource.h"
+#include "composition/CompositionEditor.h"
+#include "data/DataSource.h"
 
 #include <memory>
 

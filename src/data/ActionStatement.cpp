@@ -1,6 +1,6 @@
-#include "ActionStatement.h"
+#include "data/ActionStatement.h"
 
-#include "AsciiText.h"
+#include "data/AsciiText.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <QStringView>
 
 // The text without the blanks at its ends; the space alone is one.
-inline QStringView withoutBlanks(QStringView text)
+inline QStringView trimSpaces(QStringView text)
 {
     while (text.startsWith(u' '))
         text = text.sliced(1);

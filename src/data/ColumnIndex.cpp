@@ -1,6 +1,6 @@
-#include "ColumnIndex.h"
+#include "data/ColumnIndex.h"
 
-#include "TextComparison.h"
+#include "data/TextComparison.h"
 
 #include <bit>
 

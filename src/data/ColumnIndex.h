@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RowStore.h"
+#include "data/RowStore.h"
 
 #include <span>
 #include <string>

@@ -1,6 +1,6 @@
-#include "Criterion.h"
+#include "data/Criterion.h"
 
-#include "DatabaseError.h"
+#include "data/DatabaseError.h"
 
 #include <QCoreApplication>
 #include <QStringBuilder>

@@ -1,4 +1,4 @@
-#include "DataSource.h"
+#include "data/DataSource.h"
 
 void DataSource::open()
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RecordCursor.h"
+#include "data/RecordCursor.h"
 
 #include <QString>
 

@@ -1,11 +1,11 @@
-#include "Database.h"
+#include "data/Database.h"
 
-#include "ActionStatement.h"
-#include "DatabaseError.h"
-#include "DatabaseFailure.h"
-#include "Guarded.h"
-#include "TextComparison.h"
-#include "Transaction.h"
+#include "data/ActionStatement.h"
+#include "data/DatabaseError.h"
+#include "data/DatabaseErrorText.h"
+#include "data/TextComparison.h"
+#include "data/Transaction.h"
+#include "data/TranslateSqliteErrors.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -81,7 +81,7 @@ std::shared_ptr<Database> Database::open(const QString &path)
 Database::Database(const QString &path)
     : m_path(path)
 {
-    guarded(*this, [this] {
+    translateSqliteErrors(*this, [this] {
         // Cursors and transactions belong to one thread anyway, so the engine need not lock.
         m_connection = std::make_unique<SQLite::Database>(
             m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
@@ -129,12 +129,13 @@ void Database::useOneFile()
 void Database::Execute(const QString &statement)
 {
     refuseAfterFailure();
-    guarded(*this, [&] { m_connection->exec(translatedStatement(statement.toStdString())); });
+    translateSqliteErrors(
+        *this, [&] { m_connection->exec(translatedStatement(statement.toStdString())); });
 }
 
 int Database::dataVersion()
 {
-    return guarded(*this, [this] {
+    return translateSqliteErrors(*this, [this] {
         m_dataVersion->tryReset();
         m_dataVersion->executeStep();
         const int version = m_dataVersion->getColumn(0).getInt();
@@ -168,7 +169,7 @@ void Database::tellParticipants()
 
 void Database::fail(int code, const char *message)
 {
-    const QString text = databaseFailureText(m_path, code, QString::fromUtf8(message));
+    const QString text = databaseErrorText(m_path, code, QString::fromUtf8(message));
     if (m_depth > 0)
         m_failure = text;
     // A full disk and the like make the engine undo the whole transaction by itself.
@@ -190,15 +191,17 @@ void Database::refuseAfterFailure() const
 void Database::begin()
 {
     refuseAfterFailure();
-    guarded(*this,
-            [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
+    translateSqliteErrors(*this, [this] {
+        m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner");
+    });
     ++m_depth;
 }
 
 void Database::commit()
 {
     refuseAfterFailure();
-    guarded(*this, [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    translateSqliteErrors(
+        *this, [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
     if (--m_depth == 0)
         m_participants.clear();
 }
@@ -242,7 +245,7 @@ ReadTransaction::ReadTransaction(Database &database)
                   && sqlite3_get_autocommit(database.connection().getHandle()) != 0)
 {
     if (m_outermost)
-        guarded(m_database, [this] { m_database.connection().exec("BEGIN"); });
+        translateSqliteErrors(m_database, [this] { m_database.connection().exec("BEGIN"); });
 }
 
 ReadTransaction::~ReadTransaction()

@@ -18,12 +18,12 @@ public:
 };
 
 // The row that was to be changed or deleted is not there any more.
-class RowGone final : public DatabaseError
+class RowNotFound final : public DatabaseError
 {
 public:
-    RowGone()
+    RowNotFound()
         : DatabaseError(QCoreApplication::translate(
-            "RowGone", "This entry has been deleted by another program. Nothing was stored."))
+            "RowNotFound", "This entry has been deleted by another program. Nothing was stored."))
     {
     }
 };

@@ -1,4 +1,4 @@
-#include "DatabaseFunctions.h"
+#include "data/DatabaseFunctions.h"
 
 QVariant ValueOrDefault(const QVariant &value, const QVariant &defaultValue)
 {

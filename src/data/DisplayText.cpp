@@ -1,4 +1,4 @@
-#include "DisplayText.h"
+#include "data/DisplayText.h"
 
 #include <QLocale>
 

@@ -1,6 +1,6 @@
-#include "FieldValue.h"
+#include "data/FieldValue.h"
 
-#include "Blanks.h"
+#include "data/Blanks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -66,7 +66,7 @@ std::optional<FieldValue> key(const QVariant &value)
 std::optional<double> numberOf(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QString)
-        return parsedNumber(withoutBlanks(value.toString()));
+        return parsedNumber(trimSpaces(value.toString()));
     bool ok = false;
     const double converted = value.toDouble(&ok);
     if (!ok || !std::isfinite(converted))
@@ -77,7 +77,7 @@ std::optional<double> numberOf(const QVariant &value)
 bool isWholeText(const QVariant &value)
 {
     return value.typeId() != QMetaType::QString
-        || areDigits(withoutSign(withoutBlanks(value.toString())));
+        || areDigits(withoutSign(trimSpaces(value.toString())));
 }
 
 std::optional<FieldValue> wholeNumber(const QVariant &value)
@@ -103,7 +103,7 @@ std::optional<FieldValue> number(const QVariant &value)
 std::optional<FieldValue> yesNo(const QVariant &value)
 {
     const QString text = value.toString();
-    const QStringView word = withoutBlanks(text);
+    const QStringView word = trimSpaces(text);
     if (word.compare(u"true", Qt::CaseInsensitive) == 0)
         return qint64{1};
     if (word.compare(u"false", Qt::CaseInsensitive) == 0)
@@ -116,7 +116,7 @@ std::optional<FieldValue> yesNo(const QVariant &value)
 
 } // namespace
 
-std::optional<FieldValue> storedValue(FieldType type, const QVariant &value)
+std::optional<FieldValue> convertToField(FieldType type, const QVariant &value)
 {
     if (!value.isValid())
         return std::make_optional<FieldValue>();
@@ -138,5 +138,5 @@ std::optional<FieldValue> storedValue(FieldType type, const QVariant &value)
 bool isNotNegative(const QString &text)
 {
     return text.isEmpty()
-        || (!text.contains(u'-') && storedValue(FieldType::Number, text).has_value());
+        || (!text.contains(u'-') && convertToField(FieldType::Number, text).has_value());
 }

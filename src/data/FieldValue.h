@@ -21,7 +21,7 @@ using FieldValue = std::variant<std::monostate, qint64, double, std::string>;
 // Text becomes a number as follows, with blanks around it dropped and no locale taking part: whole
 // numbers from a sign or none and digits; numbers also with a point and digits; yes and no from
 // True and False in any case or a whole number.
-std::optional<FieldValue> storedValue(FieldType type, const QVariant &value);
+std::optional<FieldValue> convertToField(FieldType type, const QVariant &value);
 
 // Whether a number field takes the text, without a minus, for what is counted in a window; the
 // empty text stands for 0.

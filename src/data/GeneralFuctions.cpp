@@ -1,4 +1,4 @@
-#include "GeneralFuctions.h"
+#include "data/GeneralFuctions.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "RecordCursor.h"
+#include "data/RecordCursor.h"
 
-#include "Criterion.h"
-#include "DatabaseError.h"
-#include "TextComparison.h"
-#include "Transaction.h"
+#include "data/Criterion.h"
+#include "data/DatabaseError.h"
+#include "data/TextComparison.h"
+#include "data/Transaction.h"
 
 #include <QCoreApplication>
 #include <QStringDecoder>
@@ -37,8 +37,8 @@ std::string_view view(QLatin1StringView text)
 }
 
 // Takes out the rows that have one of the keys.
-void dropRows(std::vector<RowStore::Row> &rows, const std::vector<RowStore::Row> &known,
-              int keyColumn)
+void eraseRowsByKey(std::vector<RowStore::Row> &rows, const std::vector<RowStore::Row> &known,
+                    int keyColumn)
 {
     std::unordered_set<qint64> keys;
     for (const RowStore::Row row : known)
@@ -99,18 +99,18 @@ void RecordCursor::readRows()
     m_versionRead = version;
     m_changesRead = changes;
     m_isRead = true;
-    ++m_timesRead;
+    ++m_generation;
     if (m_query.isBareTable())
         m_lastKey = rows.empty() ? 0 : RowStore::cell(rows.back(), m_query.keyColumn()).integer;
     if (!m_rows.empty()) {
         m_addedOutOfPlace = true;
-        dropRows(rows, m_rows, m_query.keyColumn());
+        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
     }
     m_row += static_cast<qsizetype>(rows.size());
     rows.insert(rows.end(), m_rows.begin(), m_rows.end());
     m_rows = std::move(rows);
-    if (m_place == Place::NotAsked)
-        standOn(0);
+    if (m_place == Place::Unset)
+        setPosition(0);
 }
 
 std::vector<RowStore::Row> RecordCursor::runSource()
@@ -131,7 +131,7 @@ void RecordCursor::discardRows()
     m_store.clear();
     m_isRead = false;
     m_addedOutOfPlace = false;
-    m_place = Place::NotAsked;
+    m_place = Place::Unset;
     m_row = 0;
 }
 
@@ -173,10 +173,10 @@ void RecordCursor::Requery()
 void RecordCursor::moveTo(qsizetype row)
 {
     m_buffer = Buffer::Closed;
-    standOn(row);
+    setPosition(row);
 }
 
-void RecordCursor::standOn(qsizetype row)
+void RecordCursor::setPosition(qsizetype row)
 {
     m_row = m_rows.empty() ? 0 : row;
     if (m_row < 0)
@@ -186,7 +186,7 @@ void RecordCursor::standOn(qsizetype row)
 }
 
 // The number of the row behind the position; rows may have been added since the cursor came there.
-qsizetype RecordCursor::following() const
+qsizetype RecordCursor::nextRow() const
 {
     switch (m_place) {
     case Place::OnRow:
@@ -219,7 +219,7 @@ void RecordCursor::MoveNext()
     if (AtEOF())
         fail(QT_TRANSLATE_NOOP("RecordCursor",
                                "There is no row to move to behind the last one: %1"));
-    moveTo(following());
+    moveTo(nextRow());
 }
 
 void RecordCursor::MovePrevious()
@@ -251,7 +251,7 @@ qsizetype RecordCursor::RecordCount()
 
 void RecordCursor::requireRow()
 {
-    if (m_place == Place::NotAsked)
+    if (m_place == Place::Unset)
         readRows();
     if (m_place != Place::OnRow)
         fail(QT_TRANSLATE_NOOP("RecordCursor", "There is no current row in: %1"));
@@ -268,7 +268,7 @@ void RecordCursor::FindFirst(const QString &criteria)
 void RecordCursor::FindNext(const QString &criteria)
 {
     readRows();
-    search(criteria, following());
+    search(criteria, nextRow());
 }
 
 void RecordCursor::search(const QString &criteria, qsizetype from)
@@ -337,7 +337,7 @@ qsizetype RecordCursor::scan(qsizetype from) const
 
 QVariant RecordCursor::value(QLatin1StringView field)
 {
-    if (m_place == Place::NotAsked)
+    if (m_place == Place::Unset)
         readRows(); // may find that the table has other fields by now
     const int column = m_query.columnNumber(view(field));
     requireRow();
@@ -366,7 +366,7 @@ void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
                                         "added or edited in: %2")
                 .arg(field, m_query.source()));
     std::optional<FieldValue> stored =
-        storedValue(m_query.columns()[static_cast<std::size_t>(column)].type, value);
+        convertToField(m_query.columns()[static_cast<std::size_t>(column)].type, value);
     if (!stored)
         throw DatabaseError(
             QCoreApplication::translate("RecordCursor", "The field %1 does not take \"%2\".")

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ColumnIndex.h"
-#include "Database.h"
-#include "SourceQuery.h"
-#include "TableWriter.h"
+#include "data/ColumnIndex.h"
+#include "data/Database.h"
+#include "data/SourceQuery.h"
+#include "data/TableWriter.h"
 
 #include <QVariant>
 
@@ -72,14 +72,14 @@ public:
 
     // How often the rows have been taken from the file. What was made from them is good for as long
     // as the number stays and nothing is written through this cursor.
-    int timesRead() const { return m_timesRead; }
+    int generation() const { return m_generation; }
 
     // Into the open edit buffer. Throws where the field does not take the value, see FieldValue.h.
     void setValue(QLatin1StringView field, const QVariant &value);
 
 private:
     // Where the cursor stands. Deleted: in front of the row with the number m_row.
-    enum class Place { NotAsked, BeforeFirst, OnRow, Deleted, AfterLast };
+    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast };
     enum class Buffer { Closed, Adding, Editing };
 
     // How a column has been searched, and its index once that has paid off.
@@ -110,8 +110,8 @@ private:
     [[noreturn]] void fail(const char *text) const;
     void requireRow();
     void moveTo(qsizetype row);
-    void standOn(qsizetype row);
-    qsizetype following() const;
+    void setPosition(qsizetype row);
+    qsizetype nextRow() const;
 
     void search(const QString &criteria, qsizetype from);
     void prepareSearch(const QString &criteria);
@@ -132,13 +132,13 @@ private:
     std::vector<RowStore::Row> m_rows; // as long as m_isRead is not set, the added ones alone
     std::vector<SearchedColumn> m_searched;
     bool m_isRead = false;
-    int m_timesRead = 0;
+    int m_generation = 0;
     int m_versionRead = 0;
     TableChanges m_changesRead{}; // up to what the rows are known to be true
     qint64 m_lastKey = 0; // of the last row of a bare table
     bool m_addedOutOfPlace = false; // a row that would not stand last if the source were run again
 
-    Place m_place = Place::NotAsked;
+    Place m_place = Place::Unset;
     qsizetype m_row = 0;
     bool m_noMatch = false;
     Search m_search;

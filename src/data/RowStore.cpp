@@ -1,4 +1,4 @@
-#include "RowStore.h"
+#include "data/RowStore.h"
 
 #include <algorithm>
 #include <cstring>

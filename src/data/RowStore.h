@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LargeMemory.h"
+#include "platform/LargeMemory.h"
 
 #include <QtGlobal>
 

@@ -1,6 +1,6 @@
-#include "Schema.h"
+#include "data/Schema.h"
 
-#include "AsciiText.h"
+#include "data/AsciiText.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
-#include "SourceQuery.h"
+#include "data/SourceQuery.h"
 
-#include "AsciiText.h"
-#include "Database.h"
-#include "DatabaseError.h"
+#include "data/AsciiText.h"
+#include "data/Database.h"
+#include "data/DatabaseError.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "FieldValue.h"
-#include "RowStore.h"
-#include "Schema.h"
+#include "data/FieldValue.h"
+#include "data/RowStore.h"
+#include "data/Schema.h"
 
 #include <QString>
 

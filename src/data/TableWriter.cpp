@@ -1,7 +1,7 @@
-#include "TableWriter.h"
+#include "data/TableWriter.h"
 
-#include "DatabaseError.h"
-#include "Guarded.h"
+#include "data/DatabaseError.h"
+#include "data/TranslateSqliteErrors.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -86,7 +86,7 @@ std::string TableWriter::updateText(const Values &values) const
 
 qint64 TableWriter::insert(const Values &values)
 {
-    return guarded(m_database, [&] {
+    return translateSqliteErrors(m_database, [&] {
         SQLite::Statement &statement =
             prepared(m_insert, values, [&] { return insertText(values); });
         bindValues(statement, values);
@@ -97,7 +97,7 @@ qint64 TableWriter::insert(const Values &values)
 
 void TableWriter::update(qint64 key, const Values &values)
 {
-    guarded(m_database, [&] {
+    translateSqliteErrors(m_database, [&] {
         SQLite::Statement &statement =
             prepared(m_update, values, [&] { return updateText(values); });
         statement.bind(bindValues(statement, values), static_cast<int64_t>(key));
@@ -107,7 +107,7 @@ void TableWriter::update(qint64 key, const Values &values)
 
 void TableWriter::remove(qint64 key)
 {
-    guarded(m_database, [&] {
+    translateSqliteErrors(m_database, [&] {
         SQLite::Statement statement(m_database.connection(),
                                     "DELETE FROM " + m_table + " WHERE " + m_keyField + " = ?");
         statement.bind(1, static_cast<int64_t>(key));
@@ -126,5 +126,5 @@ void TableWriter::changeOneRow(SQLite::Statement &statement)
     }
     statement.reset();
     if (changed == 0)
-        throw RowGone();
+        throw RowNotFound();
 }

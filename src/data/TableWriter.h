@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FieldValue.h"
+#include "data/FieldValue.h"
 
 #include <memory>
 #include <optional>

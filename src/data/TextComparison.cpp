@@ -1,4 +1,4 @@
-#include "TextComparison.h"
+#include "data/TextComparison.h"
 
 #include <QChar>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "JsonLd.h"
+#include "export/JsonLd.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,21 +11,21 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // There more is better; here 1 is the best.
-QJsonObject ratingOf(const RecipeFacts &facts)
+QJsonObject ratingOf(const RecipeDetails &details)
 {
     constexpr int worst = 5;
     return {{u"@type"_s, u"AggregateRating"_s},
-            {u"ratingValue"_s, worst + 1 - facts.rating},
+            {u"ratingValue"_s, worst + 1 - details.rating},
             {u"bestRating"_s, worst},
             {u"worstRating"_s, 1},
             {u"ratingCount"_s, 1},
-            {u"ratingExplanation"_s, facts.ratingText}};
+            {u"ratingExplanation"_s, details.ratingText}};
 }
 
-QJsonArray ingredientsOf(const RecipeFacts &facts)
+QJsonArray ingredientsOf(const RecipeDetails &details)
 {
     QJsonArray ingredients;
-    for (const IngredientFacts &ingredient : facts.ingredients)
+    for (const IngredientDetails &ingredient : details.ingredients)
         ingredients.append(QString(ingredient.quantity + u' ' + ingredient.name).trimmed());
     return ingredients;
 }
@@ -49,24 +49,24 @@ std::string forScript(const QByteArray &json)
 
 } // namespace
 
-std::string jsonLd(const RecipeFacts &facts)
+std::string jsonLd(const RecipeDetails &details)
 {
     QJsonObject recipe{{u"@context"_s, u"https://schema.org"_s},
                        {u"@type"_s, u"Recipe"_s},
-                       {u"name"_s, facts.title},
-                       {u"recipeCategory"_s, facts.type},
-                       {u"recipeIngredient"_s, ingredientsOf(facts)},
-                       {u"tool"_s, QJsonArray::fromStringList(facts.utensils)},
-                       {u"recipeInstructions"_s, QJsonArray::fromStringList(facts.instructions)}};
-    if (!facts.author.isEmpty())
-        recipe[u"author"] = QJsonObject{{u"@type"_s, u"Person"_s}, {u"name"_s, facts.author}};
-    if (!facts.servings.isEmpty())
-        recipe[u"recipeYield"] = facts.servings;
-    if (!facts.description.isEmpty())
-        recipe[u"description"] = facts.description.join(u'\n');
-    if (facts.vegetarian)
+                       {u"name"_s, details.title},
+                       {u"recipeCategory"_s, details.type},
+                       {u"recipeIngredient"_s, ingredientsOf(details)},
+                       {u"tool"_s, QJsonArray::fromStringList(details.utensils)},
+                       {u"recipeInstructions"_s, QJsonArray::fromStringList(details.instructions)}};
+    if (!details.author.isEmpty())
+        recipe[u"author"] = QJsonObject{{u"@type"_s, u"Person"_s}, {u"name"_s, details.author}};
+    if (!details.servings.isEmpty())
+        recipe[u"recipeYield"] = details.servings;
+    if (!details.description.isEmpty())
+        recipe[u"description"] = details.description.join(u'\n');
+    if (details.vegetarian)
         recipe[u"suitableForDiet"] = u"https://schema.org/VegetarianDiet"_s;
-    if (facts.rating > 0)
-        recipe[u"aggregateRating"] = ratingOf(facts);
+    if (details.rating > 0)
+        recipe[u"aggregateRating"] = ratingOf(details);
     return forScript(QJsonDocument(recipe).toJson(QJsonDocument::Compact));
 }

@@ -1,7 +1,7 @@
-#include "PageFields.h"
+#include "export/PageFields.h"
 
-#include "JsonLd.h"
-#include "TextComparison.h"
+#include "data/TextComparison.h"
+#include "export/JsonLd.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -42,8 +42,8 @@ void setCount(data &fields, qsizetype count)
 data commonFields()
 {
     data fields;
-    fields["stylesheet"] = textField(Site::styleSheet);
-    fields["mainMenu"] = textField(Site::mainMenuPage);
+    fields["stylesheet"] = textField(SiteMap::styleSheet);
+    fields["mainMenu"] = textField(SiteMap::mainMenuPage);
     return fields;
 }
 
@@ -81,7 +81,7 @@ struct IndexLine {
 };
 
 // In the order of the letters, then of the titles.
-std::vector<IndexLine> indexLines(const Site &site)
+std::vector<IndexLine> indexLines(const SiteMap &site)
 {
     std::vector<IndexLine> lines;
     lines.reserve(site.recipes.size());
@@ -106,7 +106,7 @@ data letterFields(std::span<const IndexLine> lines, std::size_t number)
     return fields;
 }
 
-data letters(const Site &site)
+data letters(const SiteMap &site)
 {
     const std::vector<IndexLine> lines = indexLines(site);
     data result = data::type::list;
@@ -129,10 +129,10 @@ data typeFields(const TypeEntry &type)
     return fields;
 }
 
-data ingredientsOf(const RecipeFacts &facts)
+data ingredientsOf(const RecipeDetails &details)
 {
     data items = data::type::list;
-    for (const IngredientFacts &ingredient : facts.ingredients) {
+    for (const IngredientDetails &ingredient : details.ingredients) {
         data item;
         item["name"] = textField(ingredient.name);
         setText(item, "quantity", ingredient.quantity);
@@ -141,16 +141,16 @@ data ingredientsOf(const RecipeFacts &facts)
     return items;
 }
 
-void setLists(data &fields, const RecipeFacts &facts)
+void setLists(data &fields, const RecipeDetails &details)
 {
     const auto set = [&fields](const char *name, const char *flag, data &&items) {
         fields[flag] = data(items.is_non_empty_list());
         fields[name] = std::move(items);
     };
-    set("description", "hasDescription", listOf("paragraph", facts.description));
-    set("ingredients", "hasIngredients", ingredientsOf(facts));
-    set("utensils", "hasUtensils", listOf("name", facts.utensils));
-    set("instructions", "hasInstructions", listOf("paragraph", facts.instructions));
+    set("description", "hasDescription", listOf("paragraph", details.description));
+    set("ingredients", "hasIngredients", ingredientsOf(details));
+    set("utensils", "hasUtensils", listOf("name", details.utensils));
+    set("instructions", "hasInstructions", listOf("paragraph", details.instructions));
 }
 
 } // namespace
@@ -181,7 +181,7 @@ const KnownFields &knownFields(PageKind kind)
     return recipe;
 }
 
-data mainMenuFields(const Site &site)
+data mainMenuFields(const SiteMap &site)
 {
     data fields = commonFields();
     setCount(fields, std::ssize(site.recipes));
@@ -193,7 +193,7 @@ data mainMenuFields(const Site &site)
     return fields;
 }
 
-data categoryFields(const Site &site, const TypeEntry &type)
+data categoryFields(const SiteMap &site, const TypeEntry &type)
 {
     data fields = commonFields();
     fields["name"] = textField(type.name);
@@ -207,24 +207,24 @@ data categoryFields(const Site &site, const TypeEntry &type)
     return fields;
 }
 
-data recipeFields(const Site &site, std::size_t position, const RecipeFacts &facts)
+data recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
 {
     const int type = site.recipes[position].type;
     const auto entry = std::find_if(site.types.begin(), site.types.end(),
                                     [type](const TypeEntry &known) { return known.type == type; });
     data fields = commonFields();
-    fields["title"] = textField(facts.title);
+    fields["title"] = textField(details.title);
     fields["type"] = textField(entry->name);
     fields["typeLink"] = textField(entry->page);
-    setText(fields, "author", facts.author);
-    setText(fields, "servings", facts.servings);
-    setText(fields, "rating", facts.ratingText);
-    fields["vegetarian"] = data(facts.vegetarian);
-    setLists(fields, facts);
+    setText(fields, "author", details.author);
+    setText(fields, "servings", details.servings);
+    setText(fields, "rating", details.ratingText);
+    fields["vegetarian"] = data(details.vegetarian);
+    setLists(fields, details);
     if (position > 0)
         fields["previous"] = linkTo(site.recipes[position - 1]);
     if (position + 1 < site.recipes.size())
         fields["next"] = linkTo(site.recipes[position + 1]);
-    fields["jsonLd"] = jsonLd(facts);
+    fields["jsonLd"] = jsonLd(details);
     return fields;
 }

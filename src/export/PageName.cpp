@@ -1,4 +1,4 @@
-#include "PageName.h"
+#include "export/PageName.h"
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qsizetype longest = 60;
-constexpr qsizetype signLength = 6;
+constexpr qsizetype hashLength = 6;
 
 // What letters become that are not made of a base letter and accents.
 QLatin1StringView asciiLetters(QChar letter)
@@ -71,11 +71,11 @@ bool isReserved(const QString &name)
     return reserved.match(name).hasMatch();
 }
 
-QString signOf(const QString &foldedTitle)
+QString titleHash(const QString &foldedTitle)
 {
     const QByteArray hash =
         QCryptographicHash::hash(foldedTitle.toUtf8(), QCryptographicHash::Sha1);
-    return QString::fromLatin1(hash.toHex().first(signLength));
+    return QString::fromLatin1(hash.toHex().first(hashLength));
 }
 
 // An underscore never stands in the name of a title that is all said.
@@ -86,7 +86,7 @@ QString recipeName(const QString &title)
     const bool isAllSaid = QString(words).replace(u'-', u' ') == folded && !folded.contains(u'-');
     if (isAllSaid && !words.isEmpty() && !isReserved(words))
         return words;
-    return (words.isEmpty() ? u"recipe"_s : words) + u'_' + signOf(folded);
+    return (words.isEmpty() ? u"recipe"_s : words) + u'_' + titleHash(folded);
 }
 
 } // namespace

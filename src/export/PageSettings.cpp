@@ -1,6 +1,6 @@
-#include "PageSettings.h"
+#include "export/PageSettings.h"
 
-#include "HtmlSettings.h"
+#include "data/settings/HtmlSettings.h"
 
 PageSettings storedPageSettings()
 {

@@ -1,10 +1,10 @@
-#include "PageTemplate.h"
+#include "export/PageTemplate.h"
 
-#include "ExportFailure.h"
-#include "PageFields.h"
-#include "Paths.h"
-#include "RegularFile.h"
-#include "TemplateCheck.h"
+#include "export/ExportError.h"
+#include "export/PageFields.h"
+#include "export/TemplateCheck.h"
+#include "platform/Paths.h"
+#include "platform/RegularFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -50,15 +50,15 @@ QString nameOf(PageKind kind)
 QString reasonOf(const platform::FileReadError &error)
 {
     switch (error.failure) {
-    case platform::ReadFailure::NoFile:
+    case platform::ReadFailure::NotFound:
         return Text::tr("There is no such file.");
     case platform::ReadFailure::Folder:
         return Text::tr("It is a folder.");
-    case platform::ReadFailure::Special:
+    case platform::ReadFailure::NotRegular:
         return Text::tr("It is a pipe, a socket or a device.");
     case platform::ReadFailure::TooLarge:
         return Text::tr("It is larger than 1 MiB.");
-    case platform::ReadFailure::NoRight:
+    case platform::ReadFailure::AccessDenied:
         return Text::tr("You have no right to read it.");
     case platform::ReadFailure::Failed:
         break;
@@ -68,9 +68,9 @@ QString reasonOf(const platform::FileReadError &error)
 
 [[noreturn]] void refuse(PageKind kind, const QString &path, const QString &reason)
 {
-    throw ExportFailure(Text::tr("The %1 %2 cannot be used. %3\nNothing was exported. Put the "
-                                 "template right, or choose another one or none in the settings.")
-                            .arg(nameOf(kind), QDir::toNativeSeparators(path), reason));
+    throw ExportError(Text::tr("The %1 %2 cannot be used. %3\nNothing was exported. Put the "
+                               "template right, or choose another one or none in the settings.")
+                          .arg(nameOf(kind), QDir::toNativeSeparators(path), reason));
 }
 
 // The first reason against the bytes, or none.

@@ -10,7 +10,7 @@ enum class PageKind { MainMenu, Category, Recipe };
 class PageTemplate
 {
 public:
-    // The template in the file, or the generic one where the path is empty. Throws ExportFailure
+    // The template in the file, or the generic one where the path is empty. Throws ExportError
     // where there is no such file or it cannot be used; the text names the file and what is wrong.
     static PageTemplate load(PageKind kind, const QString &path);
 

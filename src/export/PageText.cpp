@@ -1,4 +1,4 @@
-#include "PageText.h"
+#include "export/PageText.h"
 
 #include <QCoreApplication>
 

@@ -1,12 +1,12 @@
-#include "RecipeReader.h"
+#include "export/RecipeReader.h"
 
-#include "DisplayText.h"
-#include "ExportFailure.h"
-#include "PageText.h"
-#include "RecipeTypes.h"
-#include "RecordCursor.h"
-#include "SortOrder.h"
-#include "Transaction.h"
+#include "data/DisplayText.h"
+#include "data/RecipeTypes.h"
+#include "data/RecordCursor.h"
+#include "data/Transaction.h"
+#include "data/settings/SortOrder.h"
+#include "export/ExportError.h"
+#include "export/PageText.h"
 
 #include <QCoreApplication>
 
@@ -71,7 +71,7 @@ int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
 
 [[noreturn]] void failAsChanged()
 {
-    throw ExportFailure(QCoreApplication::translate(
+    throw ExportError(QCoreApplication::translate(
         "RecipeReader",
         "Another program has changed the recipes during the export. Nothing was exported, and "
         "earlier pages are as they were. Export again when the other program has finished."));
@@ -81,19 +81,19 @@ int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
 struct Chunk {
     std::shared_ptr<Database> database;
     std::span<const qint64> keys;
-    std::vector<RecipeFacts> facts;
+    std::vector<RecipeDetails> details;
 
     Rows rows(const QString &statement) const
     {
         return {database, statement.arg(keys.front()).arg(keys.back())};
     }
 
-    RecipeFacts &ofKey(qint64 key)
+    RecipeDetails &ofKey(qint64 key)
     {
         const auto found = std::lower_bound(keys.begin(), keys.end(), key);
         if (found == keys.end() || *found != key)
             failAsChanged();
-        return facts[static_cast<std::size_t>(found - keys.begin())];
+        return details[static_cast<std::size_t>(found - keys.begin())];
     }
 };
 
@@ -107,16 +107,16 @@ void readRecipes(Chunk &chunk)
     const QStringList types = recipeTypes();
     const QStringList ratings = recipeRatings();
     for (qsizetype row = 0; row < rows.count(); ++row) {
-        RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
-        facts.title = pageTitle(rows.text(row, 1));
-        facts.type = types[typeIn(rows, row, 2, types.size())];
-        facts.author = pageLine(rows.text(row, 3));
-        facts.servings = servingsOf(rows.text(row, 4));
-        facts.rating = rows.position(row, 5, ratings.size(), defaultRating).value_or(0);
-        if (facts.rating > 0)
-            facts.ratingText = ratings[facts.rating];
-        facts.description = pageParagraphs(rows.text(row, 6));
-        facts.instructions = pageParagraphs(rows.text(row, 7));
+        RecipeDetails &details = chunk.ofKey(rows.integer(row, 0));
+        details.title = pageTitle(rows.text(row, 1));
+        details.type = types[typeIn(rows, row, 2, types.size())];
+        details.author = pageLine(rows.text(row, 3));
+        details.servings = servingsOf(rows.text(row, 4));
+        details.rating = rows.position(row, 5, ratings.size(), defaultRating).value_or(0);
+        if (details.rating > 0)
+            details.ratingText = ratings[details.rating];
+        details.description = pageParagraphs(rows.text(row, 6));
+        details.instructions = pageParagraphs(rows.text(row, 7));
     }
 }
 
@@ -128,9 +128,9 @@ void readIngredients(Chunk &chunk)
                            "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
                            "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
-        RecipeFacts &facts = chunk.ofKey(rows.integer(row, 0));
-        facts.vegetarian = facts.vegetarian && rows.isYes(row, 3);
-        facts.ingredients.append({pageLine(rows.text(row, 1)), pageLine(rows.text(row, 2))});
+        RecipeDetails &details = chunk.ofKey(rows.integer(row, 0));
+        details.vegetarian = details.vegetarian && rows.isYes(row, 3);
+        details.ingredients.append({pageLine(rows.text(row, 1)), pageLine(rows.text(row, 2))});
     }
 }
 
@@ -153,11 +153,11 @@ RecipeReader::RecipeReader(const QString &databasePath)
 
 std::vector<RecipeEntry> RecipeReader::entries()
 {
-    const ReadTransaction oneState(*m_database);
+    const ReadTransaction snapshot(*m_database);
     m_version = m_database->dataVersion();
     Rows rows(m_database,
               u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
-                  + recipeOrderSuffix());
+                  + recipeOrderByClause());
     const qsizetype types = recipeTypes().size();
     std::vector<RecipeEntry> entries;
     entries.reserve(static_cast<std::size_t>(rows.count()));
@@ -168,14 +168,14 @@ std::vector<RecipeEntry> RecipeReader::entries()
     return entries;
 }
 
-std::vector<RecipeFacts> RecipeReader::facts(std::span<const qint64> keys)
+std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)
 {
-    const ReadTransaction oneState(*m_database);
+    const ReadTransaction snapshot(*m_database);
     if (m_database->dataVersion() != m_version)
         failAsChanged();
-    Chunk chunk{m_database, keys, std::vector<RecipeFacts>(keys.size())};
+    Chunk chunk{m_database, keys, std::vector<RecipeDetails>(keys.size())};
     readRecipes(chunk);
     readIngredients(chunk);
     readUtensils(chunk);
-    return std::move(chunk.facts);
+    return std::move(chunk.details);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "RecipeFacts.h"
-#include "Site.h"
+#include "export/RecipeDetails.h"
+#include "export/SiteMap.h"
 
 #include <memory>
 #include <span>
@@ -9,7 +9,7 @@
 class Database;
 
 // Reads what pages say from a recipe file. The file is locked only while a call runs; all of them
-// together see one state of it. Throws DatabaseError, and ExportFailure where another program has
+// together see one state of it. Throws DatabaseError, and ExportError where another program has
 // changed the file since the first call.
 class RecipeReader
 {
@@ -22,7 +22,7 @@ public:
 
     // One for each key, in their order; keys ascend, and no recipe between two of them is left out;
     // not empty.
-    std::vector<RecipeFacts> facts(std::span<const qint64> keys);
+    std::vector<RecipeDetails> details(std::span<const qint64> keys);
 
 private:
     std::shared_ptr<Database> m_database;

@@ -1,4 +1,4 @@
-#include "TemplateCheck.h"
+#include "export/TemplateCheck.h"
 
 #include <QCoreApplication>
 

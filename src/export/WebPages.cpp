@@ -1,9 +1,9 @@
-#include "WebPages.h"
+#include "export/WebPages.h"
 
-#include "PageFields.h"
-#include "PageFolder.h"
-#include "Progress.h"
-#include "RecipeReader.h"
+#include "export/OutputFolder.h"
+#include "export/PageFields.h"
+#include "export/RecipeReader.h"
+#include "interaction/Progress.h"
 
 #include <QFile>
 
@@ -26,7 +26,7 @@ QByteArray styleSheet(PageStyle style)
 }
 
 // The positions of the recipes, in the order of their keys, in which they are read quickest.
-std::vector<std::size_t> positionsByKey(const Site &site)
+std::vector<std::size_t> positionsByKey(const SiteMap &site)
 {
     std::vector<std::size_t> positions(site.recipes.size());
     for (std::size_t i = 0; i < positions.size(); ++i)
@@ -45,16 +45,16 @@ public:
         , m_category(PageTemplate::load(PageKind::Category, settings.categoryTemplate))
         , m_recipe(PageTemplate::load(PageKind::Recipe, settings.recipeTemplate))
         , m_reader(databasePath)
-        , m_site(siteOf(m_reader.entries()))
+        , m_site(siteMapOf(m_reader.entries()))
         , m_folder(chosenFolder)
     {
         m_folder.begin(fileNames(m_site));
-        m_folder.write(Site::styleSheet, styleSheet(settings.style));
+        m_folder.write(SiteMap::styleSheet, styleSheet(settings.style));
     }
 
     void writeMenus()
     {
-        write(Site::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
+        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
         for (const TypeEntry &type : m_site.types)
             write(type.page, m_category, categoryFields(m_site, type));
     }
@@ -74,7 +74,7 @@ public:
     ExportedPages finish()
     {
         m_folder.commit();
-        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + Site::mainMenuPage};
+        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + SiteMap::mainMenuPage};
     }
 
 private:
@@ -88,13 +88,13 @@ private:
         std::vector<qint64> keys;
         for (const std::size_t position : positions)
             keys.push_back(m_site.recipes[position].key);
-        const std::vector<RecipeFacts> facts = m_reader.facts(keys);
-        for (std::size_t i = 0; i < facts.size(); ++i) {
+        const std::vector<RecipeDetails> details = m_reader.details(keys);
+        for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
             const auto number = static_cast<qsizetype>(done + i) + 1;
-            if (!progress.goOn(number, std::ssize(m_site.recipes), recipe.title))
+            if (!progress.update(number, std::ssize(m_site.recipes), recipe.title))
                 return false;
-            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], facts[i]));
+            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
         }
         return true;
     }
@@ -103,8 +103,8 @@ private:
     PageTemplate m_category;
     PageTemplate m_recipe;
     RecipeReader m_reader;
-    Site m_site;
-    PageFolder m_folder;
+    SiteMap m_site;
+    OutputFolder m_folder;
 };
 
 } // namespace

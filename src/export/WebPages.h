@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PageSettings.h"
+#include "export/PageSettings.h"
 
 #include <optional>
 
@@ -12,7 +12,7 @@ struct ExportedPages {
 };
 
 // Writes the pages of all recipes in the recipe file into the folder "Pantrywise" of the chosen
-// one. Returns nothing where the user stopped it. Then, and where it throws ExportFailure or
+// one. Returns nothing where the user stopped it. Then, and where it throws ExportError or
 // DatabaseError, earlier pages are as they were. What is held in memory grows with the titles, not
 // with the pages.
 std::optional<ExportedPages> exportPages(const QString &databasePath, const QString &chosenFolder,

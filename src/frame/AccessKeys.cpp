@@ -1,7 +1,7 @@
-#include "AccessKeys.h"
+#include "frame/AccessKeys.h"
 
-#include "Activation.h"
-#include "ChildWindow.h"
+#include "frame/Activation.h"
+#include "frame/ChildWindow.h"
 
 #include <QApplication>
 #include <QPushButton>

@@ -1,7 +1,7 @@
-#include "Activation.h"
+#include "frame/Activation.h"
 
-#include "Boundary.h"
-#include "ChildWindow.h"
+#include "frame/ChildWindow.h"
+#include "frame/ErrorBoundary.h"
 
 #include <QApplication>
 #include <QMdiArea>
@@ -23,7 +23,7 @@ QMdiSubWindow *subWindowOf(const ChildWindow &child)
 
 } // namespace
 
-Activation::Activation(QMdiArea &area, const Boundary &boundary, std::function<void()> beep)
+Activation::Activation(QMdiArea &area, const ErrorBoundary &boundary, std::function<void()> beep)
     : m_area(area)
     , m_boundary(boundary)
     , m_beep(std::move(beep))
@@ -33,60 +33,60 @@ Activation::Activation(QMdiArea &area, const Boundary &boundary, std::function<v
 
 bool Activation::isRefusedTo(const ChildWindow &next) const
 {
-    return m_wanted && m_wanted != &next && m_wanted->keepsActivationFrom(next);
+    return m_requested && m_requested != &next && m_requested->keepsActivationFrom(next);
 }
 
-void Activation::want(ChildWindow &child)
+void Activation::requestActivation(ChildWindow &child)
 {
-    m_wanted = &child;
+    m_requested = &child;
     if (!m_history.contains(&child)) {
-        m_tried.removeOne(&child);
-        m_tried.prepend(&child);
+        m_neverActivated.removeOne(&child);
+        m_neverActivated.prepend(&child);
     }
-    queue();
+    schedule();
 }
 
-void Activation::leave(ChildWindow &child)
+void Activation::remove(ChildWindow &child)
 {
     m_history.removeOne(&child);
-    m_tried.removeOne(&child);
-    if (m_wanted == &child) {
-        m_wanted = follower();
-        bringToFront(m_wanted);
+    m_neverActivated.removeOne(&child);
+    if (m_requested == &child) {
+        m_requested = nextInHistory();
+        bringToFront(m_requested);
     }
-    if (m_delivered == &child) {
-        m_delivered = nullptr;
+    if (m_active == &child) {
+        m_active = nullptr;
         runDeactivate(child);
     }
-    queue();
+    schedule();
 }
 
-void Activation::forgetAll()
+void Activation::clear()
 {
-    m_wanted = nullptr;
-    m_delivered = nullptr;
+    m_requested = nullptr;
+    m_active = nullptr;
     m_history.clear();
-    m_tried.clear();
+    m_neverActivated.clear();
 }
 
-void Activation::queue()
+void Activation::schedule()
 {
-    if (m_queued || m_settling)
+    if (m_scheduled || m_processing)
         return;
-    m_queued = true;
+    m_scheduled = true;
     const auto deliver = [this] {
-        m_queued = false;
-        settle();
+        m_scheduled = false;
+        processPending();
     };
     QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
 }
 
-void Activation::settle()
+void Activation::processPending()
 {
-    if (m_settling || QApplication::activeModalWidget())
+    if (m_processing || QApplication::activeModalWidget())
         return;
-    const QScopedValueRollback settling(m_settling, true);
-    for (int round = 0; m_delivered != m_wanted && round < maximumRounds; ++round)
+    const QScopedValueRollback settling(m_processing, true);
+    for (int round = 0; m_active != m_requested && round < maximumRounds; ++round)
         moveOn();
 }
 
@@ -95,34 +95,34 @@ void Activation::settle()
 void Activation::onSubWindowActivated(QMdiSubWindow *subWindow)
 {
     auto *child = subWindow ? qobject_cast<ChildWindow *>(subWindow->widget()) : nullptr;
-    if (child && child != m_wanted && isOnStage(child))
-        want(*child);
+    if (child && child != m_requested && isShown(child))
+        requestActivation(*child);
 }
 
 // One step from the window whose activation ran last to the one that should be active. Any handler
 // may change what should be, or take windows away.
 void Activation::moveOn()
 {
-    if (ChildWindow *old = std::exchange(m_delivered, nullptr)) {
+    if (ChildWindow *old = std::exchange(m_active, nullptr)) {
         runDeactivate(*old);
-        if (isOnStage(old) && isOnStage(m_wanted) && m_wanted != old
-            && old->keepsActivationFrom(*m_wanted))
-            takeBack(*old);
+        if (isShown(old) && isShown(m_requested) && m_requested != old
+            && old->keepsActivationFrom(*m_requested))
+            restore(*old);
     }
-    if (!m_wanted)
+    if (!m_requested)
         return;
-    m_tried.removeOne(m_wanted);
-    m_history.removeOne(m_wanted);
-    m_history.prepend(m_wanted);
-    m_delivered = m_wanted;
-    bringToFront(m_wanted);
-    runActivate(*m_wanted);
+    m_neverActivated.removeOne(m_requested);
+    m_history.removeOne(m_requested);
+    m_history.prepend(m_requested);
+    m_active = m_requested;
+    bringToFront(m_requested);
+    runActivate(*m_requested);
 }
 
-void Activation::takeBack(ChildWindow &child)
+void Activation::restore(ChildWindow &child)
 {
-    m_wanted = &child;
-    if (ChildWindow *editor = onStage(child.compositionEditor())) {
+    m_requested = &child;
+    if (ChildWindow *editor = findShown(child.compositionEditor())) {
         runActivate(*editor);
         runDeactivate(*editor);
     }
@@ -139,25 +139,25 @@ void Activation::runDeactivate(ChildWindow &child)
     m_boundary.run(child.title(), [&] { child.Form_Deactivate(); });
 }
 
-bool Activation::isOnStage(ChildWindow *child) const
+bool Activation::isShown(ChildWindow *child) const
 {
-    return m_history.contains(child) || m_tried.contains(child);
+    return m_history.contains(child) || m_neverActivated.contains(child);
 }
 
-ChildWindow *Activation::onStage(QByteArrayView className) const
+ChildWindow *Activation::findShown(QByteArrayView className) const
 {
-    for (ChildWindow *child : m_history + m_tried) {
+    for (ChildWindow *child : m_history + m_neverActivated) {
         if (className == child->metaObject()->className())
             return child;
     }
     return nullptr;
 }
 
-ChildWindow *Activation::follower() const
+ChildWindow *Activation::nextInHistory() const
 {
     if (!m_history.isEmpty())
         return m_history.first();
-    return m_tried.isEmpty() ? nullptr : m_tried.first();
+    return m_neverActivated.isEmpty() ? nullptr : m_neverActivated.first();
 }
 
 void Activation::bringToFront(ChildWindow *child)

@@ -6,7 +6,7 @@
 
 #include <functional>
 
-class Boundary;
+class ErrorBoundary;
 class ChildWindow;
 class QMdiArea;
 class QMdiSubWindow;
@@ -19,43 +19,43 @@ class Activation final : public QObject
     Q_OBJECT
 
 public:
-    Activation(QMdiArea &area, const Boundary &boundary, std::function<void()> beep);
+    Activation(QMdiArea &area, const ErrorBoundary &boundary, std::function<void()> beep);
 
     // The window that should be active, also during the deactivation of the one before; or null.
-    ChildWindow *active() const { return m_wanted; }
+    ChildWindow *active() const { return m_requested; }
     // Whether the active window takes the activation back from next.
     bool isRefusedTo(const ChildWindow &next) const;
 
-    void want(ChildWindow &child); // of a window that is shown, or is about to be
+    void requestActivation(ChildWindow &child); // of a window that is shown, or is about to be
     void
-    leave(ChildWindow &child); // before it is hidden; it cannot take the activation back any more
-    void forgetAll(); // no window is on the stage any more; no handler runs
+    remove(ChildWindow &child); // before it is hidden; it cannot take the activation back any more
+    void clear(); // no window is on the stage any more; no handler runs
 
-    void queue(); // settle() for when the running handler has ended
+    void schedule(); // settle() for when the running handler has ended
     // Runs the handlers that are due. Does nothing while a modal window is open, and goes on when
     // the input gate queues it again.
-    void settle();
+    void processPending();
 
 private:
     void onSubWindowActivated(QMdiSubWindow *subWindow);
     void moveOn();
-    void takeBack(ChildWindow &child);
+    void restore(ChildWindow &child);
     void runActivate(ChildWindow &child);
     void runDeactivate(ChildWindow &child);
-    bool isOnStage(ChildWindow *child) const;
-    ChildWindow *onStage(QByteArrayView className) const;
-    ChildWindow *follower() const;
+    bool isShown(ChildWindow *child) const;
+    ChildWindow *findShown(QByteArrayView className) const;
+    ChildWindow *nextInHistory() const;
     void bringToFront(ChildWindow *child);
 
     QMdiArea &m_area;
-    const Boundary &m_boundary;
+    const ErrorBoundary &m_boundary;
     std::function<void()> m_beep;
 
-    ChildWindow *m_wanted = nullptr;
-    ChildWindow *m_delivered = nullptr; // its activation ran, its deactivation did not yet
+    ChildWindow *m_requested = nullptr;
+    ChildWindow *m_active = nullptr; // its activation ran, its deactivation did not yet
     // Every shown window is in one of the two, the latest first.
     QList<ChildWindow *> m_history; // had an activation
-    QList<ChildWindow *> m_tried; // never got one so far
-    bool m_queued = false;
-    bool m_settling = false;
+    QList<ChildWindow *> m_neverActivated; // never got one so far
+    bool m_scheduled = false;
+    bool m_processing = false;
 };

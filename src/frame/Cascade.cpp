@@ -1,4 +1,4 @@
-#include "Cascade.h"
+#include "frame/Cascade.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ QRect cascaded(int number, QSize size, QSize area, int step)
     return {QPoint(offset, offset), fitting};
 }
 
-QRect keptInside(QRect rect, QSize area)
+QRect constrainedTo(QRect rect, QSize area)
 {
     const QSize fitting = rect.size().boundedTo(area);
     const QSize room = area - fitting;

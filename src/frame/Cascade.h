@@ -7,4 +7,4 @@
 QRect cascaded(int number, QSize size, QSize area, int step);
 
 // The rectangle moved, and only where that is not enough cut, so that it lies in the area.
-QRect keptInside(QRect rect, QSize area);
+QRect constrainedTo(QRect rect, QSize area);

@@ -1,6 +1,6 @@
-#include "ChildWindow.h"
+#include "frame/ChildWindow.h"
 
-#include "Frame.h"
+#include "frame/Frame.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -35,12 +35,12 @@ void ChildWindow::setTitle(const QString &title)
     setWindowTitle(QString(m_title).replace("[*]"_L1, "[*][*]"_L1));
 }
 
-Doorway &ChildWindow::doorway() const
+Interaction &ChildWindow::interaction() const
 {
-    return m_frame.doorway();
+    return m_frame.interaction();
 }
 
-const Boundary &ChildWindow::boundary() const
+const ErrorBoundary &ChildWindow::boundary() const
 {
     return m_frame.boundary();
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Boundary.h"
+#include "frame/ErrorBoundary.h"
 
 #include <QByteArrayView>
 #include <QWidget>
 
-class Doorway;
+class Interaction;
 class Frame;
 class QPushButton;
 
@@ -29,7 +29,7 @@ public:
 
 protected:
     Frame &frame() const { return m_frame; }
-    Doorway &doorway() const;
+    Interaction &interaction() const;
 
     // Run by the frame, each inside the boundary. Where Form_Load or openDataSources throws, the
     // window is gone again and the one who loads it gets a LoadFailure; where another one throws,
@@ -67,7 +67,7 @@ private:
     friend class Frame;
     friend class Activation;
 
-    const Boundary &boundary() const;
+    const ErrorBoundary &boundary() const;
 
     Frame &m_frame;
     QString m_title;

@@ -1,6 +1,6 @@
-#include "Frame.h"
+#include "frame/Frame.h"
 
-#include "ChildShell.h"
+#include "frame/ChildSubWindow.h"
 
 #include <QEvent>
 #include <QMdiArea>
@@ -10,19 +10,19 @@
 
 namespace {
 
-ChildShell &shellOf(const ChildWindow &child)
+ChildSubWindow &shellOf(const ChildWindow &child)
 {
-    return *static_cast<ChildShell *>(child.parentWidget());
+    return *static_cast<ChildSubWindow *>(child.parentWidget());
 }
 
 } // namespace
 
-Frame::Frame(Doorway &doorway, QMdiArea &area, std::function<void()> beep)
-    : m_doorway(doorway)
+Frame::Frame(Interaction &interaction, QMdiArea &area, std::function<void()> beep)
+    : m_interaction(interaction)
     , m_area(area)
-    , m_boundary(doorway)
+    , m_boundary(interaction)
     , m_activation(area, m_boundary, std::move(beep))
-    , m_inputGate(area, m_activation)
+    , m_inputFilter(area, m_activation)
     , m_accessKeys(m_activation)
 {
     area.setActivationOrder(QMdiArea::ActivationHistoryOrder);
@@ -46,7 +46,7 @@ ChildWindow *Frame::find(QByteArrayView className) const
 
 void Frame::add(ChildWindow &child)
 {
-    auto *shell = new ChildShell(child);
+    auto *shell = new ChildSubWindow(child);
     m_area.addSubWindow(shell);
     m_windows.append(&child);
     try {
@@ -62,8 +62,8 @@ void Frame::add(ChildWindow &child)
 
 void Frame::show(ChildWindow &child)
 {
-    ChildShell &shell = shellOf(child);
-    m_activation.want(child);
+    ChildSubWindow &shell = shellOf(child);
+    m_activation.requestActivation(child);
     if (shell.isMinimized())
         shell.showNormal();
     else
@@ -73,19 +73,19 @@ void Frame::show(ChildWindow &child)
 
 void Frame::activate(ChildWindow &child)
 {
-    ChildShell &shell = shellOf(child);
+    ChildSubWindow &shell = shellOf(child);
     if (shell.isHidden())
         return;
-    m_activation.want(child);
+    m_activation.requestActivation(child);
     m_area.setActiveSubWindow(&shell);
 }
 
 void Frame::hide(ChildWindow &child)
 {
-    ChildShell &shell = shellOf(child);
+    ChildSubWindow &shell = shellOf(child);
     if (shell.isHidden())
         return;
-    m_activation.leave(child);
+    m_activation.remove(child);
     shell.hide();
 }
 
@@ -97,7 +97,7 @@ void Frame::unload(ChildWindow &child)
 
 void Frame::unloadAll()
 {
-    m_activation.forgetAll();
+    m_activation.clear();
     while (!m_windows.isEmpty())
         remove(*m_windows.last());
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "AccessKeys.h"
-#include "Activation.h"
-#include "Boundary.h"
-#include "ChildWindow.h"
-#include "InputGate.h"
+#include "frame/AccessKeys.h"
+#include "frame/Activation.h"
+#include "frame/ChildWindow.h"
+#include "frame/ErrorBoundary.h"
+#include "frame/InputFilter.h"
 
 #include <QApplication>
 #include <QList>
@@ -13,7 +13,7 @@
 #include <functional>
 #include <utility>
 
-class Doorway;
+class Interaction;
 class QMdiArea;
 
 // The life of the child windows in an area: one instance a class, made by load and destroyed by
@@ -27,11 +27,12 @@ class Frame final : public QObject
     Q_OBJECT
 
 public:
-    Frame(Doorway &doorway, QMdiArea &area, std::function<void()> beep = &QApplication::beep);
+    Frame(Interaction &interaction, QMdiArea &area,
+          std::function<void()> beep = &QApplication::beep);
     ~Frame() override;
 
-    Doorway &doorway() const { return m_doorway; }
-    const Boundary &boundary() const { return m_boundary; }
+    Interaction &interaction() const { return m_interaction; }
+    const ErrorBoundary &boundary() const { return m_boundary; }
 
     // The loaded window of that class: made, its Form_Load run and its data sources opened if it
     // was not loaded yet, and not shown. What its constructor takes beside the frame follows.
@@ -71,11 +72,11 @@ private:
     void add(ChildWindow &child);
     void remove(ChildWindow &child);
 
-    Doorway &m_doorway;
+    Interaction &m_interaction;
     QMdiArea &m_area;
-    Boundary m_boundary;
+    ErrorBoundary m_boundary;
     Activation m_activation;
-    InputGate m_inputGate;
+    InputFilter m_inputFilter;
     AccessKeys m_accessKeys;
     QList<ChildWindow *> m_windows; // owned by the area
     int m_placed = 0; // new windows so far, for the cascade

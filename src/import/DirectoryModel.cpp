@@ -1,8 +1,8 @@
-#include "DirectoryModel.h"
+#include "import/DirectoryModel.h"
 
-#include "Directory.h"
-#include "Paths.h"
-#include "VisibleText.h"
+#include "interaction/ControlCharacters.h"
+#include "platform/Directory.h"
+#include "platform/Paths.h"
 
 #include <algorithm>
 
@@ -36,5 +36,6 @@ QVariant DirectoryModel::data(const QModelIndex &index, int role) const
     const int row = index.row();
     const qsizetype level = std::min(row, m_current + 1);
     const std::filesystem::path shown = row == 0 ? path(0) : path(row).filename();
-    return QString(indentation * level, u' ') + visibleText(platform::shownPath(shown));
+    return QString(indentation * level, u' ')
+        + escapeControlCharacters(platform::displayPath(shown));
 }

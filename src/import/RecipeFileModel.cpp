@@ -1,6 +1,6 @@
-#include "RecipeFileModel.h"
+#include "import/RecipeFileModel.h"
 
-#include "VisibleText.h"
+#include "interaction/ControlCharacters.h"
 
 #include <QFile>
 
@@ -26,5 +26,5 @@ QVariant RecipeFileModel::data(const QModelIndex &index, int role) const
 {
     if (role != Qt::DisplayRole || !index.isValid())
         return {};
-    return visibleText(QFile::decodeName(name(index.row()).chopped(extensionSize)));
+    return escapeControlCharacters(QFile::decodeName(name(index.row()).chopped(extensionSize)));
 }

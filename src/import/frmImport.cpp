@@ -1,14 +1,14 @@
-#include "frmImport.h"
+#include "import/frmImport.h"
 
-#include "ApplicationInformation.h"
-#include "Directory.h"
-#include "Drives.h"
-#include "Frame.h"
-#include "Paths.h"
-#include "ProgressBox.h"
-#include "VisibleText.h"
-#include "frmImportRecipe.h"
+#include "frame/Frame.h"
+#include "import/frmImportRecipe.h"
+#include "interaction/ControlCharacters.h"
+#include "platform/ApplicationInformation.h"
+#include "platform/Directory.h"
+#include "platform/Drives.h"
+#include "platform/Paths.h"
 #include "ui_frmImport.h"
+#include "widgets/ProgressDialog.h"
 
 #include <QFile>
 #include <QItemSelection>
@@ -48,7 +48,7 @@ void frmImport::Form_Load()
 
     m_drives = platform::drives();
     for (const std::filesystem::path &drive : m_drives)
-        m_ui->drvRecipes->addItem(visibleText(platform::shownPath(drive)));
+        m_ui->drvRecipes->addItem(escapeControlCharacters(platform::displayPath(drive)));
 
     const auto start =
         platform::nativePath(platform::startingPlace(program, u"recipes"_s).directory);
@@ -149,11 +149,11 @@ std::vector<int> frmImport::chosenRows() const
 
 void frmImport::importFiles(const std::vector<int> &rows)
 {
-    ProgressBox progress(title(), this);
+    ProgressDialog progress(title(), this);
     qsizetype piece = 0;
     for (const int row : rows) {
         const QByteArray &name = m_files.name(row);
-        if (!progress.goOn(++piece, std::ssize(rows), QFile::decodeName(name)))
+        if (!progress.update(++piece, std::ssize(rows), QFile::decodeName(name)))
             return;
         const auto outcome = m_importer.ImportSRFFile(m_directories.current() / name.toStdString());
         if (outcome == frmImportRecipe::Outcome::Stopped)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ChildWindow.h"
-#include "DirectoryModel.h"
-#include "RecipeFileModel.h"
+#include "frame/ChildWindow.h"
+#include "import/DirectoryModel.h"
+#include "import/RecipeFileModel.h"
 
 #include <memory>
 

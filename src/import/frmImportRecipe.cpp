@@ -1,13 +1,13 @@
-#include "frmImportRecipe.h"
+#include "import/frmImportRecipe.h"
 
-#include "Criterion.h"
-#include "DatabaseError.h"
-#include "DatabasePath.h"
-#include "Paths.h"
-#include "SrfDecoder.h"
-#include "SrfFile.h"
-#include "SrfParser.h"
-#include "TextComparison.h"
+#include "data/Criterion.h"
+#include "data/DatabaseError.h"
+#include "data/DatabasePath.h"
+#include "data/TextComparison.h"
+#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfFile.h"
+#include "import/srf/SrfParser.h"
+#include "platform/Paths.h"
 
 #include <QCoreApplication>
 
@@ -35,25 +35,25 @@ struct NameEqual {
 using NameSet = std::unordered_set<std::string, NameHash, NameEqual>;
 
 // What the catalog's columns do not take of an entry, should its ingredient be new.
-std::optional<SrfComplaint> checkNewIngredient(const SrfIngredient &entry)
+std::optional<SrfError> checkNewIngredient(const SrfIngredient &entry)
 {
-    const std::variant<SrfNewIngredient, SrfComplaint> read = newIngredient(entry);
-    if (const auto *complaint = std::get_if<SrfComplaint>(&read))
-        return *complaint;
+    const std::variant<SrfNewIngredient, SrfError> read = newIngredient(entry);
+    if (const auto *error = std::get_if<SrfError>(&read))
+        return *error;
     const auto &fields = std::get<SrfNewIngredient>(read);
-    if (!storedValue(FieldType::WholeNumber, fields.type))
-        return SrfComplaint{entry.line, tr("the number of an ingredient type"), fields.type};
-    if (!storedValue(FieldType::Number, fields.shelfLife))
-        return SrfComplaint{entry.line, tr("a shelf life in days"), fields.shelfLife};
-    if (!storedValue(FieldType::YesNo, fields.vegetarian))
-        return SrfComplaint{entry.line, tr("True or False for vegetarian"), fields.vegetarian};
+    if (!convertToField(FieldType::WholeNumber, fields.type))
+        return SrfError{entry.line, tr("the number of an ingredient type"), fields.type};
+    if (!convertToField(FieldType::Number, fields.shelfLife))
+        return SrfError{entry.line, tr("a shelf life in days"), fields.shelfLife};
+    if (!convertToField(FieldType::YesNo, fields.vegetarian))
+        return SrfError{entry.line, tr("True or False for vegetarian"), fields.vegetarian};
     return {};
 }
 
 } // namespace
 
-frmImportRecipe::frmImportRecipe(Doorway &doorway)
-    : m_doorway(doorway)
+frmImportRecipe::frmImportRecipe(Interaction &interaction)
+    : m_interaction(interaction)
 {
 }
 
@@ -94,14 +94,14 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::p
 {
     const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&file)) {
-        return refuse(error->failure == platform::ReadFailure::NoFile
+        return reject(error->failure == platform::ReadFailure::NotFound
                           ? tr("Could not find file.  Try importing file though File, Import.")
                           : error->message);
     }
-    const std::variant<SrfRecipe, SrfComplaint> parsed =
+    const std::variant<SrfRecipe, SrfError> parsed =
         parseSrf(decodeSrf(std::get<QByteArray>(file)));
-    if (const auto *complaint = std::get_if<SrfComplaint>(&parsed))
-        return refuse(complaintText(*complaint, platform::shownPath(path)));
+    if (const auto *error = std::get_if<SrfError>(&parsed))
+        return reject(srfErrorText(*error, platform::displayPath(path)));
     try {
         return importRecipe(std::get<SrfRecipe>(parsed), path);
     } catch (...) { // nothing may keep the recipe file locked
@@ -116,16 +116,16 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
                                                        const std::filesystem::path &path)
 {
     beginFile();
-    std::optional<SrfComplaint> complaint = checkNumbers(recipe);
-    if (!complaint && isTaken(recipe.name)) {
+    std::optional<SrfError> error = checkNumbers(recipe);
+    if (!error && isTaken(recipe.name)) {
         const Button answer = askAboutTakenName(recipe.name);
         if (answer != Button::Yes)
             return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
         beginFile();
-        complaint = checkNumbers(recipe); // others may have changed the catalogs meanwhile
+        error = checkNumbers(recipe); // others may have changed the catalogs meanwhile
     }
-    if (complaint)
-        return refuse(complaintText(*complaint, platform::shownPath(path)));
+    if (error)
+        return reject(srfErrorText(*error, platform::displayPath(path)));
     Transaction transaction(datRecipe.Database());
     ReadSRFRecipe(recipe, freeName(recipe.name));
     transaction.commit();
@@ -171,7 +171,7 @@ Button frmImportRecipe::askAboutTakenName(const QString &name)
                  Button::No});
 }
 
-frmImportRecipe::Outcome frmImportRecipe::refuse(const QString &text)
+frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)
 {
     return show({text, tr("Error"), Icon::Exclamation}) == Button::Stop ? Outcome::Stopped
                                                                         : Outcome::NotImported;
@@ -183,28 +183,28 @@ Button frmImportRecipe::show(MessageBox box)
     m_commits.commit();
     if (m_commits.isBatch())
         box.buttons.push_back(Button::Stop);
-    return m_doorway.show(box);
+    return m_interaction.show(box);
 }
 
 // The texts that the columns of the file's rows do not take. Those of an ingredient count where it
 // is new to the catalog, which the first of several entries of one name decides.
-std::optional<SrfComplaint> frmImportRecipe::checkNumbers(const SrfRecipe &recipe)
+std::optional<SrfError> frmImportRecipe::checkNumbers(const SrfRecipe &recipe)
 {
-    if (!storedValue(FieldType::WholeNumber, recipe.type))
-        return SrfComplaint{SrfRecipe::typeLine, tr("the number of a recipe type"), recipe.type};
-    if (!storedValue(FieldType::Number, recipe.serves))
-        return SrfComplaint{SrfRecipe::servesLine, tr("the number of servings"), recipe.serves};
+    if (!convertToField(FieldType::WholeNumber, recipe.type))
+        return SrfError{SrfRecipe::typeLine, tr("the number of a recipe type"), recipe.type};
+    if (!convertToField(FieldType::Number, recipe.serves))
+        return SrfError{SrfRecipe::servesLine, tr("the number of servings"), recipe.serves};
     RecordCursor &catalog = datIngredients.Recordset();
     NameSet names;
     for (const SrfIngredient &entry : recipe.ingredients) {
         if (!names.insert(entry.name.toStdString()).second)
             continue;
-        std::optional<SrfComplaint> complaint = checkNewIngredient(entry);
-        if (!complaint)
+        std::optional<SrfError> error = checkNewIngredient(entry);
+        if (!error)
             continue;
         catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, entry.name));
         if (catalog.NoMatch())
-            return complaint;
+            return error;
     }
     return {};
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "CommitGroup.h"
-#include "DataSource.h"
-#include "Doorway.h"
-#include "SrfComplaint.h"
-#include "SrfRecipe.h"
+#include "data/DataSource.h"
+#include "import/GroupCommit.h"
+#include "import/srf/SrfError.h"
+#include "import/srf/SrfRecipe.h"
+#include "interaction/Interaction.h"
 
 #include <filesystem>
 #include <functional>
@@ -19,8 +19,8 @@ public:
         Stopped, // not imported, and the user wants no more files of the batch
     };
 
-    // Questions and messages go through the doorway, which must outlive it.
-    explicit frmImportRecipe(Doorway &doorway);
+    // Questions and messages go through the interaction, which must outlive it.
+    explicit frmImportRecipe(Interaction &interaction);
 
     // Points the sources at the recipe file.
     void Form_Load();
@@ -48,20 +48,20 @@ private:
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
     Button askAboutTakenName(const QString &name);
-    Outcome refuse(const QString &text);
+    Outcome reject(const QString &text);
     Button show(MessageBox box);
 
-    std::optional<SrfComplaint> checkNumbers(const SrfRecipe &recipe);
+    std::optional<SrfError> checkNumbers(const SrfRecipe &recipe);
     void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);
     QVariant addRecipe(const SrfRecipe &recipe, const QString &name);
     void addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId);
     void addUtensil(const SrfUtensil &utensil, const QVariant &recipeId);
 
-    Doorway &m_doorway;
+    Interaction &m_interaction;
     DataSource datRecipe;
     DataSource datIngredients;
     DataSource datRecipeIngredients;
     DataSource datUtensils;
     DataSource datRecipeUtensils;
-    CommitGroup m_commits;
+    GroupCommit m_commits;
 };

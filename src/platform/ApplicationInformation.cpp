@@ -1,7 +1,7 @@
-#include "ApplicationInformation.h"
+#include "platform/ApplicationInformation.h"
 
-#include "Paths.h"
 #include "Version.h"
+#include "platform/Paths.h"
 
 #include <QCoreApplication>
 #include <QDir>

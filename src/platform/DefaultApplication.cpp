@@ -1,4 +1,4 @@
-#include "DefaultApplication.h"
+#include "platform/DefaultApplication.h"
 
 #include <QByteArrayList>
 

@@ -1,6 +1,6 @@
-#include "DesktopRegistration.h"
+#include "platform/DesktopRegistration.h"
 
-#include "DefaultApplication.h"
+#include "platform/DefaultApplication.h"
 
 #include <QDir>
 #include <QFile>

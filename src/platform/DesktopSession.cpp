@@ -1,4 +1,4 @@
-#include "DesktopSession.h"
+#include "platform/DesktopSession.h"
 
 #include <QByteArray>
 #include <QList>

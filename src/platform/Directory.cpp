@@ -1,4 +1,4 @@
-#include "Directory.h"
+#include "platform/Directory.h"
 
 #include <algorithm>
 #include <dirent.h>

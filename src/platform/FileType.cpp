@@ -1,4 +1,4 @@
-#include "FileType.h"
+#include "platform/FileType.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "LargeMemory.h"
+#include "platform/LargeMemory.h"
 
 #include <sys/mman.h>
 

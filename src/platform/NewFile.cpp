@@ -1,4 +1,4 @@
-#include "NewFile.h"
+#include "platform/NewFile.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "Paths.h"
+#include "platform/Paths.h"
 
 #include <QFile>
 
@@ -21,7 +21,7 @@ std::filesystem::path nativePath(const QString &path)
     return QFile::encodeName(path).toStdString();
 }
 
-QString shownPath(const std::filesystem::path &path)
+QString displayPath(const std::filesystem::path &path)
 {
     return QFile::decodeName(QByteArray::fromStdString(path.native()));
 }

@@ -25,7 +25,7 @@ QString programPath(const QString &directory, const QString &baseName,
 // A path as the system has it: bytes, which need not be text. Back as text it is for people to read
 // alone, and what is no text in it is replaced.
 std::filesystem::path nativePath(const QString &path);
-QString shownPath(const std::filesystem::path &path);
+QString displayPath(const std::filesystem::path &path);
 
 // Where a program that lies in the directory starts to look for files: in its folder of that name
 // where it lies on a drive, else (on Windows, on a network path) in the root of the usual drive.

@@ -1,6 +1,6 @@
-#include "RegistryStore.h"
+#include "platform/RegistryStore.h"
 
-#include "Registry.h"
+#include "platform/Registry.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "RegularFile.h"
+#include "platform/RegularFile.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -38,10 +38,10 @@ FileReadError errorOf(int code)
     case ENOENT:
     case ENOTDIR:
     case ENAMETOOLONG:
-        return {ReadFailure::NoFile, {}};
+        return {ReadFailure::NotFound, {}};
     case EACCES:
     case EPERM:
-        return {ReadFailure::NoRight, {}};
+        return {ReadFailure::AccessDenied, {}};
     default:
         return {ReadFailure::Failed, QString::fromLocal8Bit(std::generic_category().message(code))};
     }
@@ -52,7 +52,7 @@ std::optional<FileReadError> refusal(const struct stat &status, qsizetype limit)
     if (S_ISDIR(status.st_mode))
         return FileReadError{ReadFailure::Folder, {}};
     if (!S_ISREG(status.st_mode))
-        return FileReadError{ReadFailure::Special, {}};
+        return FileReadError{ReadFailure::NotRegular, {}};
     if (status.st_size > limit)
         return FileReadError{ReadFailure::TooLarge, {}};
     return std::nullopt;
@@ -89,7 +89,7 @@ std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::p
 {
     const std::string &name = path.native();
     if (name.find('\0') != std::string::npos) // would name another file to the system
-        return FileReadError{ReadFailure::NoFile, {}};
+        return FileReadError{ReadFailure::NotFound, {}};
 
     // Looked at before it is opened, since opening alone sets some devices going, and again after,
     // since another file may have taken the place; not waiting for a writer if that is a pipe.

@@ -9,11 +9,11 @@
 namespace platform {
 
 enum class ReadFailure {
-    NoFile, // nothing exists at the path
+    NotFound, // nothing exists at the path
     Folder,
-    Special, // a pipe, a socket or a device
+    NotRegular, // a pipe, a socket or a device
     TooLarge,
-    NoRight,
+    AccessDenied,
     Failed, // anything else: FileReadError::reason says what
 };
 

@@ -1,8 +1,8 @@
-#include "CWordWrap.h"
+#include "printing/CWordWrap.h"
 
-#include "BusyPointer.h"
-#include "PrintError.h"
-#include "Printer.h"
+#include "printing/BusyCursor.h"
+#include "printing/PrintError.h"
+#include "printing/Printer.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -27,7 +27,7 @@ bool isSeparator(QChar character)
 class BusyWhile
 {
 public:
-    explicit BusyWhile(BusyPointer &pointer)
+    explicit BusyWhile(BusyCursor &pointer)
         : m_pointer(pointer)
     {
         m_pointer.show();
@@ -37,12 +37,12 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(BusyWhile)
 
-    BusyPointer &m_pointer;
+    BusyCursor &m_pointer;
 };
 
 } // namespace
 
-CWordWrap::CWordWrap(Printer &printer, BusyPointer &pointer, std::function<QDate()> today)
+CWordWrap::CWordWrap(Printer &printer, BusyCursor &pointer, std::function<QDate()> today)
     : m_printer(printer)
     , m_pointer(pointer)
     , m_today(std::move(today))

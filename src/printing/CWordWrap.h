@@ -5,7 +5,7 @@
 
 #include <functional>
 
-class BusyPointer;
+class BusyCursor;
 class Printer;
 
 // Prints a text with its words wrapped between margins, on as many pages as it takes, each with a
@@ -14,7 +14,7 @@ class Printer;
 class CWordWrap
 {
 public:
-    CWordWrap(Printer &printer, BusyPointer &pointer,
+    CWordWrap(Printer &printer, BusyCursor &pointer,
               std::function<QDate()> today = &QDate::currentDate);
 
     bool PrintHeader() const { return m_printHeader; }
@@ -62,7 +62,7 @@ private:
     void startLine();
 
     Printer &m_printer;
-    BusyPointer &m_pointer;
+    BusyCursor &m_pointer;
     std::function<QDate()> m_today;
 
     bool m_printHeader = true;

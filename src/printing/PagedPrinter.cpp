@@ -1,6 +1,6 @@
-#include "PagedPrinter.h"
+#include "printing/PagedPrinter.h"
 
-#include "PrintError.h"
+#include "printing/PrintError.h"
 
 #include <QCoreApplication>
 #include <QPagedPaintDevice>

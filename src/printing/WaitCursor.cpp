@@ -1,4 +1,4 @@
-#include "WaitCursor.h"
+#include "printing/WaitCursor.h"
 
 #include <QCursor>
 #include <QGuiApplication>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "BusyPointer.h"
+#include "printing/BusyCursor.h"
 
 // The desktop's own sign for having to wait, over all windows of the program.
-class WaitCursor final : public BusyPointer
+class WaitCursor final : public BusyCursor
 {
 public:
     void show() override;

@@ -1,4 +1,4 @@
-#include "LockableComboBox.h"
+#include "recipes/LockableComboBox.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -6,22 +6,22 @@
 #include <QStylePainter>
 #include <QWheelEvent>
 
-void LockableComboBox::setLocked(bool locked)
+void LockableComboBox::setReadOnly(bool locked)
 {
-    m_isLocked = locked;
+    m_isReadOnly = locked;
     update();
 }
 
 void LockableComboBox::showPopup()
 {
-    if (!m_isLocked)
+    if (!m_isReadOnly)
         QComboBox::showPopup();
 }
 
 // An ignored event goes on to the window, which knows Enter and Esc.
 void LockableComboBox::keyPressEvent(QKeyEvent *event)
 {
-    if (m_isLocked)
+    if (m_isReadOnly)
         event->ignore();
     else
         QComboBox::keyPressEvent(event);
@@ -29,7 +29,7 @@ void LockableComboBox::keyPressEvent(QKeyEvent *event)
 
 void LockableComboBox::mousePressEvent(QMouseEvent *event)
 {
-    if (m_isLocked)
+    if (m_isReadOnly)
         event->ignore();
     else
         QComboBox::mousePressEvent(event);
@@ -37,7 +37,7 @@ void LockableComboBox::mousePressEvent(QMouseEvent *event)
 
 void LockableComboBox::wheelEvent(QWheelEvent *event)
 {
-    if (m_isLocked)
+    if (m_isReadOnly)
         event->ignore();
     else
         QComboBox::wheelEvent(event);
@@ -46,7 +46,7 @@ void LockableComboBox::wheelEvent(QWheelEvent *event)
 // Locked, it looks like a locked edit beside it.
 void LockableComboBox::paintEvent(QPaintEvent *event)
 {
-    if (!m_isLocked) {
+    if (!m_isReadOnly) {
         QComboBox::paintEvent(event);
         return;
     }

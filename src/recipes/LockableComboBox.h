@@ -11,8 +11,8 @@ class LockableComboBox final : public QComboBox
 public:
     using QComboBox::QComboBox;
 
-    bool isLocked() const { return m_isLocked; }
-    void setLocked(bool locked);
+    bool isReadOnly() const { return m_isReadOnly; }
+    void setReadOnly(bool locked);
 
     void showPopup() override;
 
@@ -23,5 +23,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    bool m_isLocked = false;
+    bool m_isReadOnly = false;
 };

@@ -1,8 +1,8 @@
-#include "RecipeListModel.h"
+#include "recipes/RecipeListModel.h"
 
-#include "DisplayText.h"
-#include "RecordCursor.h"
-#include "TextComparison.h"
+#include "data/DisplayText.h"
+#include "data/RecordCursor.h"
+#include "data/TextComparison.h"
 
 #include <algorithm>
 #include <deque>
@@ -61,13 +61,13 @@ void RecipeListModel::clear()
 void RecipeListModel::show(RecordCursor &recipes)
 {
     recipes.RecordCount(); // from here on the cursor does not read, and so does not throw
-    if (recipes.timesRead() != m_timesRead) {
+    if (recipes.generation() != m_generation) {
         m_cursorColumns = {
             recipes.columnNumber("RecipeName"_L1), recipes.columnNumber("Description"_L1),
             recipes.columnNumber("CountOfRecipeID"_L1), recipes.columnNumber("Serves"_L1)};
         m_idColumn = recipes.columnNumber("RecipeID"_L1);
         sortRows(recipes);
-        m_timesRead = recipes.timesRead();
+        m_generation = recipes.generation();
     }
     beginResetModel();
     m_recipes = &recipes;

@@ -46,5 +46,5 @@ private:
     int m_idColumn = 0;
     int m_sortColumn = RecipeName;
     std::vector<int> m_order; // the cursor's row for each row shown
-    int m_timesRead = 0; // of the cursor, when the order was made
+    int m_generation = 0; // of the cursor, when the order was made
 };

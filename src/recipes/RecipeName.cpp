@@ -1,8 +1,8 @@
-#include "RecipeName.h"
+#include "recipes/RecipeName.h"
 
-#include "Blanks.h"
-#include "Doorway.h"
-#include "GeneralFuctions.h"
+#include "data/Blanks.h"
+#include "data/GeneralFuctions.h"
+#include "interaction/Interaction.h"
 
 #include <QCoreApplication>
 
@@ -15,35 +15,35 @@ QString tr(const char *text)
     return QCoreApplication::translate("RecipeName", text);
 }
 
-void tell(Doorway &doorway, const QString &text)
+void tell(Interaction &interaction, const QString &text)
 {
-    doorway.show({.text = text, .title = tr("Error"), .icon = Icon::Information});
+    interaction.show({.text = text, .title = tr("Error"), .icon = Icon::Information});
 }
 
 } // namespace
 
-QString askRecipeName(Doorway &doorway, const QString &currentName,
+QString askRecipeName(Interaction &interaction, const QString &currentName,
                       const std::function<bool(const QString &)> &isTaken)
 {
     for (;;) {
-        const QString answer = doorway.ask({.prompt = tr("Enter title of the recipe"),
-                                            .title = tr("Recipe Name"),
-                                            .defaultText = currentName});
-        QString name = withoutBlanks(answer).toString();
+        const QString answer = interaction.ask({.prompt = tr("Enter title of the recipe"),
+                                                .title = tr("Recipe Name"),
+                                                .defaultText = currentName});
+        QString name = trimSpaces(answer).toString();
         if (name.isEmpty())
             return {};
         if (ContainsInvalidChars(name).isEmpty()) {
-            tell(doorway,
+            tell(interaction,
                  tr("Recipe can't have the following charaters in it") + u"\r\\/:*?\"<>|()"_s);
         } else if (name != currentName && isTaken(name)) {
-            tellRecipeNameTaken(doorway);
+            tellRecipeNameTaken(interaction);
         } else {
             return name;
         }
     }
 }
 
-void tellRecipeNameTaken(Doorway &doorway)
+void tellRecipeNameTaken(Interaction &interaction)
 {
-    tell(doorway, tr("Recipe Name must be unique"));
+    tell(interaction, tr("Recipe Name must be unique"));
 }

@@ -1,9 +1,9 @@
-#include "RecipeRow.h"
+#include "recipes/RecipeRow.h"
 
-#include "Criterion.h"
-#include "DataSource.h"
-#include "DatabaseError.h"
-#include "Transaction.h"
+#include "data/Criterion.h"
+#include "data/DataSource.h"
+#include "data/DatabaseError.h"
+#include "data/Transaction.h"
 
 #include <QCoreApplication>
 

@@ -1,9 +1,9 @@
-#include "RecipeTable.h"
+#include "recipes/RecipeTable.h"
 
-#include "EmptyText.h"
-#include "Inches.h"
-#include "SortHeader.h"
-#include "TextRowDelegate.h"
+#include "recipes/SortHeader.h"
+#include "widgets/Inches.h"
+#include "widgets/PlaceholderText.h"
+#include "widgets/TextRowDelegate.h"
 
 #include <QResizeEvent>
 
@@ -38,7 +38,7 @@ void RecipeTable::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
     if (model())
-        paintEmptyText(*this, m_emptyText);
+        paintPlaceholderText(*this, m_placeholderText);
 }
 
 // By what it gains or loses, so that widths which the user has set count on.

@@ -8,13 +8,13 @@
 class RecipeTable final : public QTreeView
 {
     Q_OBJECT
-    Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)
+    Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
 public:
     explicit RecipeTable(QWidget *parent = nullptr);
 
-    QString emptyText() const { return m_emptyText; }
-    void setEmptyText(const QString &text) { m_emptyText = text; }
+    QString placeholderText() const { return m_placeholderText; }
+    void setPlaceholderText(const QString &text) { m_placeholderText = text; }
 
     void keyboardSearch(const QString &letters) override;
     QSize sizeHint() const override;
@@ -24,5 +24,5 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QString m_emptyText;
+    QString m_placeholderText;
 };

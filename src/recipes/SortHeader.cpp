@@ -1,4 +1,4 @@
-#include "SortHeader.h"
+#include "recipes/SortHeader.h"
 
 #include <QPainter>
 #include <QStyleOptionHeader>

@@ -1,21 +1,21 @@
-#include "frmRecipe.h"
+#include "recipes/frmRecipe.h"
 
-#include "Criterion.h"
-#include "DatabaseFunctions.h"
-#include "DatabasePath.h"
-#include "DisplayText.h"
-#include "DocumentText.h"
-#include "Doorway.h"
-#include "FieldValue.h"
-#include "Frame.h"
-#include "RecipeName.h"
-#include "RecipeTypes.h"
-#include "SortOrder.h"
-#include "StoredSelection.h"
-#include "Transaction.h"
-#include "frmChangeIngredients.h"
-#include "frmChangeUtensils.h"
+#include "composition/frmChangeIngredients.h"
+#include "composition/frmChangeUtensils.h"
+#include "data/Criterion.h"
+#include "data/DatabaseFunctions.h"
+#include "data/DatabasePath.h"
+#include "data/DisplayText.h"
+#include "data/FieldValue.h"
+#include "data/RecipeTypes.h"
+#include "data/Transaction.h"
+#include "data/settings/SortOrder.h"
+#include "frame/Frame.h"
+#include "interaction/Interaction.h"
+#include "recipes/RecipeName.h"
 #include "ui_frmRecipe.h"
+#include "widgets/DocumentText.h"
+#include "widgets/StoredSelection.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -76,7 +76,7 @@ void frmRecipe::Form_Load()
 {
     m_ui->cmdPrint->setEnabled(false);
     datRecipe.DatabaseName = DatabasePath;
-    datRecipe.RecordSource = u"SELECT * FROM Recipes ORDER BY"_s + recipeOrderSuffix();
+    datRecipe.RecordSource = u"SELECT * FROM Recipes ORDER BY"_s + recipeOrderByClause();
     datIngredients.DatabaseName = DatabasePath;
     datIngredients.RecordSource = u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
                                   "Ingredients.IngredientName, Ingredients.Vegetarian "
@@ -101,7 +101,7 @@ void frmRecipe::openDataSources()
 
 void frmRecipe::Form_Activate()
 {
-    const ReadTransaction oneState(datRecipe.Database());
+    const ReadTransaction snapshot(datRecipe.Database());
     RecordCursor &recipes = datRecipe.Recordset();
     recipes.Requery();
     datIngredients.Recordset().Requery();
@@ -180,7 +180,7 @@ void frmRecipe::setRecipeChanged()
 
 void frmRecipe::LockFields(bool locked)
 {
-    m_ui->cmbRecipeType->setLocked(locked);
+    m_ui->cmbRecipeType->setReadOnly(locked);
     m_ui->txtServes->setReadOnly(locked);
     m_ui->txtInstruction->setReadOnly(locked);
     if (locked) // a caret to select with
@@ -200,11 +200,12 @@ bool frmRecipe::promptToSave()
 {
     if (!RecipeChanged)
         return true;
-    const Button answer = doorway().show({.text = tr("Do you want to save changes to this recipe"),
-                                          .title = tr("Save Changes"),
-                                          .icon = Icon::Question,
-                                          .buttons = {Button::Yes, Button::No},
-                                          .defaultButton = Button::Yes});
+    const Button answer =
+        interaction().show({.text = tr("Do you want to save changes to this recipe"),
+                            .title = tr("Save Changes"),
+                            .icon = Icon::Question,
+                            .buttons = {Button::Yes, Button::No},
+                            .defaultButton = Button::Yes});
     return answer == Button::No || SaveRecipe();
 }
 
@@ -287,8 +288,8 @@ void frmRecipe::cmdNew_Click()
 {
     if (!promptToSave())
         return;
-    const QString name =
-        askRecipeName(doorway(), {}, [this](const QString &answer) { return isTaken(answer, 0); });
+    const QString name = askRecipeName(
+        interaction(), {}, [this](const QString &answer) { return isTaken(answer, 0); });
     if (name.isEmpty())
         return;
     setRecipeName(name);
@@ -313,7 +314,7 @@ void frmRecipe::cmdNew_Click()
 
 void frmRecipe::cmdEdit_Click()
 {
-    const QString name = askRecipeName(doorway(), title(), [this](const QString &answer) {
+    const QString name = askRecipeName(interaction(), title(), [this](const QString &answer) {
         return isTaken(answer, CurrentRecipeID);
     });
     if (name.isEmpty())
@@ -338,14 +339,15 @@ void frmRecipe::cmdDescription_Click()
 {
     const QString stored = storedDescription();
     if (!m_ui->cmdDontSave->isEnabled()) {
-        doorway().show(
+        interaction().show(
             {.text = stored.isEmpty() ? tr("None") : stored, .title = tr("Recipe Description")});
         return;
     }
-    RecipeDescription = doorway().ask({.prompt = tr("Enter description for this recipe"),
-                                       .title = tr("Enter Description"),
-                                       .defaultText = stored.isEmpty() ? RecipeDescription : stored,
-                                       .lines = Lines::Several});
+    RecipeDescription =
+        interaction().ask({.prompt = tr("Enter description for this recipe"),
+                           .title = tr("Enter Description"),
+                           .defaultText = stored.isEmpty() ? RecipeDescription : stored,
+                           .lines = Lines::Several});
     if (RecipeDescription != stored)
         setRecipeChanged();
 }
@@ -382,10 +384,10 @@ RecipeFields frmRecipe::fieldsOnScreen() const
 bool frmRecipe::SaveRecipe()
 {
     if (!isServesGood()) {
-        doorway().show({.text = tr("Serves must be a number, 0 or more. \"%1\" is not.")
-                                    .arg(m_ui->txtServes->text()),
-                        .title = tr("Error"),
-                        .icon = Icon::Information});
+        interaction().show({.text = tr("Serves must be a number, 0 or more. \"%1\" is not.")
+                                        .arg(m_ui->txtServes->text()),
+                            .title = tr("Error"),
+                            .icon = Icon::Information});
         m_ui->txtServes->setFocus();
         return false;
     }
@@ -394,7 +396,7 @@ bool frmRecipe::SaveRecipe()
         const RecipeFields entered = fieldsOnScreen();
         const auto key = storeRecipe(datRecipe, CurrentRecipeID, m_shownFields, entered);
         if (!key) {
-            tellRecipeNameTaken(doorway());
+            tellRecipeNameTaken(interaction());
             return false;
         }
         CurrentRecipeID = *key;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ChildWindow.h"
-#include "ComposedRecipe.h"
-#include "DataSource.h"
-#include "RecipeRow.h"
+#include "composition/ComposedRecipe.h"
+#include "data/DataSource.h"
+#include "frame/ChildWindow.h"
+#include "recipes/RecipeRow.h"
 
 #include <memory>
 

@@ -1,11 +1,11 @@
-#include "frmRecipes.h"
+#include "recipes/frmRecipes.h"
 
-#include "DatabasePath.h"
-#include "Frame.h"
-#include "Inches.h"
-#include "SortOrder.h"
-#include "frmRecipe.h"
+#include "data/DatabasePath.h"
+#include "data/settings/SortOrder.h"
+#include "frame/Frame.h"
+#include "recipes/frmRecipe.h"
 #include "ui_frmRecipes.h"
+#include "widgets/Inches.h"
 
 #include <QHeaderView>
 #include <QShortcut>
@@ -61,7 +61,7 @@ void frmRecipes::Form_Load()
         "GROUP BY Recipes.RecipeID, Recipes.RecipeType, Recipes.RecipeName, Recipes.Description, "
         "Recipes.Serves "
         "ORDER BY"_s
-        + recipeOrderSuffix();
+        + recipeOrderByClause();
 }
 
 void frmRecipes::openDataSources()

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ChildWindow.h"
-#include "DataSource.h"
-#include "RecipeListModel.h"
+#include "data/DataSource.h"
+#include "frame/ChildWindow.h"
+#include "recipes/RecipeListModel.h"
 
 #include <memory>
 

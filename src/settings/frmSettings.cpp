@@ -1,14 +1,14 @@
-#include "frmSettings.h"
+#include "settings/frmSettings.h"
 
-#include "ApplicationInformation.h"
-#include "Boundary.h"
-#include "Doorway.h"
-#include "HtmlSettings.h"
-#include "Inches.h"
-#include "RegistryFunctions.h"
-#include "SettingsKeys.h"
-#include "SortOrder.h"
+#include "data/settings/HtmlSettings.h"
+#include "data/settings/RegistryFunctions.h"
+#include "data/settings/SettingsKeys.h"
+#include "data/settings/SortOrder.h"
+#include "frame/ErrorBoundary.h"
+#include "interaction/Interaction.h"
+#include "platform/ApplicationInformation.h"
 #include "ui_frmSettings.h"
+#include "widgets/Inches.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,14 +21,14 @@ void write(const QString &key, const QString &valueName, const QVariant &value)
 
 } // namespace
 
-frmSettings::frmSettings(Doorway &doorway, const Boundary &boundary, QWidget *parent)
+frmSettings::frmSettings(Interaction &interaction, const ErrorBoundary &boundary, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::frmSettings>())
-    , m_doorway(doorway)
+    , m_interaction(interaction)
 {
     m_ui->setupUi(this);
     const auto onClick = [&](const auto *box, auto choose, const QPushButton *button, auto clear) {
-        boundary.connect(box, &TemplateBox::clicked, this, choose);
+        boundary.connect(box, &FilePathEdit::clicked, this, choose);
         boundary.connect(button, &QPushButton::clicked, this, clear);
     };
     onClick(m_ui->txtMainMenuTemplate, &frmSettings::txtMainMenuTemplate_Click,
@@ -37,8 +37,8 @@ frmSettings::frmSettings(Doorway &doorway, const Boundary &boundary, QWidget *pa
             m_ui->cmdClearCategoryTemplate, &frmSettings::cmdClearCategoryTemplate_Click);
     onClick(m_ui->txtRecipeTemplate, &frmSettings::txtRecipeTemplate_Click,
             m_ui->cmdClearRecipeTemplate, &frmSettings::cmdClearRecipeTemplate_Click);
-    connect(m_ui->Image1, &StylePicture::clicked, m_ui->optStyle1, &QRadioButton::click);
-    connect(m_ui->Image2, &StylePicture::clicked, m_ui->optStyle2, &QRadioButton::click);
+    connect(m_ui->Image1, &ClickableImage::clicked, m_ui->optStyle1, &QRadioButton::click);
+    connect(m_ui->Image2, &ClickableImage::clicked, m_ui->optStyle2, &QRadioButton::click);
     boundary.connect(m_ui->cmdOk, &QPushButton::clicked, this, &frmSettings::cmdOk_Click);
     boundary.connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSettings::cmdCancel_Click);
     resize(inches(*this, 6.5, 0).expandedTo(sizeHint()));
@@ -104,13 +104,14 @@ void frmSettings::cmdCancel_Click()
     reject();
 }
 
-void frmSettings::chooseTemplate(TemplateBox &box)
+void frmSettings::chooseTemplate(FilePathEdit &box)
 {
-    const QString path = m_doorway.choose(FileChooser{.title = tr("Choose template file"),
-                                                      .description = tr("HTML Documents"),
-                                                      .patterns = {u"*.htm"_s, u"*.html"_s},
-                                                      .defaultSuffix = u"htm"_s,
-                                                      .directory = platform::programDirectory()});
+    const QString path =
+        m_interaction.choose(FileChooser{.title = tr("Choose template file"),
+                                         .description = tr("HTML Documents"),
+                                         .patterns = {u"*.htm"_s, u"*.html"_s},
+                                         .defaultSuffix = u"htm"_s,
+                                         .directory = platform::programDirectory()});
     if (!path.isEmpty())
         box.setPath(path);
 }

@@ -4,9 +4,9 @@
 
 #include <memory>
 
-class Boundary;
-class Doorway;
-class TemplateBox;
+class ErrorBoundary;
+class Interaction;
+class FilePathEdit;
 
 namespace Ui {
 class frmSettings;
@@ -20,7 +20,7 @@ class frmSettings final : public QDialog
     Q_OBJECT
 
 public:
-    frmSettings(Doorway &doorway, const Boundary &boundary, QWidget *parent = nullptr);
+    frmSettings(Interaction &interaction, const ErrorBoundary &boundary, QWidget *parent = nullptr);
     ~frmSettings() override;
 
     void Form_Load();
@@ -35,8 +35,8 @@ private:
     void cmdOk_Click();
     void cmdCancel_Click();
 
-    void chooseTemplate(TemplateBox &box);
+    void chooseTemplate(FilePathEdit &box);
 
     std::unique_ptr<Ui::frmSettings> m_ui;
-    Doorway &m_doorway;
+    Interaction &m_interaction;
 };

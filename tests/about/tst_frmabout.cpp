@@ -1,6 +1,6 @@
-#include "Boundary.h"
-#include "StrictDoorway.h"
-#include "frmAbout.h"
+#include "about/frmAbout.h"
+#include "frame/ErrorBoundary.h"
+#include "support/MockInteraction.h"
 
 #include <QLabel>
 #include <QTest>
@@ -15,8 +15,8 @@ class tst_frmAbout : public QObject
 private Q_SLOTS:
     void content()
     {
-        StrictDoorway doorway;
-        const Boundary boundary(doorway);
+        MockInteraction interaction;
+        const ErrorBoundary boundary(interaction);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
             frmAbout about(boundary);
             about.Form_Load();

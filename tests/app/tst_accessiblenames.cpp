@@ -1,9 +1,9 @@
-#include "DatabasePath.h"
-#include "ProgressBox.h"
-#include "RecipeFile.h"
-#include "StrictDoorway.h"
-#include "TemporaryHome.h"
-#include "frmMain.h"
+#include "app/frmMain.h"
+#include "data/DatabasePath.h"
+#include "support/MockInteraction.h"
+#include "support/RecipeFile.h"
+#include "support/TemporaryHome.h"
+#include "widgets/ProgressDialog.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -45,8 +45,8 @@ void TestAccessibleNames::areGiven()
     const RecipeFile file;
     file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
     DatabasePath = file.path();
-    StrictDoorway doorway;
-    frmMain window(doorway);
+    MockInteraction interaction;
+    frmMain window(interaction);
     QVERIFY(!window.MDIForm_Load({}));
     window.show();
 
@@ -82,7 +82,7 @@ void TestAccessibleNames::areGiven()
         window.findChild<QAction *>(step)->trigger();
     }
 
-    ProgressBox progress(u"Work"_s, &window);
+    ProgressDialog progress(u"Work"_s, &window);
     progress.show();
     QCOMPARE(found + nameless(progress), QString());
 }

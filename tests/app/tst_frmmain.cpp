@@ -1,7 +1,7 @@
-#include "DatabasePath.h"
-#include "RecipeFile.h"
-#include "StrictDoorway.h"
-#include "frmMain.h"
+#include "app/frmMain.h"
+#include "data/DatabasePath.h"
+#include "support/MockInteraction.h"
+#include "support/RecipeFile.h"
 
 #include <QAction>
 #include <QDesktopServices>
@@ -34,12 +34,13 @@ void TestFrmMain::comesUpWithoutARecipeFile()
 {
     RecipeFile file;
     DatabasePath = file.folder() + "/none.rbk"_L1;
-    StrictDoorway doorway;
-    frmMain window(doorway);
-    doorway.expect({u"Something went wrong in \"Pantrywise\":\nThe recipe file %1 is missing. Put "
-                    u"your copy of it back in that place and "
-                    "try again."_s.arg(DatabasePath),
-                    u"Error"_s, Icon::Exclamation});
+    MockInteraction interaction;
+    frmMain window(interaction);
+    interaction.expect(
+        {u"Something went wrong in \"Pantrywise\":\nThe recipe file %1 is missing. Put "
+         u"your copy of it back in that place and "
+         "try again."_s.arg(DatabasePath),
+         u"Error"_s, Icon::Exclamation});
     QVERIFY(!window.MDIForm_Load({}));
     QVERIFY(!QFile::exists(DatabasePath));
 }
@@ -48,8 +49,8 @@ void TestFrmMain::comesUpWithoutARecipeFile()
 // action yet is greyed.
 void TestFrmMain::offersOnlyWhatIsThere()
 {
-    StrictDoorway doorway;
-    frmMain window(doorway);
+    MockInteraction interaction;
+    frmMain window(interaction);
     QSet<QKeySequence> shortcuts;
     for (const QAction *action : window.findChildren<QAction *>()) {
         if (action->shortcut().isEmpty())
@@ -81,22 +82,23 @@ void TestFrmMain::exportsWebPages()
     const QDir place(file.folder());
     QVERIFY(place.mkpath(u"Pantrywise/mine"_s) && place.mkdir(u"other"_s));
     QDesktopServices::setUrlHandler(u"file"_s, this, "open");
-    StrictDoorway doorway;
-    const auto expectChoice = [&doorway](const QString &from, const QString &answer) {
-        doorway.expect(FolderChooser{u"Choose a folder for the web pages"_s, from}, answer);
+    MockInteraction interaction;
+    const auto expectChoice = [&interaction](const QString &from, const QString &answer) {
+        interaction.expect(FolderChooser{u"Choose a folder for the web pages"_s, from}, answer);
     };
     expectChoice(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), place.path());
-    doorway.expect({place.filePath(u"Pantrywise was not made by an export, so nothing was exported "
-                                   "there. Move it away, or choose another place."_s),
-                    u"Export"_s, Icon::Exclamation});
+    interaction.expect(
+        {place.filePath(u"Pantrywise was not made by an export, so nothing was exported "
+                        "there. Move it away, or choose another place."_s),
+         u"Export"_s, Icon::Exclamation});
     expectChoice(place.path(), place.filePath(u"other"_s));
-    doorway.expect({u"0 recipes were written to "_s + place.filePath(u"other/Pantrywise."_s),
-                    u"Export"_s,
-                    Icon::Information,
-                    {Button::Open, Button::Close},
-                    Button::Open},
-                   Button::Open);
-    frmMain window(doorway);
+    interaction.expect({u"0 recipes were written to "_s + place.filePath(u"other/Pantrywise."_s),
+                        u"Export"_s,
+                        Icon::Information,
+                        {Button::Open, Button::Close},
+                        Button::Open},
+                       Button::Open);
+    frmMain window(interaction);
     window.findChild<QAction *>(u"mnuExport"_s)->trigger();
     QDesktopServices::unsetUrlHandler(u"file"_s);
     QCOMPARE(m_opened, QUrl::fromLocalFile(place.filePath(u"other/Pantrywise/index.html"_s)));
@@ -107,8 +109,8 @@ void TestFrmMain::ends()
     for (const bool byMenu : {true, false}) {
         RecipeFile file;
         DatabasePath = file.path();
-        StrictDoorway doorway;
-        frmMain window(doorway);
+        MockInteraction interaction;
+        frmMain window(interaction);
         QVERIFY(!window.MDIForm_Load({}));
         window.show();
         // A catalog with unsaved changes, which keeps the activation, neither asks nor stays.

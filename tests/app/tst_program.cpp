@@ -1,6 +1,6 @@
-#include "FileBytes.h"
-#include "RecipeFile.h"
-#include "TemporaryHome.h"
+#include "support/FileBytes.h"
+#include "support/RecipeFile.h"
+#include "support/TemporaryHome.h"
 
 #include <QProcess>
 #include <QRandomGenerator>

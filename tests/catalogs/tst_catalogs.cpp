@@ -1,8 +1,8 @@
-#include "Kitchen.h"
-#include "ListBox.h"
-#include "TemporaryHome.h"
-#include "frmIngredient.h"
-#include "frmUtensil.h"
+#include "catalogs/frmIngredient.h"
+#include "catalogs/frmUtensil.h"
+#include "support/TemporaryHome.h"
+#include "support/WindowFixture.h"
+#include "widgets/ListBox.h"
 
 #include <QLineEdit>
 
@@ -14,15 +14,15 @@ constexpr auto pantry = "INSERT INTO Ingredients VALUES (1, 'Salt', 3, 999, 1),"
                         "(2, 'Apple', 1, 30, 1), (3, 'beef', 4, 2, 0), (4, 'Éclair', 0, 1, 1)";
 
 // A kitchen with the catalog and its controls.
-struct Catalog : Kitchen {
+struct Catalog : WindowFixture {
     explicit Catalog(const QByteArray &rows)
-        : Kitchen(rows)
+        : WindowFixture(rows)
     {
     }
 
-    void perform(const QString &steps) { Kitchen::perform(window, steps); }
-    QString shown() const { return Kitchen::shown(window); }
-    QString stored() const { return Kitchen::stored("SELECT * FROM Ingredients ORDER BY 1"); }
+    void perform(const QString &steps) { WindowFixture::perform(window, steps); }
+    QString shown() const { return WindowFixture::shown(window); }
+    QString stored() const { return WindowFixture::stored("SELECT * FROM Ingredients ORDER BY 1"); }
 
     frmIngredient &window = open<frmIngredient>();
     ListBox &list = control<ListBox>(window, u"lstIngredients"_s);
@@ -160,7 +160,7 @@ private Q_SLOTS:
             const QString stored = catalog.stored();
             if (act == "cmdDelete"_L1)
                 catalog.expectQuestion(catalog.window, act, u"Yes"_s);
-            catalog.doorway.expect(Kitchen::failure(
+            catalog.interaction.expect(WindowFixture::failure(
                 u"Ingredients"_s,
                 cause == gone
                     ? u"This entry has been deleted by another program. Nothing was stored."_s
@@ -183,7 +183,7 @@ private Q_SLOTS:
             {u"Cook's ladle"_s, u"pan"_s}, {u" wHISK "_s, u"pan"_s},   {u"PAN"_s, u"pan"_s},
         };
         for (const auto &[typed, renamed] : rows) {
-            Kitchen kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
+            WindowFixture kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
             const auto &window = kitchen.open<frmUtensil>();
             kitchen.perform(window, u"txtUtensilName ="_s + typed + u", cmdSave"_s);
             QCOMPARE(kitchen.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|"_s + renamed);
@@ -193,13 +193,13 @@ private Q_SLOTS:
 
     void leavesUtensils()
     {
-        Kitchen kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
+        WindowFixture kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
         const auto &window = kitchen.open<frmUtensil>();
         // After a refused save the cursor stands on the row that holds the name.
         kitchen.perform(window,
                         u"txtUtensilName =whisk, cmdSave, txtUtensilName =Cleaver, "
                         "cmdNext?Yes, txtUtensilName s"_s);
-        QCOMPARE(Kitchen::shown(window), u"Utensils|Whisks"_s);
+        QCOMPARE(WindowFixture::shown(window), u"Utensils|Whisks"_s);
         kitchen.perform(window, u"cmdDone"_s); // at once
         QVERIFY(!kitchen.frame.find<frmUtensil>());
         QCOMPARE(kitchen.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|Cleaver"_s);

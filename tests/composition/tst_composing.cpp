@@ -1,12 +1,12 @@
-#include "IngredientLine.h"
-#include "Kitchen.h"
-#include "ListBox.h"
-#include "frmChangeIngredients.h"
-#include "frmChangeUtensils.h"
-#include "frmIngredient.h"
-#include "frmRecipe.h"
-#include "frmRecipes.h"
-#include "frmUtensil.h"
+#include "catalogs/frmIngredient.h"
+#include "catalogs/frmUtensil.h"
+#include "composition/IngredientLine.h"
+#include "composition/frmChangeIngredients.h"
+#include "composition/frmChangeUtensils.h"
+#include "recipes/frmRecipe.h"
+#include "recipes/frmRecipes.h"
+#include "support/WindowFixture.h"
+#include "widgets/ListBox.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -28,7 +28,7 @@ constexpr auto oldLinks = u"17|2|1 (large) can, 18|3|1 cup, 17|4|as much as a la
 
 // The record window and an editor on its recipe.
 template <class Editor>
-Editor &compose(Kitchen &kitchen)
+Editor &compose(WindowFixture &kitchen)
 {
     kitchen.frame.load<frmRecipe>().CurrentRecipeID = 17;
     kitchen.open<frmRecipe>();
@@ -37,9 +37,10 @@ Editor &compose(Kitchen &kitchen)
 
 MessageBox noneSelected(const QString &box, const QString &act)
 {
-    return Kitchen::warning(u"No item was selected in the %1 box.  Try selecting the item you want "
-                            "to %2 and then hit %2 again"_s.arg(box, act),
-                            u"No item selected"_s);
+    return WindowFixture::warning(
+        u"No item was selected in the %1 box.  Try selecting the item you want "
+        "to %2 and then hit %2 again"_s.arg(box, act),
+        u"No item selected"_s);
 }
 
 } // namespace
@@ -51,7 +52,7 @@ class tst_Composing : public QObject
 private Q_SLOTS:
     void ingredients()
     {
-        Kitchen kitchen(dishes);
+        WindowFixture kitchen(dishes);
         const auto &editor = compose<frmChangeIngredients>(kitchen);
         auto &lines = control<ListBox>(editor, u"lstRecipeIngredients"_s);
         auto &catalog = control<ListBox>(editor, u"lstIngredients"_s);
@@ -60,8 +61,8 @@ private Q_SLOTS:
         const QString second = u"Cook's spice (as much as a large spoon holds)"_s;
 
         kitchen.perform(editor, u"cmdAdd, lstIngredients 1"_s);
-        kitchen.doorway.expect(
-            Kitchen::warning(u"Ingredient is already in the ingredient box"_s, u"Can't add"_s));
+        kitchen.interaction.expect(WindowFixture::warning(
+            u"Ingredient is already in the ingredient box"_s, u"Can't add"_s));
         kitchen.perform(editor, u"cmdAdd"_s);
         QVERIFY(catalog.hasFocus());
         amount.setFocus();
@@ -99,16 +100,16 @@ private Q_SLOTS:
 
     void utensils()
     {
-        Kitchen kitchen(dishes);
+        WindowFixture kitchen(dishes);
         const auto &editor = compose<frmChangeUtensils>(kitchen);
         auto &lines = control<ListBox>(editor, u"lstRecipeUtensils"_s);
         auto &catalog = control<ListBox>(editor, u"lstUtensils"_s);
         QVERIFY(catalog.hasFocus());
-        kitchen.doorway.expect(noneSelected(u"utensils"_s, u"add"_s));
-        kitchen.doorway.expect(noneSelected(u"recipe utensils"_s, u"delete"_s));
+        kitchen.interaction.expect(noneSelected(u"utensils"_s, u"add"_s));
+        kitchen.interaction.expect(noneSelected(u"recipe utensils"_s, u"delete"_s));
         kitchen.perform(editor, u"cmdAdd, cmdRemove, lstUtensils 0, cmdAdd"_s);
-        kitchen.doorway.expect(
-            Kitchen::warning(u"Utensil is already in the utensil box"_s, u"Can't add"_s));
+        kitchen.interaction.expect(
+            WindowFixture::warning(u"Utensil is already in the utensil box"_s, u"Can't add"_s));
         kitchen.perform(editor, u"cmdAdd"_s);
         QCOMPARE(lines.texts(), QStringList({u"Whisk"_s, u"Knife"_s}));
         kitchen.perform(editor, u"lstRecipeUtensils 0, cmdRemove"_s);
@@ -131,12 +132,12 @@ private Q_SLOTS:
 
     void anEmptyList()
     {
-        Kitchen kitchen(dishes
-                        + "DELETE FROM RecipeIngredients WHERE RecipeID = 17;"
-                          "DELETE FROM Ingredients");
+        WindowFixture kitchen(dishes
+                              + "DELETE FROM RecipeIngredients WHERE RecipeID = 17;"
+                                "DELETE FROM Ingredients");
         const auto &editor = compose<frmChangeIngredients>(kitchen);
-        kitchen.doorway.expect(noneSelected(u"ingredients"_s, u"add"_s));
-        kitchen.doorway.expect(noneSelected(u"recipe ingredients"_s, u"delete"_s));
+        kitchen.interaction.expect(noneSelected(u"ingredients"_s, u"add"_s));
+        kitchen.interaction.expect(noneSelected(u"recipe ingredients"_s, u"delete"_s));
         kitchen.perform(editor, u"cmdAdd, cmdRemove"_s);
         kitchen.sql("INSERT INTO RecipeIngredients VALUES (17, 1, 'late')");
         kitchen.perform(editor, u"cmdDone"_s);
@@ -163,25 +164,25 @@ private Q_SLOTS:
         const std::tuple<QByteArray, QByteArray, MessageBox> rows[] = {
             {"UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4",
              "UPDATE Ingredients SET IngredientName = 'COOK''S SPICE' WHERE IngredientID = 4",
-             Kitchen::warning(u"These ingredients are not in the catalog any more:\n\n"
-                              "Cook's spice (as much as a large spoon holds)\n\nNothing was "
-                              "stored. Add them to the catalog again with Add Ingredient, or "
-                              "remove their lines."_s,
-                              u"Can't save"_s)},
+             WindowFixture::warning(u"These ingredients are not in the catalog any more:\n\n"
+                                    "Cook's spice (as much as a large spoon holds)\n\nNothing was "
+                                    "stored. Add them to the catalog again with Add Ingredient, or "
+                                    "remove their lines."_s,
+                                    u"Can't save"_s)},
             {"CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients WHEN NEW.IngredientID = 4 "
              "BEGIN SELECT RAISE(ABORT, 'no more'); END",
              "DROP TRIGGER t",
-             Kitchen::failure(u"Change Ingredients"_s,
-                              u"The recipe file %1 could not be used: no more"_s)},
+             WindowFixture::failure(u"Change Ingredients"_s,
+                                    u"The recipe file %1 could not be used: no more"_s)},
         };
         for (auto [harm, repair, box] : rows) {
-            Kitchen kitchen(dishes);
+            WindowFixture kitchen(dishes);
             const auto &editor = compose<frmChangeIngredients>(kitchen);
             kitchen.sql(harm);
             box.text.replace(u"%1"_s, kitchen.file.path());
-            kitchen.doorway.expect(box);
+            kitchen.interaction.expect(box);
             press(editor, u"cmdDone"_s);
-            kitchen.doorway.checkAllCame();
+            kitchen.interaction.checkAllCame();
             QCOMPARE(kitchen.stored(allIngredients), oldLinks);
             kitchen.sql(repair);
             press(editor, u"cmdDone"_s);
@@ -193,7 +194,7 @@ private Q_SLOTS:
     // What the user does, and after it how often it has beeped and which window is active.
     void activation()
     {
-        Kitchen kitchen(dishes);
+        WindowFixture kitchen(dishes);
         const auto &editor = compose<frmChangeIngredients>(kitchen);
         kitchen.perform(editor, u"cmdRemove"_s); // left by Cancel at last
         auto &recipe = *kitchen.frame.find<frmRecipe>();

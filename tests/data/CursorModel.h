@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RecordCursor.h"
+#include "data/RecordCursor.h"
 
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Database.h>

@@ -1,7 +1,7 @@
-#include "DataSource.h"
-#include "FileBytes.h"
-#include "RecipeFile.h"
-#include "Transaction.h"
+#include "data/DataSource.h"
+#include "data/Transaction.h"
+#include "support/FileBytes.h"
+#include "support/RecipeFile.h"
 
 #include <QElapsedTimer>
 

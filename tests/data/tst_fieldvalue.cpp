@@ -1,4 +1,4 @@
-#include "FieldValue.h"
+#include "data/FieldValue.h"
 
 #include <QTest>
 
@@ -36,7 +36,7 @@ private Q_SLOTS:
         };
         for (const auto &[type, values, expected] : table) {
             for (const QVariant &value : values)
-                QVERIFY2(storedValue(type, value) == expected, qUtf8Printable(value.toString()));
+                QVERIFY2(convertToField(type, value) == expected, qUtf8Printable(value.toString()));
         }
     }
 };

@@ -1,8 +1,8 @@
-#include "Criterion.h"
-#include "CursorModel.h"
-#include "RecipeFile.h"
-#include "TextComparison.h"
-#include "Transaction.h"
+#include "data/Criterion.h"
+#include "data/CursorModel.h"
+#include "data/TextComparison.h"
+#include "data/Transaction.h"
+#include "support/RecipeFile.h"
 
 #include <QTest>
 
@@ -30,10 +30,10 @@ struct Source {
 };
 
 // Plays the cursor, its model, a second cursor and another program against each other.
-class Game
+class RandomWalk
 {
 public:
-    Game(const Source &source, unsigned seed)
+    RandomWalk(const Source &source, unsigned seed)
         : m_source(source)
         , m_random(seed)
         , m_database(opened(m_file))
@@ -328,7 +328,7 @@ private Q_SLOTS:
         const unsigned firstSeed = std::random_device{}();
         for (unsigned game = 0; game < 75; ++game) {
             const unsigned seed = firstSeed + game;
-            Game played(sources[game % 5], seed);
+            RandomWalk played(sources[game % 5], seed);
             for (int step = 0; step < 300; ++step) {
                 try {
                     played.step();

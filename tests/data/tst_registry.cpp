@@ -1,7 +1,7 @@
-#include "FileBytes.h"
-#include "RegistryFunctions.h"
-#include "SortOrder.h"
-#include "TemporaryHome.h"
+#include "data/settings/RegistryFunctions.h"
+#include "data/settings/SortOrder.h"
+#include "support/FileBytes.h"
+#include "support/TemporaryHome.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -202,10 +202,10 @@ private Q_SLOTS:
         for (const QVariant &byName : QVariantList{u"-1"_s, u" +1 "_s, u"0.5"_s, 1})
             QVERIFY2(sortOrderOf(byName) == SortOrder::Name, qPrintable(byName.toString()));
         write(u"Recipes"_s, u"1"_s);
-        QCOMPARE(recipeOrderSuffix() + ingredientOrderSuffix(),
+        QCOMPARE(recipeOrderByClause() + ingredientOrderByClause(),
                  u" RecipeName IngredientType, IngredientName"_s);
         write(u"Ingredients"_s, u"1"_s);
-        QCOMPARE(ingredientOrderSuffix(), u" IngredientName"_s);
+        QCOMPARE(ingredientOrderByClause(), u" IngredientName"_s);
     }
 };
 

@@ -1,5 +1,5 @@
-#include "ExportStand.h"
-#include "PageFields.h"
+#include "export/PageFields.h"
+#include "support/ExportFixture.h"
 
 #include <QTest>
 
@@ -37,7 +37,7 @@ void TestPageTemplate::brokenOnesAreNamed()
         {"{{>title}}", u"cannot take in another"_s},
         {"{{=<% %>=}}<%title%>", u"Other delimiters"_s},
     };
-    ExportStand stand;
+    ExportFixture stand;
     const QString path = stand.settings.recipeTemplate = stand.home.data(u"mine.html"_s);
     QVERIFY(stand.run().contains(u"recipe template %1 cannot be used. There is no"_s.arg(path)));
     for (const auto &[text, reason] : table) {
@@ -58,7 +58,7 @@ void TestPageTemplate::goodOnesAreFilledIn()
          "1 &lt;cup&gt; Salt.Salt."},
         {"{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}"},
     };
-    ExportStand stand;
+    ExportFixture stand;
     stand.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
                      "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
                      "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
@@ -74,7 +74,7 @@ void TestPageTemplate::goodOnesAreFilledIn()
 void TestPageTemplate::theDocumentIsTrue()
 {
     const QString document = QString::fromUtf8(bytesOf(QStringLiteral(TEMPLATES_DOCUMENT)));
-    ExportStand stand;
+    ExportFixture stand;
     stand.settings.recipeTemplate = stand.home.data(u"example.html"_s);
     const QString example = document.section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
     setBytes(stand.settings.recipeTemplate, example.toUtf8());

@@ -1,5 +1,5 @@
-#include "ExportStand.h"
-#include "PageName.h"
+#include "export/PageName.h"
+#include "support/ExportFixture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -83,7 +83,7 @@ void TestWebPages::haveNamesFromTitles()
 // From the main menu every page is reached, and no link leads nowhere.
 void TestWebPages::linkEachOther()
 {
-    ExportStand stand;
+    ExportFixture stand;
     addDishes(stand.file, 600);
     stand.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
     QCOMPARE(stand.run(), QString());
@@ -105,7 +105,7 @@ void TestWebPages::linkEachOther()
 
 void TestWebPages::sayWhatTheRecipeFileSays()
 {
-    ExportStand stand;
+    ExportFixture stand;
     stand.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
                      "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
                      "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"
@@ -140,7 +140,7 @@ void TestWebPages::sayWhatTheRecipeFileSays()
 void TestWebPages::takeHostileTextForText()
 {
     const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
-    ExportStand stand;
+    ExportFixture stand;
     stand.file.write(QString(u"INSERT INTO Recipes SELECT 1, char(0,27,128)||t, t, t, 99, "
                              "t||char(0,7,65534,10)||t, 'x', t FROM (SELECT '%1' AS t);"
                              "INSERT INTO Recipes (RecipeName) VALUES (' '||char(9))"_s)
@@ -164,7 +164,7 @@ void TestWebPages::takeHostileTextForText()
 
 void TestWebPages::keepTheStoredOrder()
 {
-    ExportStand stand; // without settings: by type, then name
+    ExportFixture stand; // without settings: by type, then name
     stand.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) "
                      "VALUES ('b', 0), ('É', 2), ('a', 2), ('f', 0)"_s);
     QCOMPARE(stand.run(), QString());
@@ -179,9 +179,9 @@ void TestWebPages::keepTheStoredOrder()
 // Nothing is locked while pages are written, so that others may change the recipes.
 void TestWebPages::neverMixTwoStates()
 {
-    ExportStand stand;
+    ExportFixture stand;
     addDishes(stand.file, 300);
-    stand.progress.meanwhile = [&] {
+    stand.progress.onProgress = [&] {
         if (stand.progress.names.size() == 3)
             stand.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
     };

@@ -1,4 +1,4 @@
-#include "Stands.h"
+#include "support/TestWindows.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -65,7 +65,7 @@ class tst_Activation : public QObject
 
     // When this returns the program has seen everything that the hands have done: the mouse has
     // come to a place where it was not before. What was queued meanwhile has run.
-    void rest() const
+    void waitUntilIdle() const
     {
         QLabel *from = &m_main->resting;
         QLabel *to = &m_main->otherResting;
@@ -76,9 +76,9 @@ class tst_Activation : public QObject
         QCoreApplication::processEvents();
     }
 
-    Stand *stand(const QString &name) const
+    TestWindow *stand(const QString &name) const
     {
-        return static_cast<Stand *>(m_main->frame.find(name.toLatin1()));
+        return static_cast<TestWindow *>(m_main->frame.find(name.toLatin1()));
     }
 
     void perform(const QString &step) const
@@ -100,15 +100,15 @@ class tst_Activation : public QObject
             click(middle(stand(object)->list), 2);
         else
             click(onTitleBar(*stand(object), parts.value(verb)));
-        rest();
+        waitUntilIdle();
     }
 
 private Q_SLOTS:
     void init()
     {
         m_main = std::make_unique<MainWindow>();
-        rest();
-        happened.clear();
+        waitUntilIdle();
+        eventLog.clear();
     }
 
     void cleanup() { m_main.reset(); }
@@ -167,7 +167,7 @@ private Q_SLOTS:
             init();
             for (const QStringList &step : steps) {
                 perform(step[0]);
-                const QString seen = std::exchange(happened, {}).join(u' ');
+                const QString seen = std::exchange(eventLog, {}).join(u' ');
                 QVERIFY2(seen == step[1],
                          qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], seen, step[1])));
                 const auto *active = m_main->frame.activeChild();
@@ -183,7 +183,7 @@ private Q_SLOTS:
         for (const auto &[keys, scrolls] :
              {std::pair(u"type F5 F8"_s, true), {u"type F6"_s, false}}) {
             perform(keys);
-            happened.clear();
+            eventLog.clear();
             QScrollBar &bar = *stand(u"List"_s)->list.verticalScrollBar();
             bar.setValue(0);
             const QPoint place = middle(stand(u"List"_s)->list);
@@ -191,7 +191,7 @@ private Q_SLOTS:
                               Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
             QApplication::sendEvent(m_main->windowHandle(), &event);
             QCOMPARE(bar.value() > 0, scrolls);
-            QCOMPARE(happened, QStringList());
+            QCOMPARE(eventLog, QStringList());
         }
     }
 
@@ -202,22 +202,22 @@ private Q_SLOTS:
         m_main->open<Record>();
         frame.activate(frame.load<Record>());
         frame.load<Record>().key = 7;
-        QCOMPARE(happened, QStringList());
-        QTRY_COMPARE(happened, QStringList{u"Record+7"_s});
-        happened.clear();
+        QCOMPARE(eventLog, QStringList());
+        QTRY_COMPARE(eventLog, QStringList{u"Record+7"_s});
+        eventLog.clear();
 
         // Of several only the last has its turn, and none that is hidden before it.
         m_main->open<Tools>();
         frame.hide(frame.load<Tools>());
         m_main->open<List>();
         m_main->open<Editor>();
-        QTRY_COMPARE(happened.join(u' '), u"Record>Editor Editor+"_s);
-        happened.clear();
+        QTRY_COMPARE(eventLog.join(u' '), u"Record>Editor Editor+"_s);
+        eventLog.clear();
 
         frame.unload(frame.load<Editor>());
         QVERIFY(!frame.find<Editor>());
         QVERIFY(!frame.load<Editor>().isVisible());
-        QTRY_COMPARE(happened.join(u' '), u"Editor>Record Record+7"_s);
+        QTRY_COMPARE(eventLog.join(u' '), u"Editor>Record Record+7"_s);
         frame.unload(frame.load<Record>());
         const auto *list = frame.find<List>();
         QCOMPARE(m_main->area.activeSubWindow()->widget(), list);
@@ -229,45 +229,45 @@ private Q_SLOTS:
     void modalWindows()
     {
         perform(u"type F6"_s);
-        happened.clear();
+        eventLog.clear();
         QDialog box(m_main.get());
         QTimer::singleShot(0, &box, [&] {
             m_main->open<List>();
             QVERIFY(QTest::qWaitForWindowActive(&box));
             QTest::keyClick(&box, Qt::Key_F7);
             QCoreApplication::processEvents();
-            QCOMPARE(happened, QStringList());
+            QCOMPARE(eventLog, QStringList());
             QTest::keyClick(&box, Qt::Key_Escape);
         });
         box.exec();
         m_main->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
-        rest();
-        QCOMPARE(happened.join(u' '), u"Plants>List * Plants+"_s);
+        waitUntilIdle();
+        QCOMPARE(eventLog.join(u' '), u"Plants>List * Plants+"_s);
     }
 
     void otherPrograms()
     {
         perform(u"type F5 F8 F6"_s);
-        happened.clear();
+        eventLog.clear();
         m_main->showMinimized();
         QTRY_VERIFY(!m_main->isActiveWindow());
         m_main->showNormal();
         m_main->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
-        rest();
-        QCOMPARE(happened, QStringList());
+        waitUntilIdle();
+        QCOMPARE(eventLog, QStringList());
         QCOMPARE(m_main->frame.activeChild(), stand(u"Plants"_s));
     }
 
     void unloadAll()
     {
         perform(u"type F5 F6"_s);
-        happened.clear();
+        eventLog.clear();
         m_main->open<Record>();
         m_main->frame.unloadAll();
-        rest();
-        QCOMPARE(happened, QStringList());
+        waitUntilIdle();
+        QCOMPARE(eventLog, QStringList());
     }
 };
 

@@ -1,4 +1,4 @@
-#include "Stands.h"
+#include "support/TestWindows.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -26,7 +26,7 @@ class tst_ChildWindow : public QObject
         auto &list = m_main->frame.load<List>();
         m_main->frame.show(list);
         QCoreApplication::processEvents();
-        happened.clear();
+        eventLog.clear();
         return list;
     }
     void type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
@@ -49,7 +49,7 @@ private Q_SLOTS:
             control->setFocus();
             type(Qt::Key_Return);
             type(Qt::Key_Enter);
-            QCOMPARE(happened.join(u' '), control == text ? u""_s : u"List! List!"_s);
+            QCOMPARE(eventLog.join(u' '), control == text ? u""_s : u"List! List!"_s);
             QVERIFY(control != text || text->toPlainText() == u"\n\n"_s);
             type(Qt::Key_Escape);
             QVERIFY(!m_main->frame.find<List>());
@@ -74,7 +74,7 @@ private Q_SLOTS:
         type(Qt::Key_Return);
         type(Qt::Key_Escape);
         QCOMPARE(m_main->frame.find<List>(), &list);
-        QCOMPARE(happened, QStringList());
+        QCOMPARE(eventLog, QStringList());
     }
 
     // The form's button is pressed every time, though a menu has the same key, as long as it can
@@ -87,7 +87,7 @@ private Q_SLOTS:
         for (const int times : {1, 2, 3}) {
             m_main->menuBar()->actions().constFirst()->setEnabled(times != 2);
             type(Qt::Key_V, Qt::AltModifier);
-            QTRY_COMPARE(happened.size(), times);
+            QTRY_COMPARE(eventLog.size(), times);
             m_main->resize(700 + 50 * times, 600); // a menu bar takes its keys anew then
             QCoreApplication::processEvents();
         }
@@ -95,7 +95,7 @@ private Q_SLOTS:
         list.button.setEnabled(false);
         type(Qt::Key_V, Qt::AltModifier);
         QTRY_VERIFY(m_main->menuBar()->activeAction());
-        QCOMPARE(happened.size(), 3);
+        QCOMPARE(eventLog.size(), 3);
     }
 
     // A handler that fails is told, with the title of its window and not of the opener. A window
@@ -103,14 +103,14 @@ private Q_SLOTS:
     void failures()
     {
         const auto failsIn = [this](const QString &handler, const std::function<void()> &act) {
-            Stand::failing = handler;
-            m_main->doorway.expect(
-                {u"Something went wrong in \"Stand's 100%1\":\nTable “Rezepte” is gone"_s,
+            TestWindow::failing = handler;
+            m_main->interaction.expect(
+                {u"Something went wrong in \"TestWindow's 100%1\":\nTable “Rezepte” is gone"_s,
                  u"Error"_s, Icon::Exclamation});
             act();
             QCoreApplication::processEvents();
-            m_main->doorway.checkAllCame();
-            Stand::failing.clear();
+            m_main->interaction.checkAllCame();
+            TestWindow::failing.clear();
         };
         for (const QString &handler : {u"Form_Load"_s, u"openDataSources"_s}) {
             failsIn(handler, [this] {
@@ -127,7 +127,7 @@ private Q_SLOTS:
         QVERIFY(!list.isVisible());
         failsIn(u"Form_Activate"_s, [&] { m_main->frame.show(list); });
         list.button.click();
-        QCOMPARE(happened.constLast(), u"List!"_s);
+        QCOMPARE(eventLog.constLast(), u"List!"_s);
     }
 
     // Qt shows a window title with its marks resolved: what it makes of ours is the title again.

@@ -1,13 +1,13 @@
-#include "ApplicationInformation.h"
-#include "DatabasePath.h"
-#include "Directory.h"
-#include "Frame.h"
-#include "Paths.h"
-#include "RecipeFile.h"
-#include "StrictDoorway.h"
-#include "TextListView.h"
-#include "frmImport.h"
-#include "frmImportRecipe.h"
+#include "data/DatabasePath.h"
+#include "frame/Frame.h"
+#include "import/frmImport.h"
+#include "import/frmImportRecipe.h"
+#include "platform/ApplicationInformation.h"
+#include "platform/Directory.h"
+#include "platform/Paths.h"
+#include "support/MockInteraction.h"
+#include "support/RecipeFile.h"
+#include "widgets/TextListView.h"
 
 #include <QComboBox>
 #include <QDialog>
@@ -54,7 +54,7 @@ private:
 
     fs::path m_recipes;
     std::unique_ptr<RecipeFile> m_file;
-    std::unique_ptr<StrictDoorway> m_doorway;
+    std::unique_ptr<MockInteraction> m_interaction;
     std::unique_ptr<frmImportRecipe> m_importer;
     std::unique_ptr<QMdiArea> m_area;
     std::unique_ptr<Frame> m_frame;
@@ -67,19 +67,19 @@ void TestFrmImport::init()
     fs::remove_all(m_recipes);
     m_file = std::make_unique<RecipeFile>();
     DatabasePath = m_file->path();
-    m_doorway = std::make_unique<StrictDoorway>();
-    m_importer = std::make_unique<frmImportRecipe>(*m_doorway);
+    m_interaction = std::make_unique<MockInteraction>();
+    m_importer = std::make_unique<frmImportRecipe>(*m_interaction);
     m_importer->Form_Load();
     m_importer->openDataSources();
     m_area = std::make_unique<QMdiArea>();
-    m_frame = std::make_unique<Frame>(*m_doorway, *m_area);
+    m_frame = std::make_unique<Frame>(*m_interaction, *m_area);
     m_window = &m_frame->load<frmImport>(*m_importer);
 }
 
 void TestFrmImport::cleanup()
 {
     m_frame->unloadAll();
-    m_doorway->checkAllCame();
+    m_interaction->checkAllCame();
     m_frame.reset();
     m_area.reset();
     m_importer.reset();
@@ -213,7 +213,7 @@ void TestFrmImport::importsWhatIsChosen()
     fs::remove(m_recipes / "4.srf");
 
     const MessageBox bad{u"%1/2.srf was not imported.\n\nLine 4: expected the number of a recipe "
-                         "type, found \"x\"."_s.arg(platform::shownPath(m_recipes)),
+                         "type, found \"x\"."_s.arg(platform::displayPath(m_recipes)),
                          u"Error"_s,
                          Icon::Exclamation,
                          {Button::Ok, Button::Stop}};
@@ -234,11 +234,11 @@ void TestFrmImport::importsWhatIsChosen()
     const auto expectBoxes = [&](const QMap<QString, Button> &answers) {
         for (const QString &name : order) {
             if (name == u"2")
-                m_doorway->expect(bad);
+                m_interaction->expect(bad);
             else if (name == u"4")
-                m_doorway->expect(gone);
+                m_interaction->expect(gone);
             else if (answers.contains(name))
-                m_doorway->expect(asks(name == u"1" ? u"Soup"_s : u"Cake"_s), answers[name]);
+                m_interaction->expect(asks(name == u"1" ? u"Soup"_s : u"Cake"_s), answers[name]);
             if (answers.value(name) == Button::Stop)
                 break;
         }
@@ -278,9 +278,9 @@ void TestFrmImport::stops()
     hand.start();
     if (bad) {
         const QString first = texts("lstRecipes").constFirst();
-        m_doorway->expect(
+        m_interaction->expect(
             {u"%1/%2.srf was not imported.\n\nLine 4: expected the number of a recipe "
-             "type, found \"x\"."_s.arg(platform::shownPath(m_recipes), first),
+             "type, found \"x\"."_s.arg(platform::displayPath(m_recipes), first),
              u"Error"_s,
              Icon::Exclamation,
              {Button::Ok, Button::Stop}},

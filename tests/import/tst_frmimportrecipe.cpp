@@ -1,9 +1,9 @@
-#include "DatabasePath.h"
-#include "FileBytes.h"
-#include "Paths.h"
-#include "RecipeFile.h"
-#include "StrictDoorway.h"
-#include "frmImportRecipe.h"
+#include "data/DatabasePath.h"
+#include "import/frmImportRecipe.h"
+#include "platform/Paths.h"
+#include "support/FileBytes.h"
+#include "support/MockInteraction.h"
+#include "support/RecipeFile.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,12 +28,12 @@ class TestFrmImportRecipe : public QObject
     Q_OBJECT
 
     std::unique_ptr<RecipeFile> m_file;
-    std::unique_ptr<StrictDoorway> m_doorway;
+    std::unique_ptr<MockInteraction> m_interaction;
     std::unique_ptr<frmImportRecipe> m_importer;
 
-    void openImporter(Doorway &doorway)
+    void openImporter(Interaction &interaction)
     {
-        m_importer = std::make_unique<frmImportRecipe>(doorway);
+        m_importer = std::make_unique<frmImportRecipe>(interaction);
         m_importer->Form_Load();
         m_importer->openDataSources();
     }
@@ -60,7 +60,7 @@ class TestFrmImportRecipe : public QObject
 
     void expectQuestion(const QString &title, Button answer) const
     {
-        m_doorway->expect(
+        m_interaction->expect(
             {title + " is already in the database.  Do you want to import it anyways?"_L1,
              u"Already in database"_s,
              Icon::Information,
@@ -73,15 +73,15 @@ private Q_SLOTS:
     void init()
     {
         m_file = std::make_unique<RecipeFile>();
-        m_doorway = std::make_unique<StrictDoorway>();
+        m_interaction = std::make_unique<MockInteraction>();
         DatabasePath = m_file->path();
-        openImporter(*m_doorway);
+        openImporter(*m_interaction);
     }
 
     void cleanup()
     {
         m_importer.reset();
-        m_doorway->checkAllCame();
+        m_interaction->checkAllCame();
     }
 
     void storesTheWholeRecipe()
@@ -127,8 +127,8 @@ private Q_SLOTS:
             {egg("1||q"), 11, u"the shelf life of a new ingredient"_s, u"Egg|1||q|"_s},
         };
         for (const auto &[text, line, expected, found] : table) {
-            m_doorway->expect(
-                {complaintText({line, expected, found}, path()), u"Error"_s, Icon::Exclamation});
+            m_interaction->expect(
+                {srfErrorText({line, expected, found}, path()), u"Error"_s, Icon::Exclamation});
             QCOMPARE(import(text), Outcome::NotImported);
             QCOMPARE(stored(), u" /  /  /  / "_s);
         }
@@ -173,7 +173,7 @@ private Q_SLOTS:
     // Another program takes the first free name while the question stands.
     void locksNothingWhileAsking()
     {
-        struct Meanwhile : StrictDoorway {
+        struct Meanwhile : MockInteraction {
             RecipeFile *file = nullptr;
             Button show(const MessageBox &) override
             {
@@ -181,9 +181,9 @@ private Q_SLOTS:
                 return Button::Yes;
             }
         };
-        Meanwhile doorway;
-        doorway.file = m_file.get();
-        openImporter(doorway);
+        Meanwhile interaction;
+        interaction.file = m_file.get();
+        openImporter(interaction);
         m_importer->batch([this] {
             import(srf("Soup"));
             import(srf("Soup"));

@@ -1,6 +1,6 @@
-#include "Paths.h"
-#include "SrfFile.h"
-#include "VisibleText.h"
+#include "import/srf/SrfFile.h"
+#include "interaction/ControlCharacters.h"
+#include "platform/Paths.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -39,25 +39,25 @@ private Q_SLOTS:
     void refuses()
     {
         const std::tuple<QString, ReadFailure, QString> table[] = {
-            {u"broken"_s, ReadFailure::NoFile, u"There is no file"_s},
-            {u"largest/below"_s, ReadFailure::NoFile, {}},
-            {u"largest\0.srf"_s, ReadFailure::NoFile, {}},
+            {u"broken"_s, ReadFailure::NotFound, u"There is no file"_s},
+            {u"largest/below"_s, ReadFailure::NotFound, {}},
+            {u"largest\0.srf"_s, ReadFailure::NotFound, {}},
             {u"loop"_s, ReadFailure::Failed, u"levels of symbolic links"_s},
             {u"."_s, ReadFailure::Folder, u"is a folder. Choose the recipe files in it"_s},
-            {u"pipe"_s, ReadFailure::Special, u"Save the recipe as an ordinary file"_s},
+            {u"pipe"_s, ReadFailure::NotRegular, u"Save the recipe as an ordinary file"_s},
             {u"too large"_s, ReadFailure::TooLarge, u"is larger than 8 MiB"_s},
-            {u"no right"_s, ReadFailure::NoRight, u"Give yourself that right"_s},
-            {u"/dev/zero"_s, ReadFailure::Special, {}},
+            {u"no right"_s, ReadFailure::AccessDenied, u"Give yourself that right"_s},
+            {u"/dev/zero"_s, ReadFailure::NotRegular, {}},
             {u"/proc/self/mem"_s, ReadFailure::Failed, u"could not be read: Input/output error."_s},
         };
         for (const auto &[name, failure, advice] : table) {
-            if (failure == ReadFailure::NoRight && ::geteuid() == 0)
+            if (failure == ReadFailure::AccessDenied && ::geteuid() == 0)
                 continue; // who may read everything
             const QString path = name.startsWith(u'/') ? name : m_folder.filePath(name);
             const auto result = readSrfFile(platform::nativePath(path));
             const auto *error = std::get_if<SrfFileError>(&result);
             QVERIFY2(error && error->failure == failure
-                         && error->message.contains(visibleText(path))
+                         && error->message.contains(escapeControlCharacters(path))
                          && error->message.contains(advice),
                      qPrintable(path));
         }

@@ -1,5 +1,5 @@
-#include "SrfDecoder.h"
-#include "SrfParser.h"
+#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfParser.h"
 
 #include <QTest>
 
@@ -115,9 +115,9 @@ private Q_SLOTS:
         const QString path = u"/cards/100%1 %2/Soup.srf"_s;
         for (const auto &[bytes, line, phrase] : table) {
             const auto result = parseSrf(decodeSrf(bytes));
-            const auto *complaint = std::get_if<SrfComplaint>(&result);
-            QVERIFY2(complaint && complaint->line == line, qPrintable(phrase));
-            const QString text = complaintText(*complaint, path);
+            const auto *error = std::get_if<SrfError>(&result);
+            QVERIFY2(error && error->line == line, qPrintable(phrase));
+            const QString text = srfErrorText(*error, path);
             QVERIFY2(text.startsWith(path) && text.contains(phrase), qPrintable(text));
         }
     }

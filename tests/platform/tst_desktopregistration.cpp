@@ -1,7 +1,7 @@
-#include "DefaultApplication.h"
-#include "DesktopRegistration.h"
-#include "FileBytes.h"
-#include "TemporaryHome.h"
+#include "platform/DefaultApplication.h"
+#include "platform/DesktopRegistration.h"
+#include "support/FileBytes.h"
+#include "support/TemporaryHome.h"
 
 #include <QMimeDatabase>
 #include <QProcess>

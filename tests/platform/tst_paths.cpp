@@ -1,7 +1,7 @@
-#include "CommandLine.h"
-#include "Drives.h"
-#include "FileType.h"
-#include "Paths.h"
+#include "platform/CommandLine.h"
+#include "platform/Drives.h"
+#include "platform/FileType.h"
+#include "platform/Paths.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
-#include "CWordWrap.h"
-#include "PagedPrinter.h"
-#include "PrintError.h"
-#include "WaitCursor.h"
+#include "printing/CWordWrap.h"
+#include "printing/PagedPrinter.h"
+#include "printing/PrintError.h"
+#include "printing/WaitCursor.h"
 
 #include <QPdfWriter>
 #include <QProcess>

@@ -1,7 +1,7 @@
-#include "BusyPointer.h"
-#include "CWordWrap.h"
-#include "PrintError.h"
-#include "Printer.h"
+#include "printing/BusyCursor.h"
+#include "printing/CWordWrap.h"
+#include "printing/PrintError.h"
+#include "printing/Printer.h"
 
 #include <QTest>
 
@@ -13,7 +13,7 @@ namespace {
 
 // Writes down what is printed: "|x,y text" for what stands together, "|new 2" and "|end". A QChar
 // is 10 dots wide, an i 5, and 20 high; the page has 12 by 4 between the first margins, from 10,20.
-class RecordingPrinter final : public Printer, public BusyPointer
+class RecordingPrinter final : public Printer, public BusyCursor
 {
 public:
     QString record;

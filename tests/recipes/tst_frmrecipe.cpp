@@ -1,24 +1,24 @@
-#include "Kitchen.h"
-#include "LockableComboBox.h"
-#include "TemporaryHome.h"
-#include "frmRecipe.h"
+#include "recipes/LockableComboBox.h"
+#include "recipes/frmRecipe.h"
+#include "support/TemporaryHome.h"
+#include "support/WindowFixture.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 // A kitchen whose record window shows a recipe.
-struct RecipeHands : Kitchen {
-    explicit RecipeHands(const QByteArray &statements, qint64 key = 1)
-        : Kitchen(statements)
+struct RecipeWindowFixture : WindowFixture {
+    explicit RecipeWindowFixture(const QByteArray &statements, qint64 key = 1)
+        : WindowFixture(statements)
     {
         frame.show(form);
         form.CurrentRecipeID = key;
         QCoreApplication::processEvents();
     }
 
-    void perform(const QString &steps) { Kitchen::perform(form, steps); }
-    QString shown() const { return Kitchen::shown(form); }
+    void perform(const QString &steps) { WindowFixture::perform(form, steps); }
+    QString shown() const { return WindowFixture::shown(form); }
 
     frmRecipe &form = frame.load<frmRecipe>();
 };
@@ -37,7 +37,7 @@ class tst_frmRecipe : public QObject
         const auto is = [&form](const char *property, const QString &name) {
             return control<QWidget>(form, name).property(property).toBool();
         };
-        const bool locked = control<LockableComboBox>(form, u"cmbRecipeType"_s).isLocked();
+        const bool locked = control<LockableComboBox>(form, u"cmbRecipeType"_s).isReadOnly();
         bool isWhole =
             is("enabled", u"cmdNew"_s) == locked && is("enabled", u"cmdEdit"_s) == locked;
         for (const QString &edit : {u"txtAuthor"_s, u"txtServes"_s, u"txtInstruction"_s})
@@ -56,7 +56,7 @@ private Q_SLOTS:
              u"o|12345678901234567890123456789|yes||120||||Boil."_s},
         };
         for (const auto &[values, shown] : rows) {
-            RecipeHands hands("INSERT INTO Recipes VALUES (7, " + values + ")", 7);
+            RecipeWindowFixture hands("INSERT INTO Recipes VALUES (7, " + values + ")", 7);
             QCOMPARE(hands.shown(), shown);
             hands.perform(u"chkVegetarian"_s);
             QCOMPARE(hands.shown(), shown);
@@ -65,7 +65,7 @@ private Q_SLOTS:
 
     void composition()
     {
-        RecipeHands hands(
+        RecipeWindowFixture hands(
             "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
             "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
             " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
@@ -82,9 +82,10 @@ private Q_SLOTS:
 
     void order()
     {
-        RecipeHands hands("INSERT INTO Recipes (RecipeID, RecipeName, RecipeType) VALUES"
-                          " (1, 'Zimt', 0), (2, 'eel', 15), (3, 'apple', 0), (4, 'Éclair', 2)",
-                          3);
+        RecipeWindowFixture hands(
+            "INSERT INTO Recipes (RecipeID, RecipeName, RecipeType) VALUES"
+            " (1, 'Zimt', 0), (2, 'eel', 15), (3, 'apple', 0), (4, 'Éclair', 2)",
+            3);
         for (const QString &title : {u"apple"_s, u"Zimt"_s, u"Éclair"_s, u"eel"_s, u"eel"_s}) {
             QCOMPARE(hands.form.title(), title);
             hands.perform(u"cmdNext"_s);
@@ -115,7 +116,8 @@ private Q_SLOTS:
             {u"cmbRating 1, cmdChangeUtensils"_s, u"locked"_s},
         };
         for (const auto &[steps, expected] : rows) {
-            RecipeHands hands("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')", 2);
+            RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')",
+                                      2);
             hands.perform(steps);
             const bool asks = expected.endsWith(u'!');
             const QString state = stateOf(hands.form) + (asks ? u"!"_s : u""_s);
@@ -132,11 +134,11 @@ private Q_SLOTS:
 
     void noRecipe()
     {
-        RecipeHands hands({}, 0);
+        RecipeWindowFixture hands({}, 0);
         hands.perform(u"cmdNext, cmdPrevious, cmdChangeIngredients, cmdChangeUtensils"_s);
         QCOMPARE(hands.form.title(), u"Recipe"_s);
         QCOMPARE(stateOf(hands.form), u"locked dontsave save"_s);
-        hands.doorway.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
+        hands.interaction.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
         hands.perform(u"cmdSave, cmdDescription, cmdNew x, cmdSave"_s);
         QCOMPARE(hands.stored("SELECT * FROM Recipes"), u"1|x|||0||5|0"_s);
         QCOMPARE(hands.form.CurrentRecipeID, 1);
@@ -144,19 +146,20 @@ private Q_SLOTS:
 
     void names()
     {
-        const MessageBox taken = Kitchen::error(u"Recipe Name must be unique"_s);
+        const MessageBox taken = WindowFixture::error(u"Recipe Name must be unique"_s);
         const QString forbidden = u"\\/:*?\"'<>|()"_s;
         for (const bool isNew : {true, false}) {
-            RecipeHands hands("INSERT INTO Recipes (RecipeName) VALUES ('apple pie'), ('Soup')");
-            const InputBox box = Kitchen::nameBox(isNew ? u""_s : u"apple pie"_s);
+            RecipeWindowFixture hands(
+                "INSERT INTO Recipes (RecipeName) VALUES ('apple pie'), ('Soup')");
+            const InputBox box = WindowFixture::nameBox(isNew ? u""_s : u"apple pie"_s);
             for (const QChar c : forbidden) {
-                hands.doorway.expect(box, u"a%1b"_s.arg(c));
-                hands.doorway.expect(Kitchen::error(
+                hands.interaction.expect(box, u"a%1b"_s.arg(c));
+                hands.interaction.expect(WindowFixture::error(
                     u"Recipe can't have the following charaters in it\r\\/:*?\"<>|()"_s));
             }
             for (const QString &name : {isNew ? u" APPLE pie "_s : u" SOUP"_s, u"soup"_s}) {
-                hands.doorway.expect(box, name);
-                hands.doorway.expect(taken);
+                hands.interaction.expect(box, name);
+                hands.interaction.expect(taken);
             }
             hands.perform(isNew ? u"cmdNew  Crème & co. 50% [a]; b-c_d "_s
                                 : u"cmdEdit Apple Pie"_s);
@@ -171,29 +174,30 @@ private Q_SLOTS:
             return InputBox{u"Enter description for this recipe"_s, u"Enter Description"_s, text,
                             Lines::Several};
         };
-        RecipeHands hands("INSERT INTO Recipes (RecipeName, Description) VALUES ('a', '"
-                          + stored.toUtf8() + "'), ('SOUP', 'another')");
+        RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Description) VALUES ('a', '"
+                                  + stored.toUtf8() + "'), ('SOUP', 'another')");
         // Looking for the name does not move away from the recipe.
-        hands.doorway.expect(Kitchen::nameBox(u"a"_s), u"Soup"_s);
-        hands.doorway.expect(Kitchen::error(u"Recipe Name must be unique"_s));
+        hands.interaction.expect(WindowFixture::nameBox(u"a"_s), u"Soup"_s);
+        hands.interaction.expect(WindowFixture::error(u"Recipe Name must be unique"_s));
         hands.perform(u"cmdEdit "_s);
-        hands.doorway.expect({.text = stored, .title = u"Recipe Description"_s});
+        hands.interaction.expect({.text = stored, .title = u"Recipe Description"_s});
         hands.perform(u"cmdDescription, cmdEdit a"_s);
-        hands.doorway.expect(box(stored), stored);
+        hands.interaction.expect(box(stored), stored);
         hands.perform(u"cmdDescription"_s);
         QCOMPARE(stateOf(hands.form), u"open dontsave"_s);
-        hands.doorway.expect(box(stored), {}); // cancelled
+        hands.interaction.expect(box(stored), {}); // cancelled
         hands.perform(u"cmdDescription, cmdSave, cmdNew c"_s);
-        hands.doorway.expect(box({}), u" as typed "_s);
+        hands.interaction.expect(box({}), u" as typed "_s);
         hands.perform(u"cmdDescription, cmdSave"_s);
         QCOMPARE(hands.stored("SELECT Description FROM Recipes"), u", another,  as typed "_s);
     }
 
     void comingBack()
     {
-        RecipeHands hands("INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 1), ('b', 1);"
-                          "INSERT INTO Utensils VALUES (1, 'Pot')",
-                          2);
+        RecipeWindowFixture hands(
+            "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 1), ('b', 1);"
+            "INSERT INTO Utensils VALUES (1, 'Pot')",
+            2);
         hands.perform(u"cmdEdit b, txtAuthor lost"_s);
         for (const auto &[change, shown] :
              {std::pair("UPDATE Recipes SET RecipeName = 'z', Author = 'Eve' WHERE RecipeID = 2;"
@@ -216,7 +220,7 @@ private Q_SLOTS:
              {"'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c' || x'0D0A0AE280A8E280A9' || ' '",
               "'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'", "CAST(x'61FF62' AS TEXT)",
               "x'610A62'"}) {
-            RecipeHands hands(
+            RecipeWindowFixture hands(
                 "INSERT INTO Recipes VALUES (1, 'Tom''s (\"best\") [*]', 'two' || x'0A' || 'lines "
                 "',"
                 " '12345678901234567890123456789 ', 70000, "
@@ -242,8 +246,8 @@ private Q_SLOTS:
             {u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s, old + u", 2|b|||1||5|5"_s},
         };
         for (const auto &[steps, stored] : rows) {
-            RecipeHands hands("INSERT INTO Recipes VALUES"
-                              " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
+            RecipeWindowFixture hands("INSERT INTO Recipes VALUES"
+                                      " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
             hands.perform(steps);
             QCOMPARE(hands.stored("SELECT * FROM Recipes"), stored);
         }
@@ -255,26 +259,26 @@ private Q_SLOTS:
         const std::tuple<QByteArray, QByteArray, QString, MessageBox> causes[] = {
             // the harm, its repair, what is entered for Serves, and what is said
             {"", "", u"1e"_s,
-             Kitchen::error(u"Serves must be a number, 0 or more. \"1e\" is not."_s)},
+             WindowFixture::error(u"Serves must be a number, 0 or more. \"1e\" is not."_s)},
             {"CREATE TRIGGER t AFTER UPDATE ON Recipes BEGIN SELECT RAISE(ABORT, 'no'); END",
              "DROP TRIGGER t", u"4"_s,
-             Kitchen::failure(u"b2"_s, u"The recipe file %1 could not be used: no"_s)},
+             WindowFixture::failure(u"b2"_s, u"The recipe file %1 could not be used: no"_s)},
             {"INSERT INTO Recipes (RecipeName) VALUES ('B2')",
              "DELETE FROM Recipes WHERE RecipeName = 'B2'", u"4"_s,
-             Kitchen::error(u"Recipe Name must be unique"_s)},
+             WindowFixture::error(u"Recipe Name must be unique"_s)},
             {"DELETE FROM Recipes WHERE RecipeID = 2",
              "INSERT INTO Recipes (RecipeID, RecipeName, Rating, RecipeType) VALUES (2, 'b', 0, 0)",
              u"4"_s,
-             Kitchen::failure(
+             WindowFixture::failure(
                  u"b2"_s,
                  u"This recipe has been deleted by another program. Nothing was stored."_s)},
         };
         for (const QString &leave :
              {u"cmdSave"_s, u"cmdNext"_s, u"cmdDone"_s, u"cmdChangeIngredients"_s}) {
             for (auto [harm, repair, serves, box] : causes) {
-                RecipeHands hands("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
-                                  " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)",
-                                  2);
+                RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
+                                          " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)",
+                                          2);
                 hands.perform(u"cmdEdit b2, txtAuthor Ann, txtServes "_s + serves);
                 const QString entered = hands.shown();
                 hands.sql(harm);
@@ -282,9 +286,9 @@ private Q_SLOTS:
                 if (leave == "cmdNext"_L1 || leave == "cmdDone"_L1)
                     hands.expectQuestion(hands.form, leave, u"Yes"_s);
                 box.text.replace(u"%1"_s, hands.file.path());
-                hands.doorway.expect(box);
+                hands.interaction.expect(box);
                 hands.perform(leave);
-                hands.doorway.checkAllCame();
+                hands.interaction.checkAllCame();
                 QCOMPARE(hands.shown(), entered);
                 QCOMPARE(hands.form.CurrentRecipeID, 2);
                 QCOMPARE(hands.stored("SELECT * FROM Recipes"), before);
@@ -301,7 +305,7 @@ private Q_SLOTS:
 
     void othersChangesStay()
     {
-        RecipeHands hands("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
+        RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
         hands.sql("UPDATE Recipes SET RecipeName = 'b', Author = 'Eve'");
         hands.perform(u"cmbRating 3, cmdSave"_s);
         QCOMPARE(hands.stored("SELECT RecipeName, Author, Rating FROM Recipes"), u"b|Eve|3"_s);

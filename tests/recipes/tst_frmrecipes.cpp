@@ -1,7 +1,7 @@
-#include "Kitchen.h"
-#include "RecipeTable.h"
-#include "frmRecipe.h"
-#include "frmRecipes.h"
+#include "recipes/RecipeTable.h"
+#include "recipes/frmRecipe.h"
+#include "recipes/frmRecipes.h"
+#include "support/WindowFixture.h"
 
 #include <QHeaderView>
 
@@ -9,9 +9,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct List : Kitchen {
+struct List : WindowFixture {
     explicit List(const QByteArray &rows)
-        : Kitchen(rows)
+        : WindowFixture(rows)
     {
     }
 

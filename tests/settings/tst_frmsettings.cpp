@@ -1,9 +1,9 @@
-#include "Boundary.h"
-#include "RegistryFunctions.h"
-#include "SettingsKeys.h"
-#include "StrictDoorway.h"
-#include "TemporaryHome.h"
-#include "frmSettings.h"
+#include "data/settings/RegistryFunctions.h"
+#include "data/settings/SettingsKeys.h"
+#include "frame/ErrorBoundary.h"
+#include "settings/frmSettings.h"
+#include "support/MockInteraction.h"
+#include "support/TemporaryHome.h"
 
 #include <QAccessible>
 #include <QComboBox>
@@ -17,8 +17,8 @@ class tst_frmSettings : public QObject
 {
     Q_OBJECT
 
-    StrictDoorway m_doorway;
-    const Boundary m_boundary{m_doorway};
+    MockInteraction m_interaction;
+    const ErrorBoundary m_boundary{m_interaction};
     const TemporaryHome m_home;
     std::unique_ptr<frmSettings> m_settings;
 
@@ -42,7 +42,7 @@ class tst_frmSettings : public QObject
             CreateRegistryKey(HKEY_CURRENT_USER, key);
             WriteRegistryValue(HKEY_CURRENT_USER, key, value, values.section(u';', i, i), REG_SZ);
         }
-        m_settings = std::make_unique<frmSettings>(m_doorway, m_boundary);
+        m_settings = std::make_unique<frmSettings>(m_interaction, m_boundary);
         m_settings->Form_Load();
         m_settings->show();
     }
@@ -87,10 +87,10 @@ private Q_SLOTS:
             QCOMPARE(box->cursorPosition(), gone.size()); // so that the end is seen
             QCOMPARE(box->toolTip(), gone + u'\n' + box->accessibleDescription());
             QVERIFY(box->actions().constFirst()->isVisible()); // the mark
-            m_doorway.expect(chooser, chosen);
+            m_interaction.expect(chooser, chosen);
             click("txtCategoryTemplate");
             for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
-                m_doorway.expect(chooser, QString()); // cancelled
+                m_interaction.expect(chooser, QString()); // cancelled
                 press(key);
             }
             QCOMPARE(control<QLineEdit>("txtCategoryTemplate")->toolTip(), chosen);

@@ -1,12 +1,12 @@
-#include "DatabasePath.h"
-#include "FileBytes.h"
-#include "IngredientLine.h"
-#include "Paths.h"
-#include "RecipeTypes.h"
-#include "SrfDecoder.h"
-#include "SrfParser.h"
-#include "StrictDoorway.h"
-#include "frmImportRecipe.h"
+#include "composition/IngredientLine.h"
+#include "data/DatabasePath.h"
+#include "data/RecipeTypes.h"
+#include "import/frmImportRecipe.h"
+#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfParser.h"
+#include "platform/Paths.h"
+#include "support/FileBytes.h"
+#include "support/MockInteraction.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -79,8 +79,8 @@ private Q_SLOTS:
             texts("SELECT printf('%s|%d|%d|%s||', IngredientName, IngredientType, ShelfLife, "
                   "iif(Vegetarian, 'True', 'False')) FROM Ingredients");
         const QSet<QString> utensils = texts("SELECT UtensilName FROM Utensils");
-        StrictDoorway doorway;
-        frmImportRecipe importer(doorway);
+        MockInteraction interaction;
+        frmImportRecipe importer(interaction);
         importer.Form_Load();
         const QDir recipes(m_data + "recipes"_L1);
         for (const QString &name : recipes.entryList({u"*.srf"_s})) {

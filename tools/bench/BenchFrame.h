@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Frame.h"
-#include "NoDoorway.h"
+#include "NoInteraction.h"
+#include "frame/Frame.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
@@ -44,10 +44,10 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(BenchFrame)
 
-    NoDoorway m_doorway;
+    NoInteraction m_interaction;
     QMainWindow m_window;
     QMdiArea m_area;
 
 public:
-    Frame frame{m_doorway, m_area, [] {}};
+    Frame frame{m_interaction, m_area, [] {}};
 };

@@ -1,6 +1,6 @@
 #include "PlainConnection.h"
 
-#include "TextComparison.h"
+#include "data/TextComparison.h"
 
 #include <sqlite3.h>
 

@@ -1,6 +1,6 @@
 #include "PlainWriter.h"
 
-#include "Schema.h"
+#include "data/Schema.h"
 
 #include <algorithm>
 

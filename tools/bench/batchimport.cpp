@@ -1,9 +1,9 @@
 #include "BenchFrame.h"
-#include "DatabasePath.h"
 #include "RecipeFiles.h"
 #include "Subjects.h"
-#include "frmImport.h"
-#include "frmImportRecipe.h"
+#include "data/DatabasePath.h"
+#include "import/frmImport.h"
+#include "import/frmImportRecipe.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -25,7 +25,7 @@ class Dialog
 {
 public:
     explicit Dialog(Bench &bench)
-        : m_importer(m_desk.frame.doorway())
+        : m_importer(m_desk.frame.interaction())
     {
         DatabasePath = emptyDatabase(bench);
         m_importer.Form_Load();

@@ -1,11 +1,11 @@
 #include "BenchFrame.h"
-#include "DatabasePath.h"
 #include "PlainConnection.h"
 #include "PlainStatement.h"
 #include "Sources.h"
 #include "Subjects.h"
-#include "frmRecipe.h"
-#include "frmRecipes.h"
+#include "data/DatabasePath.h"
+#include "recipes/frmRecipe.h"
+#include "recipes/frmRecipes.h"
 
 #include <QPushButton>
 

@@ -1,11 +1,11 @@
 #include "BenchFrame.h"
-#include "DatabasePath.h"
 #include "PlainConnection.h"
 #include "PlainStatement.h"
 #include "Subjects.h"
-#include "frmChangeIngredients.h"
-#include "frmIngredient.h"
-#include "frmRecipe.h"
+#include "catalogs/frmIngredient.h"
+#include "composition/frmChangeIngredients.h"
+#include "data/DatabasePath.h"
+#include "recipes/frmRecipe.h"
 
 #include <QLineEdit>
 #include <QPushButton>

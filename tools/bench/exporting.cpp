@@ -1,8 +1,8 @@
-#include "NewFile.h"
-#include "Paths.h"
-#include "Progress.h"
 #include "Subjects.h"
-#include "WebPages.h"
+#include "export/WebPages.h"
+#include "interaction/Progress.h"
+#include "platform/NewFile.h"
+#include "platform/Paths.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -18,7 +18,7 @@ namespace {
 class NobodyWatches final : public Progress
 {
 public:
-    bool goOn(qsizetype, qsizetype, const QString &) override { return true; }
+    bool update(qsizetype, qsizetype, const QString &) override { return true; }
 };
 
 struct PlainFile {

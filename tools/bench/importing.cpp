@@ -1,8 +1,8 @@
-#include "DatabasePath.h"
 #include "RecipeFiles.h"
 #include "Subjects.h"
-#include "TerminalDoorway.h"
-#include "frmImportRecipe.h"
+#include "data/DatabasePath.h"
+#include "import/frmImportRecipe.h"
+#include "interaction/TerminalInteraction.h"
 
 #include <QFile>
 
@@ -19,7 +19,7 @@ class Importer
 {
 public:
     explicit Importer(const QString &database)
-        : m_importer(m_doorway)
+        : m_importer(m_interaction)
     {
         DatabasePath = database;
         m_importer.Form_Load();
@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    TerminalDoorway m_doorway;
+    TerminalInteraction m_interaction;
     frmImportRecipe m_importer;
 };
 

@@ -1,10 +1,10 @@
 #include "BenchFrame.h"
-#include "DatabasePath.h"
 #include "PlainConnection.h"
 #include "PlainStatement.h"
 #include "Sources.h"
 #include "Subjects.h"
-#include "frmRecipes.h"
+#include "data/DatabasePath.h"
+#include "recipes/frmRecipes.h"
 
 #include <QHeaderView>
 #include <QTreeView>

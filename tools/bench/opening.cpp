@@ -1,9 +1,9 @@
-#include "DatabasePath.h"
 #include "PlainStatement.h"
 #include "Sources.h"
 #include "Subjects.h"
-#include "TerminalDoorway.h"
-#include "frmImportRecipe.h"
+#include "data/DatabasePath.h"
+#include "import/frmImportRecipe.h"
+#include "interaction/TerminalInteraction.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -22,8 +22,8 @@ double openPlainly(const QString &path)
 double openImporter(const QString &path)
 {
     DatabasePath = path;
-    TerminalDoorway doorway;
-    frmImportRecipe importer(doorway);
+    TerminalInteraction interaction;
+    frmImportRecipe importer(interaction);
     return secondsOf([&] {
         importer.Form_Load();
         importer.openDataSources();

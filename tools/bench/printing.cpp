@@ -1,8 +1,8 @@
-#include "CWordWrap.h"
 #include "GeneratedRecipe.h"
-#include "PagedPrinter.h"
 #include "Subjects.h"
-#include "WaitCursor.h"
+#include "printing/CWordWrap.h"
+#include "printing/PagedPrinter.h"
+#include "printing/WaitCursor.h"
 
 #include <QPdfWriter>
 #include <QTextLayout>

@@ -1,8 +1,8 @@
 #include "PlainConnection.h"
 #include "PlainStatement.h"
-#include "RecordCursor.h"
 #include "Sources.h"
 #include "Subjects.h"
+#include "data/RecordCursor.h"
 
 #include <algorithm>
 #include <stdexcept>

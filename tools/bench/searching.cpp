@@ -1,10 +1,10 @@
-#include "Criterion.h"
 #include "GeneratedRecipe.h"
 #include "PlainConnection.h"
 #include "PlainStatement.h"
-#include "RecordCursor.h"
 #include "Sources.h"
 #include "Subjects.h"
+#include "data/Criterion.h"
+#include "data/RecordCursor.h"
 
 #include <algorithm>
 #include <stdexcept>

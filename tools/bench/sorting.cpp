@@ -1,6 +1,6 @@
-#include "Database.h"
 #include "PlainStatement.h"
 #include "Subjects.h"
+#include "data/Database.h"
 
 #include <SQLiteCpp/Database.h>
 

@@ -1,5 +1,5 @@
-#include "Criterion.h"
-#include "DatabaseError.h"
+#include "data/Criterion.h"
+#include "data/DatabaseError.h"
 
 #include <QStringDecoder>
 

@@ -1,5 +1,5 @@
-#include "SrfDecoder.h"
-#include "SrfParser.h"
+#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfParser.h"
 
 #include <QStringList>
 
@@ -30,17 +30,17 @@ bool isName(const QString &name)
     return !name.isEmpty() && !name.contains(QChar::Null);
 }
 
-void checkComplaint(const SrfComplaint &complaint, const QStringList &lines)
+void checkComplaint(const SrfError &error, const QStringList &lines)
 {
-    const bool atEnd = complaint.kind == SrfComplaint::Kind::EndOfFile;
-    require(complaint.line >= 1);
+    const bool atEnd = error.kind == SrfError::Kind::EndOfFile;
+    require(error.line >= 1);
     if (atEnd)
-        require(complaint.line == lines.size() + 1);
+        require(error.line == lines.size() + 1);
     else
-        require(complaint.line <= lines.size());
-    if (complaint.kind == SrfComplaint::Kind::Line)
-        require(complaint.found == lines.at(complaint.line - 1));
-    const QString text = complaintText(complaint, u"Soup.srf"_s);
+        require(error.line <= lines.size());
+    if (error.kind == SrfError::Kind::Line)
+        require(error.found == lines.at(error.line - 1));
+    const QString text = srfErrorText(error, u"Soup.srf"_s);
     require(text.startsWith(u"Soup.srf") && text.size() < 1500);
 }
 
@@ -54,7 +54,7 @@ void checkIngredient(const SrfIngredient &ingredient, const QStringList &lines)
     const auto result = newIngredient(ingredient);
     const auto *fields = std::get_if<SrfNewIngredient>(&result);
     if (!fields) {
-        checkComplaint(std::get<SrfComplaint>(result), lines);
+        checkComplaint(std::get<SrfError>(result), lines);
         return;
     }
     const QStringList parts{ingredient.name, fields->type, fields->shelfLife, fields->vegetarian};
@@ -94,6 +94,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (const auto *recipe = std::get_if<SrfRecipe>(&result))
         checkRecipe(*recipe, lines);
     else
-        checkComplaint(std::get<SrfComplaint>(result), lines);
+        checkComplaint(std::get<SrfError>(result), lines);
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "PageFields.h"
+#include "export/PageFields.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -23,13 +23,13 @@ std::vector<kainjow::mustache::data> allFields(const QString &text)
     std::vector<RecipeEntry> recipes;
     for (qint64 key = 1; key <= 3; ++key)
         recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
-    const Site site = siteOf(std::move(recipes));
-    RecipeFacts facts;
-    facts.title = facts.author = facts.servings = facts.ratingText = site.recipes[1].title;
-    facts.description = facts.utensils = facts.instructions = {text, text};
-    facts.ingredients = {{text, text}, {{}, text}};
+    const SiteMap site = siteMapOf(std::move(recipes));
+    RecipeDetails details;
+    details.title = details.author = details.servings = details.ratingText = site.recipes[1].title;
+    details.description = details.utensils = details.instructions = {text, text};
+    details.ingredients = {{text, text}, {{}, text}};
     return {mainMenuFields(site), categoryFields(site, site.types.front()),
-            recipeFields(site, 1, facts)};
+            recipeFields(site, 1, details)};
 }
 
 // What the checker has let pass the engine takes, and no text of a recipe adds a tag to the page.

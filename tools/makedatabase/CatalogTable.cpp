@@ -1,7 +1,7 @@
 #include "CatalogTable.h"
 
-#include "GeneralFuctions.h"
-#include "TextComparison.h"
+#include "data/GeneralFuctions.h"
+#include "data/TextComparison.h"
 
 #include <QFile>
 

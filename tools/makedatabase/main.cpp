@@ -2,11 +2,11 @@
 // filled from the tables. A file that is there is left as it is.
 
 #include "CatalogTable.h"
-#include "DatabaseError.h"
-#include "IngredientTypes.h"
-#include "RecordCursor.h"
-#include "Schema.h"
-#include "Transaction.h"
+#include "data/DatabaseError.h"
+#include "data/IngredientTypes.h"
+#include "data/RecordCursor.h"
+#include "data/Schema.h"
+#include "data/Transaction.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>

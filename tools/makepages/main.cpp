@@ -1,8 +1,8 @@
 // makepages RECIPEFILE FOLDER plaincard|cookbook: writes the web pages with the generic templates
 // in that style, as File, Export does.
 
-#include "Progress.h"
-#include "WebPages.h"
+#include "export/WebPages.h"
+#include "interaction/Progress.h"
 
 #include <QCoreApplication>
 
@@ -13,7 +13,7 @@ namespace {
 class NobodyWatches final : public Progress
 {
 public:
-    bool goOn(qsizetype, qsizetype, const QString &) override { return true; }
+    bool update(qsizetype, qsizetype, const QString &) override { return true; }
 };
 
 } // namespace

@@ -2,9 +2,9 @@
 // one of these may be importing into at the same time:
 //   importer DATABASE FOLDER
 // Prints the longest time, in seconds, that a file has taken. A message is a failure.
-#include "DatabasePath.h"
-#include "NoDoorway.h"
-#include "frmImportRecipe.h"
+#include "NoInteraction.h"
+#include "data/DatabasePath.h"
+#include "import/frmImportRecipe.h"
 
 #include <QFile>
 
@@ -36,8 +36,8 @@ int main(int argc, char *argv[])
         return 2;
     DatabasePath = QFile::decodeName(argv[1]);
     try {
-        NoDoorway doorway;
-        frmImportRecipe importer(doorway);
+        NoInteraction interaction;
+        frmImportRecipe importer(interaction);
         importer.Form_Load();
         importer.openDataSources();
         std::printf("%.6f\n", longestFile(importer, argv[2]).count());

@@ -3,7 +3,7 @@
 // engine's page cache has been filled before.
 
 #include "PlainStatement.h"
-#include "RecordCursor.h"
+#include "data/RecordCursor.h"
 
 #include <SQLiteCpp/Database.h>
 

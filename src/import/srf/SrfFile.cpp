@@ -1,0 +1,49 @@
+#include "import/srf/SrfFile.h"
+
+#include "interaction/ControlCharacters.h"
+#include "platform/Paths.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(SrfFile)
+};
+
+QString messageFor(const platform::FileReadError &error, const std::filesystem::path &path)
+{
+    const QString file = escapeControlCharacters(platform::displayPath(path));
+    switch (error.failure) {
+    case platform::ReadFailure::NotFound:
+        return Text::tr("There is no file %1.").arg(file);
+    case platform::ReadFailure::Folder:
+        return Text::tr("%1 is a folder. Choose the recipe files in it instead.").arg(file);
+    case platform::ReadFailure::NotRegular:
+        return Text::tr("%1 is a pipe, a socket or a device. Save the recipe as an ordinary file "
+                        "and import that.")
+            .arg(file);
+    case platform::ReadFailure::TooLarge:
+        return Text::tr("%1 is larger than %2 MiB, too large for a recipe. Check that it is the "
+                        "right file.")
+            .arg(file, QString::number(largestSrfFile >> 20));
+    case platform::ReadFailure::AccessDenied:
+        return Text::tr("You have no right to read %1. Give yourself that right and import it "
+                        "again.")
+            .arg(file);
+    case platform::ReadFailure::Failed:
+        break;
+    }
+    return Text::tr("%1 could not be read: %2. Check the disk it is on, or import a copy of it.")
+        .arg(file, error.reason);
+}
+
+} // namespace
+
+std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path)
+{
+    auto result = platform::readRegularFile(path, largestSrfFile);
+    if (const auto *error = std::get_if<platform::FileReadError>(&result))
+        return SrfFileError{error->failure, messageFor(*error, path)};
+    return std::get<QByteArray>(std::move(result));
+}

@@ -1,0 +1,234 @@
+#include "import/srf/SrfParser.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+
+// A line is the text up to CR LF, CR or the end of the file. What stands in double quotes is a
+// whole line; any is a line that is not the one behind the braces.
+//
+//   recipe       = heading instructions ingredients utensils rest-of-the-file
+//   heading      = line name author type serves description
+//   instructions = { any } "<Instructions>" { any } "</Instructions>"
+//   ingredients  = { any } "<Ingredients>" { ingredient } "</Ingredients>"
+//   ingredient   = name [ '|' type '|' shelf-life '|' vegetarian ] '||' quantity
+//   utensils     = { any } "<Utensils>" { utensil } "</Utensils>"
+//   utensil      = name
+//
+// The first '||' of an ingredient sets off its quantity, whatever stands before it: an ingredient
+// that is in the catalog needs its name and quantity alone.
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class Parser
+{
+    Q_DECLARE_TR_FUNCTIONS(SrfParser)
+
+public:
+    explicit Parser(QStringView text)
+        : m_rest(text)
+    {
+    }
+
+    std::variant<SrfRecipe, SrfError> recipe();
+
+private:
+    // Each rule reads its lines and says whether they were as expected; where not, it leaves the
+    // complaint behind and nothing more is read.
+    bool heading();
+    bool instructions();
+    bool ingredients();
+    bool ingredient();
+    bool utensils();
+    bool utensil();
+
+    bool headingLine(QString &field, const char *expected);
+    void addInstruction();
+    bool skipTo(QLatin1StringView tag);
+    template <typename Rule>
+    bool readTo(QLatin1StringView tag, Rule rule);
+    bool checkName(QStringView name, const char *expected);
+
+    bool nextLine();
+    bool fail(const char *expected);
+    bool complainOfTheEnd(const QString &expected);
+
+    QStringView m_rest;
+    QStringView m_line;
+    int m_number = 0; // of m_line
+    SrfRecipe m_recipe;
+    SrfError m_complaint = {};
+};
+
+std::variant<SrfRecipe, SrfError> Parser::recipe()
+{
+    if (heading() && instructions() && ingredients() && utensils())
+        return std::move(m_recipe);
+    return std::move(m_complaint);
+}
+
+bool Parser::heading()
+{
+    constexpr const char *name = QT_TR_NOOP("the name of the recipe");
+    QString anything;
+    return headingLine(anything, QT_TR_NOOP("a first line with any text"))
+        && headingLine(m_recipe.name, name) && checkName(m_recipe.name, name)
+        && headingLine(m_recipe.author, QT_TR_NOOP("the author"))
+        && headingLine(m_recipe.type, QT_TR_NOOP("the number of the recipe's type"))
+        && headingLine(m_recipe.serves, QT_TR_NOOP("the number of servings"))
+        && headingLine(m_recipe.description, QT_TR_NOOP("the description"));
+}
+
+bool Parser::headingLine(QString &field, const char *expected)
+{
+    if (!nextLine())
+        return complainOfTheEnd(tr(expected));
+    field = m_line.toString();
+    return true;
+}
+
+bool Parser::instructions()
+{
+    return skipTo("<Instructions>"_L1) && readTo("</Instructions>"_L1, [this] {
+               addInstruction();
+               return true;
+           });
+}
+
+void Parser::addInstruction()
+{
+    constexpr QLatin1StringView lineEnd = "\r\n"_L1;
+    const bool blank = std::all_of(m_line.begin(), m_line.end(), [](QChar c) { return c == u' '; });
+    if (blank)
+        m_recipe.instructions.append(lineEnd).append(lineEnd);
+    else
+        m_recipe.instructions.append(m_line);
+    m_recipe.instructions.append(lineEnd);
+}
+
+bool Parser::ingredients()
+{
+    return skipTo("<Ingredients>"_L1)
+        && readTo("</Ingredients>"_L1, [this] { return ingredient(); });
+}
+
+bool Parser::ingredient()
+{
+    const qsizetype nameEnd = m_line.indexOf(u'|');
+    const qsizetype quantityMark = m_line.indexOf(u"||");
+    if (quantityMark < 0)
+        return fail(QT_TR_NOOP("an ingredient as name|type|shelf life|vegetarian||quantity, "
+                               "or the line \"</Ingredients>\""));
+    const QStringView name = m_line.first(nameEnd);
+    if (!checkName(name, QT_TR_NOOP("the name of an ingredient before the first |")))
+        return false;
+    m_recipe.ingredients.push_back(
+        {name.toString(), m_line.sliced(quantityMark + 2).toString(), m_line.toString(), m_number});
+    return true;
+}
+
+bool Parser::utensils()
+{
+    return skipTo("<Utensils>"_L1) && readTo("</Utensils>"_L1, [this] { return utensil(); });
+}
+
+bool Parser::utensil()
+{
+    if (!checkName(m_line, QT_TR_NOOP("the name of a utensil, or the line \"</Utensils>\"")))
+        return false;
+    m_recipe.utensils.push_back({m_line.toString(), m_number});
+    return true;
+}
+
+bool Parser::skipTo(QLatin1StringView tag)
+{
+    return readTo(tag, [] { return true; });
+}
+
+template <typename Rule>
+bool Parser::readTo(QLatin1StringView tag, Rule rule)
+{
+    const int first = m_number + 1;
+    while (nextLine()) {
+        if (m_line == tag)
+            return true;
+        if (!rule())
+            return false;
+    }
+    return complainOfTheEnd(tr("the line \"%1\" somewhere from line %2 on").arg(tag).arg(first));
+}
+
+bool Parser::checkName(QStringView name, const char *expected)
+{
+    if (name.isEmpty())
+        return fail(expected);
+    if (name.contains(QChar::Null))
+        return fail(QT_TR_NOOP("a name without a zero character"));
+    return true;
+}
+
+// False at the end of the file, which leaves the number behind the last line.
+bool Parser::nextLine()
+{
+    ++m_number;
+    if (m_rest.isEmpty())
+        return false;
+    const qsizetype end = m_rest.indexOf(u'\r');
+    if (end < 0) {
+        m_line = std::exchange(m_rest, {});
+        return true;
+    }
+    m_line = m_rest.first(end);
+    m_rest = m_rest.sliced(end + 1);
+    if (m_rest.startsWith(u'\n'))
+        m_rest = m_rest.sliced(1);
+    return true;
+}
+
+bool Parser::fail(const char *expected)
+{
+    m_complaint = {m_number, tr(expected), m_line.toString()};
+    return false;
+}
+
+bool Parser::complainOfTheEnd(const QString &expected)
+{
+    m_complaint = {m_number, expected, {}, SrfError::Kind::EndOfFile};
+    return false;
+}
+
+} // namespace
+
+std::variant<SrfRecipe, SrfError> parseSrf(const QString &text)
+{
+    if (!text.contains(u'\r') && text.contains(u'\n'))
+        return SrfError{1, {}, {}, SrfError::Kind::LineFeeds};
+    return Parser(text).recipe();
+}
+
+std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingredient)
+{
+    SrfNewIngredient fields;
+    const struct {
+        QString &field;
+        const char *expected;
+    } rules[] = {
+        {fields.type, QT_TRANSLATE_NOOP("SrfParser", "the type of a new ingredient")},
+        {fields.shelfLife, QT_TRANSLATE_NOOP("SrfParser", "the shelf life of a new ingredient")},
+        {fields.vegetarian,
+         QT_TRANSLATE_NOOP("SrfParser", "True or False for a new ingredient as vegetarian")},
+    };
+    qsizetype start = ingredient.name.size() + 1;
+    for (const auto &[field, expected] : rules) {
+        const qsizetype end = ingredient.entry.indexOf(u'|', start);
+        if (end <= start)
+            return SrfError{ingredient.line, QCoreApplication::translate("SrfParser", expected),
+                            ingredient.entry};
+        field = ingredient.entry.sliced(start, end - start);
+        start = end + 1;
+    }
+    return fields;
+}

@@ -1,0 +1,36 @@
+#include "interaction/ControlCharacters.h"
+
+#include <QList>
+
+namespace {
+
+bool isInvisible(char32_t c)
+{
+    switch (QChar::category(c)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+QString escapeControlCharacters(const QString &text)
+{
+    constexpr char16_t controlPictures = 0x2400;
+    QString visible;
+    for (const char32_t c : text.toUcs4()) {
+        if (c < 0x20)
+            visible += QChar(static_cast<char16_t>(controlPictures + c));
+        else if (isInvisible(c))
+            visible += QString::asprintf("<U+%04X>", uint(c));
+        else
+            visible += QChar::fromUcs4(c);
+    }
+    return visible;
+}

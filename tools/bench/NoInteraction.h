@@ -1,0 +1,18 @@
+#pragma once
+
+#include "interaction/Interaction.h"
+
+#include <stdexcept>
+
+// Where nobody looks, a box is a failure of the measurement.
+class NoInteraction final : public Interaction
+{
+public:
+    Button show(const MessageBox &box) override
+    {
+        throw std::runtime_error(box.text.toStdString());
+    }
+    QString ask(const InputBox &) override { return {}; }
+    QString choose(const FileChooser &) override { return {}; }
+    QString choose(const FolderChooser &) override { return {}; }
+};

@@ -1,0 +1,129 @@
+"""The kinds of work that the program is killed in. Each brings it to the brink of the work."""
+
+import shutil
+from typing import Callable, NamedTuple
+
+from driver import Lost, child, child_shown, title, wait_until
+from recipe import SPARE, SPARE_LINE
+
+
+class Deed(NamedTuple):
+    press: Callable  # begins the work, and does not wait for it
+    wait_end: Callable  # until the program shows that it is over
+    before: dict  # recipes by name, None for one that is not there
+    after: dict
+
+
+class Scenarios:
+    def __init__(self, program, random, cookbook):
+        self._program = program
+        self._random = random
+        self._cookbook = cookbook
+        self._marks = 0
+
+    # Importing
+
+    def file(self, _known):
+        recipe = self._cookbook.recipe(self._random.randint(5, 2000))
+        path = self._program.folder / "single.srf"
+        path.write_text(recipe.srf(), newline="")
+
+        def wait_end():
+            if not wait_until(self._program.ended_well):
+                raise Lost(f"the import of {path} did not end well")
+
+        return Deed(
+            lambda: self._program.start(str(path)), wait_end,
+            {recipe.name: None}, {recipe.name: recipe},
+        )
+
+    def batch(self, _known):
+        return self.batch_of(self._cookbook.recipes(300, 50, 250))
+
+    def batch_of(self, recipes):
+        folder = self._program.folder / "recipes"
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir()
+        for recipe in recipes:
+            (folder / (recipe.name + ".srf")).write_text(recipe.srf(), newline="")
+        self._program.open_first("F9", "Import Recipes")
+        self._program.press_all("shift+Tab", "shift+Tab")  # to Import
+
+        def is_over():
+            # The list opens only when nothing is under way any more.
+            if title() == child("Import Recipes"):
+                self._program.press_all("F5")
+            return title() == child("Recipes")
+
+        def wait_end():
+            if not wait_until(is_over, seconds=120):
+                raise Lost("the batch did not end")
+
+        return Deed(
+            lambda: self._program.press("Return"), wait_end,
+            {recipe.name: None for recipe in recipes},
+            {recipe.name: recipe for recipe in recipes},
+        )
+
+    # The record window
+
+    def save(self, known):
+        """Changes author and description; half of the time only the question at closing saves."""
+        old = self._open_recipe(known)
+        self._marks += 1
+        mark = f"Mark {self._marks}"
+        program = self._program
+        program.press_all("alt+d")
+        program.wait_title("Recipe Name")
+        program.press_all("Return")
+        program.wait_title(child(old.name))
+        program.write_over(mark)
+        program.press_all("shift+Tab", "space")  # to Description
+        program.wait_title("Enter Description")
+        program.write_over(mark)
+        program.press_all("Tab", "Return")
+        program.wait_title(child(old.name))
+        if self._random.random() < 0.5:
+            keys = ["alt+s", "alt+o"]
+        else:
+            program.press_all("alt+o")
+            program.wait_title("Save Changes")
+            keys = ["Return"]
+        new = old._replace(author=mark, description=mark)
+        return self._change(old, new, keys, "Recipes")
+
+    def ingredients(self, known):
+        old = self._open_recipe(known)
+        self._program.press_all(*["Tab"] * 5, "space")  # to Change
+        self._program.wait_title(child("Change Ingredients"))
+        self._program.press_all(*([] if SPARE_LINE in old.ingredients else ["alt+a"]), "alt+r")
+        new = old._replace(ingredients=_turned(old.ingredients, SPARE_LINE))
+        return self._change(old, new, ["alt+o"], old.name)
+
+    def utensils(self, known):
+        old = self._open_recipe(known)
+        self._program.press_all(*["Tab"] * 7, "space")  # to the other Change
+        self._program.wait_title(child("Change Untensils"))
+        self._program.press_all("shift+Tab", "Home", "Delete", "Tab", "Home")
+        if SPARE not in old.utensils:
+            self._program.press_all("alt+a")
+        new = old._replace(utensils=_turned(old.utensils, SPARE))
+        return self._change(old, new, ["alt+o"], old.name)
+
+    def _open_recipe(self, known):
+        self._program.open_first("F5", "Recipes")
+        self._program.press_all(*["Down"] * self._random.randrange(25), "Return")
+        self._program.wait_title(*(child(name) for name in known))
+        return known[child_shown(title())]
+
+    def _change(self, old, new, keys, window_behind):
+        return Deed(
+            lambda: self._program.press(*keys),
+            lambda: self._program.wait_title(child(window_behind)),
+            {old.name: old}, {old.name: new},
+        )
+
+
+def _turned(lines, spare):
+    """The first line taken out, the spare one added behind where it is not there."""
+    return (lines if spare in lines else (*lines, spare))[1:]
