@@ -82,14 +82,7 @@ void CatalogWindow::setChanged(bool changed)
 
 void CatalogWindow::offerToSave()
 {
-    if (!m_changed)
-        return;
-    const Button answer = interaction().show({.text = m_catalog.saveQuestion,
-                                              .title = tr("Save Changes"),
-                                              .icon = Icon::Question,
-                                              .buttons = {Button::Yes, Button::No},
-                                              .defaultButton = Button::Yes});
-    if (answer == Button::Yes)
+    if (m_changed && interaction().confirm(tr("Save Changes"), m_catalog.saveQuestion))
         save();
 }
 
@@ -122,8 +115,7 @@ void CatalogWindow::step(int by)
 
 void CatalogWindow::leave()
 {
-    frame().hide(*this);
-    frame().unload(*this);
+    closeWindow();
 }
 
 // Storing

@@ -170,13 +170,8 @@ void frmIngredient::cmdDelete_Click()
             ShowIngredient();
         return;
     }
-    const Button answer =
-        interaction().show({.text = tr("Are you sure you want to delete this ingredient?"),
-                            .title = tr("Confirm"),
-                            .icon = Icon::Question,
-                            .buttons = {Button::Yes, Button::No},
-                            .defaultButton = Button::No});
-    if (answer == Button::Yes)
+    if (interaction().confirm(tr("Confirm"), tr("Are you sure you want to delete this ingredient?"),
+                              Button::No))
         deleteIngredient();
 }
 

@@ -63,11 +63,6 @@ void CompositionEditor::readCatalog()
     m_composition.lines->Recordset().Requery();
 }
 
-void CompositionEditor::warn(const QString &text, const QString &title)
-{
-    interaction().show({.text = text, .title = title, .icon = Icon::Exclamation});
-}
-
 void CompositionEditor::cmdAdd_Click()
 {
     addSelected();
@@ -127,11 +122,11 @@ void CompositionEditor::refuse(const QStringList &missing)
     QStringList named = missing.first(qMin(most, missing.size()));
     if (missing.size() > most)
         named += tr("and %1 more").arg(missing.size() - most);
-    warn(QString(m_composition.refusal).replace("%1"_L1, named.join(u'\n')), tr("Can't save"));
+    interaction().showError(tr("Can't save"),
+                            QString(m_composition.refusal).replace("%1"_L1, named.join(u'\n')));
 }
 
 void CompositionEditor::leave()
 {
-    frame().hide(*this);
-    frame().unload(*this);
+    closeWindow();
 }

@@ -48,7 +48,6 @@ protected:
     const ComposedRecipe &takeRecipe();
 
     void readCatalog(); // and lists it
-    void warn(const QString &text, const QString &title);
 
 private:
     void cmdAdd_Click();

@@ -5,6 +5,7 @@
 #include "data/DatabasePath.h"
 #include "data/settings/SortOrder.h"
 #include "frame/Frame.h"
+#include "interaction/Interaction.h"
 #include "ui_frmChangeIngredients.h"
 
 #include <algorithm>
@@ -124,14 +125,15 @@ void frmChangeIngredients::Form_Activate()
 void frmChangeIngredients::addSelected()
 {
     if (m_ui->lstIngredients->selectedRow() < 0) {
-        warn(tr("No item was selected in the ingredients box.  Try selecting the item you want to "
-                "add and then hit add again"),
-             tr("No item selected"));
+        interaction().showError(
+            tr("No item selected"),
+            tr("No item was selected in the ingredients box.  Try selecting the item you want to "
+               "add and then hit add again"));
         return;
     }
     const QString name = m_ui->lstIngredients->selectedText();
     if (isListed(name)) {
-        warn(tr("Ingredient is already in the ingredient box"), tr("Can't add"));
+        interaction().showError(tr("Can't add"), tr("Ingredient is already in the ingredient box"));
         return;
     }
     const QString quantity =
@@ -151,9 +153,10 @@ void frmChangeIngredients::cmdRemove_Click()
 {
     const int row = m_ui->lstRecipeIngredients->selectedRow();
     if (row < 0) {
-        warn(tr("No item was selected in the recipe ingredients box.  Try selecting the item you "
-                "want to delete and then hit delete again"),
-             tr("No item selected"));
+        interaction().showError(
+            tr("No item selected"),
+            tr("No item was selected in the recipe ingredients box.  Try selecting the item you "
+               "want to delete and then hit delete again"));
     } else {
         m_lines.removeAt(row);
         m_ui->lstRecipeIngredients->remove(row);

@@ -4,6 +4,7 @@
 #include "composition/ComposedRecipe.h"
 #include "data/DatabasePath.h"
 #include "frame/Frame.h"
+#include "interaction/Interaction.h"
 #include "ui_frmChangeUtensils.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -57,14 +58,15 @@ void frmChangeUtensils::Form_Activate()
 void frmChangeUtensils::addSelected()
 {
     if (m_ui->lstUtensils->selectedRow() < 0) {
-        warn(tr("No item was selected in the utensils box.  Try selecting the item you want to add "
-                "and then hit add again"),
-             tr("No item selected"));
+        interaction().showError(
+            tr("No item selected"),
+            tr("No item was selected in the utensils box.  Try selecting the item you want to add "
+               "and then hit add again"));
         return;
     }
     const QString name = m_ui->lstUtensils->selectedText();
     if (m_ui->lstRecipeUtensils->texts().contains(name))
-        warn(tr("Utensil is already in the utensil box"), tr("Can't add"));
+        interaction().showError(tr("Can't add"), tr("Utensil is already in the utensil box"));
     else
         m_ui->lstRecipeUtensils->append(name);
 }
@@ -73,9 +75,10 @@ void frmChangeUtensils::cmdRemove_Click()
 {
     const int row = m_ui->lstRecipeUtensils->selectedRow();
     if (row < 0)
-        warn(tr("No item was selected in the recipe utensils box.  Try selecting the item you want "
-                "to delete and then hit delete again"),
-             tr("No item selected"));
+        interaction().showError(
+            tr("No item selected"),
+            tr("No item was selected in the recipe utensils box.  Try selecting the item you want "
+               "to delete and then hit delete again"));
     else
         m_ui->lstRecipeUtensils->remove(row);
 }

@@ -1,29 +1,24 @@
 #pragma once
 
+#include "platform/UserVisibleError.h"
+
 #include <QCoreApplication>
-#include <QString>
 
-#include <stdexcept>
-
-// What the data layer throws: a text for the user that names the thing and what to do.
-class DatabaseError : public std::runtime_error
+// What the data layer throws.
+class DatabaseError : public UserVisibleError
 {
 public:
-    explicit DatabaseError(const QString &text)
-        : std::runtime_error(text.toStdString())
-    {
-    }
-
-    QString text() const { return QString::fromUtf8(what()); }
+    using UserVisibleError::UserVisibleError;
 };
 
-// The row that was to be changed or deleted is not there any more.
+// The row that was to be changed or deleted no longer exists.
 class RowNotFound final : public DatabaseError
 {
+    Q_DECLARE_TR_FUNCTIONS(RowNotFound)
+
 public:
     RowNotFound()
-        : DatabaseError(QCoreApplication::translate(
-            "RowNotFound", "This entry has been deleted by another program. Nothing was stored."))
+        : DatabaseError(tr("This entry has been deleted by another program. Nothing was stored."))
     {
     }
 };

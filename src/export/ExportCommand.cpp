@@ -31,11 +31,6 @@ std::optional<ExportedPages> exportWithProgress(const QString &folder, QWidget *
     return exportPages(DatabasePath, folder, storedPageSettings(), progress);
 }
 
-void tellFailure(Interaction &interaction, const ExportError &failure)
-{
-    interaction.show({.text = failure.text(), .title = title(), .icon = Icon::Exclamation});
-}
-
 void offerPages(Interaction &interaction, const ExportedPages &pages)
 {
     const QString folder = QDir::toNativeSeparators(QFileInfo(pages.mainMenu).path());
@@ -50,10 +45,9 @@ void offerPages(Interaction &interaction, const ExportedPages &pages)
                                             .defaultButton = Button::Open});
     if (answer != Button::Open || QDesktopServices::openUrl(QUrl::fromLocalFile(pages.mainMenu)))
         return;
-    interaction.show({.text = Text::tr("No browser could be started. Open %1 by hand.")
-                                  .arg(QDir::toNativeSeparators(pages.mainMenu)),
-                      .title = title(),
-                      .icon = Icon::Exclamation});
+    interaction.showError(title(),
+                          Text::tr("No browser could be started. Open %1 by hand.")
+                              .arg(QDir::toNativeSeparators(pages.mainMenu)));
 }
 
 } // namespace
@@ -71,9 +65,9 @@ void exportWebPages(Interaction &interaction, QWidget *window)
                 offerPages(interaction, *pages);
             return;
         } catch (const ForeignFolderError &failure) {
-            tellFailure(interaction, failure);
+            interaction.showError(title(), failure.text());
         } catch (const ExportError &failure) {
-            tellFailure(interaction, failure);
+            interaction.showError(title(), failure.text());
             return;
         }
     }

@@ -1,22 +1,15 @@
 #pragma once
 
-#include <QString>
+#include "platform/UserVisibleError.h"
 
-#include <stdexcept>
-
-// Why no pages have been made: a text for the user that names the thing and what to do.
-class ExportError : public std::runtime_error
+// Why no web pages were written.
+class ExportError : public UserVisibleError
 {
 public:
-    explicit ExportError(const QString &text)
-        : std::runtime_error(text.toStdString())
-    {
-    }
-
-    QString text() const { return QString::fromUtf8(what()); }
+    using UserVisibleError::UserVisibleError;
 };
 
-// Where the pages should go lies something that no export has made.
+// The place for the pages holds something that no export has made.
 class ForeignFolderError final : public ExportError
 {
 public:

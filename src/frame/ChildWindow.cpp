@@ -40,6 +40,11 @@ Interaction &ChildWindow::interaction() const
     return m_frame.interaction();
 }
 
+void ChildWindow::closeWindow()
+{
+    m_frame.unload(*this);
+}
+
 const ErrorBoundary &ChildWindow::boundary() const
 {
     return m_frame.boundary();
@@ -95,5 +100,5 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
 void ChildWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore(); // Qt would take the window out of its shell; the frame ends both
-    m_frame.unload(*this);
+    closeWindow();
 }

@@ -29,6 +29,7 @@ public:
 
 protected:
     Frame &frame() const { return m_frame; }
+    void closeWindow(); // unloads this window; it is destroyed after the running handler
     Interaction &interaction() const;
 
     // Run by the frame, each inside the boundary. Where Form_Load or openDataSources throws, the

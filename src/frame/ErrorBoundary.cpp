@@ -32,7 +32,6 @@ void ErrorBoundary::tell(const QString &windowTitle, const std::exception &failu
 {
     const QString text =
         QCoreApplication::translate("ErrorBoundary", "Something went wrong in \"%1\":\n%2");
-    m_interaction.show({.text = text.arg(windowTitle, QString::fromUtf8(failure.what())),
-                        .title = QCoreApplication::translate("ErrorBoundary", "Error"),
-                        .icon = Icon::Exclamation});
+    m_interaction.showError(QCoreApplication::translate("ErrorBoundary", "Error"),
+                            text.arg(windowTitle, QString::fromUtf8(failure.what())));
 }

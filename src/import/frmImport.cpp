@@ -163,6 +163,5 @@ void frmImport::importFiles(const std::vector<int> &rows)
 
 void frmImport::cmdCancel_Click()
 {
-    frame().hide(*this);
-    frame().unload(*this);
+    closeWindow();
 }

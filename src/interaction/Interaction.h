@@ -50,6 +50,12 @@ public:
     // Shows the box, waits, and returns the button that was pressed; Esc is No, Stop or Close.
     virtual Button show(const MessageBox &box) = 0;
 
+    // Shows an error that leaves the user nothing to choose.
+    void showError(const QString &title, const QString &text, Icon icon = Icon::Exclamation);
+
+    // Asks a question with the buttons Yes and No; returns whether the user pressed Yes.
+    bool confirm(const QString &title, const QString &text, Button defaultButton = Button::Yes);
+
     // The answer as typed, not trimmed; empty also for Cancel. A default text that is not changed
     // comes back as it was given; in a changed text of several lines each ends with CR LF.
     virtual QString ask(const InputBox &box) = 0;

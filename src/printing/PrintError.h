@@ -1,15 +1,10 @@
 #pragma once
 
-#include <QString>
+#include "platform/UserVisibleError.h"
 
-#include <stdexcept>
-
-// Why nothing, or no more, is printed: a text for the user.
-class PrintError final : public std::runtime_error
+// Why nothing was printed, or why printing stopped.
+class PrintError final : public UserVisibleError
 {
 public:
-    explicit PrintError(const QString &text)
-        : std::runtime_error(text.toStdString())
-    {
-    }
+    using UserVisibleError::UserVisibleError;
 };

@@ -15,9 +15,9 @@ QString tr(const char *text)
     return QCoreApplication::translate("RecipeName", text);
 }
 
-void tell(Interaction &interaction, const QString &text)
+void showNameError(Interaction &interaction, const QString &text)
 {
-    interaction.show({.text = text, .title = tr("Error"), .icon = Icon::Information});
+    interaction.showError(tr("Error"), text, Icon::Information);
 }
 
 } // namespace
@@ -33,17 +33,18 @@ QString askRecipeName(Interaction &interaction, const QString &currentName,
         if (name.isEmpty())
             return {};
         if (ContainsInvalidChars(name).isEmpty()) {
-            tell(interaction,
-                 tr("Recipe can't have the following charaters in it") + u"\r\\/:*?\"<>|()"_s);
+            showNameError(interaction,
+                          tr("Recipe can't have the following charaters in it")
+                              + u"\r\\/:*?\"<>|()"_s);
         } else if (name != currentName && isTaken(name)) {
-            tellRecipeNameTaken(interaction);
+            showRecipeNameTaken(interaction);
         } else {
             return name;
         }
     }
 }
 
-void tellRecipeNameTaken(Interaction &interaction)
+void showRecipeNameTaken(Interaction &interaction)
 {
-    tell(interaction, tr("Recipe Name must be unique"));
+    showNameError(interaction, tr("Recipe Name must be unique"));
 }

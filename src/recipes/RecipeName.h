@@ -12,4 +12,4 @@ class Interaction;
 QString askRecipeName(Interaction &interaction, const QString &currentName,
                       const std::function<bool(const QString &)> &isTaken);
 
-void tellRecipeNameTaken(Interaction &interaction);
+void showRecipeNameTaken(Interaction &interaction);

@@ -200,13 +200,9 @@ bool frmRecipe::promptToSave()
 {
     if (!RecipeChanged)
         return true;
-    const Button answer =
-        interaction().show({.text = tr("Do you want to save changes to this recipe"),
-                            .title = tr("Save Changes"),
-                            .icon = Icon::Question,
-                            .buttons = {Button::Yes, Button::No},
-                            .defaultButton = Button::Yes});
-    return answer == Button::No || SaveRecipe();
+    return !interaction().confirm(tr("Save Changes"),
+                                  tr("Do you want to save changes to this recipe"))
+        || SaveRecipe();
 }
 
 void frmRecipe::cmdNext_Click()
@@ -239,8 +235,7 @@ void frmRecipe::cmdDone_Click()
 {
     if (!promptToSave())
         return;
-    frame().hide(*this);
-    frame().unload(*this);
+    closeWindow();
 }
 
 bool frmRecipe::saveForComposition()
@@ -384,10 +379,10 @@ RecipeFields frmRecipe::fieldsOnScreen() const
 bool frmRecipe::SaveRecipe()
 {
     if (!isServesGood()) {
-        interaction().show({.text = tr("Serves must be a number, 0 or more. \"%1\" is not.")
-                                        .arg(m_ui->txtServes->text()),
-                            .title = tr("Error"),
-                            .icon = Icon::Information});
+        interaction().showError(
+            tr("Error"),
+            tr("Serves must be a number, 0 or more. \"%1\" is not.").arg(m_ui->txtServes->text()),
+            Icon::Information);
         m_ui->txtServes->setFocus();
         return false;
     }
@@ -396,7 +391,7 @@ bool frmRecipe::SaveRecipe()
         const RecipeFields entered = fieldsOnScreen();
         const auto key = storeRecipe(datRecipe, CurrentRecipeID, m_shownFields, entered);
         if (!key) {
-            tellRecipeNameTaken(interaction());
+            showRecipeNameTaken(interaction());
             return false;
         }
         CurrentRecipeID = *key;

@@ -113,6 +113,5 @@ void frmRecipes::cmdView_Click()
 
 void frmRecipes::cmdClose_Click()
 {
-    frame().hide(*this);
-    frame().unload(*this);
+    closeWindow();
 }

@@ -58,11 +58,7 @@ private:
         pass("press");
         eventLog += nameOf(this) + u'!';
     }
-    void leave()
-    {
-        frame().hide(*this);
-        frame().unload(*this);
-    }
+    void leave() { closeWindow(); }
 };
 
 class List : public TestWindow
