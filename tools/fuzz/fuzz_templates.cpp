@@ -37,10 +37,10 @@ void checkKind(PageKind kind, const std::string &text)
 {
     static const std::vector<kainjow::mustache::data> hostile = allFields(hostileText);
     static const std::vector<kainjow::mustache::data> harmless = allFields(u"harmless"_s);
-    const std::optional<TemplateFault> fault = checkTemplate(text, knownFields(kind));
-    if (fault) {
+    const std::optional<TemplateError> error = checkTemplate(text, knownFields(kind));
+    if (error) {
         const auto lines = std::count(text.begin(), text.end(), '\n') + 1;
-        require(fault->line >= 1 && fault->line <= lines && !fault->text.isEmpty());
+        require(error->line >= 1 && error->line <= lines && !error->text.isEmpty());
         return;
     }
     kainjow::mustache::mustache page(text);
