@@ -77,8 +77,8 @@ void requireExported(const QString &folder)
                 .arg(shown));
     if (const QString foreign = firstForeign(folder, *files); !foreign.isEmpty())
         throw ForeignFolderError(
-            Text::tr("The folder %1 holds %2, which no export has made, so nothing "
-                     "was exported there. Move that away, or choose another place.")
+            Text::tr("The folder %1 contains %2, which was not made by an export, so nothing "
+                     "was exported there. Move it away, or choose another place.")
                 .arg(shown, foreign));
 }
 

@@ -14,8 +14,7 @@ void require(bool condition)
         std::abort();
 }
 
-// Recipes whose texts would show in a page if they were not escaped, or do something if they were
-// taken for a template.
+// A text that would be seen in a page if it was not escaped or was taken for a template.
 const QString hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>"_s;
 
 std::vector<kainjow::mustache::data> allFields(const QString &text)
@@ -32,7 +31,8 @@ std::vector<kainjow::mustache::data> allFields(const QString &text)
             recipeFields(site, 1, details)};
 }
 
-// What the checker has let pass the engine takes, and no text of a recipe adds a tag to the page.
+// The engine accepts every template that the check accepts, and no text of a recipe adds a tag to
+// the page.
 void checkKind(PageKind kind, const std::string &text)
 {
     static const std::vector<kainjow::mustache::data> hostile = allFields(hostileText);
