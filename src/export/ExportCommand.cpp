@@ -46,7 +46,7 @@ void offerPages(Interaction &interaction, const ExportedPages &pages)
     if (answer != Button::Open || QDesktopServices::openUrl(QUrl::fromLocalFile(pages.mainMenu)))
         return;
     interaction.showError(title(),
-                          Text::tr("No browser could be started. Open %1 by hand.")
+                          Text::tr("No browser could be started. Open %1 in your browser.")
                               .arg(QDir::toNativeSeparators(pages.mainMenu)));
 }
 

@@ -3,7 +3,7 @@
 class Interaction;
 class QWidget;
 
-// Asks for a folder, writes the web pages of all recipes there as the settings say, and offers to
-// open them. Another place is asked for where something else is in the chosen one. The window is
-// the one that the work is done for. Throws DatabaseError.
+// Asks for a folder, exports the web pages of all recipes to it and offers to open them. If the
+// folder contains something else under their name, asks for another one. The window is the parent
+// of the progress dialog. Throws DatabaseError.
 void exportWebPages(Interaction &interaction, QWidget *window);

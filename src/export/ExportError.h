@@ -2,14 +2,14 @@
 
 #include "platform/UserVisibleError.h"
 
-// Why no web pages were written.
+// Why no web pages were exported.
 class ExportError : public UserVisibleError
 {
 public:
     using UserVisibleError::UserVisibleError;
 };
 
-// The place for the pages holds something that no export has made.
+// The folder for the pages contains something that was not exported.
 class ForeignFolderError final : public ExportError
 {
 public:

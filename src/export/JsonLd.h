@@ -1,9 +1,9 @@
 #pragma once
 
-#include "export/RecipeDetails.h"
+#include "export/RecipeReader.h"
 
 #include <string>
 
-// The recipe as schema.org/Recipe in JSON-LD, for other recipe programs to take over. UTF-8 that
-// may stand in a script element as it is.
+// Returns the recipe as a schema.org/Recipe in JSON-LD, which other recipe programs can import. It
+// is UTF-8 that can be put into a script element without escaping.
 std::string jsonLd(const RecipeDetails &details);

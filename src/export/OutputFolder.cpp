@@ -2,7 +2,6 @@
 
 #include "export/ExportError.h"
 #include "platform/DirectoryExchange.h"
-#include "platform/NewFile.h"
 #include "platform/Paths.h"
 #include "platform/RegularFile.h"
 
@@ -27,26 +26,29 @@ struct Text {
 constexpr auto folderName = "Pantrywise"_L1;
 constexpr auto stagingName = "Pantrywise.new"_L1;
 constexpr auto listName = "pantrywise-files.txt"_L1;
-constexpr QByteArrayView listHead =
+
+// Must not change, because it identifies the folders of earlier exports.
+constexpr QByteArrayView listHeader =
     "Pantrywise has made these files. Its next export into this place removes them.\n";
 
-// The names of the files that an export has made in the folder, or nothing where none has.
-std::optional<QSet<QString>> madeFiles(const QString &folder)
+// Returns the names of the exported files in the folder, or nothing if it has no list of them.
+std::optional<QSet<QString>> exportedFiles(const QString &folder)
 {
     constexpr qsizetype largest = 64 << 20;
     const auto read = platform::readRegularFile(
         platform::nativePath(platform::joinPath(folder, listName)), largest);
     const auto *bytes = std::get_if<QByteArray>(&read);
-    if (!bytes || !bytes->startsWith(listHead) || QFileInfo(folder).isSymLink())
+    if (!bytes || !bytes->startsWith(listHeader) || QFileInfo(folder).isSymLink())
         return {};
     const QStringList names =
-        QString::fromUtf8(bytes->sliced(listHead.size())).split(u'\n', Qt::SkipEmptyParts);
+        QString::fromUtf8(bytes->sliced(listHeader.size())).split(u'\n', Qt::SkipEmptyParts);
     QSet<QString> files(names.begin(), names.end());
     files.insert(listName);
     return files;
 }
 
-// The first name in the folder that is not among these, or is no file; empty for none.
+// Returns the first name in the folder that is not one of these or not that of a file, or an empty
+// text.
 QString firstForeign(const QString &folder, const QSet<QString> &files)
 {
     QStringList foreign;
@@ -61,13 +63,13 @@ QString firstForeign(const QString &folder, const QSet<QString> &files)
     return first == foreign.end() ? QString() : *first;
 }
 
-void requireOwn(const QString &folder)
+void requireExported(const QString &folder)
 {
     const QFileInfo there(folder);
     if (!there.exists() && !there.isSymLink())
         return;
     const QString shown = QDir::toNativeSeparators(folder);
-    const auto files = madeFiles(folder);
+    const auto files = exportedFiles(folder);
     if (!files)
         throw ForeignFolderError(
             Text::tr("%1 was not made by an export, so nothing was exported there. "
@@ -75,13 +77,13 @@ void requireOwn(const QString &folder)
                 .arg(shown));
     if (const QString foreign = firstForeign(folder, *files); !foreign.isEmpty())
         throw ForeignFolderError(
-            Text::tr("The folder %1 holds %2, which no export has made, so nothing "
-                     "was exported there. Move that away, or choose another place.")
+            Text::tr("The folder %1 contains %2, which was not made by an export, so nothing "
+                     "was exported there. Move it away, or choose another place.")
                 .arg(shown, foreign));
 }
 
-// Removes the files and then the list of them, so that what is interrupted can be gone on with, and
-// the folder where nothing else is in it.
+// Removes the files, then their list, and then the folder if it is empty. The list comes last so
+// that the next export can finish an interrupted removal.
 void removePages(const QString &folder, const QSet<QString> &files)
 {
     for (const QString &name : files) {
@@ -90,22 +92,23 @@ void removePages(const QString &folder, const QSet<QString> &files)
     }
     if (firstForeign(folder, {listName}).isEmpty())
         QFile::remove(platform::joinPath(folder, listName));
-    QDir().rmdir(folder); // refuses where anything is left
+    QDir().rmdir(folder); // fails if the folder is not empty
 }
 
 void removePages(const QString &folder)
 {
-    if (const auto files = madeFiles(folder))
+    if (const auto files = exportedFiles(folder))
         removePages(folder, *files);
     else
         QDir().rmdir(folder);
 }
 
-// The folder in which the folder of pages lies: the chosen one, or where that is one, its parent.
-QString placeOf(const QString &chosen)
+// Returns the folder that contains the folder of pages: the chosen one, or its parent if the chosen
+// one is itself a folder of pages.
+QString parentOf(const QString &chosen)
 {
     const QDir directory(QDir::cleanPath(chosen));
-    if (directory.dirName() == folderName && madeFiles(directory.path()))
+    if (directory.dirName() == folderName && exportedFiles(directory.path()))
         return QFileInfo(directory.absolutePath()).path();
     return directory.path();
 }
@@ -113,14 +116,14 @@ QString placeOf(const QString &chosen)
 } // namespace
 
 OutputFolder::OutputFolder(const QString &chosen)
-    : m_place(placeOf(chosen))
-    , m_path(QDir(m_place).filePath(folderName))
-    , m_lock(std::make_unique<QLockFile>(QDir(m_place).filePath("Pantrywise.lock"_L1)))
+    : m_parent(parentOf(chosen))
+    , m_path(QDir(m_parent).filePath(folderName))
+    , m_lock(std::make_unique<QLockFile>(QDir(m_parent).filePath("Pantrywise.lock"_L1)))
 {
-    requireOwn(m_path);
+    requireExported(m_path);
     m_lock->setStaleLockTime(0);
     if (!m_lock->tryLock() && m_lock->error() == QLockFile::LockFailedError)
-        fail(Text::tr("another export into that place is running"));
+        fail(Text::tr("another export to that folder is running"));
     removeLeftOvers();
 }
 
@@ -132,7 +135,7 @@ OutputFolder::~OutputFolder()
 
 void OutputFolder::removeLeftOvers() const
 {
-    const QDir directory(m_place);
+    const QDir directory(m_parent);
     const QStringList names = directory.entryList({stagingName + u'*'}, QDir::Dirs);
     for (const QString &name : names)
         removePages(directory.filePath(name));
@@ -142,37 +145,46 @@ void OutputFolder::fail(const QString &reason) const
 {
     throw ExportError(
         Text::tr("The pages could not be written to %1: %2.\nNothing was exported, and earlier "
-                 "pages are as they were. Put that right, or choose another place.")
+                 "pages are as they were. Correct that, or choose another place.")
             .arg(QDir::toNativeSeparators(m_path), reason));
 }
 
 void OutputFolder::begin(const QStringList &names)
 {
-    QString folder = QDir(m_place).filePath(stagingName);
+    QString folder = QDir(m_parent).filePath(stagingName);
     std::error_code failure;
     while (!std::filesystem::create_directory(platform::nativePath(folder), failure)) {
         if (failure)
             fail(QString::fromStdString(failure.message()));
-        folder += u'+'; // something else has the name
+        folder += u'+'; // the name is taken
     }
     m_staging = folder;
     m_files = {names.begin(), names.end()};
-    write(listName, listHead.toByteArray() + names.join(u'\n').toUtf8() + '\n');
+    write(listName, listHeader.toByteArray() + names.join(u'\n').toUtf8() + '\n');
 }
 
 void OutputFolder::write(const QString &name, QByteArrayView bytes)
 {
-    const auto path = platform::nativePath(platform::joinPath(m_staging, name));
-    if (const std::error_code failure = platform::writeNewFile(path, bytes))
-        fail(QString::fromStdString(failure.message()));
+    QFile file(platform::joinPath(m_staging, name));
+    if (!file.open(QIODevice::NewOnly | QIODevice::WriteOnly | QIODevice::Unbuffered))
+        fail(file.errorString());
+    while (!bytes.isEmpty()) {
+        const qint64 count = file.write(bytes.data(), bytes.size()); // may write only a part
+        if (count <= 0)
+            fail(file.errorString());
+        bytes = bytes.sliced(count);
+    }
+    file.close(); // some file systems report a full disk only now
+    if (file.error() != QFileDevice::NoError)
+        fail(file.errorString());
 }
 
 void OutputFolder::commit()
 {
-    requireOwn(m_path); // something may have come into it meanwhile
+    requireExported(m_path); // something else may have been put into it since
     if (const std::error_code failure = platform::exchangeDirectories(
             platform::nativePath(m_staging), platform::nativePath(m_path)))
         fail(QString::fromStdString(failure.message()));
-    removePages(m_staging); // which is the old one now
+    removePages(m_staging); // now the old folder
     m_staging.clear();
 }

@@ -8,26 +8,26 @@
 
 class QLockFile;
 
-// The folder "Pantrywise" with the pages. The new one is made beside it under a temporary name and
-// takes its place as a whole; until then, and where anything fails, the old one stays as it is. A
-// folder lists in a file of its own what an export has made in it; what holds anything else is
-// never touched. Failures are thrown as ExportError.
+// The folder "Pantrywise", which contains the pages. An export writes them to a staging folder
+// beside it, which then replaces it in one step; until then, and if anything fails, the old folder
+// stays as it is. A list of the exported files is kept in the folder: a folder without the list, or
+// with any other file, is not ours and is never changed. All failures are thrown as ExportError.
 class OutputFolder
 {
 public:
-    // In the folder that the user has chosen, or in place of that one if it is itself such a
-    // folder. Throws ForeignFolderError where something else has the name. Removes what an export
-    // left that was killed.
+    // The pages go to the folder "Pantrywise" in the chosen one, or to the chosen one if it is
+    // itself a folder of pages. Throws ForeignFolderError if something else has that name. Removes
+    // the staging folder of a killed export.
     explicit OutputFolder(const QString &chosen);
-    ~OutputFolder(); // removes a new folder that has not taken its place
+    ~OutputFolder(); // removes the staging folder unless it was committed
 
     QString path() const { return m_path; }
 
-    // Makes the new folder, for files of these names, all of which are then to be written.
+    // Makes the staging folder for files with these names, each of which must then be written.
     void begin(const QStringList &names);
     void write(const QString &name, QByteArrayView bytes);
 
-    // Puts the new folder in its place and removes the old one.
+    // Replaces the old folder with the staging folder.
     void commit();
 
 private:
@@ -36,9 +36,9 @@ private:
     void removeLeftOvers() const;
     [[noreturn]] void fail(const QString &reason) const;
 
-    QString m_place; // the folder in which it lies
+    QString m_parent; // path of the folder that contains it
     QString m_path;
-    QString m_staging; // path of the new folder, empty while there is none
-    QSet<QString> m_files; // that are written into it
+    QString m_staging; // path of the staging folder, empty if there is none
+    QSet<QString> m_files; // names of the files in the staging folder
     std::unique_ptr<QLockFile> m_lock;
 };

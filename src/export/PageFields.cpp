@@ -18,13 +18,13 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(PageFields)
 };
 
-// A text of a page, which holds no zero character.
+// The text must not contain a null character.
 data textField(const QString &text)
 {
     return {text.toUtf8().constData()};
 }
 
-// An empty text is no field, so that a section asks whether there is one.
+// An empty text sets no field, so that a section can ask whether there is one.
 void setText(data &fields, const char *name, const QString &text)
 {
     if (!text.isEmpty())
@@ -66,7 +66,7 @@ data listOf(const char *field, const QStringList &texts)
     return items;
 }
 
-// The base letter under which a title stands in the index; all that is no letter stands together.
+// The base letter under which the index lists a title, or "#" if it begins with no letter.
 QString letterOf(const QString &title)
 {
     const QString base =
@@ -80,7 +80,7 @@ struct IndexLine {
     const RecipeEntry *recipe;
 };
 
-// In the order of the letters, then of the titles.
+// Sorted by letter, then by title.
 std::vector<IndexLine> indexLines(const SiteMap &site)
 {
     std::vector<IndexLine> lines;

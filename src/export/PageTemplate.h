@@ -1,21 +1,42 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 
 #include <kainjow/mustache.hpp>
 
+#include <optional>
+#include <set>
+
 enum class PageKind { MainMenu, Category, Recipe };
 
-// A template, read and checked once and then filled in for page after page.
+// The fields that a template can use.
+struct KnownFields {
+    std::set<QByteArrayView> names;
+    QByteArrayView unescaped; // the one that is written between three braces, or empty
+};
+
+struct TemplateError {
+    int line; // counted from 1
+    QString text; // a sentence for the user
+};
+
+// Returns the first error in a template, if there is one. Besides what the template engine rejects,
+// these are errors because they would leave gaps in the pages without notice, or let the text of a
+// recipe become HTML: unknown fields, unescaped fields, partials, and delimiters other than braces.
+// So is a section inside itself, with which a page could grow exponentially.
+std::optional<TemplateError> checkTemplate(QByteArrayView text, const KnownFields &known);
+
+// A template, which is read and checked once and then filled in for each page.
 class PageTemplate
 {
 public:
-    // The template in the file, or the generic one where the path is empty. Throws ExportError
-    // where there is no such file or it cannot be used; the text names the file and what is wrong.
+    // Loads the template from the file, or the generic one if the path is empty. Throws ExportError
+    // if the file cannot be used; the text names the file and the reason.
     static PageTemplate load(PageKind kind, const QString &path);
 
-    // The page, UTF-8. Good until the next one is made. Every field but the one for programs is
-    // escaped.
+    // Returns the page in UTF-8. The reference is valid until the next call. Every field is escaped
+    // except KnownFields::unescaped.
     const std::string &fillIn(const kainjow::mustache::data &fields);
 
 private:

@@ -6,6 +6,10 @@
 
 namespace {
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(PageText)
+};
+
 bool isLineBreak(QChar character)
 {
     switch (character.unicode()) {
@@ -22,8 +26,8 @@ bool isLineBreak(QChar character)
     }
 }
 
-// Surrogates may be halves of what is no character.
-bool needsLook(QChar unit)
+// A surrogate may be unpaired, or half of a noncharacter.
+bool mayBeInvalid(QChar unit)
 {
     return unit.unicode() < u' ' || (unit.unicode() >= 0x7F && unit.unicode() < 0xA0)
         || unit.isSurrogate() || unit.isNonCharacter();
@@ -40,7 +44,7 @@ bool isPrintable(char32_t character)
 
 QString pageLine(const QString &text)
 {
-    if (std::none_of(text.begin(), text.end(), needsLook))
+    if (std::none_of(text.begin(), text.end(), mayBeInvalid))
         return text.trimmed();
     QString line;
     line.reserve(text.size());
@@ -57,7 +61,7 @@ QString pageLine(const QString &text)
 QString pageTitle(const QString &text)
 {
     const QString title = pageLine(text);
-    return title.isEmpty() ? QCoreApplication::translate("PageText", "Untitled recipe") : title;
+    return title.isEmpty() ? Text::tr("Untitled recipe") : title;
 }
 
 QStringList pageParagraphs(const QString &text)

@@ -3,14 +3,14 @@
 #include <QString>
 #include <QStringList>
 
-// Stored text as pages can hold it: without control characters and what is no character at all,
-// which are errors in a page. Blanks at the ends are dropped.
+// Stored text made fit for pages: without control characters, noncharacters and lone surrogates,
+// which HTML does not allow, and trimmed.
 
-// In one line: each line break or tab becomes a blank.
+// Returns the text as one line: each line break or tab becomes a space.
 QString pageLine(const QString &text);
 
-// A title in one line, which says something in any case.
+// Returns the title as one line, or "Untitled recipe" if nothing of it is left.
 QString pageTitle(const QString &text);
 
-// Its lines that are not blank: people end a line where a paragraph or a step ends.
+// Returns the lines that are not blank: people end a line after each paragraph or step.
 QStringList pageParagraphs(const QString &text);

@@ -16,7 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The rows of a statement, each column asked by its number there.
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(RecipeReader)
+};
+
+// The rows of a statement. Columns are numbered from 0.
 class Rows
 {
 public:
@@ -36,7 +40,8 @@ public:
         return displayText(toVariant(cell));
     }
 
-    // A position in a list of so many; the other one for null, nothing for what is none.
+    // Returns a stored position in a list of count elements: ifNull for null, nothing if the value
+    // is not a position in the list.
     std::optional<int> position(qsizetype row, int column, qsizetype count, int ifNull)
     {
         const Cell cell = m_cursor.cellAt(row, column);
@@ -63,7 +68,7 @@ QString servingsOf(const QString &stored)
     return stored == u"0" ? QString() : pageLine(stored);
 }
 
-// What is no type stands with those that have none.
+// A recipe whose type is unknown is shown with those that have none.
 int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
 {
     return rows.position(row, column, types, defaultRecipeType).value_or(defaultRecipeType);
@@ -71,14 +76,14 @@ int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
 
 [[noreturn]] void failAsChanged()
 {
-    throw ExportError(QCoreApplication::translate(
-        "RecipeReader",
-        "Another program has changed the recipes during the export. Nothing was exported, and "
-        "earlier pages are as they were. Export again when the other program has finished."));
+    throw ExportError(
+        Text::tr("Another program has changed the recipes during the export. Nothing was exported, "
+                 "and earlier pages are as they were. Export again when the other program has "
+                 "finished."));
 }
 
-// The recipes of some keys, and what is read of them statement by statement.
-struct Chunk {
+// The recipes with some keys, whose details are read by one statement for each table.
+struct Batch {
     std::shared_ptr<Database> database;
     std::span<const qint64> keys;
     std::vector<RecipeDetails> details;
@@ -97,17 +102,17 @@ struct Chunk {
     }
 };
 
-void readRecipes(Chunk &chunk)
+void readRecipes(Batch &batch)
 {
-    Rows rows = chunk.rows(u"SELECT RecipeID, RecipeName, RecipeType, Author, Serves, Rating, "
+    Rows rows = batch.rows(u"SELECT RecipeID, RecipeName, RecipeType, Author, Serves, Rating, "
                            "Description, Instructions FROM Recipes "
                            "WHERE RecipeID BETWEEN %1 AND %2"_s);
-    if (rows.count() != std::ssize(chunk.keys))
+    if (rows.count() != std::ssize(batch.keys))
         failAsChanged();
     const QStringList types = recipeTypes();
     const QStringList ratings = recipeRatings();
     for (qsizetype row = 0; row < rows.count(); ++row) {
-        RecipeDetails &details = chunk.ofKey(rows.integer(row, 0));
+        RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
         details.title = pageTitle(rows.text(row, 1));
         details.type = types[typeIn(rows, row, 2, types.size())];
         details.author = pageLine(rows.text(row, 3));
@@ -120,28 +125,28 @@ void readRecipes(Chunk &chunk)
     }
 }
 
-void readIngredients(Chunk &chunk)
+void readIngredients(Batch &batch)
 {
-    Rows rows = chunk.rows(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+    Rows rows = batch.rows(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
                            "Ingredients.IngredientName, Ingredients.Vegetarian "
                            "FROM Ingredients INNER JOIN RecipeIngredients "
                            "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
                            "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
-        RecipeDetails &details = chunk.ofKey(rows.integer(row, 0));
+        RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
         details.vegetarian = details.vegetarian && rows.isYes(row, 3);
         details.ingredients.append({pageLine(rows.text(row, 1)), pageLine(rows.text(row, 2))});
     }
 }
 
-void readUtensils(Chunk &chunk)
+void readUtensils(Batch &batch)
 {
-    Rows rows = chunk.rows(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
+    Rows rows = batch.rows(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
                            "FROM Utensils INNER JOIN RecipeUtensils "
                            "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
                            "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s);
     for (qsizetype row = 0; row < rows.count(); ++row)
-        chunk.ofKey(rows.integer(row, 0)).utensils += pageLine(rows.text(row, 1));
+        batch.ofKey(rows.integer(row, 0)).utensils += pageLine(rows.text(row, 1));
 }
 
 } // namespace
@@ -173,9 +178,9 @@ std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)
     const ReadTransaction snapshot(*m_database);
     if (m_database->dataVersion() != m_version)
         failAsChanged();
-    Chunk chunk{m_database, keys, std::vector<RecipeDetails>(keys.size())};
-    readRecipes(chunk);
-    readIngredients(chunk);
-    readUtensils(chunk);
-    return std::move(chunk.details);
+    Batch batch{m_database, keys, std::vector<RecipeDetails>(keys.size())};
+    readRecipes(batch);
+    readIngredients(batch);
+    readUtensils(batch);
+    return std::move(batch.details);
 }

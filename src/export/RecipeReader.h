@@ -1,30 +1,52 @@
 #pragma once
 
-#include "export/RecipeDetails.h"
 #include "export/SiteMap.h"
+
+#include <QList>
 
 #include <memory>
 #include <span>
 
 class Database;
 
-// Reads what pages say from a recipe file. The file is locked only while a call runs; all of them
-// together see one state of it. Throws DatabaseError, and ExportError where another program has
-// changed the file since the first call.
+struct IngredientDetails {
+    QString quantity; // may be empty
+    QString name;
+};
+
+// What the page of a recipe shows, as clean text (PageText.h). Texts are empty if nothing is
+// stored.
+struct RecipeDetails {
+    QString title;
+    QString type; // its name
+    QString author;
+    QString servings;
+    int rating = 0; // position in recipeRatings(), 0 if not rated
+    QString ratingText;
+    bool vegetarian = true; // whether all ingredients are; also if there are none
+    QStringList description; // paragraphs
+    QList<IngredientDetails> ingredients; // in their stored order
+    QStringList utensils;
+    QStringList instructions; // paragraphs
+};
+
+// Reads the contents of the pages from the database. The database is locked only during each call,
+// but all calls return the same state of it: if another program has changed it since entries(), the
+// next call throws ExportError. All throw DatabaseError.
 class RecipeReader
 {
 public:
     explicit RecipeReader(const QString &databasePath);
 
-    // All recipes in the stored sort order, with their titles as they are stored and without pages.
-    // To be called first and once.
+    // Returns all recipes in the sort order of the settings, with their stored titles and without
+    // page names. To be called once, before details().
     std::vector<RecipeEntry> entries();
 
-    // One for each key, in their order; keys ascend, and no recipe between two of them is left out;
-    // not empty.
+    // Returns the details of the recipes with these keys, in the same order. The keys must be
+    // consecutive keys of entries() in ascending order, and at least one.
     std::vector<RecipeDetails> details(std::span<const qint64> keys);
 
 private:
     std::shared_ptr<Database> m_database;
-    int m_version = 0;
+    int m_version = 0; // of the data when entries() was called
 };

@@ -13,8 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// So many recipes are read at once: many enough that reading is quick, few enough to be held.
-constexpr std::size_t chunkSize = 256;
+// Recipes per read: enough for fast reading, few enough for memory.
+constexpr std::size_t batchSize = 256;
 
 QByteArray styleSheet(PageStyle style)
 {
@@ -25,7 +25,7 @@ QByteArray styleSheet(PageStyle style)
     return file.readAll();
 }
 
-// The positions of the recipes, in the order of their keys, in which they are read quickest.
+// The positions of the recipes in the order of their keys, in which they are read.
 std::vector<std::size_t> positionsByKey(const SiteMap &site)
 {
     std::vector<std::size_t> positions(site.recipes.size());
@@ -59,13 +59,13 @@ public:
             write(type.page, m_category, categoryFields(m_site, type));
     }
 
-    // Returns whether the user has let it go on to the end.
+    // Returns false if the user stops it.
     bool writeRecipes(Progress &progress)
     {
         const std::vector<std::size_t> positions = positionsByKey(m_site);
-        for (std::size_t first = 0; first < positions.size(); first += chunkSize) {
-            const std::size_t size = std::min(chunkSize, positions.size() - first);
-            if (!writeChunk(std::span(positions).subspan(first, size), first, progress))
+        for (std::size_t first = 0; first < positions.size(); first += batchSize) {
+            const std::size_t size = std::min(batchSize, positions.size() - first);
+            if (!writeBatch(std::span(positions).subspan(first, size), first, progress))
                 return false;
         }
         return true;
@@ -78,12 +78,12 @@ public:
     }
 
 private:
-    void write(const QString &name, PageTemplate &to, const kainjow::mustache::data &fields)
+    void write(const QString &name, PageTemplate &page, const kainjow::mustache::data &fields)
     {
-        m_folder.write(name, QByteArrayView(to.fillIn(fields)));
+        m_folder.write(name, QByteArrayView(page.fillIn(fields)));
     }
 
-    bool writeChunk(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
+    bool writeBatch(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
     {
         std::vector<qint64> keys;
         for (const std::size_t position : positions)
@@ -113,7 +113,8 @@ std::optional<ExportedPages> exportPages(const QString &databasePath, const QStr
                                          const PageSettings &settings, Progress &progress)
 {
     Export pages(databasePath, chosenFolder, settings);
-    // The recipes first: with many of them a menu takes seconds, and by then progress is shown.
+    // The recipes first: with many of them the menus take seconds, during which the progress of the
+    // recipes is already shown.
     if (!pages.writeRecipes(progress))
         return {};
     pages.writeMenus();

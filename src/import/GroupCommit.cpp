@@ -6,7 +6,7 @@
 namespace {
 
 constexpr qint64 groupMilliseconds = 200;
-constexpr unsigned long pauseMilliseconds = 3;
+constexpr unsigned long pauseMilliseconds = 3; // waiting programs try the lock every 2 ms
 
 } // namespace
 
@@ -41,7 +41,7 @@ void GroupCommit::commit()
 {
     if (!m_transaction)
         return;
-    // Whatever comes of it, the group is over: what cannot be committed is undone.
+    // The group ends even if the commit fails: the transaction is then rolled back.
     const auto end = qScopeGuard([this] { m_transaction.reset(); });
     m_transaction->commit();
 }

@@ -6,26 +6,26 @@
 
 #include <optional>
 
-// Puts the files of a batch into common transactions of about 200 ms, since a commit costs far more
-// than a file. Between two of them other programs get their turn.
+// Stores the files of a batch in shared transactions of about 200 ms each, because a commit costs
+// far more than a file. Between two transactions other programs can use the database.
 class GroupCommit
 {
 public:
-    // From now on files share transactions, until the batch ends.
     void startBatch() { m_isBatch = true; }
-    void endBatch();
+    void endBatch(); // commits
     bool isBatch() const { return m_isBatch; }
 
-    // In front of each file that is stored.
+    // To be called before each file: begins a transaction if none is open.
     void begin(Database &database);
 
-    // Behind each file: commits, in a batch only when the group has lasted its time.
+    // To be called after each file: commits, but within a batch only after about 200 ms.
     void fileStored();
 
-    // Behind a file that could not be stored and has left nothing: commits those before it.
+    // To be called after a file that was undone: commits the files before it.
     void fileFailed();
 
-    // Commits what has been stored; before anything waits for the user.
+    // Commits what has been stored. To be called before the user is asked anything, because the
+    // database is locked until then.
     void commit();
 
 private:

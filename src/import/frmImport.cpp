@@ -42,9 +42,9 @@ frmImport::~frmImport() = default;
 void frmImport::Form_Load()
 {
     const QString program = platform::programDirectory();
-    std::error_code unwritable; // then the dialog opens on the program's directory
+    std::error_code ignored; // without the directory the dialog opens in the program's own one
     std::filesystem::create_directory(
-        platform::nativePath(platform::joinPath(program, u"recipes"_s)), unwritable);
+        platform::nativePath(platform::joinPath(program, u"recipes"_s)), ignored);
 
     m_drives = platform::drives();
     for (const std::filesystem::path &drive : m_drives)
@@ -75,7 +75,7 @@ void frmImport::dirRecipes_Open(const QModelIndex &directory)
         setDirectory(path);
 }
 
-// The drive follows the directory where that lies on another one.
+// Also selects the drive that the directory is on.
 void frmImport::setDirectory(const std::filesystem::path &directory)
 {
     const std::size_t drive = platform::driveOf(directory, m_drives);
@@ -90,7 +90,7 @@ void frmImport::dirRecipes_Change()
     m_files.setNames(platform::filesEndingIn(".srf", m_directories.current()));
     SetAllSelected(true);
     m_ui->lstRecipes->setCurrentIndex(m_files.index(0));
-    lstRecipes_SelectionChange(); // an empty list that stays empty does not say so
+    lstRecipes_SelectionChange(); // not emitted if the list was and is empty
 }
 
 void frmImport::SetAllSelected(bool selected)
@@ -135,7 +135,7 @@ void frmImport::cmdImport_Click()
     m_importer.batch([&] { importFiles(rows); });
 }
 
-// From the top, whatever the order in which they were chosen.
+// In the order of the list, not in the order in which they were chosen.
 std::vector<int> frmImport::chosenRows() const
 {
     std::vector<int> rows;

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "frame/ChildWindow.h"
-#include "import/DirectoryModel.h"
-#include "import/RecipeFileModel.h"
+#include "import/ImportModels.h"
 
 #include <memory>
 
@@ -12,13 +11,13 @@ namespace Ui {
 class frmImport;
 }
 
-// Lets the user choose recipe files of a directory and imports them one after the other.
+// The dialog in which the user chooses recipe files of a directory and imports them.
 class frmImport final : public ChildWindow
 {
     Q_OBJECT
 
 public:
-    // The importer must outlive it.
+    // The importer must outlive the window.
     frmImport(Frame &frame, frmImportRecipe &importer);
     ~frmImport() override;
 
@@ -44,7 +43,7 @@ private:
 
     std::unique_ptr<Ui::frmImport> m_ui;
     frmImportRecipe &m_importer;
-    std::vector<std::filesystem::path> m_drives; // as in drvRecipes
+    std::vector<std::filesystem::path> m_drives; // in the order of drvRecipes
     DirectoryModel m_directories;
     RecipeFileModel m_files;
 };

@@ -4,12 +4,8 @@
 #include "data/DatabaseError.h"
 #include "data/DatabasePath.h"
 #include "data/TextComparison.h"
-#include "import/srf/SrfDecoder.h"
 #include "import/srf/SrfFile.h"
-#include "import/srf/SrfParser.h"
 #include "platform/Paths.h"
-
-#include <QCoreApplication>
 
 #include <unordered_set>
 
@@ -17,15 +13,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("frmImportRecipe", text);
-}
-
 // The rating that every imported recipe gets.
 constexpr int importedRating = 5;
 
-// Names, told apart as the database does it.
+// A set of names that compares them as the database does.
 struct NameHash {
     std::size_t operator()(const std::string &name) const { return textHash(name); }
 };
@@ -34,7 +25,8 @@ struct NameEqual {
 };
 using NameSet = std::unordered_set<std::string, NameHash, NameEqual>;
 
-// What the catalog's columns do not take of an entry, should its ingredient be new.
+// Checks the fields that the catalog would store if the ingredient were new. Returns the first one
+// that its column does not accept.
 std::optional<SrfError> checkNewIngredient(const SrfIngredient &entry)
 {
     const std::variant<SrfNewIngredient, SrfError> read = newIngredient(entry);
@@ -42,11 +34,13 @@ std::optional<SrfError> checkNewIngredient(const SrfIngredient &entry)
         return *error;
     const auto &fields = std::get<SrfNewIngredient>(read);
     if (!convertToField(FieldType::WholeNumber, fields.type))
-        return SrfError{entry.line, tr("the number of an ingredient type"), fields.type};
+        return SrfError{entry.line, frmImportRecipe::tr("the number of an ingredient type"),
+                        fields.type};
     if (!convertToField(FieldType::Number, fields.shelfLife))
-        return SrfError{entry.line, tr("a shelf life in days"), fields.shelfLife};
+        return SrfError{entry.line, frmImportRecipe::tr("a shelf life in days"), fields.shelfLife};
     if (!convertToField(FieldType::YesNo, fields.vegetarian))
-        return SrfError{entry.line, tr("True or False for vegetarian"), fields.vegetarian};
+        return SrfError{entry.line, frmImportRecipe::tr("True or False for vegetarian"),
+                        fields.vegetarian};
     return {};
 }
 
@@ -82,14 +76,14 @@ void frmImportRecipe::batch(const std::function<void()> &imports)
     m_commits.startBatch();
     try {
         imports();
-    } catch (...) { // what has been stored stays, whatever came then
+    } catch (...) { // the files that have been stored are kept
         m_commits.endBatch();
         throw;
     }
     m_commits.endBatch();
 }
 
-// The file is read and parsed as a whole before anything of it is written or asked.
+// The whole file is read and parsed before anything is written or asked.
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
     const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
@@ -104,14 +98,15 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::p
         return reject(srfErrorText(*error, platform::displayPath(path)));
     try {
         return importRecipe(std::get<SrfRecipe>(parsed), path);
-    } catch (...) { // nothing may keep the recipe file locked
+    } catch (...) { // an open transaction would keep the database locked
         m_commits.fileFailed();
         throw;
     }
 }
 
-// The cursors are requeried inside the transaction that writes, which is not the one before the
-// question: nothing is locked while the user thinks.
+// The transaction that is begun before the question ends with it, so that the database is not
+// locked while the user thinks. After the answer the cursors are requeried inside the one that
+// writes.
 frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
                                                        const std::filesystem::path &path)
 {
@@ -122,7 +117,7 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
         if (answer != Button::Yes)
             return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
         beginFile();
-        error = checkNumbers(recipe); // others may have changed the catalogs meanwhile
+        error = checkNumbers(recipe); // another program may have changed the catalogs
     }
     if (error)
         return reject(srfErrorText(*error, platform::displayPath(path)));
@@ -153,7 +148,7 @@ bool frmImportRecipe::isTaken(const QString &name)
     return !recipes.NoMatch();
 }
 
-// The name itself, or the name with the first number behind it that makes it free.
+// Returns the name, or the name followed by the first number that makes it unique.
 QString frmImportRecipe::freeName(const QString &name)
 {
     QString candidate = name;
@@ -164,7 +159,7 @@ QString frmImportRecipe::freeName(const QString &name)
 
 Button frmImportRecipe::askAboutTakenName(const QString &name)
 {
-    return show({name + tr(" is already in the database.  Do you want to import it anyways?"),
+    return show({tr("%1 is already in the database.  Do you want to import it anyways?").arg(name),
                  tr("Already in database"),
                  Icon::Information,
                  {Button::Yes, Button::No},
@@ -177,7 +172,7 @@ frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)
                                                                         : Outcome::NotImported;
 }
 
-// In a batch every box offers a way out of it: where one file is bad or known, many may be.
+// If one file of a batch is bad or already imported, many may be: so every box can stop the batch.
 Button frmImportRecipe::show(MessageBox box)
 {
     m_commits.commit();
@@ -186,8 +181,8 @@ Button frmImportRecipe::show(MessageBox box)
     return m_interaction.show(box);
 }
 
-// The texts that the columns of the file's rows do not take. Those of an ingredient count where it
-// is new to the catalog, which the first of several entries of one name decides.
+// Returns the first text that its column does not accept. The fields of an ingredient matter only
+// if the catalog does not have it, and of several entries with one name only the first one's do.
 std::optional<SrfError> frmImportRecipe::checkNumbers(const SrfRecipe &recipe)
 {
     if (!convertToField(FieldType::WholeNumber, recipe.type))

@@ -2,9 +2,10 @@
 
 #include "data/DataSource.h"
 #include "import/GroupCommit.h"
-#include "import/srf/SrfError.h"
-#include "import/srf/SrfRecipe.h"
+#include "import/srf/SrfParser.h"
 #include "interaction/Interaction.h"
+
+#include <QCoreApplication>
 
 #include <filesystem>
 #include <functional>
@@ -12,31 +13,33 @@
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
 class frmImportRecipe
 {
+    Q_DECLARE_TR_FUNCTIONS(frmImportRecipe)
+
 public:
     enum class Outcome {
         Imported,
         NotImported,
-        Stopped, // not imported, and the user wants no more files of the batch
+        Stopped, // not imported, and the user has stopped the batch
     };
 
-    // Questions and messages go through the interaction, which must outlive it.
+    // The interaction shows the questions and messages; it must outlive this object.
     explicit frmImportRecipe(Interaction &interaction);
 
     // Points the sources at the recipe file.
     void Form_Load();
 
-    // After Form_Load; throws DatabaseError where the recipe file cannot be used. An import then
-    // tries again.
+    // To be called after Form_Load. Throws DatabaseError if the database cannot be used; the next
+    // import then tries to open it again.
     void openDataSources();
 
-    // Imports the file as one new recipe, whole or not at all. Tells the user where the file is
-    // missing or bad and asks where its recipe is in the database already. Throws DatabaseError
-    // where the recipe file cannot be written.
+    // Imports the file as one new recipe, completely or not at all. Tells the user if the file is
+    // missing or bad, and asks if a recipe with its title is already in the database. Throws
+    // DatabaseError if the database cannot be read or written.
     Outcome ImportSRFFile(const std::filesystem::path &path);
 
-    // Runs imports, which calls ImportSRFFile for one file after the other. The files share
-    // transactions: one counts as stored only when the batch has ended, in whatever way. Nothing is
-    // locked while the user is asked. Every box lets the user stop the batch.
+    // Runs imports, which calls ImportSRFFile for each file of a batch. The files share
+    // transactions: all of them are committed only when batch() returns or throws. The database is
+    // not locked while a box is shown, and every box has a Stop button.
     void batch(const std::function<void()> &imports);
 
 private:

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-// The mouse pointer of the screen while the user has to wait.
+// Shows in the mouse cursor that the user has to wait.
 class BusyCursor
 {
 public:
@@ -10,8 +10,16 @@ public:
     virtual ~BusyCursor() = default;
 
     virtual void show() = 0;
-    virtual void hide() noexcept = 0; // shows the usual one again
+    virtual void hide() noexcept = 0; // restores the previous cursor
 
 private:
     Q_DISABLE_COPY_MOVE(BusyCursor)
+};
+
+// The desktop's wait cursor, over all windows of the program.
+class WaitCursor final : public BusyCursor
+{
+public:
+    void show() override;
+    void hide() noexcept override;
 };

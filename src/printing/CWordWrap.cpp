@@ -1,11 +1,10 @@
 #include "printing/CWordWrap.h"
 
 #include "printing/BusyCursor.h"
-#include "printing/PrintError.h"
 #include "printing/Printer.h"
 
-#include <QCoreApplication>
 #include <QLocale>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cmath>
@@ -14,37 +13,16 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CWordWrap", text);
-}
-
 bool isSeparator(QChar character)
 {
     return character <= u' ';
 }
 
-class BusyWhile
-{
-public:
-    explicit BusyWhile(BusyCursor &pointer)
-        : m_pointer(pointer)
-    {
-        m_pointer.show();
-    }
-    ~BusyWhile() { m_pointer.hide(); }
-
-private:
-    Q_DISABLE_COPY_MOVE(BusyWhile)
-
-    BusyCursor &m_pointer;
-};
-
 } // namespace
 
-CWordWrap::CWordWrap(Printer &printer, BusyCursor &pointer, std::function<QDate()> today)
+CWordWrap::CWordWrap(Printer &printer, BusyCursor &cursor, std::function<QDate()> today)
     : m_printer(printer)
-    , m_pointer(pointer)
+    , m_cursor(cursor)
     , m_today(std::move(today))
 {
     const auto inches = [&](float value) {
@@ -97,7 +75,8 @@ void CWordWrap::setMarginBottom(float inches)
 float CWordWrap::PrintText(const QString &text)
 {
     requireRoom();
-    const BusyWhile busy(m_pointer);
+    m_cursor.show();
+    const auto restoreCursor = qScopeGuard([this] { m_cursor.hide(); });
     BeginPage(Page::Current);
     for (auto at = text.cbegin(), end = text.cend(); at != end;) {
         const auto word = at;
@@ -128,7 +107,7 @@ void CWordWrap::BeginPage(Page page)
     m_printer.setCurrentY(m_startPosition != 0 ? m_startPosition : m_marginTop);
 }
 
-// Turned round, so that a margin that is no number leaves no room either.
+// The condition is positive so that a margin that is NaN fails it too.
 void CWordWrap::requireRoom() const
 {
     const bool isRoom = m_marginLeft + m_marginRight < m_printer.pageWidth()
@@ -138,7 +117,7 @@ void CWordWrap::requireRoom() const
             tr("The margins leave no room for text on the page. Nothing was printed."));
 }
 
-// In the middle of the page, not between the margins.
+// Centered on the page, not between the margins.
 void CWordWrap::printHeader()
 {
     m_printer.setCurrentY((m_marginTop - m_printer.textHeight(m_headerText)) / 2);
@@ -153,7 +132,7 @@ void CWordWrap::printFooter()
     m_printer.setCurrentY(y);
     m_printer.print(QLocale::system().toString(m_today(), QLocale::ShortFormat));
 
-    const QString pageText = tr("Page ") + QString::number(m_printer.page());
+    const QString pageText = tr("Page %1").arg(m_printer.page());
     m_printer.setCurrentX(m_printer.pageWidth() - (m_printer.textWidth(pageText) + m_marginRight));
     m_printer.setCurrentY(y);
     m_printer.print(pageText);
@@ -189,7 +168,7 @@ bool CWordWrap::printSeparator(QChar separator)
     return true;
 }
 
-// Stops lie every ten digits; the default rounding takes halves to even.
+// Tab stops are ten digits apart. std::nearbyint() rounds halves to even.
 void CWordWrap::moveToNextTabStop()
 {
     const float digit = m_printer.textWidth(u"0");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QDate>
 #include <QString>
 
@@ -8,13 +9,16 @@
 class BusyCursor;
 class Printer;
 
-// Prints a text with its words wrapped between margins, on as many pages as it takes, each with a
-// header and a footer of date and page number. A word that is wider than the line runs past the
-// right margin. The printer and the pointer must outlive it.
+// Prints text wrapped at words between margins, on as many pages as it needs, each with a header
+// and a footer that holds the date and the page number. A word wider than the line runs past the
+// right margin.
 class CWordWrap
 {
+    Q_DECLARE_TR_FUNCTIONS(CWordWrap)
+
 public:
-    CWordWrap(Printer &printer, BusyCursor &pointer,
+    // The printer and the cursor, which is shown while printing, must outlive this object.
+    CWordWrap(Printer &printer, BusyCursor &cursor,
               std::function<QDate()> today = &QDate::currentDate);
 
     bool PrintHeader() const { return m_printHeader; }
@@ -23,11 +27,11 @@ public:
     bool PrintFooter() const { return m_printFooter; }
     void setPrintFooter(bool print) { m_printFooter = print; }
 
-    // Where the text begins on the next page printed, in the printer's scale unit; 0 is at the top
-    // margin.
+    // The vertical position at which the next text begins, in the printer's scale unit; 0 means at
+    // the top margin.
     void setCurrentY(float y) { m_startPosition = y; }
 
-    // Whether the text goes on behind a line feed, and the document is ended behind the text.
+    // Whether the text continues after a line feed and the document ends after the text.
     bool PageFeed() const { return m_pageFeed; }
     void setPageFeed(bool feed) { m_pageFeed = feed; }
 
@@ -44,9 +48,9 @@ public:
     float MarginBottom() const;
     void setMarginBottom(float inches);
 
-    // Returns the vertical position behind the text in inches, by the horizontal scale. Throws
-    // PrintError, before anything is printed where the margins leave no room, and what the printer
-    // throws.
+    // Returns the vertical position after the text in inches, converted by the horizontal scale.
+    // Throws PrintError if the margins leave no room, before anything is printed, and whatever the
+    // printer throws.
     float PrintText(const QString &text);
 
 private:
@@ -57,12 +61,12 @@ private:
     void printHeader();
     void printFooter();
     void printWord(QStringView word);
-    bool printSeparator(QChar separator); // false where the text ends with it
+    bool printSeparator(QChar separator); // returns whether the text continues after it
     void moveToNextTabStop();
     void startLine();
 
     Printer &m_printer;
-    BusyCursor &m_pointer;
+    BusyCursor &m_cursor;
     std::function<QDate()> m_today;
 
     bool m_printHeader = true;

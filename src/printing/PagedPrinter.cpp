@@ -1,7 +1,5 @@
 #include "printing/PagedPrinter.h"
 
-#include "printing/PrintError.h"
-
 #include <QCoreApplication>
 #include <QPagedPaintDevice>
 
@@ -15,11 +13,14 @@ float converted(float length, ScaleUnit from, ScaleUnit to, int dotsPerInch)
     return to == ScaleUnit::Dots ? length * dots : length / dots;
 }
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(PagedPrinter)
+};
+
 [[noreturn]] void fail()
 {
-    throw PrintError(QCoreApplication::translate(
-        "PagedPrinter",
-        "The printer or the file to print into cannot be written. Check it and print again."));
+    throw PrintError(Text::tr("The printer or the file cannot be written to. Check it and print "
+                              "again."));
 }
 
 } // namespace
@@ -58,8 +59,8 @@ float PagedPrinter::pageHeight() const
     return static_cast<float>(m_device.height());
 }
 
-// A word comes again soon, at the latest when it is printed behind the question for its width; and
-// to look it up costs far less than to set it.
+// CWordWrap asks for the width of each word before it prints it, and words recur: looking a width
+// up costs far less than measuring it.
 float PagedPrinter::textWidth(QStringView text) const
 {
     constexpr qsizetype mostWords = 4096;

@@ -8,14 +8,15 @@
 
 class QPagedPaintDevice;
 
-// Prints on paper or into a PDF, in one font. The device must outlive it.
-// What is printed from one place on is kept until the position is set or the line ends, and then
-// drawn as a whole: so words of a script that is written from right to left stand in its order.
+// Prints on paper or into a PDF file, in one font.
+// Consecutive texts are collected in a run, which is drawn when the position is set or the line
+// ends: only then can QPainter::drawText() order the words of right-to-left scripts.
 class PagedPrinter final : public Printer
 {
 public:
+    // The device must outlive the printer.
     PagedPrinter(QPagedPaintDevice &device, const QFont &font);
-    ~PagedPrinter() override; // a document that is still open ends there
+    ~PagedPrinter() override; // ends an open document
 
     float currentX() const override { return m_x; }
     float currentY() const override { return m_y; }
@@ -39,18 +40,18 @@ public:
     void endDocument() override;
 
 private:
-    void begin(); // where the document is not open yet
+    void begin(); // if the document is not open yet
     void drawRun();
 
     QPagedPaintDevice &m_device;
     QFont m_font;
     QFontMetricsF m_metrics;
-    mutable QHash<QString, float> m_widths; // of the latest words
+    mutable QHash<QString, float> m_widths; // of recent words, in dots
     QPainter m_painter;
 
     float m_x = 0;
     float m_y = 0;
     int m_page = 1;
-    QString m_run; // what is printed and not drawn yet
+    QString m_run; // printed, but not drawn yet
     float m_runX = 0;
 };

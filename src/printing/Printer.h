@@ -1,12 +1,21 @@
 #pragma once
 
+#include "platform/UserVisibleError.h"
+
 #include <QStringView>
+
+// Why nothing was printed, or why printing stopped.
+class PrintError final : public UserVisibleError
+{
+public:
+    using UserVisibleError::UserVisibleError;
+};
 
 enum class ScaleUnit { Inches, Dots };
 
-// What a text is printed on. Positions and sizes are in the printer's scale unit; the origin is the
-// top left corner of the printable area, and a text stands to the right of and below its position.
-// Every operation may throw PrintError.
+// What text is printed on. Positions and sizes are in the printer's scale unit. The origin is the
+// top left corner of the printable area; text is printed to the right of the current position and
+// below it. Every operation may throw PrintError.
 class Printer
 {
 public:
@@ -21,7 +30,7 @@ public:
     virtual float pageWidth() const = 0; // of the printable area
     virtual float pageHeight() const = 0;
     virtual ScaleUnit scaleUnit() const = 0;
-    virtual int page() const = 0; // from 1
+    virtual int page() const = 0; // counted from 1
 
     // In the current font.
     virtual float textWidth(QStringView text) const = 0;
@@ -30,10 +39,10 @@ public:
     virtual float convertedX(float width, ScaleUnit from, ScaleUnit to) const = 0;
     virtual float convertedY(float height, ScaleUnit from, ScaleUnit to) const = 0;
 
-    virtual void print(QStringView text) = 0; // leaves the position behind the text
-    virtual void endLine() = 0; // moves it to the left edge, one line down
-    virtual void newPage() = 0; // moves it to the origin
-    virtual void endDocument() = 0; // leaves it; what is printed next begins another one
+    virtual void print(QStringView text) = 0; // moves the position to the end of the text
+    virtual void endLine() = 0; // moves the position to the left edge, one line down
+    virtual void newPage() = 0; // moves the position to the origin
+    virtual void endDocument() = 0; // does not move it; what is printed next begins a new document
 
 private:
     Q_DISABLE_COPY_MOVE(Printer)

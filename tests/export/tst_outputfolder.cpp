@@ -9,20 +9,10 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// The new pages take the place of the old ones whole or not at all, and of nothing else.
-class TestPageFolder : public QObject
-{
-    Q_OBJECT
+namespace {
 
-private Q_SLOTS:
-    void leavesTheOldPagesWhereItFails();
-    void touchesNothingOfOthers();
-    void clearsUp();
-    void exchangesInSteps();
-};
-
-// Writing beyond that size fails, as on a full disk, and for root too.
-static void limitFiles(rlim_t size)
+// Writing beyond that size fails, as on a full disk, for root too.
+void limitFiles(rlim_t size)
 {
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};
@@ -31,100 +21,175 @@ static void limitFiles(rlim_t size)
     QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
 }
 
-void TestPageFolder::leavesTheOldPagesWhereItFails()
+// The pages of one recipe, exported earlier.
+class OldPages : public ExportFixture
 {
-    ExportFixture stand;
-    stand.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
-    QCOMPARE(stand.run(), QString());
-    const QByteArray before = bytesOf(stand.page(u"soup.html"_s));
-    stand.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
-    const auto isAsBefore = [&] {
-        return stand.entries() == QStringList{u"Pantrywise"_s} && stand.pages().size() == 5
-            && bytesOf(stand.page(u"soup.html"_s)) == before;
-    };
-    for (const rlim_t size : {10U, 1000U, 100'000U}) { // the list, the style, the recipe
-        limitFiles(size);
-        const QString told = stand.run();
-        limitFiles(RLIM_INFINITY);
-        QVERIFY2(told.contains(stand.path(u"Pantrywise: File too large"_s)), qPrintable(told));
-        QVERIFY(isAsBefore());
+public:
+    OldPages()
+    {
+        file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
+        QCOMPARE(run(), QString());
+        m_soup = bytesOf(page(u"soup.html"_s));
     }
-    stand.progress.stopAt = 1;
-    QCOMPARE(stand.run(), QString());
-    QVERIFY(isAsBefore());
-    stand.progress.stopAt = -1;
-    stand.progress.onProgress = [&] { setBytes(stand.page(u"shopping.txt"_s), "eggs"); };
-    QVERIFY(stand.run().contains(u"holds shopping.txt,"_s));
-    QVERIFY(QFile::remove(stand.page(u"shopping.txt"_s)) && isAsBefore());
-    stand.progress.onProgress = [&] { // another export into the same place
-        NotingProgress other;
+
+    bool areKept() const
+    {
+        return entries() == QStringList{u"Pantrywise"_s} && pages().size() == 5
+            && bytesOf(page(u"soup.html"_s)) == m_soup;
+    }
+
+private:
+    QByteArray m_soup;
+};
+
+} // namespace
+
+// New pages replace the old ones completely or not at all, and nothing else.
+class tst_OutputFolder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void failedWriting_data();
+    void failedWriting();
+    void stopped();
+    void otherFileAddedWhileExporting();
+    void twoExportsAtOnce();
+    void foreignEntries_data();
+    void foreignEntries();
+    void folderInPlaceOfAPage();
+    void linkToAFolderOfPages();
+    void removesOldFiles();
+    void exchangesInSteps();
+};
+
+void tst_OutputFolder::failedWriting_data()
+{
+    QTest::addColumn<rlim_t>("size");
+    QTest::newRow("of the list") << rlim_t(10);
+    QTest::newRow("of the style sheet") << rlim_t(1000);
+    QTest::newRow("of a recipe") << rlim_t(100'000);
+}
+
+void tst_OutputFolder::failedWriting()
+{
+    QFETCH(const rlim_t, size);
+    OldPages old;
+    old.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
+    limitFiles(size);
+    const QString message = old.run();
+    limitFiles(RLIM_INFINITY);
+    QVERIFY2(message.contains(old.path(u"Pantrywise: File too large"_s)), qPrintable(message));
+    QVERIFY(old.areKept());
+}
+
+void tst_OutputFolder::stopped()
+{
+    OldPages old;
+    old.progress.stopAt = 1;
+    QCOMPARE(old.run(), QString());
+    QVERIFY(old.areKept());
+}
+
+void tst_OutputFolder::otherFileAddedWhileExporting()
+{
+    OldPages old;
+    old.progress.onProgress = [&] { setBytes(old.page(u"shopping.txt"_s), "eggs"); };
+    QVERIFY(old.run().contains(u"contains shopping.txt,"_s));
+    QVERIFY(QFile::remove(old.page(u"shopping.txt"_s)));
+    QVERIFY(old.areKept());
+}
+
+void tst_OutputFolder::twoExportsAtOnce()
+{
+    OldPages old;
+    old.progress.onProgress = [&] {
+        RecordingProgress progress;
         QVERIFY_THROWS_EXCEPTION(
-            ExportError, exportPages(stand.file.path(), stand.place.path(), stand.settings, other));
+            ExportError, exportPages(old.file.path(), old.folder.path(), old.settings, progress));
     };
-    QCOMPARE(stand.run(), QString());
+    QCOMPARE(old.run(), QString());
 }
 
-void TestPageFolder::touchesNothingOfOthers()
+void tst_OutputFolder::foreignEntries_data()
 {
-    for (const auto &[name, bytes] : {std::pair(u"Pantrywise"_s, "a file"),
-                                      {u"Pantrywise/.hidden"_s, "x"},
-                                      {u"Pantrywise/pantrywise-files.txt"_s, "mine\nindex.html"}}) {
-        ExportFixture stand;
-        setBytes(stand.path(name), bytes);
-        QVERIFY(stand.run().startsWith(stand.path(u"Pantrywise was not made by an export"_s)));
-        QCOMPARE(bytesOf(stand.path(name)), bytes);
-        QCOMPARE(stand.entries().size(), 1);
-    }
-    ExportFixture stand;
-    QCOMPARE(stand.run(), QString());
-    QVERIFY(QFile::remove(stand.page(u"style.css"_s)));
-    setBytes(stand.page(u"style.css/mine.txt"_s), "");
-    QVERIFY(stand.run().contains(u"holds style.css,"_s));
-    QVERIFY(QDir().rename(stand.page({}), stand.path(u"elsewhere"_s)));
-    QVERIFY(QFile::link(u"elsewhere"_s, stand.path(u"Pantrywise"_s)));
-    QVERIFY(stand.run().contains(u"was not made by an export"_s));
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("file with the folder's name") << u"Pantrywise"_s << "a file"_ba;
+    QTest::newRow("hidden file") << u"Pantrywise/.hidden"_s << "x"_ba;
+    QTest::newRow("another list") << u"Pantrywise/pantrywise-files.txt"_s << "mine\nindex.html"_ba;
 }
 
-// What is gone from the recipes goes from the pages, and what a killed export has left, too.
-void TestPageFolder::clearsUp()
+void tst_OutputFolder::foreignEntries()
 {
-    ExportFixture stand;
-    QCOMPARE(stand.run(), QString());
-    const QString left = stand.path(u"Pantrywise.new"_s);
-    QVERIFY(QDir().rename(stand.page({}), left));
-    QVERIFY(QFile::remove(left + "/style.css"_L1));
-    QFile list(left + "/pantrywise-files.txt"_L1);
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, bytes);
+    ExportFixture fixture;
+    setBytes(fixture.path(name), bytes);
+    QVERIFY(fixture.run().startsWith(fixture.path(u"Pantrywise was not made by an export"_s)));
+    QCOMPARE(bytesOf(fixture.path(name)), bytes);
+    QCOMPARE(fixture.entries().size(), 1);
+}
+
+void tst_OutputFolder::folderInPlaceOfAPage()
+{
+    OldPages old;
+    QVERIFY(QFile::remove(old.page(u"style.css"_s)));
+    setBytes(old.page(u"style.css/mine.txt"_s), "");
+    QVERIFY(old.run().contains(u"contains style.css,"_s));
+    QVERIFY(QFile::exists(old.page(u"style.css/mine.txt"_s)));
+}
+
+void tst_OutputFolder::linkToAFolderOfPages()
+{
+    OldPages old;
+    QVERIFY(QDir().rename(old.page({}), old.path(u"elsewhere"_s)));
+    QVERIFY(QFile::link(u"elsewhere"_s, old.path(u"Pantrywise"_s)));
+    QVERIFY(old.run().contains(u"was not made by an export"_s));
+    QVERIFY(QFile::exists(old.path(u"elsewhere/soup.html"_s)));
+}
+
+// The pages of deleted recipes, and what a killed export has left.
+void tst_OutputFolder::removesOldFiles()
+{
+    ExportFixture fixture;
+    QCOMPARE(fixture.run(), QString());
+    const QString staging = fixture.path(u"Pantrywise.new"_s);
+    QVERIFY(QDir().rename(fixture.page({}), staging));
+    QVERIFY(QFile::remove(staging + "/style.css"_L1));
+    QFile list(staging + "/pantrywise-files.txt"_L1);
     QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
     list.close();
-    setBytes(stand.path(u"precious.txt"_s), "mine");
-    setBytes(stand.path(u"Pantrywise.new+/mine.txt"_s), "mine");
-    stand.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
-    QCOMPARE(stand.run(), QString());
-    stand.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
-    stand.progress.names.clear();
-    exportPages(stand.file.path(), stand.page({}), {}, stand.progress); // into the folder itself
-    QCOMPARE(stand.pages(),
+    setBytes(fixture.path(u"precious.txt"_s), "mine");
+    setBytes(fixture.path(u"Pantrywise.new+/mine.txt"_s), "mine");
+    fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
+    QCOMPARE(fixture.run(), QString());
+    fixture.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
+    fixture.progress.names.clear();
+    exportPages(fixture.file.path(), fixture.page({}), {},
+                fixture.progress); // into the folder itself
+    QCOMPARE(fixture.pages(),
              QStringList({u"index.html"_s, u"new.html"_s, u"pantrywise-files.txt"_s, u"style.css"_s,
                           u"type_misc.html"_s}));
-    QCOMPARE(stand.entries(),
+    QCOMPARE(fixture.entries(),
              QStringList({u"Pantrywise"_s, u"Pantrywise.new+"_s, u"precious.txt"_s}));
 }
 
-// On file systems that cannot do it in one.
-void TestPageFolder::exchangesInSteps()
+// As on file systems that cannot exchange directories in one step.
+void tst_OutputFolder::exchangesInSteps()
 {
-    QTemporaryDir place;
-    const auto exchange = [&place](const char *folder, const char *with) {
-        const std::filesystem::path path = place.path().toStdString();
-        return !platform::exchangeDirectoriesInSteps(path / folder, path / with);
+    QTemporaryDir folder;
+    const auto exchange = [&folder](const char *name, const char *with) {
+        const std::filesystem::path path = folder.path().toStdString();
+        return !platform::exchangeDirectoriesInSteps(path / name, path / with);
     };
-    setBytes(place.filePath(u"a/a.txt"_s), "a");
-    setBytes(place.filePath(u"b/b.txt"_s), "b");
+    setBytes(folder.filePath(u"a/a.txt"_s), "a");
+    setBytes(folder.filePath(u"b/b.txt"_s), "b");
     QVERIFY(exchange("a", "b") && exchange("b", "c") && !exchange("none", "a"));
-    QCOMPARE(bytesOf(place.filePath(u"a/b.txt"_s)), "b");
-    QCOMPARE(bytesOf(place.filePath(u"c/a.txt"_s)), "a");
-    QCOMPARE(QDir(place.path()).count(), 4U); // with . and ..
+    QCOMPARE(bytesOf(folder.filePath(u"a/b.txt"_s)), "b");
+    QCOMPARE(bytesOf(folder.filePath(u"c/a.txt"_s)), "a");
+    QCOMPARE(QDir(folder.path()).count(), 4U); // with . and ..
 }
 
-QTEST_GUILESS_MAIN(TestPageFolder)
+QTEST_GUILESS_MAIN(tst_OutputFolder)
 #include "tst_outputfolder.moc"

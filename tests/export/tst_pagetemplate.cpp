@@ -5,92 +5,227 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestPageTemplate : public QObject
-{
-    Q_OBJECT
+namespace {
 
-private Q_SLOTS:
-    void brokenOnesAreNamed();
-    void goodOnesAreFilledIn();
-    void theDocumentIsTrue();
-};
-
-void TestPageTemplate::brokenOnesAreNamed()
+QString toString(QByteArrayView name)
 {
-    const std::pair<QByteArray, QString> table[] = {
-        {" \n", u"is empty"_s},
-        {"\xE9t\xE9", u"no text in UTF-8"_s},
-        {QByteArray("a\0b", 3), u"no text in UTF-8"_s},
-        {QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s},
-        {"\n{{", u"Line 2: A tag is not closed"_s},
-        {"{{{jsonLd}}", u"A tag is not closed"_s},
-        {"{{titel}}", u"no field \"titel\""_s},
-        {"{{}}{{title}}", u"no field \"\""_s},
-        {"{{.}}", u"no field \".\""_s},
-        {"\r\n\r\n{{#next}}{{title}}", u"Line 3: The section next is not closed"_s},
-        {"{{/next}}", u"ends a section next that has not begun"_s},
-        {"{{#next}}{{#author}}{{/next}}{{/author}}", u"ends a section next"_s},
-        {"{{#next}}{{^next}}{{/next}}{{/next}}", u"section next lies within itself"_s},
-        {"{{{title}}}", u"field title stands between two braces"_s},
-        {"{{& title}}", u"field title stands between two braces"_s},
-        {"{{jsonLd}}", u"field jsonLd stands between three braces"_s},
-        {"{{>title}}", u"cannot take in another"_s},
-        {"{{=<% %>=}}<%title%>", u"Other delimiters"_s},
-    };
-    ExportFixture stand;
-    const QString path = stand.settings.recipeTemplate = stand.home.data(u"mine.html"_s);
-    QVERIFY(stand.run().contains(u"recipe template %1 cannot be used. There is no"_s.arg(path)));
-    for (const auto &[text, reason] : table) {
-        setBytes(path, text);
-        const QString told = stand.run();
-        QVERIFY2(told.contains(path) && told.contains(reason), qPrintable(reason + u'\n' + told));
-    }
-    QVERIFY(stand.entries().isEmpty());
+    return QString::fromUtf8(name);
 }
 
-void TestPageTemplate::goodOnesAreFilledIn()
+// Adds the paths of all fields, such as "types/link". mustache::data cannot list its fields, so the
+// names that any page may have are tried.
+void collectPaths(const kainjow::mustache::data &fields, const QString &prefix,
+                  QSet<QString> &paths)
 {
-    const std::pair<const char *, QByteArray> table[] = {
-        {"\xEF\xBB\xBF{{ title }}", "A &amp; B"},
-        {"{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last"},
-        {"{{#author}}by {{author}}{{/author}}{{! none }}", ""},
-        {"{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
-         "1 &lt;cup&gt; Salt.Salt."},
-        {"{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}"},
-    };
-    ExportFixture stand;
-    stand.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
-                     "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
-                     "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
-    stand.settings.recipeTemplate = stand.home.data(u"mine.html"_s);
-    for (const auto &[text, expected] : table) {
-        setBytes(stand.settings.recipeTemplate, text);
-        QCOMPARE(stand.run(), QString());
-        QCOMPARE(bytesOf(stand.page(stand.pages().constFirst())), expected);
+    if (fields.is_list()) {
+        for (const kainjow::mustache::data &item : fields.list_value())
+            collectPaths(item, prefix, paths);
     }
-}
-
-// Its example works, and it names every field.
-void TestPageTemplate::theDocumentIsTrue()
-{
-    const QString document = QString::fromUtf8(bytesOf(QStringLiteral(TEMPLATES_DOCUMENT)));
-    ExportFixture stand;
-    stand.settings.recipeTemplate = stand.home.data(u"example.html"_s);
-    const QString example = document.section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
-    setBytes(stand.settings.recipeTemplate, example.toUtf8());
-    stand.file.write(u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
-    QCOMPARE(stand.run(), QString());
-    QCOMPARE(bytesOf(stand.page(u"soup.html"_s)).count("\n<p>"), 2); // up, and Boil.
-
-    const QStringList sections = document.split(u"\n## "_s);
-    for (const auto &[kind, section] :
-         {std::pair(PageKind::MainMenu, 3), {PageKind::Category, 4}, {PageKind::Recipe, 5}}) {
-        for (const std::string_view name : knownFields(kind).names) {
-            const QString quoted = u'`' + QString::fromUtf8(name.data(), std::ssize(name)) + u'`';
-            QVERIFY2((sections[2] + sections[section]).contains(quoted), qPrintable(quoted));
+    for (const PageKind kind : {PageKind::MainMenu, PageKind::Category, PageKind::Recipe}) {
+        for (const QByteArrayView name : knownFields(kind).names) {
+            if (const auto *field = fields.get(toString(name).toStdString())) {
+                paths += prefix + toString(name);
+                collectPaths(*field, prefix + toString(name) + u'/', paths);
+            }
         }
     }
 }
 
-QTEST_GUILESS_MAIN(TestPageTemplate)
+// A page of each kind that has every field.
+kainjow::mustache::data allFields(PageKind kind)
+{
+    const SiteMap site = siteMapOf({{1, u"A"_s, 0, {}}, {2, u"B"_s, 0, {}}, {3, u"C"_s, 1, {}}});
+    RecipeDetails details;
+    details.title = details.author = details.servings = details.ratingText = u"B"_s;
+    details.description = details.utensils = details.instructions = {u"b"_s};
+    details.ingredients = {{u"1"_s, u"b"_s}};
+    switch (kind) {
+    case PageKind::MainMenu:
+        return mainMenuFields(site);
+    case PageKind::Category:
+        return categoryFields(site, site.types.front());
+    case PageKind::Recipe:
+        break;
+    }
+    return recipeFields(site, 1, details);
+}
+
+const QString &document()
+{
+    static const QString text = QString::fromUtf8(bytesOf(QStringLiteral(TEMPLATES_DOCUMENT)));
+    return text;
+}
+
+// Whether a table in the text describes the field in a row of its own or, if it belongs to another
+// field, in the row of that one.
+bool isDescribed(const QString &path, const QString &text)
+{
+    const QStringList names = path.split(u'/');
+    const QString rowName = names[std::max<qsizetype>(names.size() - 2, 0)];
+    const QStringList lines = text.split(u'\n');
+    return std::any_of(lines.begin(), lines.end(), [&](const QString &line) {
+        const QStringList cells = line.split(u'|');
+        return cells.size() > 2 && cells[1].contains(u"`%1`"_s.arg(rowName))
+            && (names.size() == 1 || cells[2].contains(u"`%1`"_s.arg(names.last())));
+    });
+}
+
+} // namespace
+
+class tst_PageTemplate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void badTemplates_data();
+    void badTemplates();
+    void missingTemplate();
+    void goodTemplates_data();
+    void goodTemplates();
+    void fields_data();
+    void fields();
+    void exampleInTheDocument();
+};
+
+void tst_PageTemplate::badTemplates_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *name, const QByteArray &text, const QString &reason) {
+        QTest::newRow(name) << text << reason;
+    };
+    row("blank", " \n", u"is empty"_s);
+    row("Latin-1", "\xE9t\xE9", u"not UTF-8 text"_s);
+    row("null character", QByteArray("a\0b", 3), u"not UTF-8 text"_s);
+    row("too large", QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s);
+    row("tag is not closed", "\n{{", u"Line 2: A tag is not closed"_s);
+    row("tag lacks a brace", "{{{jsonLd}}", u"A tag is not closed"_s);
+    row("unknown field", "{{titel}}", u"no field \"titel\""_s);
+    row("empty tag", "{{}}{{title}}", u"no field \"\""_s);
+    row("implicit iterator", "{{.}}", u"no field \".\""_s);
+    row("section is not closed", "\r\n\r\n{{#next}}{{title}}",
+        u"Line 3: The section next is not closed"_s);
+    row("section is not open", "{{/next}}", u"section next ends here, but it has not begun"_s);
+    row("sections overlap", "{{#next}}{{#author}}{{/next}}{{/author}}",
+        u"section next ends here"_s);
+    row("section inside itself", "{{#next}}{{^next}}{{/next}}{{/next}}",
+        u"section next is inside itself"_s);
+    row("unescaped by braces", "{{{title}}}", u"field title between two braces"_s);
+    row("unescaped by &", "{{& title}}", u"field title between two braces"_s);
+    row("escaped JSON-LD", "{{jsonLd}}", u"field jsonLd between three braces"_s);
+    row("partial", "{{>title}}", u"cannot include another"_s);
+    row("delimiters", "{{=<% %>=}}<%title%>", u"Delimiters other than"_s);
+}
+
+void tst_PageTemplate::badTemplates()
+{
+    QFETCH(const QByteArray, text);
+    QFETCH(const QString, reason);
+    ExportFixture fixture;
+    const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+    setBytes(path, text);
+    const QString message = fixture.run();
+    QVERIFY2(message.contains(path) && message.contains(reason), qPrintable(message));
+    QVERIFY(fixture.entries().isEmpty());
+}
+
+void tst_PageTemplate::missingTemplate()
+{
+    ExportFixture fixture;
+    const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+    QVERIFY(fixture.run().contains(u"recipe template %1 cannot be used. There is no"_s.arg(path)));
+    QVERIFY(fixture.entries().isEmpty());
+}
+
+void tst_PageTemplate::goodTemplates_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("page");
+    const auto row = [](const char *name, const QByteArray &text, const QByteArray &page) {
+        QTest::newRow(name) << text << page;
+    };
+    row("byte order mark and spaces", "\xEF\xBB\xBF{{ title }}", "A &amp; B");
+    row("inverted section", "{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last");
+    row("section of no field, comment", "{{#author}}by {{author}}{{/author}}{{! none }}", "");
+    row("list", "{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
+        "1 &lt;cup&gt; Salt.Salt.");
+    row("empty list and braces",
+        "{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}");
+}
+
+void tst_PageTemplate::goodTemplates()
+{
+    QFETCH(const QByteArray, text);
+    ExportFixture fixture;
+    fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
+                       "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
+                       "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
+    fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+    setBytes(fixture.settings.recipeTemplate, text);
+    QCOMPARE(fixture.run(), QString());
+    QTEST(bytesOf(fixture.page(fixture.pages().constFirst())), "page");
+}
+
+void tst_PageTemplate::fields_data()
+{
+    QTest::addColumn<PageKind>("kind");
+    QTest::addColumn<int>("section"); // of the document
+    QTest::addColumn<QStringList>("paths");
+    QTest::newRow("main menu") << PageKind::MainMenu << 3
+                               << u"stylesheet mainMenu count recipeCount hasRecipes "
+                                  "types types/name types/link types/count types/recipeCount "
+                                  "letters letters/letter letters/anchor letters/recipes "
+                                  "letters/recipes/title letters/recipes/link"_s.split(u' ');
+    QTest::newRow("recipe type") << PageKind::Category << 4
+                                 << u"stylesheet mainMenu name link count recipeCount "
+                                    "recipes recipes/title recipes/link"_s.split(u' ');
+    QTest::newRow("recipe") << PageKind::Recipe << 5
+                            << u"stylesheet mainMenu title type typeLink author servings rating "
+                               "vegetarian hasDescription description description/paragraph "
+                               "hasIngredients ingredients ingredients/name ingredients/quantity "
+                               "hasUtensils utensils utensils/name "
+                               "hasInstructions instructions instructions/paragraph "
+                               "previous previous/title previous/link next next/title next/link "
+                               "jsonLd"_s.split(u' ');
+}
+
+// The fields that a page sets are those that its templates may use and that the document describes.
+void tst_PageTemplate::fields()
+{
+    QFETCH(const PageKind, kind);
+    QFETCH(const int, section);
+    QFETCH(QStringList, paths);
+    QSet<QString> found;
+    collectPaths(allFields(kind), {}, found);
+    QStringList set(found.begin(), found.end());
+    set.sort();
+    paths.sort();
+    QCOMPARE(set.join(u' '), paths.join(u' '));
+
+    QSet<QString> names;
+    for (const QString &path : paths)
+        names += path.section(u'/', -1);
+    QSet<QString> known;
+    for (const QByteArrayView name : knownFields(kind).names)
+        known += toString(name);
+    QCOMPARE(known, names);
+
+    const QStringList sections = document().split(u"\n## "_s);
+    for (const QString &path : paths)
+        QVERIFY2(isDescribed(path, sections[2] + sections[section]), qPrintable(path));
+}
+
+void tst_PageTemplate::exampleInTheDocument()
+{
+    ExportFixture fixture;
+    fixture.settings.recipeTemplate = fixture.home.data(u"example.html"_s);
+    const QString example = document().section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
+    setBytes(fixture.settings.recipeTemplate, example.toUtf8());
+    fixture.file.write(
+        u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
+    QCOMPARE(fixture.run(), QString());
+    QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+}
+
+QTEST_GUILESS_MAIN(tst_PageTemplate)
 #include "tst_pagetemplate.moc"

@@ -7,6 +7,7 @@
 #include "platform/Paths.h"
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
+#include "support/SrfText.h"
 #include "widgets/TextListView.h"
 
 #include <QComboBox>
@@ -25,8 +26,8 @@
 using namespace Qt::Literals::StringLiterals;
 namespace fs = std::filesystem;
 
-// The program's directory is the one of this test.
-class TestFrmImport : public QObject
+// The program directory is the directory of this test.
+class tst_frmImport : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +62,7 @@ private:
     frmImport *m_window = nullptr;
 };
 
-void TestFrmImport::init()
+void tst_frmImport::init()
 {
     m_recipes = platform::nativePath(platform::programDirectory()) / "recipes";
     fs::remove_all(m_recipes);
@@ -76,7 +77,7 @@ void TestFrmImport::init()
     m_window = &m_frame->load<frmImport>(*m_importer);
 }
 
-void TestFrmImport::cleanup()
+void tst_frmImport::cleanup()
 {
     m_frame->unloadAll();
     m_interaction->checkAllCame();
@@ -86,7 +87,7 @@ void TestFrmImport::cleanup()
     fs::remove_all(m_recipes);
 }
 
-QStringList TestFrmImport::texts(const char *list) const
+QStringList tst_frmImport::texts(const char *list) const
 {
     const QAbstractItemModel &model = *control<TextListView>(list).model();
     QStringList texts;
@@ -95,8 +96,8 @@ QStringList TestFrmImport::texts(const char *list) const
     return texts;
 }
 
-// By the keyboard.
-void TestFrmImport::enter(const QString &folder)
+// Opens the folder with the keyboard.
+void tst_frmImport::enter(const QString &folder)
 {
     auto &list = control<TextListView>("dirRecipes");
     const auto row = texts("dirRecipes").lastIndexOf(folder);
@@ -105,20 +106,16 @@ void TestFrmImport::enter(const QString &folder)
     QTest::keyClick(&list, Qt::Key_Return);
 }
 
-void TestFrmImport::write(const QByteArray &name, const QByteArray &title, const QByteArray &type,
+void tst_frmImport::write(const QByteArray &name, const QByteArray &title, const QByteArray &type,
                           int ingredients) const
 {
+    const QByteArrayList entries(ingredients, "Salt|1|1|True||1 cup");
     std::ofstream(m_recipes / name.toStdString(), std::ios::binary)
-        << ("SRF\r\n" + title + "\r\nA\r\n" + type
-            + "\r\n1\r\nD\r\n<Instructions>\r\n</"
-              "Instructions>\r\n<Ingredients>\r\n"
-            + QByteArray("Salt|1|1|True||1 cup\r\n").repeated(ingredients)
-            + "</Ingredients>\r\n<Utensils>\r\n</Utensils>\r\n")
-               .toStdString();
+        << srf({.title = title, .type = type, .ingredients = entries}).toStdString();
 }
 
-// Each with the count of its ingredients: a recipe is whole or not there.
-QStringList TestFrmImport::titles() const
+// Each with the number of its ingredients, because a recipe is imported completely or not at all.
+QStringList tst_frmImport::titles() const
 {
     SQLite::Database database = m_file->other();
     SQLite::Statement rows(database,
@@ -130,7 +127,7 @@ QStringList TestFrmImport::titles() const
     return titles;
 }
 
-void TestFrmImport::findsTheFolders()
+void tst_frmImport::findsTheFolders()
 {
     QVERIFY(fs::is_directory(m_recipes)); // made by loading the window
     fs::create_directory(m_recipes / "sub");
@@ -140,8 +137,8 @@ void TestFrmImport::findsTheFolders()
     fs::create_directory_symlink(m_recipes, m_recipes / "sub" / "loop");
     write("one.srf", "One");
 
-    enter(u"recipes"_s); // looks again
-    const bool readsAll = platform::canBeOpened(m_recipes / "shut"); // root does
+    enter(u"recipes"_s); // reads the folder again
+    const bool readsAll = platform::canBeOpened(m_recipes / "shut"); // as root
     QStringList inside = texts("dirRecipes");
     QCOMPARE(inside.takeFirst(), u"/"_s);
     QCOMPARE(inside.mid(inside.indexOf(u"recipes"_s) + 1),
@@ -166,10 +163,10 @@ void TestFrmImport::findsTheFolders()
     std::ofstream(m_recipes) << "a file";
     m_window = &m_frame->load<frmImport>(*m_importer);
     QCOMPARE(texts("dirRecipes").filter(u"recipes"_s), QStringList());
-    QVERIFY(texts("dirRecipes").contains(u"home"_s)); // of the tests, beside the program
+    QVERIFY(texts("dirRecipes").contains(u"home"_s)); // the tests' homes, beside the program
 }
 
-void TestFrmImport::choosesFiles()
+void tst_frmImport::choosesFiles()
 {
     for (const char *name : {"b.srf", "SOUP.SRF", "a \"quoted\" 'one'.srf", "two\nlines.srf",
                              "no text \xFC.srf", "other.txt", "srf", ".hidden.srf"})
@@ -191,7 +188,7 @@ void TestFrmImport::choosesFiles()
     QTest::keyClick(&list, Qt::Key_Home);
     QTest::keyClick(&list, Qt::Key_Space);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
-    QTest::keyClick(&list, Qt::Key_B); // finds b
+    QTest::keyClick(&list, Qt::Key_B); // moves to b
     QCOMPARE(list.currentIndex().data(), u"b"_s);
     QCOMPARE(chosen(), u"4 of 5 chosen"_s);
     press("cmdImport");
@@ -202,8 +199,8 @@ void TestFrmImport::choosesFiles()
     QCOMPARE(chosen(), u"0 of 0 chosen"_s);
 }
 
-// Good, bad, double and vanished files; the questions are answered Yes and No in turn.
-void TestFrmImport::importsWhatIsChosen()
+// Good, bad, known and deleted files.
+void tst_frmImport::importsWhatIsChosen()
 {
     write("1.srf", "Soup");
     write("2.srf", "Bad", "x");
@@ -229,7 +226,7 @@ void TestFrmImport::importsWhatIsChosen()
             {Button::Yes, Button::No, Button::Stop},
             Button::No};
     };
-    // The file system decides the order, so that the boxes are expected in that.
+    // The file system decides the order of the files and so that of the boxes.
     const QStringList order = texts("lstRecipes");
     const auto expectBoxes = [&](const QMap<QString, Button> &answers) {
         for (const QString &name : order) {
@@ -254,28 +251,28 @@ void TestFrmImport::importsWhatIsChosen()
     QCOMPARE(found, QStringList({u"Cake 1"_s, u"Soup 1"_s, u"Soup 1 1"_s}));
 }
 
-void TestFrmImport::stops_data()
+void tst_frmImport::stops_data()
 {
     QTest::addColumn<bool>("bad");
     QTest::newRow("by the box of a bad file") << true;
     QTest::newRow("by the progress box") << false;
 }
 
-void TestFrmImport::stops()
+void tst_frmImport::stops()
 {
     QFETCH(const bool, bad);
     constexpr int files = 60;
-    constexpr int ingredients = 20000; // so that all files together last for seconds
+    constexpr int ingredients = 20000; // so that all files together take seconds
     for (int i = 0; i < files; ++i)
         write(QByteArray::number(i) + ".srf", "R" + QByteArray::number(i), bad ? "x" : "1",
               ingredients);
     enter(u"recipes"_s);
-    QTimer hand; // presses Stop as soon as it is there
-    connect(&hand, &QTimer::timeout, this, [] {
+    QTimer presser; // presses Stop as soon as the button is shown
+    connect(&presser, &QTimer::timeout, this, [] {
         if (auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
             box->findChild<QPushButton *>(u"cmdStop"_s)->click();
     });
-    hand.start();
+    presser.start();
     if (bad) {
         const QString first = texts("lstRecipes").constFirst();
         m_interaction->expect(
@@ -296,5 +293,5 @@ void TestFrmImport::stops()
         QVERIFY2(title.endsWith(u" %1"_s.arg(ingredients)), qPrintable(title));
 }
 
-QTEST_MAIN(TestFrmImport)
+QTEST_MAIN(tst_frmImport)
 #include "tst_frmimport.moc"

@@ -4,6 +4,7 @@
 #include "support/FileBytes.h"
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
+#include "support/SrfText.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -11,19 +12,9 @@ namespace {
 
 using Outcome = frmImportRecipe::Outcome;
 
-// A recipe file's text.
-QByteArray srf(const QByteArray &name, const QByteArray &ingredients = {},
-               const QByteArray &utensils = {}, const QByteArray &type = "2",
-               const QByteArray &serves = "4", const QByteArray &instructions = {})
-{
-    return "cookbook\r" + name + "\rA. Cook\r" + type + '\r' + serves + "\rQuick\r<Instructions>\r"
-        + instructions + "</Instructions>\r<Ingredients>\r" + ingredients
-        + "</Ingredients>\r<Utensils>\r" + utensils + "</Utensils>\r";
-}
-
 } // namespace
 
-class TestFrmImportRecipe : public QObject
+class tst_frmImportRecipe : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +39,7 @@ class TestFrmImportRecipe : public QObject
 
     QString titles() const { return m_file->stored("SELECT RecipeName FROM Recipes"); }
 
-    // The rows of all tables.
+    // The rows of all tables, table by table.
     QString stored() const
     {
         QStringList tables;
@@ -88,11 +79,15 @@ private Q_SLOTS:
     {
         m_file->write(u"INSERT INTO Ingredients VALUES (7, 'CRÈME', 1, 2, 0);"
                       "INSERT INTO Utensils VALUES (5, 'Pot')"_s);
-        // The fields of a known ingredient are not read, whatever stands there; its first entry in
-        // the file makes a new one known.
-        QCOMPARE(import(srf("Soup",
-                            "crème|x|y|z||1 cup\rSalt|3|999|True||\rSALT|bad|bad|bad||2|3 (fine)\r",
-                            "POT\rLadle\rladle\r", "2", "4.5", "Boil.\r \rToss.\r")),
+        // The fields of a known ingredient are not read, whatever they are. Salt is known after its
+        // first entry.
+        QCOMPARE(import(srf({.title = "Soup",
+                             .type = "2",
+                             .serves = "4.5",
+                             .instructions = {"Boil.", " ", "Toss."},
+                             .ingredients = {"crème|x|y|z||1 cup", "Salt|3|999|True||",
+                                             "SALT|bad|bad|bad||2|3 (fine)"},
+                             .utensils = {"POT", "Ladle", "ladle"}})),
                  Outcome::Imported);
         QCOMPARE(stored(),
                  u"1|Soup|Quick|A. Cook|2|Boil.\r\n\r\n\r\n\r\nToss.\r\n|5|4.5 / "
@@ -100,56 +95,87 @@ private Q_SLOTS:
                  "1|7|1 cup, 1|8|, 1|8|2|3 (fine) / 1|5, 1|6, 1|6"_s);
     }
 
-    // Looking for each of them among all the others would take longer than a test may.
+    // A linear search for each of them would take longer than the test's time limit.
     void takesManyEntriesInTime()
     {
         constexpr int count = 100'000;
-        QByteArray entries;
+        QByteArrayList entries;
         for (int i = 0; i < count; ++i)
-            entries += 'n' + QByteArray::number(i) + "|1|1|1||\r";
-        entries += QByteArray("n99999|||\r").repeated(count);
-        QCOMPARE(import(srf("Soup", entries)), Outcome::Imported);
+            entries += 'n' + QByteArray::number(i) + "|1|1|1||";
+        entries += QByteArrayList(count, "n99999|||");
+        QCOMPARE(import(srf({.ingredients = entries})), Outcome::Imported);
         QCOMPARE(m_file->stored("SELECT count(*) FROM RecipeIngredients"), u"200000"_s);
     }
 
-    void refusesBadNumbersWhole()
+    void badNumbers_data()
     {
-        const QByteArray good = "Salt|3|999|True||\r";
-        const auto egg = [&good](const QByteArray &fields) {
-            return srf("A", good + "Egg|" + fields + "|\r");
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<int>("line");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("found");
+        const auto row = [](const char *name, const SrfText &text, int line,
+                            const QString &expected, const QString &found) {
+            QTest::newRow(name) << srf(text) << line << expected << found;
         };
-        const std::tuple<QByteArray, int, QString, QString> table[] = {
-            {srf("A", good, {}, "32768"), 4, u"the number of a recipe type"_s, u"32768"_s},
-            {srf("A", good, {}, "2", ""), 5, u"the number of servings"_s, u""_s},
-            {egg("1.5|1|True|"), 11, u"the number of an ingredient type"_s, u"1.5"_s},
-            {egg("1|a week|True|"), 11, u"a shelf life in days"_s, u"a week"_s},
-            {egg("1|1|yes|"), 11, u"True or False for vegetarian"_s, u"yes"_s},
-            {egg("1||q"), 11, u"the shelf life of a new ingredient"_s, u"Egg|1||q|"_s},
+        const auto egg = [](const QByteArray &fields) {
+            return SrfText{.ingredients = {"Salt|3|999|True||", "Egg|" + fields + '|'}};
         };
-        for (const auto &[text, line, expected, found] : table) {
-            m_interaction->expect(
-                {srfErrorText({line, expected, found}, path()), u"Error"_s, Icon::Exclamation});
-            QCOMPARE(import(text), Outcome::NotImported);
-            QCOMPARE(stored(), u" /  /  /  / "_s);
-        }
+        row("recipe type", {.type = "32768"}, 4, u"the number of a recipe type"_s, u"32768"_s);
+        row("servings", {.serves = ""}, 5, u"the number of servings"_s, u""_s);
+        row("ingredient type", egg("1.5|1|True|"), 11, u"the number of an ingredient type"_s,
+            u"1.5"_s);
+        row("shelf life", egg("1|a week|True|"), 11, u"a shelf life in days"_s, u"a week"_s);
+        row("vegetarian", egg("1|1|yes|"), 11, u"True or False for vegetarian"_s, u"yes"_s);
+        row("missing shelf life", egg("1||q"), 11, u"the shelf life of a new ingredient"_s,
+            u"Egg|1||q|"_s);
     }
 
-    void asksAboutATakenTitle()
+    void badNumbers()
     {
-        for (const QByteArray name : {"Éclair", "Baba's \"Nudeln\"", "100% *?_ soup", " a\nb "}) {
-            const QByteArray text = srf(name, name + "|1|1|True||1\r", name + '\r');
-            QCOMPARE(import(text), Outcome::Imported);
-            expectQuestion(QString::fromUtf8(name), Button::Yes);
-            QCOMPARE(import(text), Outcome::Imported);
-        }
-        expectQuestion(u"éCLAIR"_s, Button::No);
-        QCOMPARE(import(srf("éCLAIR")), Outcome::NotImported);
-        expectQuestion(u"éCLAIR"_s, Button::Yes);
-        QCOMPARE(import(srf("éCLAIR")), Outcome::Imported);
-        QVERIFY(titles().startsWith(u"Éclair, Éclair 1, "_s) && titles().endsWith(u"éCLAIR 2"_s));
+        QFETCH(const QByteArray, text);
+        QFETCH(const int, line);
+        QFETCH(const QString, expected);
+        QFETCH(const QString, found);
+        m_interaction->expect(
+            {srfErrorText({line, expected, found}, path()), u"Error"_s, Icon::Exclamation});
+        QCOMPARE(import(text), Outcome::NotImported);
+        QCOMPARE(stored(), u" /  /  /  / "_s);
+    }
+
+    void takenTitles_data()
+    {
+        QTest::addColumn<QByteArray>("title");
+        QTest::newRow("accent") << "Éclair"_ba;
+        QTest::newRow("quotes") << "Baba's \"Nudeln\""_ba;
+        QTest::newRow("pattern characters") << "100% *?_ soup"_ba;
+        QTest::newRow("spaces and a line feed") << " a\nb "_ba;
+    }
+
+    // The names of the catalogs are found again as well.
+    void takenTitles()
+    {
+        QFETCH(const QByteArray, title);
+        const QString name = QString::fromUtf8(title);
+        const QByteArray text =
+            srf({.title = title, .ingredients = {title + "|1|1|True||1"}, .utensils = {title}});
+        QCOMPARE(import(text), Outcome::Imported);
+        expectQuestion(name, Button::No);
+        QCOMPARE(import(text), Outcome::NotImported);
+        expectQuestion(name, Button::Yes);
+        QCOMPARE(import(text), Outcome::Imported);
+        QCOMPARE(titles(), u"%1, %1 1"_s.arg(name));
         QCOMPARE(
             m_file->stored("SELECT (SELECT count(*) FROM Ingredients), count(*) FROM Utensils"),
-            u"4|4"_s);
+            u"1|1"_s);
+    }
+
+    void takenTitleInOtherCase()
+    {
+        import(srf({.title = "Éclair"}));
+        import(srf({.title = "ÉCLAIR 1"}));
+        expectQuestion(u"éCLAIR"_s, Button::Yes);
+        QCOMPARE(import(srf({.title = "éCLAIR"})), Outcome::Imported);
+        QCOMPARE(titles(), u"Éclair, ÉCLAIR 1, éCLAIR 2"_s);
     }
 
     void aBatchKeepsTheGoodFiles()
@@ -157,23 +183,25 @@ private Q_SLOTS:
         m_file->write(u"CREATE TRIGGER no BEFORE INSERT ON Utensils WHEN new.UtensilName = 'bad' "
                       "BEGIN SELECT raise(ABORT, 'no'); END"_s);
         m_importer->batch([this] {
-            import(srf("One", {}, "Pot\r"));
+            import(srf({.title = "One", .utensils = { "Pot" }}));
             QCOMPARE(titles(), u""_s); // not yet committed
-            import(srf("Two", {}, "Pot\r"));
+            import(srf({.title = "Two", .utensils = { "Pot" }}));
             QVERIFY_THROWS_EXCEPTION(DatabaseError,
-                                     import(srf("Four", "Salt|1|1|1||\r", "Pan\rbad\r")));
+                                     import(srf({.title = "Four",
+                                                 .ingredients = {"Salt|1|1|1||"},
+                                                 .utensils = {"Pan", "bad"}})));
             QCOMPARE(titles(), u"One, Two"_s);
-            // Nothing is left in the cursors either: the next import makes the catalog rows anew.
-            import(srf("Five", "Salt|1|1|1||\r", "Pan\r"));
+            // The cursors have forgotten Salt and Pan too: the next import adds them again.
+            import(srf({.title = "Five", .ingredients = {"Salt|1|1|1||"}, .utensils = { "Pan" }}));
         });
         QCOMPARE(titles(), u"One, Two, Five"_s);
         QCOMPARE(m_file->stored("SELECT UtensilName FROM Utensils, Ingredients"), u"Pot, Pan"_s);
     }
 
-    // Another program takes the first free name while the question stands.
+    // Another program takes the first free name while the question is shown.
     void locksNothingWhileAsking()
     {
-        struct Meanwhile : MockInteraction {
+        struct WritingInteraction : MockInteraction {
             RecipeFile *file = nullptr;
             Button show(const MessageBox &) override
             {
@@ -181,12 +209,12 @@ private Q_SLOTS:
                 return Button::Yes;
             }
         };
-        Meanwhile interaction;
+        WritingInteraction interaction;
         interaction.file = m_file.get();
         openImporter(interaction);
         m_importer->batch([this] {
-            import(srf("Soup"));
-            import(srf("Soup"));
+            import(srf({}));
+            import(srf({}));
         });
         QCOMPARE(titles(), u"Soup, soup 1, Soup 2"_s);
         m_importer.reset();
@@ -194,12 +222,13 @@ private Q_SLOTS:
 
     void seesWhatOthersHaveWritten()
     {
-        import(srf("Soup", "Salt|3|999|True||\r"));
+        const QByteArray salted = srf({.ingredients = {"Salt|3|999|True||"}});
+        import(salted);
         m_file->write(u"DELETE FROM Recipes; UPDATE Ingredients SET IngredientName = 'Pepper'"_s);
-        QCOMPARE(import(srf("Soup", "Salt|3|999|True||\r")), Outcome::Imported);
+        QCOMPARE(import(salted), Outcome::Imported);
         QCOMPARE(m_file->stored("SELECT IngredientName FROM Ingredients"), u"Pepper, Salt"_s);
     }
 };
 
-QTEST_GUILESS_MAIN(TestFrmImportRecipe)
+QTEST_GUILESS_MAIN(tst_frmImportRecipe)
 #include "tst_frmimportrecipe.moc"

@@ -1,7 +1,6 @@
+#include "printing/BusyCursor.h"
 #include "printing/CWordWrap.h"
 #include "printing/PagedPrinter.h"
-#include "printing/PrintError.h"
-#include "printing/WaitCursor.h"
 
 #include <QPdfWriter>
 #include <QProcess>
@@ -26,8 +25,8 @@ private Q_SLOTS:
         const auto print = [&](const QString &name) {
             QPdfWriter writer(folder.filePath(name));
             PagedPrinter printer(writer, QFont(u"DejaVu Sans"_s, 12));
-            WaitCursor pointer;
-            CWordWrap wrap(printer, pointer);
+            WaitCursor cursor;
+            CWordWrap wrap(printer, cursor);
             wrap.setHeaderText(u"Tomato Soup"_s);
             wrap.PrintText(text);
         };

@@ -1,6 +1,5 @@
 #include "printing/BusyCursor.h"
 #include "printing/CWordWrap.h"
-#include "printing/PrintError.h"
 #include "printing/Printer.h"
 
 #include <QTest>
@@ -11,15 +10,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Writes down what is printed: "|x,y text" for what stands together, "|new 2" and "|end". A QChar
-// is 10 dots wide, an i 5, and 20 high; the page has 12 by 4 between the first margins, from 10,20.
+// Records what is printed: "|x,y text" for consecutive texts, "|new 2" and "|end". A QChar is 10
+// dots wide, an i 5, and 20 high; 12 by 4 of them fit between the default margins, from 10,20 on.
 class RecordingPrinter final : public Printer, public BusyCursor
 {
 public:
     QString record;
-    mutable int measured = 0; // how often a width was asked
-    QString failing; // the text at which it fails
-    int busy = 0; // how often the pointer says so
+    mutable int measured = 0; // number of calls of textWidth()
+    QString failing; // print() throws at this text
+    int busy = 0; // number of show() without hide()
 
     float currentX() const override { return m_x; }
     float currentY() const override { return m_y; }
@@ -71,7 +70,7 @@ private:
     float m_x = 0;
     float m_y = 0;
     int m_page = 1;
-    QPointF m_printed; // behind the last text
+    QPointF m_printed; // end of the last text
 };
 
 } // namespace
@@ -81,39 +80,50 @@ class tst_WordWrap : public QObject
     Q_OBJECT
 
 public:
-    static void initMain() { qputenv("LC_ALL", "C.UTF-8"); } // of which the date is written
+    static void initMain() { qputenv("LC_ALL", "C.UTF-8"); } // its date format
 
 private Q_SLOTS:
+    void texts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("record");
+        const auto row = [](const char *name, const QString &text, const QString &record) {
+            QTest::newRow(name) << text << record;
+        };
+        row("empty", u""_s, u"|end"_s);
+        row("one word", u"leek"_s, u"|10,20 leek|end"_s);
+        row("as wide as the line", u"123456 78901"_s, u"|10,20 123456 78901|end"_s);
+        row("wider than the line", u"123456 789012"_s, u"|10,20 123456 |10,40 789012|end"_s);
+        row("a word wider than the line", u"ab 1234567890123 cd"_s,
+            u"|10,20 ab |10,40 1234567890123 |10,60 cd|end"_s);
+        row("a wide word first, after an empty line", u"1234567890123"_s,
+            u"|10,40 1234567890123|end"_s);
+        row("line feeds", u"a\r\nb\n\nc"_s, u"|10,20 a|10,40 b|10,80 c|end"_s);
+        row("spaces", u" a   b "_s, u"|10,20  a   b |end"_s);
+        row("spaces past the margin", u"12345678901  a"_s, u"|10,20 12345678901  |10,40 a|end"_s);
+        row("tab first", u"\ta"_s, u"|110,20 a|end"_s);
+        row("tab before the stop", u"123456789\ta"_s, u"|10,20 123456789|110,20 a|end"_s);
+        row("tab half a digit before the stop", u"123456789i\ta"_s,
+            u"|10,20 123456789i|10,40 a|end"_s);
+        row("tab at the stop", u"1234567890\ta"_s, u"|10,20 1234567890|10,40 a|end"_s);
+        row("control characters", u"a\x01\u0000b\u00A0c"_s + QChar(0) + u"d"_s,
+            u"|10,20 ab\u00A0cd|end"_s);
+        row("no Latin letters", u"\u6C64\U0001F345 x"_s, u"|10,20 \u6C64\U0001F345 x|end"_s);
+        row("a second page", u"1\n2\n3\n4\n5"_s,
+            u"|10,20 1|10,40 2|10,60 3|10,80 4|new 2|10,20 5|end"_s);
+        row("a second page within a line", u"1\n2\n3\n4 5678901 2345"_s,
+            u"|10,20 1|10,40 2|10,60 3|10,80 4 5678901 |new 2|10,20 2345|end"_s);
+    }
+
     void texts()
     {
-        const std::pair<QString, QString> rows[] = {
-            {u""_s, u"|end"_s},
-            {u"leek"_s, u"|10,20 leek|end"_s},
-            {u"123456 78901"_s, u"|10,20 123456 78901|end"_s}, // as wide as the line
-            {u"123456 789012"_s, u"|10,20 123456 |10,40 789012|end"_s},
-            {u"ab 1234567890123 cd"_s, u"|10,20 ab |10,40 1234567890123 |10,60 cd|end"_s},
-            {u"1234567890123"_s, u"|10,40 1234567890123|end"_s}, // below an empty line
-            {u"a\r\nb\n\nc"_s, u"|10,20 a|10,40 b|10,80 c|end"_s},
-            {u" a   b "_s, u"|10,20  a   b |end"_s},
-            {u"12345678901  a"_s, u"|10,20 12345678901  |10,40 a|end"_s},
-            {u"\ta"_s, u"|110,20 a|end"_s},
-            {u"123456789\ta"_s, u"|10,20 123456789|110,20 a|end"_s},
-            {u"123456789i\ta"_s, u"|10,20 123456789i|10,40 a|end"_s}, // the same from its half
-            {u"1234567890\ta"_s, u"|10,20 1234567890|10,40 a|end"_s}, // to the stop at 20
-            {u"a\x01\u0000b\u00A0c"_s + QChar(0) + u"d"_s, u"|10,20 ab\u00A0cd|end"_s},
-            {u"\u6C64\U0001F345 x"_s, u"|10,20 \u6C64\U0001F345 x|end"_s},
-            {u"1\n2\n3\n4\n5"_s, u"|10,20 1|10,40 2|10,60 3|10,80 4|new 2|10,20 5|end"_s},
-            {u"1\n2\n3\n4 5678901 2345"_s,
-             u"|10,20 1|10,40 2|10,60 3|10,80 4 5678901 |new 2|10,20 2345|end"_s},
-        };
-        for (const auto &[text, record] : rows) {
-            RecordingPrinter printer;
-            CWordWrap wrap(printer, printer);
-            wrap.setPrintHeader(false);
-            wrap.setPrintFooter(false);
-            wrap.PrintText(text);
-            QCOMPARE(printer.record, record);
-        }
+        QFETCH(const QString, text);
+        RecordingPrinter printer;
+        CWordWrap wrap(printer, printer);
+        wrap.setPrintHeader(false);
+        wrap.setPrintFooter(false);
+        wrap.PrintText(text);
+        QTEST(printer.record, "record");
     }
 
     void pages()
@@ -122,7 +132,7 @@ private Q_SLOTS:
         CWordWrap wrap(printer, printer, [] { return QDate(2026, 3, 9); });
         wrap.setHeaderText(u"Soup"_s);
         wrap.setCurrentY(80);
-        QCOMPARE(wrap.PrintText(u"a\nb"_s), 1.F); // twenty dots
+        QCOMPARE(wrap.PrintText(u"a\nb"_s), 1.F); // 20 dots
         QCOMPARE(printer.record,
                  u"|50,0 Soup|10,90 9 Mar 2026|70,90 Page 1|10,80 a|new 2"
                  "|50,0 Soup|10,90 9 Mar 2026|70,90 Page 2|10,20 b|end"_s);
@@ -143,18 +153,35 @@ private Q_SLOTS:
         CWordWrap wrap(printer, printer);
         wrap.setPrintFooter(false);
         QCOMPARE(wrap.MarginLeft(), 0.5F);
-        QCOMPARE(wrap.MarginBottom(), 0.5F); // an inch across, which is half a one down
-        for (const auto &[left, top] : {std::pair(6.5F, 1.F), {1.F, 2.F}, {std::nanf(""), 1.F}}) {
-            wrap.setMarginLeft(left);
-            wrap.setMarginTop(top);
-            QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"a"_s));
-        }
+        QCOMPARE(wrap.MarginBottom(), 0.5F); // set to an inch by the horizontal scale
+        wrap.setMarginTop(1);
         wrap.setMarginLeft(3);
         wrap.setMarginRight(3.5F);
         wrap.setMarginBottom(1.25F);
         QCOMPARE(wrap.MarginTop() + wrap.MarginRight() + wrap.MarginBottom(), 5.75F);
         wrap.PrintText(u"a"_s);
         QCOMPARE(printer.record, u"|60,40 a|end"_s);
+    }
+
+    void marginsWithoutRoom_data()
+    {
+        QTest::addColumn<float>("left");
+        QTest::addColumn<float>("top");
+        QTest::newRow("as wide as the page") << 6.5F << 1.F;
+        QTest::newRow("as high as the page") << 1.F << 2.F;
+        QTest::newRow("not a number") << std::nanf("") << 1.F;
+    }
+
+    void marginsWithoutRoom()
+    {
+        QFETCH(const float, left);
+        QFETCH(const float, top);
+        RecordingPrinter printer;
+        CWordWrap wrap(printer, printer);
+        wrap.setMarginLeft(left);
+        wrap.setMarginTop(top);
+        QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"a"_s));
+        QCOMPARE(printer.record, QString());
     }
 
     void words()
@@ -164,7 +191,7 @@ private Q_SLOTS:
         wrap.setPrintHeader(false);
         wrap.setPrintFooter(false);
         wrap.PrintText(u"tomato tomatoes tomatillo"_s);
-        QCOMPARE(printer.measured, 3); // though two are wrapped
+        QCOMPARE(printer.measured, 3); // once for each word, though two are wrapped
         QCOMPARE(printer.busy, 0);
         printer.failing = u"tomatoes"_s;
         QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"tomato tomatoes"_s));

@@ -2,7 +2,7 @@
 #include "data/DatabasePath.h"
 #include "data/RecipeTypes.h"
 #include "import/frmImportRecipe.h"
-#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfFile.h"
 #include "import/srf/SrfParser.h"
 #include "platform/Paths.h"
 #include "support/FileBytes.h"
@@ -16,11 +16,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestShipped : public QObject
+class tst_Shipped : public QObject
 {
     Q_OBJECT
 
-    // What the tool says.
+    // Runs the tool and returns what it writes to its standard error.
     QString make(const QString &file, const QString &ingredients = m_data + "ingredients.txt"_L1)
     {
         QProcess tool;
@@ -50,27 +50,35 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(file), "mine");
     }
 
-    void saysWhereATableIsWrong()
+    void badLines_data()
     {
-        const std::pair<QByteArray, QString> rows[] = {
-            {"Salt|Seasoning|999", u"3 fields instead of 4"_s},
-            {"Salt (fine)|Seasoning|999|True", u"holds a character"_s},
-            {"apple|Fruit|30|True", u"apple stands here twice"_s},
-            {"Ale|Misc|30|True", u"Ale belongs in front of Apple"_s},
-            {"Salt|Spice|999|True", u"the type is none of Misc, Fruit,"_s},
-            {"Salt|Seasoning|1000|True", u"the shelf life"_s},
-            {"Salt|Seasoning|999|perhaps", u"Vegetarian"_s},
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const QByteArray &line, const QString &message) {
+            QTest::newRow(name) << line << message;
         };
-        const QString table = m_folder.filePath(u"table.txt"_s);
-        for (const auto &[line, message] : rows) {
-            setBytes(table, "# fruit\nApple | Fruit | 30 | True\n" + line + '\n');
-            const QString said = make(m_folder.filePath(u"bad.rbk"_s), table);
-            QVERIFY2(said.contains(table + ":3: "_L1) && said.contains(message), qPrintable(said));
-            QVERIFY(QDir(m_folder.path()).entryList({u"bad*"_s}).isEmpty());
-        }
+        row("missing field", "Salt|Seasoning|999", u"3 fields instead of 4"_s);
+        row("parenthesis", "Salt (fine)|Seasoning|999|True", u"holds a character"_s);
+        row("name in other case", "apple|Fruit|30|True", u"apple stands here twice"_s);
+        row("out of order", "Ale|Misc|30|True", u"Ale belongs in front of Apple"_s);
+        row("unknown type", "Salt|Spice|999|True", u"the type is none of Misc, Fruit,"_s);
+        row("long shelf life", "Salt|Seasoning|1000|True", u"the shelf life"_s);
+        row("vegetarian", "Salt|Seasoning|999|perhaps", u"Vegetarian"_s);
     }
 
-    // Every entry says of its ingredient what the catalog says, in the same words.
+    void badLines()
+    {
+        QFETCH(const QByteArray, line);
+        QFETCH(const QString, message);
+        const QString table = m_folder.filePath(u"table.txt"_s);
+        setBytes(table, "# fruit\nApple | Fruit | 30 | True\n" + line + '\n');
+        const QString output = make(m_folder.filePath(u"bad.rbk"_s), table);
+        QVERIFY2(output.contains(table + ":3: "_L1) && output.contains(message),
+                 qPrintable(output));
+        QVERIFY(QDir(m_folder.path()).entryList({u"bad*"_s}).isEmpty());
+    }
+
+    // The fields of every ingredient are those in the catalog, letter for letter.
     void recipesUseTheCatalogs()
     {
         DatabasePath = m_folder.filePath(u"data.rbk"_s);
@@ -99,5 +107,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestShipped)
+QTEST_GUILESS_MAIN(tst_Shipped)
 #include "tst_shipped.moc"

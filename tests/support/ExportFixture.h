@@ -8,46 +8,47 @@
 
 #include <functional>
 
-// Notes what it is told; stops at a piece.
-class NotingProgress final : public Progress
+// Records the names of the items, and stops at one of them.
+class RecordingProgress final : public Progress
 {
 public:
-    qsizetype stopAt = -1;
-    std::function<void()> onProgress = [] {}; // at each piece
+    qsizetype stopAt = -1; // number of the item, counted from 1
+    std::function<void()> onProgress = [] {}; // called at each item
     QStringList names;
 
-    bool update(qsizetype piece, qsizetype, const QString &name) override
+    bool update(qsizetype item, qsizetype, const QString &name) override
     {
         names += name;
         onProgress();
-        return piece == names.size() && piece != stopAt;
+        return item == names.size() && item != stopAt;
     }
 };
 
-// A recipe file and a place for its pages.
+// A database and a folder to export its pages to.
 struct ExportFixture {
-    TemporaryHome home; // without settings
+    TemporaryHome home; // has no settings
     RecipeFile file;
-    QTemporaryDir place;
+    QTemporaryDir folder;
     PageSettings settings;
-    NotingProgress progress;
+    RecordingProgress progress;
 
-    QString path(const QString &name) const { return place.filePath(name); }
+    QString path(const QString &name) const { return folder.filePath(name); }
     QString page(const QString &name) const { return path(QStringLiteral("Pantrywise/") + name); }
 
-    // What lies in the place or in a folder of it, hidden files too.
-    QStringList entries(const QString &folder = {}) const
+    // The names of all entries of the folder or of one in it, hidden files included.
+    QStringList entries(const QString &name = {}) const
     {
-        return QDir(path(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        return QDir(path(name)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
     QStringList pages() const { return entries(QStringLiteral("Pantrywise")); }
 
-    // What the user is told where it fails; the null text where it does not or was stopped.
+    // Exports the pages. Returns the error's text, or a null text if the export succeeds or is
+    // stopped.
     QString run()
     {
         progress.names.clear();
         try {
-            exportPages(file.path(), place.path(), settings, progress);
+            exportPages(file.path(), folder.path(), settings, progress);
         } catch (const std::runtime_error &error) {
             return QString::fromUtf8(error.what());
         }

@@ -9,7 +9,7 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
-// An empty recipe file in a folder of its own, as another program sees it.
+// An empty database in a temporary folder, and what another program sees in it.
 class RecipeFile
 {
 public:
@@ -21,12 +21,12 @@ public:
     QString folder() const { return m_folder.path(); }
     QString path() const { return m_folder.filePath(QStringLiteral("data.rbk")); }
 
-    // The other program's connection: it knows nothing of ours and folds ASCII alone.
+    // Opens the connection of another program, whose NOCASE collation folds only ASCII.
     SQLite::Database other() const { return {file(), readWrite}; }
 
     void write(const QString &statements) const { other().exec(statements.toStdString()); }
 
-    // The rows of a query: "1|Salt, 2|null".
+    // Returns the rows of a query, such as "1|Salt, 2|null".
     QString stored(const QByteArray &query) const
     {
         const SQLite::Database database = other();
@@ -51,7 +51,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-// The text of the DatabaseError that the action ends in, or the null text.
+// Returns the text of the DatabaseError that the action throws, or a null text if it throws none.
 template <typename Action>
 QString failureOf(Action action)
 {

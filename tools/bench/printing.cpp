@@ -1,8 +1,8 @@
 #include "GeneratedRecipe.h"
 #include "Subjects.h"
+#include "printing/BusyCursor.h"
 #include "printing/CWordWrap.h"
 #include "printing/PagedPrinter.h"
-#include "printing/WaitCursor.h"
 
 #include <QPdfWriter>
 #include <QTextLayout>
@@ -94,8 +94,8 @@ void drawLines(const QStringList &lines, QPdfWriter &writer)
 void printText(const QString &text, QPdfWriter &writer)
 {
     PagedPrinter printer(writer, font());
-    WaitCursor pointer;
-    CWordWrap wrap(printer, pointer);
+    WaitCursor cursor;
+    CWordWrap wrap(printer, cursor);
     wrap.setHeaderText(u"Cookbook"_s);
     wrap.PrintText(text);
 }

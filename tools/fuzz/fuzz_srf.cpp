@@ -1,4 +1,4 @@
-#include "import/srf/SrfDecoder.h"
+#include "import/srf/SrfFile.h"
 #include "import/srf/SrfParser.h"
 
 #include <QStringList>
@@ -16,7 +16,7 @@ void require(bool condition)
         std::abort();
 }
 
-// The lines of a file, found another way than the parser finds them.
+// The lines of a file, found in a different way than the parser finds them.
 QStringList linesOf(const QString &text)
 {
     QStringList lines = QString(text).replace("\r\n"_L1, "\r"_L1).split(u'\r');
@@ -30,7 +30,7 @@ bool isName(const QString &name)
     return !name.isEmpty() && !name.contains(QChar::Null);
 }
 
-void checkComplaint(const SrfError &error, const QStringList &lines)
+void checkError(const SrfError &error, const QStringList &lines)
 {
     const bool atEnd = error.kind == SrfError::Kind::EndOfFile;
     require(error.line >= 1);
@@ -38,7 +38,7 @@ void checkComplaint(const SrfError &error, const QStringList &lines)
         require(error.line == lines.size() + 1);
     else
         require(error.line <= lines.size());
-    if (error.kind == SrfError::Kind::Line)
+    if (error.kind == SrfError::Kind::UnexpectedLine)
         require(error.found == lines.at(error.line - 1));
     const QString text = srfErrorText(error, u"Soup.srf"_s);
     require(text.startsWith(u"Soup.srf") && text.size() < 1500);
@@ -54,7 +54,7 @@ void checkIngredient(const SrfIngredient &ingredient, const QStringList &lines)
     const auto result = newIngredient(ingredient);
     const auto *fields = std::get_if<SrfNewIngredient>(&result);
     if (!fields) {
-        checkComplaint(std::get<SrfError>(result), lines);
+        checkError(std::get<SrfError>(result), lines);
         return;
     }
     const QStringList parts{ingredient.name, fields->type, fields->shelfLife, fields->vegetarian};
@@ -94,6 +94,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (const auto *recipe = std::get_if<SrfRecipe>(&result))
         checkRecipe(*recipe, lines);
     else
-        checkComplaint(std::get<SrfError>(result), lines);
+        checkError(std::get<SrfError>(result), lines);
     return 0;
 }

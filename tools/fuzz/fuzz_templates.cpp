@@ -14,8 +14,7 @@ void require(bool condition)
         std::abort();
 }
 
-// Recipes whose texts would show in a page if they were not escaped, or do something if they were
-// taken for a template.
+// A text that would be seen in a page if it was not escaped or was taken for a template.
 const QString hostileText = u"<hostile>&\"'{{>author}}{{#next}}</script>"_s;
 
 std::vector<kainjow::mustache::data> allFields(const QString &text)
@@ -32,15 +31,16 @@ std::vector<kainjow::mustache::data> allFields(const QString &text)
             recipeFields(site, 1, details)};
 }
 
-// What the checker has let pass the engine takes, and no text of a recipe adds a tag to the page.
+// The engine accepts every template that the check accepts, and no text of a recipe adds a tag to
+// the page.
 void checkKind(PageKind kind, const std::string &text)
 {
     static const std::vector<kainjow::mustache::data> hostile = allFields(hostileText);
     static const std::vector<kainjow::mustache::data> harmless = allFields(u"harmless"_s);
-    const std::optional<TemplateFault> fault = checkTemplate(text, knownFields(kind));
-    if (fault) {
+    const std::optional<TemplateError> error = checkTemplate(text, knownFields(kind));
+    if (error) {
         const auto lines = std::count(text.begin(), text.end(), '\n') + 1;
-        require(fault->line >= 1 && fault->line <= lines && !fault->text.isEmpty());
+        require(error->line >= 1 && error->line <= lines && !error->text.isEmpty());
         return;
     }
     kainjow::mustache::mustache page(text);

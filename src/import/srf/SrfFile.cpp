@@ -2,8 +2,10 @@
 
 #include "interaction/ControlCharacters.h"
 #include "platform/Paths.h"
+#include "platform/UserVisibleError.h"
 
 #include <QCoreApplication>
+#include <QStringDecoder>
 
 namespace {
 
@@ -28,7 +30,7 @@ QString messageFor(const platform::FileReadError &error, const std::filesystem::
                         "right file.")
             .arg(file, QString::number(largestSrfFile >> 20));
     case platform::ReadFailure::AccessDenied:
-        return Text::tr("You have no right to read %1. Give yourself that right and import it "
+        return Text::tr("You are not allowed to read %1. Change its permissions and import it "
                         "again.")
             .arg(file);
     case platform::ReadFailure::Failed:
@@ -46,4 +48,17 @@ std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &
     if (const auto *error = std::get_if<platform::FileReadError>(&result))
         return SrfFileError{error->failure, messageFor(*error, path)};
     return std::get<QByteArray>(std::move(result));
+}
+
+QString decodeSrf(QByteArrayView bytes)
+{
+    if (bytes.isValidUtf8())
+        return QString::fromUtf8(bytes); // drops the byte order mark
+    QStringDecoder windows1252("windows-1252");
+    if (!windows1252.isValid()) // Qt was built without ICU
+        throw UserVisibleError(
+            Text::tr("The recipe file is not in UTF-8, and Qt on this computer cannot read "
+                     "Windows-1252, the other encoding of recipe files. Save the file as UTF-8 "
+                     "and import it again."));
+    return windows1252(bytes);
 }

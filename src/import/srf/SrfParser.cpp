@@ -1,12 +1,14 @@
 #include "import/srf/SrfParser.h"
 
+#include "interaction/ControlCharacters.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <utility>
 
-// A line is the text up to CR LF, CR or the end of the file. What stands in double quotes is a
-// whole line; any is a line that is not the one behind the braces.
+// The grammar. A line is the text up to CR LF, CR or the end of the file. A text in double quotes
+// is a whole line; any is a line other than the one that follows the braces.
 //
 //   recipe       = heading instructions ingredients utensils rest-of-the-file
 //   heading      = line name author type serves description
@@ -16,8 +18,8 @@
 //   utensils     = { any } "<Utensils>" { utensil } "</Utensils>"
 //   utensil      = name
 //
-// The first '||' of an ingredient sets off its quantity, whatever stands before it: an ingredient
-// that is in the catalog needs its name and quantity alone.
+// The first '||' of an ingredient begins its quantity, whatever precedes it: an ingredient that is
+// in the catalog needs only its name and quantity.
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,8 +38,8 @@ public:
     std::variant<SrfRecipe, SrfError> recipe();
 
 private:
-    // Each rule reads its lines and says whether they were as expected; where not, it leaves the
-    // complaint behind and nothing more is read.
+    // Each rule reads its lines and returns whether they were as expected. If not, m_error is set
+    // and nothing more is read.
     bool heading();
     bool instructions();
     bool ingredients();
@@ -54,20 +56,20 @@ private:
 
     bool nextLine();
     bool fail(const char *expected);
-    bool complainOfTheEnd(const QString &expected);
+    bool failAtEnd(const QString &expected);
 
     QStringView m_rest;
     QStringView m_line;
-    int m_number = 0; // of m_line
+    int m_number = 0; // of m_line, counted from 1
     SrfRecipe m_recipe;
-    SrfError m_complaint = {};
+    SrfError m_error = {};
 };
 
 std::variant<SrfRecipe, SrfError> Parser::recipe()
 {
     if (heading() && instructions() && ingredients() && utensils())
         return std::move(m_recipe);
-    return std::move(m_complaint);
+    return std::move(m_error);
 }
 
 bool Parser::heading()
@@ -85,7 +87,7 @@ bool Parser::heading()
 bool Parser::headingLine(QString &field, const char *expected)
 {
     if (!nextLine())
-        return complainOfTheEnd(tr(expected));
+        return failAtEnd(tr(expected));
     field = m_line.toString();
     return true;
 }
@@ -158,7 +160,7 @@ bool Parser::readTo(QLatin1StringView tag, Rule rule)
         if (!rule())
             return false;
     }
-    return complainOfTheEnd(tr("the line \"%1\" somewhere from line %2 on").arg(tag).arg(first));
+    return failAtEnd(tr("the line \"%1\" somewhere from line %2 on").arg(tag).arg(first));
 }
 
 bool Parser::checkName(QStringView name, const char *expected)
@@ -166,11 +168,11 @@ bool Parser::checkName(QStringView name, const char *expected)
     if (name.isEmpty())
         return fail(expected);
     if (name.contains(QChar::Null))
-        return fail(QT_TR_NOOP("a name without a zero character"));
+        return fail(QT_TR_NOOP("a name without a null character"));
     return true;
 }
 
-// False at the end of the file, which leaves the number behind the last line.
+// Returns false at the end of the file; m_number is then one more than the number of the last line.
 bool Parser::nextLine()
 {
     ++m_number;
@@ -190,17 +192,53 @@ bool Parser::nextLine()
 
 bool Parser::fail(const char *expected)
 {
-    m_complaint = {m_number, tr(expected), m_line.toString()};
+    m_error = {m_number, tr(expected), m_line.toString()};
     return false;
 }
 
-bool Parser::complainOfTheEnd(const QString &expected)
+bool Parser::failAtEnd(const QString &expected)
 {
-    m_complaint = {m_number, expected, {}, SrfError::Kind::EndOfFile};
+    m_error = {m_number, expected, {}, SrfError::Kind::EndOfFile};
     return false;
+}
+
+// In characters; a message box still shows that much of a line well.
+constexpr qsizetype longestFound = 80;
+
+QString shortened(const QString &text)
+{
+    if (text.size() <= longestFound)
+        return text;
+    const bool insidePair = text.at(longestFound - 1).isHighSurrogate();
+    return text.left(insidePair ? longestFound - 1 : longestFound);
+}
+
+QString foundText(const SrfError &error)
+{
+    if (error.kind == SrfError::Kind::EndOfFile)
+        return Parser::tr("the end of the file");
+    if (error.found.isEmpty())
+        return Parser::tr("nothing");
+    const QString start = shortened(error.found);
+    const QString visible = escapeControlCharacters(start);
+    return start.size() < error.found.size() ? Parser::tr("\"%1...\"").arg(visible)
+                                             : Parser::tr("\"%1\"").arg(visible);
 }
 
 } // namespace
+
+QString srfErrorText(const SrfError &error, const QString &path)
+{
+    const QString file = escapeControlCharacters(path);
+    if (error.kind == SrfError::Kind::LineFeeds)
+        return Parser::tr("%1 was not imported.\n\n"
+                          "Its lines end in a line feed alone. The lines of a recipe file end in a "
+                          "carriage return and a line feed. Save it with Windows line ends (CR LF) "
+                          "and import it again.")
+            .arg(file);
+    return Parser::tr("%1 was not imported.\n\nLine %2: expected %3, found %4.")
+        .arg(file, QString::number(error.line), error.expected, foundText(error));
+}
 
 std::variant<SrfRecipe, SrfError> parseSrf(const QString &text)
 {
@@ -225,8 +263,7 @@ std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingr
     for (const auto &[field, expected] : rules) {
         const qsizetype end = ingredient.entry.indexOf(u'|', start);
         if (end <= start)
-            return SrfError{ingredient.line, QCoreApplication::translate("SrfParser", expected),
-                            ingredient.entry};
+            return SrfError{ingredient.line, Parser::tr(expected), ingredient.entry};
         field = ingredient.entry.sliced(start, end - start);
         start = end + 1;
     }

@@ -1,15 +1,69 @@
 #pragma once
 
-#include "import/srf/SrfError.h"
-#include "import/srf/SrfRecipe.h"
+#include <QString>
 
 #include <variant>
+#include <vector>
 
-// Reads the text of a whole recipe file, or says what is wrong with it first. What depends on the
-// database is not judged: whether the numbers are numbers, and the fields of an ingredient between
-// its name and its quantity, which only a new ingredient needs.
+// The contents of a recipe file. Every text is as it is in the file, neither trimmed nor converted.
+
+struct SrfIngredient {
+    QString name; // never empty, contains no null character
+    QString quantity;
+    QString entry; // the whole line
+    int line; // counted from 1
+};
+
+// The fields that are needed only if the catalog does not have the ingredient. None is empty.
+struct SrfNewIngredient {
+    QString type;
+    QString shelfLife;
+    QString vegetarian;
+};
+
+struct SrfUtensil {
+    QString name; // never empty, contains no null character
+    int line; // counted from 1
+};
+
+struct SrfRecipe {
+    // The same lines in every file.
+    static constexpr int typeLine = 4;
+    static constexpr int servesLine = 5;
+
+    QString name; // never empty, contains no null character
+    QString author;
+    QString type;
+    QString serves;
+    QString description;
+    QString instructions; // every line ends in CR LF
+    std::vector<SrfIngredient> ingredients;
+    std::vector<SrfUtensil> utensils;
+};
+
+// Why a recipe file is not imported.
+struct SrfError {
+    enum class Kind {
+        UnexpectedLine, // the line is not what was expected
+        EndOfFile, // the file ends before the line; found is empty
+        LineFeeds, // the lines end in LF alone; expected and found are empty
+    };
+
+    int line; // counted from 1
+    QString expected; // for the user, follows "expected "
+    QString found; // the text in the file, of any length
+    Kind kind = Kind::UnexpectedLine;
+};
+
+// Returns the error as plain text for the user: the file, the line, what was expected and what was
+// found, shortened if it is long and with its control characters made visible.
+QString srfErrorText(const SrfError &error, const QString &path);
+
+// Parses the text of a recipe file and returns the recipe or the first error. What depends on the
+// database is not checked: whether the numbers are numbers, and the fields between an ingredient's
+// name and its quantity, which only a new ingredient needs.
 std::variant<SrfRecipe, SrfError> parseSrf(const QString &text);
 
-// The fields of an ingredient that the catalog does not have yet; a complaint where one is missing
-// or empty.
+// Returns the fields of an ingredient that the catalog does not have yet, or an error if one of
+// them is missing or empty.
 std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingredient);

@@ -1,4 +1,4 @@
-#include "printing/WaitCursor.h"
+#include "printing/BusyCursor.h"
 
 #include <QCursor>
 #include <QGuiApplication>
