@@ -153,8 +153,8 @@ void frmIngredient::SaveIngredient()
 void frmIngredient::setFields(RecordCursor &row, bool isNew)
 {
     row.setValue(nameField, m_ui->txtIngredient->text());
-    if (isNew
-        || m_ui->cmbType->currentIndex() >= 0) // -1: the stored type is not in the list; keep it
+    // Without a selection the stored type is none of the list, and is kept.
+    if (isNew || m_ui->cmbType->currentIndex() >= 0)
         row.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
     if (isNew || m_ui->txtShelfLife->text() != m_shownShelfLife)
         row.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));

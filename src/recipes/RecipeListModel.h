@@ -21,9 +21,8 @@ public:
 
     // Detaches the model from the cursor. Must be called before the cursor is requeried.
     void clear();
-    // Shows the cursor's rows, sorted by sortColumn(). The cursor must outlive the model or the
-    // next call of clear(). Throws DatabaseError if the rows cannot be read; the model is empty
-    // then.
+    // Shows the cursor's rows, sorted by sortColumn(), and reads from the cursor until clear() is
+    // called. Throws DatabaseError if the rows cannot be read; the model is empty then.
     void show(RecordCursor &recipes);
 
     // Sorts in ascending order, whatever `order` says. Numbers are compared as texts; rows with

@@ -90,7 +90,7 @@ private:
     QString RecipeDescription;
     QList<IngredientLine> m_ingredientLines; // in the order shown
     Mode m_mode = Mode::Editing; // until the first display
-    bool m_hasRecipe = false; // whether there is one to save: shown, or new
-    RecipeFields m_shownFields; // as ShowRecipe() left them; those of an empty new recipe
+    bool m_hasRecipe = false; // whether a stored or new recipe is shown
+    RecipeFields m_shownFields; // as ShowRecipe() left them; default for a new recipe
     qint64 m_rowKey = 0; // of datRecipe's row: the recipe shown, or the last one before a new one
 };

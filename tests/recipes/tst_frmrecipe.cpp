@@ -149,9 +149,9 @@ private Q_SLOTS:
 
     void readOnlyType_data()
     {
-        QTest::addColumn<std::function<void(QComboBox &)>>("act");
-        const auto row = [](const char *name, std::function<void(QComboBox &)> act) {
-            QTest::newRow(name) << std::move(act);
+        QTest::addColumn<std::function<void(QComboBox &)>>("input");
+        const auto row = [](const char *name, std::function<void(QComboBox &)> input) {
+            QTest::newRow(name) << std::move(input);
         };
         row("click", [](QComboBox &type) { QTest::mouseClick(&type, Qt::LeftButton); });
         row("wheel", [](QComboBox &type) {
@@ -164,16 +164,16 @@ private Q_SLOTS:
         row("space", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Space); });
         row("F4", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_F4); });
     }
-    // The act has an effect once the type can be edited.
+    // No input changes the type while it is read-only; after Edit each of them does.
     void readOnlyType()
     {
-        QFETCH(std::function<void(QComboBox &)>, act);
+        QFETCH(std::function<void(QComboBox &)>, input);
         RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('a', 2)");
         auto &type = control<LockableComboBox>(fixture.form, u"cmbRecipeType"_s);
         type.setFocus(Qt::TabFocusReason);
         QVERIFY(type.hasFocus());
         const auto hasEffect = [&] {
-            act(type);
+            input(type);
             return type.view()->isVisible() || type.currentIndex() != 2;
         };
         QVERIFY(!hasEffect());
