@@ -1,8 +1,6 @@
 #include "catalogs/CatalogWindow.h"
 
-#include "catalogs/CatalogRows.h"
 #include "data/Criterion.h"
-#include "data/DataSource.h"
 #include "data/DatabaseError.h"
 #include "data/DatabaseFunctions.h"
 #include "frame/Frame.h"
@@ -11,6 +9,17 @@
 #include "widgets/MaxLengthEdit.h"
 
 #include <QPushButton>
+
+QStringList textsOf(RecordCursor &rows, QLatin1StringView field)
+{
+    const int column = rows.columnNumber(field);
+    const qsizetype count = rows.RecordCount();
+    QStringList texts;
+    texts.reserve(count);
+    for (qsizetype row = 0; row < count; ++row)
+        texts.append(toVariant(rows.cellAt(row, column)).toString());
+    return texts;
+}
 
 void CatalogWindow::setCatalog(const Catalog &catalog)
 {
@@ -32,7 +41,7 @@ RecordCursor &CatalogWindow::rows() const
 
 void CatalogWindow::openDataSources()
 {
-    m_catalog.source->open();
+    m_sources.open();
 }
 
 void CatalogWindow::Form_Activate()
@@ -46,7 +55,7 @@ void CatalogWindow::Form_Activate()
 void CatalogWindow::fillList()
 {
     m_catalog.list->setTexts({});
-    rows().Requery();
+    m_sources.requery();
     m_catalog.list->setTexts(textsOf(rows(), m_catalog.nameField));
     if (rows().RecordCount() == 0 && m_currentId != 0)
         showNew();
@@ -56,6 +65,24 @@ void CatalogWindow::goToSelected()
 {
     rows().FindFirst(
         criterion(m_catalog.nameField, Comparison::Equal, m_catalog.list->selectedText()));
+}
+
+void CatalogWindow::goToShown()
+{
+    rows().FindFirst(criterion(m_catalog.keyField, m_currentId));
+    if (rows().NoMatch())
+        throw RowNotFound();
+}
+
+int CatalogWindow::shownRow() const
+{
+    const int column = rows().columnNumber(m_catalog.keyField);
+    const qsizetype count = rows().RecordCount();
+    for (qsizetype row = 0; row < count; ++row) {
+        if (rows().cellAt(row, column).integer == m_currentId)
+            return static_cast<int>(row);
+    }
+    return -1;
 }
 
 void CatalogWindow::showKeyAndName()
@@ -103,7 +130,7 @@ void CatalogWindow::cmdPrevious_Click()
     step(-1);
 }
 
-// From the selected row and not from the cursor's, which a refused save leaves elsewhere.
+// Starts from the selected row, since a refused save may have moved the cursor to another one.
 void CatalogWindow::step(int by)
 {
     if (m_catalog.list->count() > 0) {
@@ -111,11 +138,6 @@ void CatalogWindow::step(int by)
         m_catalog.list->selectRow(m_catalog.list->selectedRow() + by);
     }
     m_catalog.name->setFocus();
-}
-
-void CatalogWindow::leave()
-{
-    closeWindow();
 }
 
 // Storing
@@ -135,7 +157,7 @@ void CatalogWindow::store()
         throw;
     }
     fillList();
-    m_catalog.list->selectRow(rowOfKey(rows(), m_catalog.keyField, m_currentId));
+    m_catalog.list->selectRow(shownRow());
     setChanged(false);
 }
 
@@ -146,7 +168,7 @@ void CatalogWindow::write()
     if (isNew) {
         row.AddNew();
     } else {
-        goToKey(row, m_catalog.keyField, m_currentId);
+        goToShown();
         row.Edit();
     }
     setFields(row, isNew);

@@ -1,55 +1,62 @@
 #pragma once
 
+#include "data/DataSource.h"
 #include "frame/ChildWindow.h"
 
-class DataSource;
-class MaxLengthEdit;
 class ListBox;
+class MaxLengthEdit;
 class QPushButton;
-class RecordCursor;
 
-// What both catalogs do: a list of all rows of a table, and the fields of the row that is selected
-// or of a new one. A catalog keeps the activation until its Done.
+// Returns the field's text of every row, in the cursor's order. Reads; throws DatabaseError.
+QStringList textsOf(RecordCursor &rows, QLatin1StringView field);
+
+// The base of both catalogs: a list of all rows of a table, and the fields of the selected row or
+// of a new one. A catalog keeps the activation until its Done.
 class CatalogWindow : public ChildWindow
 {
     Q_OBJECT
 
 protected:
-    // What one catalog has of its own; all of it lives as long as the window.
+    // What differs between the catalogs. The pointers must be valid as long as the window lives.
     struct Catalog {
         DataSource *source = nullptr;
         QLatin1StringView keyField;
         QLatin1StringView nameField;
-        ListBox *list = nullptr; // position n is the n-th row of the source
+        ListBox *list = nullptr; // row n of the list is row n of the source
         MaxLengthEdit *name = nullptr;
         QPushButton *previous = nullptr;
         QPushButton *next = nullptr;
         QPushButton *newRow = nullptr;
-        QPushButton *save = nullptr; // the default button
+        QPushButton *save = nullptr; // becomes the default button
         QString saveQuestion;
     };
 
     using ChildWindow::ChildWindow;
-    void setCatalog(const Catalog &catalog); // once, by the constructor
+    void setCatalog(const Catalog &catalog); // to be called once, by the constructor
 
+    DataSources &sources() { return m_sources; } // for the declaration of the catalog's source
     void openDataSources() final;
     void Form_Activate() final;
     bool keepsActivationFrom(const ChildWindow & /*next*/) const noexcept final { return true; }
 
-    virtual void showNew(); // empties the name; to be called last
-    virtual void save() = 0; // or refuses to
-    // Sets the fields that the user has edited, in the row that is being stored.
+    virtual void showNew(); // an override empties its own fields, then calls this one
+    virtual void save() = 0; // stores what is valid; refuses anything else without a message
+    // Sets the edited fields in the row that is being stored.
     virtual void setFields(RecordCursor &row, bool isNew) = 0;
 
-    qint64 currentId() const { return m_currentId; } // of the row that is shown; 0 for a new one
+    qint64 currentId() const { return m_currentId; } // key of the shown row; 0 for a new one
     void setChanged(bool changed);
 
-    void fillList(); // selects nothing; an empty catalog gets a new record
-    void goToSelected();
-    void showKeyAndName(); // of the current row
+    // Reads the table again and lists it without selecting a row. If it is empty, shows a new row.
+    void fillList();
+    void goToSelected(); // moves the cursor to the row that is selected in the list
+    void goToShown(); // moves the cursor to the shown row; throws RowNotFound
+    int shownRow() const; // number of the shown row in the list, from 0; -1 if it is gone
+    void showKeyAndName(); // of the cursor's row
     void offerToSave();
-    void store(); // and lists and selects it; reads the table again and throws if the row is gone
-    void leave(); // hides and unloads the window
+    // Stores the fields, then lists the table again and selects the stored row. If the row is gone,
+    // shows the table as it is now and throws RowNotFound.
+    void store();
 
 private:
     void cmdPrevious_Click();
@@ -61,6 +68,7 @@ private:
     void step(int by);
     void write();
 
+    DataSources m_sources;
     Catalog m_catalog;
     qint64 m_currentId = 0;
     bool m_changed = false;

@@ -1,6 +1,5 @@
 #include "catalogs/frmIngredient.h"
 
-#include "catalogs/CatalogRows.h"
 #include "data/Blanks.h"
 #include "data/Criterion.h"
 #include "data/DatabaseError.h"
@@ -64,7 +63,7 @@ void frmIngredient::connectHandlers()
 
 void frmIngredient::Form_Load()
 {
-    datIngredients.DatabaseName = DatabasePath;
+    sources().setDatabaseName(DatabasePath);
     datIngredients.RecordSource =
         u"SELECT * FROM Ingredients ORDER BY"_s + ingredientOrderByClause();
     m_ui->cmbType->addItems(ingredientTypes());
@@ -87,7 +86,7 @@ void frmIngredient::ShowIngredient()
     setChanged(false);
 }
 
-// The type stays: several ingredients of one type are often entered in turn.
+// Keeps the type, since several ingredients of one type are often entered one after the other.
 void frmIngredient::showNew()
 {
     m_shownShelfLife = u"0"_s;
@@ -126,7 +125,7 @@ void frmIngredient::chkVegetarian_Click()
 void frmIngredient::cmdDone_Click()
 {
     offerToSave();
-    leave();
+    closeWindow();
 }
 
 // Storing and deleting
@@ -154,7 +153,8 @@ void frmIngredient::SaveIngredient()
 void frmIngredient::setFields(RecordCursor &row, bool isNew)
 {
     row.setValue(nameField, m_ui->txtIngredient->text());
-    if (isNew || m_ui->cmbType->currentIndex() >= 0) // else it is none of the list, and stays
+    // Without a selection the stored type is none of the list, and is kept.
+    if (isNew || m_ui->cmbType->currentIndex() >= 0)
         row.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
     if (isNew || m_ui->txtShelfLife->text() != m_shownShelfLife)
         row.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));
@@ -178,9 +178,9 @@ void frmIngredient::cmdDelete_Click()
 void frmIngredient::deleteIngredient()
 {
     RecordCursor &rows = datIngredients.Recordset();
-    const int row = rowOfKey(rows, keyField, currentId());
+    const int row = shownRow();
     try {
-        goToKey(rows, keyField, currentId());
+        goToShown();
         rows.Delete();
     } catch (const RowNotFound &) {
         Form_Activate();

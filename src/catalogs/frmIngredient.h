@@ -1,7 +1,6 @@
 #pragma once
 
 #include "catalogs/CatalogWindow.h"
-#include "data/DataSource.h"
 
 #include <memory>
 
@@ -9,8 +8,8 @@ namespace Ui {
 class frmIngredient;
 }
 
-// The ingredient catalog: the list of all ingredients, and the fields of the one that is selected
-// or of a new one.
+// The ingredient catalog: the list of all ingredients, and the fields of the selected or of a new
+// one.
 class frmIngredient final : public CatalogWindow
 {
     Q_OBJECT
@@ -43,6 +42,6 @@ private:
     void deleteIngredient();
 
     std::unique_ptr<Ui::frmIngredient> m_ui;
-    DataSource datIngredients;
-    QString m_shownShelfLife; // as long as it stands unchanged, what is stored stays
+    DataSource datIngredients{sources()};
+    QString m_shownShelfLife; // if it has not been edited, the stored value is kept
 };

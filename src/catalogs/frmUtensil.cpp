@@ -38,7 +38,7 @@ frmUtensil::~frmUtensil() = default;
 
 void frmUtensil::Form_Load()
 {
-    datUtensil.DatabaseName = DatabasePath;
+    sources().setDatabaseName(DatabasePath);
     datUtensil.RecordSource = u"SELECT * FROM Utensils ORDER BY UtensilName"_s;
 }
 
@@ -63,12 +63,12 @@ void frmUtensil::txtUtensilName_Change()
 
 void frmUtensil::cmdDone_Click()
 {
-    leave();
+    closeWindow();
 }
 
 // Storing
 
-// The name is stored without the blanks around it, and no name may come to stand twice.
+// The name is stored without the spaces around it, so both forms must be new to the catalog.
 bool frmUtensil::isRefused()
 {
     const QString typed = m_ui->txtUtensilName->text();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "catalogs/CatalogWindow.h"
-#include "data/DataSource.h"
 
 #include <memory>
 
@@ -9,8 +8,7 @@ namespace Ui {
 class frmUtensil;
 }
 
-// The utensil catalog: the list of all utensils, and the name of the one that is selected or of a
-// new one.
+// The utensil catalog: the list of all utensils, and the name of the selected or of a new one.
 class frmUtensil final : public CatalogWindow
 {
     Q_OBJECT
@@ -35,5 +33,5 @@ private:
     void SaveUtensil();
 
     std::unique_ptr<Ui::frmUtensil> m_ui;
-    DataSource datUtensil;
+    DataSource datUtensil{sources()};
 };

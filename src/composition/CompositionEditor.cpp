@@ -1,14 +1,13 @@
 #include "composition/CompositionEditor.h"
 
-#include "catalogs/CatalogRows.h"
 #include "catalogs/frmIngredient.h"
 #include "catalogs/frmUtensil.h"
 #include "composition/ComposedRecipe.h"
 #include "data/Criterion.h"
-#include "data/DataSource.h"
 #include "data/Transaction.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
+#include "platform/UserVisibleError.h"
 #include "widgets/ListBox.h"
 
 #include <QPushButton>
@@ -33,12 +32,11 @@ void CompositionEditor::setComposition(const Composition &composition)
 
 void CompositionEditor::openDataSources()
 {
-    m_composition.catalog->open();
-    m_composition.lines->open();
+    m_sources.open();
 }
 
-// By class and not by caption: a recipe may be called "Utensils", and its name is the caption of
-// the recipe window.
+// Compares classes, not captions: the caption of the recipe window is the recipe's name, which may
+// be "Utensils".
 bool CompositionEditor::keepsActivationFrom(const ChildWindow &next) const noexcept
 {
     return !qobject_cast<const frmIngredient *>(&next) && !qobject_cast<const frmUtensil *>(&next);
@@ -48,7 +46,7 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 {
     const auto *shown = dynamic_cast<const ComposedRecipe *>(frame().find("frmRecipe"));
     if (!shown)
-        throw std::runtime_error(tr("There is no recipe open to change.").toStdString());
+        throw UserVisibleError(tr("There is no recipe open to change."));
     m_recipeId = shown->recipeId();
     return *shown;
 }
@@ -56,11 +54,10 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 void CompositionEditor::readCatalog()
 {
     m_composition.catalogList->setTexts({});
-    const ReadTransaction reading(m_composition.catalog->Database());
-    RecordCursor &catalog = m_composition.catalog->Recordset();
-    catalog.Requery();
-    m_composition.catalogList->setTexts(textsOf(catalog, m_composition.nameField));
-    m_composition.lines->Recordset().Requery();
+    const ReadTransaction snapshot(m_composition.catalog->Database());
+    m_sources.requery();
+    m_composition.catalogList->setTexts(
+        textsOf(m_composition.catalog->Recordset(), m_composition.nameField));
 }
 
 void CompositionEditor::cmdAdd_Click()
@@ -71,16 +68,16 @@ void CompositionEditor::cmdAdd_Click()
 
 void CompositionEditor::cmdCancel_Click()
 {
-    leave();
+    closeWindow();
 }
 
 void CompositionEditor::cmdDone_Click()
 {
     const QStringList missing = writeBack();
     if (missing.isEmpty())
-        leave();
+        closeWindow();
     else
-        refuse(missing);
+        showMissing(missing);
 }
 
 QStringList CompositionEditor::writeBack()
@@ -116,17 +113,12 @@ QStringList CompositionEditor::writeBack()
     return {};
 }
 
-void CompositionEditor::refuse(const QStringList &missing)
+void CompositionEditor::showMissing(const QStringList &missing)
 {
-    constexpr qsizetype most = 10; // fits on every screen
+    constexpr qsizetype most = 10; // so that the message box fits on a small screen
     QStringList named = missing.first(qMin(most, missing.size()));
     if (missing.size() > most)
         named += tr("and %1 more").arg(missing.size() - most);
     interaction().showError(tr("Can't save"),
-                            QString(m_composition.refusal).replace("%1"_L1, named.join(u'\n')));
-}
-
-void CompositionEditor::leave()
-{
-    closeWindow();
+                            QString(m_composition.missingText).replace("%1"_L1, named.join(u'\n')));
 }

@@ -1,7 +1,6 @@
 #include "composition/frmChangeIngredients.h"
 
 #include "catalogs/frmIngredient.h"
-#include "composition/ComposedRecipe.h"
 #include "data/DatabasePath.h"
 #include "data/settings/SortOrder.h"
 #include "frame/Frame.h"
@@ -21,45 +20,10 @@ QStringList amounts()
             u"3 1/2"_s, u"4"_s,     u"4 1/2"_s, u"5"_s,     u"5 1/2"_s, u"6"_s};
 }
 
-QStringList units()
-{
-    using Window = frmChangeIngredients;
-    return {{},
-            Window::tr("tsp"),
-            Window::tr("tbsp"),
-            Window::tr("cup"),
-            Window::tr("ml"),
-            Window::tr("L"),
-            Window::tr("oz"),
-            Window::tr("fl oz"),
-            Window::tr("quart"),
-            Window::tr("gram"),
-            Window::tr("kilogram"),
-            Window::tr("lb"),
-            Window::tr("pinch"),
-            Window::tr("handfull"),
-            Window::tr("dash"),
-            Window::tr("sprig"),
-            Window::tr("clove")};
-}
-
-QStringList preparations()
-{
-    using Window = frmChangeIngredients;
-    return {{},
-            Window::tr("chopped"),
-            Window::tr("diced"),
-            Window::tr("sliced"),
-            Window::tr("cubed"),
-            Window::tr("ground"),
-            Window::tr("minced"),
-            Window::tr("grated")};
-}
-
 void fill(QComboBox &combo, const QStringList &entries, const QString &selected)
 {
     combo.addItems(entries);
-    // An editable list would take a text without selecting its entry, from which the arrows go on.
+    // setCurrentText() of an editable box sets only the text: the arrow keys would start elsewhere.
     combo.setCurrentIndex(static_cast<int>(entries.indexOf(selected)));
 }
 
@@ -70,7 +34,7 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
     , m_ui(std::make_unique<Ui::frmChangeIngredients>())
 {
     m_ui->setupUi(this);
-    // A completed text would be another one than was typed: "1 1/4" for "1 ".
+    // The completer would replace what is typed: "1 1/4" for "1 ".
     m_ui->cmbAmount->setCompleter(nullptr);
     m_ui->cmbPreperation->setCompleter(nullptr);
     setComposition(
@@ -84,15 +48,28 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
-         .refusal =
+         .missingText =
              tr("These ingredients are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Ingredient, or remove their lines.")});
     connect(m_ui->cmdAddIngredient, &QPushButton::clicked, this,
             &frmChangeIngredients::cmdAddIngredient_Click);
-    m_ui->lstIngredients->setFocus(); // the first by Tab, though the other list stands before it
+    m_ui->lstIngredients->setFocus(); // first in tab order, but not the first child widget
 }
 
 frmChangeIngredients::~frmChangeIngredients() = default;
+
+QStringList frmChangeIngredients::units()
+{
+    return {{},          tr("tsp"),      tr("tbsp"),  tr("cup"),   tr("ml"),       tr("L"),
+            tr("oz"),    tr("fl oz"),    tr("quart"), tr("gram"),  tr("kilogram"), tr("lb"),
+            tr("pinch"), tr("handfull"), tr("dash"),  tr("sprig"), tr("clove")};
+}
+
+QStringList frmChangeIngredients::preparations()
+{
+    return {{},          tr("chopped"), tr("diced"),  tr("sliced"),
+            tr("cubed"), tr("ground"),  tr("minced"), tr("grated")};
+}
 
 void frmChangeIngredients::Form_Load()
 {
@@ -100,10 +77,9 @@ void frmChangeIngredients::Form_Load()
     fill(*m_ui->cmbQuantity, units(), tr("tsp"));
     fill(*m_ui->cmbAmount, amounts(), u"1"_s);
 
-    datIngredients.DatabaseName = DatabasePath;
+    sources().setDatabaseName(DatabasePath);
     datIngredients.RecordSource =
         u"Select * FROM Ingredients ORDER BY"_s + ingredientOrderByClause();
-    datRecipeIngredients.DatabaseName = DatabasePath;
     datRecipeIngredients.RecordSource = u"RecipeIngredients"_s;
 
     m_lines = takeRecipe().ingredientLines();

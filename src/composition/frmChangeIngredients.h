@@ -1,8 +1,7 @@
 #pragma once
 
+#include "composition/ComposedRecipe.h"
 #include "composition/CompositionEditor.h"
-#include "composition/IngredientLine.h"
-#include "data/DataSource.h"
 
 #include <memory>
 
@@ -10,7 +9,7 @@ namespace Ui {
 class frmChangeIngredients;
 }
 
-// Decides which ingredients a recipe uses, and how much of each.
+// The editor in which the user chooses a recipe's ingredients and their quantities.
 class frmChangeIngredients final : public CompositionEditor
 {
     Q_OBJECT
@@ -28,11 +27,14 @@ protected:
     void setFields(RecordCursor &row, qsizetype line) const override;
 
 private:
+    static QStringList units();
+    static QStringList preparations();
+
     void cmdAddIngredient_Click();
     bool isListed(const QString &name) const;
 
     std::unique_ptr<Ui::frmChangeIngredients> m_ui;
-    DataSource datIngredients;
-    DataSource datRecipeIngredients;
-    QList<IngredientLine> m_lines; // of lstRecipeIngredients
+    DataSource datIngredients{sources()};
+    DataSource datRecipeIngredients{sources()};
+    QList<IngredientLine> m_lines; // what lstRecipeIngredients shows
 };

@@ -26,7 +26,7 @@ frmChangeUtensils::frmChangeUtensils(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
-         .refusal =
+         .missingText =
              tr("These utensils are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Utensil, or remove their lines.")});
     connect(m_ui->cmdAddUtensil, &QPushButton::clicked, this,
@@ -37,15 +37,14 @@ frmChangeUtensils::~frmChangeUtensils() = default;
 
 void frmChangeUtensils::Form_Load()
 {
-    datUtensils.DatabaseName = DatabasePath;
+    sources().setDatabaseName(DatabasePath);
     datUtensils.RecordSource = u"Select * FROM Utensils ORDER BY UtensilName"_s;
-    datRecipeUtensils.DatabaseName = DatabasePath;
     datRecipeUtensils.RecordSource = u"RecipeUtensils"_s;
 
     m_ui->lstRecipeUtensils->setTexts(takeRecipe().utensilLines());
 }
 
-// Its catalog has it activated once while that keeps the activation, and then the focus as well.
+// Also runs while the utensil catalog keeps the activation; the focus must then stay there.
 void frmChangeUtensils::Form_Activate()
 {
     readCatalog();

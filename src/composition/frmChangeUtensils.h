@@ -1,7 +1,6 @@
 #pragma once
 
 #include "composition/CompositionEditor.h"
-#include "data/DataSource.h"
 
 #include <memory>
 
@@ -9,7 +8,7 @@ namespace Ui {
 class frmChangeUtensils;
 }
 
-// Decides which utensils a recipe needs.
+// The editor in which the user chooses a recipe's utensils.
 class frmChangeUtensils final : public CompositionEditor
 {
     Q_OBJECT
@@ -29,6 +28,6 @@ private:
     void cmdAddUtensil_Click();
 
     std::unique_ptr<Ui::frmChangeUtensils> m_ui;
-    DataSource datUtensils;
-    DataSource datRecipeUtensils;
+    DataSource datUtensils{sources()};
+    DataSource datRecipeUtensils{sources()};
 };

@@ -1,5 +1,10 @@
 #include "data/DataSource.h"
 
+DataSource::DataSource(DataSources &sources)
+{
+    sources.m_sources.push_back(this);
+}
+
 void DataSource::open()
 {
     if (m_recordset)
@@ -18,4 +23,22 @@ RecordCursor &DataSource::Recordset()
 {
     open();
     return *m_database;
+}
+
+void DataSources::setDatabaseName(const QString &path)
+{
+    for (DataSource *source : m_sources)
+        source->DatabaseName = path;
+}
+
+void DataSources::open()
+{
+    for (DataSource *source : m_sources)
+        source->open();
+}
+
+void DataSources::requery()
+{
+    for (DataSource *source : m_sources)
+        source->Recordset().Requery();
 }

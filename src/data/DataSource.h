@@ -5,20 +5,25 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
-// One query of a window, with its open cursor.
+class DataSources;
+
+// One query of a window, with its open cursor. Belongs to a DataSources object, which the window
+// declares before its data sources.
 class DataSource
 {
 public:
-    DataSource() = default;
+    explicit DataSource(DataSources &sources);
 
     QString DatabaseName; // path of the recipe file
     QString RecordSource; // the bare name of a table, or one SELECT statement
 
-    // Called once the window has loaded; throws DatabaseError and may be called again then.
+    // Does nothing if the source is open. Throws DatabaseError; a later call then tries again.
     void open();
 
-    // Both open the source where that has not come about yet, for the file may have been put right.
+    // Both open the source if it is not open yet: the recipe file may have been repaired since
+    // open() threw.
     RecordCursor &Recordset();
     ::Database &Database();
 
@@ -27,4 +32,27 @@ private:
 
     std::shared_ptr<::Database> m_database;
     std::optional<RecordCursor> m_recordset;
+};
+
+// All data sources of one window, in the order in which they are declared.
+class DataSources
+{
+public:
+    DataSources() = default;
+
+    // To be called by Form_Load, before the sources are opened.
+    void setDatabaseName(const QString &path);
+
+    // To be called when Form_Load has returned. Throws DatabaseError and may then be called again.
+    void open();
+
+    // Requeries the cursors of all sources. Cursors that are to show one state of the file are
+    // requeried and then read inside one ReadTransaction, or inside the Transaction that writes.
+    void requery();
+
+private:
+    friend class DataSource; // whose constructor adds it
+    Q_DISABLE_COPY_MOVE(DataSources)
+
+    std::vector<DataSource *> m_sources;
 };

@@ -53,22 +53,17 @@ frmImportRecipe::frmImportRecipe(Interaction &interaction)
 
 void frmImportRecipe::Form_Load()
 {
-    const auto point = [](DataSource &source, const QString &table) {
-        source.DatabaseName = DatabasePath;
-        source.RecordSource = table;
-    };
-    point(datIngredients, u"Ingredients"_s);
-    point(datRecipe, u"Recipes"_s);
-    point(datRecipeIngredients, u"RecipeIngredients"_s);
-    point(datRecipeUtensils, u"RecipeUtensils"_s);
-    point(datUtensils, u"Utensils"_s);
+    m_sources.setDatabaseName(DatabasePath);
+    datIngredients.RecordSource = u"Ingredients"_s;
+    datRecipe.RecordSource = u"Recipes"_s;
+    datRecipeIngredients.RecordSource = u"RecipeIngredients"_s;
+    datRecipeUtensils.RecordSource = u"RecipeUtensils"_s;
+    datUtensils.RecordSource = u"Utensils"_s;
 }
 
 void frmImportRecipe::openDataSources()
 {
-    for (DataSource *source :
-         {&datIngredients, &datRecipe, &datRecipeIngredients, &datRecipeUtensils, &datUtensils})
-        source->open();
+    m_sources.open();
 }
 
 void frmImportRecipe::batch(const std::function<void()> &imports)
@@ -131,14 +126,7 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
 void frmImportRecipe::beginFile()
 {
     m_commits.begin(datRecipe.Database());
-    requery();
-}
-
-void frmImportRecipe::requery()
-{
-    for (DataSource *source :
-         {&datIngredients, &datRecipe, &datRecipeIngredients, &datRecipeUtensils, &datUtensils})
-        source->Recordset().Requery();
+    m_sources.requery();
 }
 
 bool frmImportRecipe::isTaken(const QString &name)

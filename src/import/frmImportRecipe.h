@@ -47,7 +47,6 @@ private:
 
     Outcome importRecipe(const SrfRecipe &recipe, const std::filesystem::path &path);
     void beginFile();
-    void requery();
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
     Button askAboutTakenName(const QString &name);
@@ -61,10 +60,11 @@ private:
     void addUtensil(const SrfUtensil &utensil, const QVariant &recipeId);
 
     Interaction &m_interaction;
-    DataSource datRecipe;
-    DataSource datIngredients;
-    DataSource datRecipeIngredients;
-    DataSource datUtensils;
-    DataSource datRecipeUtensils;
+    DataSources m_sources;
+    DataSource datRecipe{m_sources};
+    DataSource datIngredients{m_sources};
+    DataSource datRecipeIngredients{m_sources};
+    DataSource datUtensils{m_sources};
+    DataSource datRecipeUtensils{m_sources};
     GroupCommit m_commits;
 };

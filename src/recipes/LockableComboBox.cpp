@@ -6,9 +6,9 @@
 #include <QStylePainter>
 #include <QWheelEvent>
 
-void LockableComboBox::setReadOnly(bool locked)
+void LockableComboBox::setReadOnly(bool readOnly)
 {
-    m_isReadOnly = locked;
+    m_isReadOnly = readOnly;
     update();
 }
 
@@ -18,7 +18,7 @@ void LockableComboBox::showPopup()
         QComboBox::showPopup();
 }
 
-// An ignored event goes on to the window, which knows Enter and Esc.
+// An ignored key goes to the window, which handles Enter and Esc.
 void LockableComboBox::keyPressEvent(QKeyEvent *event)
 {
     if (m_isReadOnly)
@@ -43,7 +43,7 @@ void LockableComboBox::wheelEvent(QWheelEvent *event)
         QComboBox::wheelEvent(event);
 }
 
-// Locked, it looks like a locked edit beside it.
+// When read-only, it looks like the read-only edits beside it.
 void LockableComboBox::paintEvent(QPaintEvent *event)
 {
     if (!m_isReadOnly) {

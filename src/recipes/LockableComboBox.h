@@ -2,8 +2,8 @@
 
 #include <QComboBox>
 
-// A drop-down list that can be locked: it keeps its look of a field and its place in the tab order,
-// but the user cannot choose.
+// A drop-down list that can be made read-only: it then looks like a read-only line edit and can
+// have the focus, but the user cannot choose another entry.
 class LockableComboBox final : public QComboBox
 {
     Q_OBJECT
@@ -12,7 +12,7 @@ public:
     using QComboBox::QComboBox;
 
     bool isReadOnly() const { return m_isReadOnly; }
-    void setReadOnly(bool locked);
+    void setReadOnly(bool readOnly);
 
     void showPopup() override;
 

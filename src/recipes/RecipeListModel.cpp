@@ -41,7 +41,7 @@ QString inOneLine(QString text)
     return text;
 }
 
-// A tooltip is taken for rich text where it looks like it, and wraps only as such.
+// QToolTip takes a text for rich text if it looks like it, and wraps only rich text.
 QString toolTip(const QString &text)
 {
     constexpr qsizetype longest = 1000;
@@ -60,7 +60,7 @@ void RecipeListModel::clear()
 
 void RecipeListModel::show(RecordCursor &recipes)
 {
-    recipes.RecordCount(); // from here on the cursor does not read, and so does not throw
+    recipes.RecordCount(); // reads the rows: what follows does not throw
     if (recipes.generation() != m_generation) {
         m_cursorColumns = {
             recipes.columnNumber("RecipeName"_L1), recipes.columnNumber("Description"_L1),
@@ -78,7 +78,7 @@ void RecipeListModel::sortRows(RecordCursor &recipes)
 {
     const int column = m_cursorColumns[static_cast<std::size_t>(m_sortColumn)];
     const auto count = static_cast<int>(recipes.RecordCount());
-    std::deque<std::string> numbers; // their texts lie nowhere else
+    std::deque<std::string> numbers; // owns the texts to which the rows refer
     std::vector<SortedRow> rows;
     rows.reserve(static_cast<std::size_t>(count));
     for (int row = 0; row < count; ++row) {

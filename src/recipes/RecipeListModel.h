@@ -7,8 +7,8 @@
 
 class RecordCursor;
 
-// The rows of a cursor over recipes in the order of one column's texts. It holds no texts: a cell
-// is read where it is shown.
+// The rows of a cursor over recipes, sorted by the texts of one column. The model stores no texts:
+// a view reads a cell when it shows it.
 class RecipeListModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,13 +19,14 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    // Lets go of the rows, which must come before their cursor is requeried.
+    // Detaches the model from the cursor. Must be called before the cursor is requeried.
     void clear();
-    // Shows the cursor's rows, sorted by the column that they were last sorted by. Reads, and may
-    // throw; the list is empty then.
+    // Shows the cursor's rows, sorted by sortColumn(), and reads from the cursor until clear() is
+    // called. Throws DatabaseError if the rows cannot be read; the model is empty then.
     void show(RecordCursor &recipes);
 
-    // Always ascending, texts that are equal in the cursor's order, numbers compared as texts.
+    // Sorts in ascending order, whatever `order` says. Numbers are compared as texts; rows with
+    // equal texts keep the cursor's order.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     int sortColumn() const { return m_sortColumn; }
 
@@ -45,6 +46,6 @@ private:
     std::array<int, columns> m_cursorColumns{};
     int m_idColumn = 0;
     int m_sortColumn = RecipeName;
-    std::vector<int> m_order; // the cursor's row for each row shown
-    int m_generation = 0; // of the cursor, when the order was made
+    std::vector<int> m_order; // the cursor's row for each row of the model
+    int m_generation = 0; // of the cursor's rows that m_order refers to
 };

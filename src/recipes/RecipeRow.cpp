@@ -1,9 +1,13 @@
 #include "recipes/RecipeRow.h"
 
+#include "data/Blanks.h"
 #include "data/Criterion.h"
 #include "data/DataSource.h"
 #include "data/DatabaseError.h"
+#include "data/DatabaseFunctions.h"
+#include "data/GeneralFuctions.h"
 #include "data/Transaction.h"
+#include "interaction/Interaction.h"
 
 #include <QCoreApplication>
 
@@ -11,11 +15,41 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(RecipeRow)
+};
+
+struct Column {
+    QLatin1StringView name;
+    QVariant (*value)(const RecipeFields &);
+};
+
+template <auto member>
+QVariant valueOf(const RecipeFields &fields)
+{
+    return fields.*member;
+}
+
+QVariant valueOfServes(const RecipeFields &fields)
+{
+    return ValueOrDefault(fields.serves, 0);
+}
+
+constexpr Column columns[] = {
+    {"RecipeName"_L1, valueOf<&RecipeFields::name>},
+    {"Description"_L1, valueOf<&RecipeFields::description>},
+    {"Author"_L1, valueOf<&RecipeFields::author>},
+    {"RecipeType"_L1, valueOf<&RecipeFields::type>},
+    {"Instructions"_L1, valueOf<&RecipeFields::instructions>},
+    {"Rating"_L1, valueOf<&RecipeFields::rating>},
+    {"Serves"_L1, valueOfServes},
+};
+
 qint64 addRecipe(RecordCursor &recipes, const RecipeFields &entered)
 {
     recipes.AddNew();
-    for (const RecipeField &field : entered)
-        recipes.setValue(field.name, field.value);
+    for (const Column &column : columns)
+        recipes.setValue(column.name, column.value(entered));
     recipes.Update();
     recipes.MoveLast();
     return recipes.value("RecipeID"_L1).toLongLong();
@@ -23,16 +57,16 @@ qint64 addRecipe(RecordCursor &recipes, const RecipeFields &entered)
 
 void changeRecipe(RecordCursor &recipes, const RecipeFields &shown, const RecipeFields &entered)
 {
-    RecipeFields changed;
-    for (qsizetype i = 0; i < entered.size(); ++i) {
-        if (entered[i].value != shown[i].value || !recipes.value(entered[i].name).isValid())
-            changed += entered[i];
+    std::vector<Column> changed;
+    for (const Column &column : columns) {
+        if (column.value(entered) != column.value(shown) || !recipes.value(column.name).isValid())
+            changed.push_back(column);
     }
-    if (changed.isEmpty())
+    if (changed.empty())
         return;
     recipes.Edit();
-    for (const RecipeField &field : std::as_const(changed))
-        recipes.setValue(field.name, field.value);
+    for (const Column &column : changed)
+        recipes.setValue(column.name, column.value(entered));
     recipes.Update();
 }
 
@@ -40,38 +74,71 @@ void findRecipe(RecordCursor &recipes, qint64 key)
 {
     recipes.FindFirst(criterion("RecipeID"_L1, key));
     if (recipes.NoMatch()) {
-        throw DatabaseError(QCoreApplication::translate(
-            "RecipeRow", "This recipe has been deleted by another program. Nothing was stored."));
+        throw DatabaseError(
+            Text::tr("This recipe has been deleted by another program. Nothing was stored."));
     }
+}
+
+void showNameError(Interaction &interaction, const QString &text)
+{
+    interaction.showError(Text::tr("Error"), text, Icon::Information);
 }
 
 } // namespace
 
+QString askRecipeName(Interaction &interaction, const QString &currentName,
+                      const std::function<bool(const QString &)> &isTaken)
+{
+    for (;;) {
+        const QString answer = interaction.ask({.prompt = Text::tr("Enter title of the recipe"),
+                                                .title = Text::tr("Recipe Name"),
+                                                .defaultText = currentName});
+        QString name = trimSpaces(answer).toString();
+        if (name.isEmpty())
+            return {};
+        if (ContainsInvalidChars(name).isEmpty()) {
+            showNameError(interaction,
+                          Text::tr("Recipe can't have the following charaters in it")
+                              + u"\r\\/:*?\"<>|()"_s);
+        } else if (name != currentName && isTaken(name)) {
+            showRecipeNameTaken(interaction);
+        } else {
+            return name;
+        }
+    }
+}
+
+void showRecipeNameTaken(Interaction &interaction)
+{
+    showNameError(interaction, Text::tr("Recipe Name must be unique"));
+}
+
 bool isRecipeNameTaken(RecordCursor &recipes, const QString &name, qint64 ownKey)
 {
-    const QString ofThatName = criterion("RecipeName"_L1, Comparison::Like, name);
-    recipes.FindFirst(ofThatName);
+    const QString criteria = criterion("RecipeName"_L1, Comparison::Like, name);
+    recipes.FindFirst(criteria);
     while (!recipes.NoMatch() && recipes.value("RecipeID"_L1) == ownKey)
-        recipes.FindNext(ofThatName);
+        recipes.FindNext(criteria);
     return !recipes.NoMatch();
 }
 
-std::optional<qint64> storeRecipe(DataSource &recipes, qint64 key, const RecipeFields &shown,
+std::optional<qint64> storeRecipe(DataSource &recipes, const ShownRecipe &shown,
                                   const RecipeFields &entered)
 {
-    Transaction whole(recipes.Database());
+    Transaction transaction(recipes.Database());
     RecordCursor &cursor = recipes.Recordset();
-    cursor.Requery(); // another program may have taken the name since, or the row away
-    const QVariant &name = entered.constFirst().value;
-    const bool isNewName = key == 0 || name != shown.constFirst().value;
-    if (isNewName && isRecipeNameTaken(cursor, name.toString(), key))
+    cursor.Requery(); // another program may have taken the name or deleted the row
+    const bool isNew = shown.key == 0;
+    if ((isNew || entered.name != shown.fields.name)
+        && isRecipeNameTaken(cursor, entered.name, shown.key))
         return {};
-    if (key == 0) {
+    qint64 key = shown.key;
+    if (isNew) {
         key = addRecipe(cursor, entered);
     } else {
         findRecipe(cursor, key);
-        changeRecipe(cursor, shown, entered);
+        changeRecipe(cursor, shown.fields, entered);
     }
-    whole.commit();
+    transaction.commit();
     return key;
 }

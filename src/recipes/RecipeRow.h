@@ -1,27 +1,48 @@
 #pragma once
 
-#include <QList>
-#include <QVariant>
+#include "data/RecipeTypes.h"
 
+#include <QString>
+
+#include <functional>
 #include <optional>
 
 class DataSource;
+class Interaction;
 class RecordCursor;
 
-// A column of the table of recipes and what a window shows for it, as it would be stored.
-struct RecipeField {
-    QLatin1StringView name;
-    QVariant value;
+// What a window shows of a recipe and stores in its row. RecipeRow.cpp lists the columns.
+struct RecipeFields {
+    QString name;
+    QString description;
+    QString author;
+    int type = defaultRecipeType; // position in recipeTypes(); -1 if none is selected
+    QString instructions;
+    int rating = defaultRating; // position in recipeRatings(); -1 if none is selected
+    QString serves; // as typed; empty text is stored as 0
 };
-using RecipeFields = QList<RecipeField>; // the name comes first
 
-// Whether a recipe of that name is stored; the one with the key, if any, does not count. Moves the
-// cursor.
+// A recipe as it was shown before the user edited it.
+struct ShownRecipe {
+    qint64 key = 0; // 0 for a new recipe, whose fields do not count
+    RecipeFields fields;
+};
+
+// Asks for the name of a recipe until the user enters a valid one or cancels, and shows an error
+// for each invalid one. Returns the name without the spaces around it; empty text if the user
+// cancels. `currentName` is the default answer and is accepted without calling isTaken.
+QString askRecipeName(Interaction &interaction, const QString &currentName,
+                      const std::function<bool(const QString &)> &isTaken);
+
+void showRecipeNameTaken(Interaction &interaction);
+
+// Whether another recipe than the one with the key `ownKey` has the name; case does not count.
+// Moves the cursor. Throws DatabaseError.
 bool isRecipeNameTaken(RecordCursor &recipes, const QString &name, qint64 ownKey);
 
-// Stores what has been entered, as a new recipe where the key is 0, and returns the recipe's key.
-// Of a stored recipe only what differs from what was shown is written, and nulls get what is shown
-// for them: what cannot be shown as it is stored is thus not changed by showing it. Stores nothing
-// and returns nothing where another recipe has the new name. Throws DatabaseError.
-std::optional<qint64> storeRecipe(DataSource &recipes, qint64 key, const RecipeFields &shown,
+// Stores what the user has entered and returns the recipe's key. In the row of a stored recipe only
+// those columns are written whose value differs from the one shown or that are null: a value that
+// cannot be shown as it is stored thus survives. Stores nothing and returns nullopt if another
+// recipe has the new name. Moves the cursor. Throws DatabaseError.
+std::optional<qint64> storeRecipe(DataSource &recipes, const ShownRecipe &shown,
                                   const RecipeFields &entered);

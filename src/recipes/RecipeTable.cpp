@@ -1,11 +1,69 @@
 #include "recipes/RecipeTable.h"
 
-#include "recipes/SortHeader.h"
 #include "widgets/Inches.h"
 #include "widgets/PlaceholderText.h"
 #include "widgets/TextRowDelegate.h"
 
+#include <QHeaderView>
+#include <QPainter>
 #include <QResizeEvent>
+#include <QStyleOptionHeader>
+
+namespace {
+
+// A header for narrow columns: captions wrap into two lines, and the sort indicator is drawn above
+// them, since beside them it would take their width.
+class SortHeader final : public QHeaderView
+{
+public:
+    explicit SortHeader(QWidget *parent)
+        : QHeaderView(Qt::Horizontal, parent)
+    {
+        setStretchLastSection(false);
+    }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override;
+    void paintSection(QPainter *painter, const QRect &rect, int column) const override;
+    QSize sectionSizeFromContents(int column) const override;
+
+private:
+    int arrowHeight() const
+    {
+        return style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, this) / 4;
+    }
+};
+
+void SortHeader::initStyleOptionForIndex(QStyleOptionHeader *option, int column) const
+{
+    QHeaderView::initStyleOptionForIndex(option, column);
+    option->sortIndicator = QStyleOptionHeader::None;
+    option->textAlignment |= static_cast<Qt::Alignment>(Qt::TextWordWrap);
+}
+
+void SortHeader::paintSection(QPainter *painter, const QRect &rect, int column) const
+{
+    painter->save();
+    QHeaderView::paintSection(painter, rect, column);
+    painter->restore();
+    if (!isSortIndicatorShown() || column != sortIndicatorSection())
+        return;
+    QStyleOptionHeader arrow;
+    initStyleOption(&arrow);
+    arrow.sortIndicator = QStyleOptionHeader::SortDown;
+    const int size = 2 * arrowHeight();
+    arrow.rect = QRect(rect.center().x() - size / 2, rect.top(), size, size);
+    style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &arrow, painter, this);
+}
+
+QSize SortHeader::sectionSizeFromContents(int column) const
+{
+    QSize size = QHeaderView::sectionSizeFromContents(column);
+    size.rheight() += fontMetrics().lineSpacing() + 2 * arrowHeight();
+    return size;
+}
+
+} // namespace
 
 RecipeTable::RecipeTable(QWidget *parent)
     : QTreeView(parent)
@@ -16,7 +74,7 @@ RecipeTable::RecipeTable(QWidget *parent)
     setUniformRowHeights(true);
     setAllColumnsShowFocus(true);
     setHeader(new SortHeader(this));
-    header()->setSectionsClickable(true); // which setHeader takes away
+    header()->setSectionsClickable(true); // QTreeView::setHeader() clears this and the next one
     header()->setSortIndicatorShown(true);
 }
 
@@ -41,7 +99,7 @@ void RecipeTable::paintEvent(QPaintEvent *event)
         paintPlaceholderText(*this, m_placeholderText);
 }
 
-// By what it gains or loses, so that widths which the user has set count on.
+// Adds the difference to the widths, so that those which the user has set are kept.
 void RecipeTable::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);

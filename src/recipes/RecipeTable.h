@@ -2,9 +2,9 @@
 
 #include <QTreeView>
 
-// A table of rows, whose first two columns grow with it beyond its first size. It can say in grey
-// why it is empty, and letters that are typed look for the first column wherever the row was
-// clicked.
+// A table of rows. Its first two columns share the width that it gains beyond its size hint. It can
+// show a grey placeholder text while it is empty. Typed letters search the first column, whichever
+// column was clicked.
 class RecipeTable final : public QTreeView
 {
     Q_OBJECT

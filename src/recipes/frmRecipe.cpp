@@ -12,7 +12,6 @@
 #include "data/settings/SortOrder.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
-#include "recipes/RecipeName.h"
 #include "ui_frmRecipe.h"
 #include "widgets/DocumentText.h"
 #include "widgets/StoredSelection.h"
@@ -75,14 +74,12 @@ void frmRecipe::connectHandlers()
 void frmRecipe::Form_Load()
 {
     m_ui->cmdPrint->setEnabled(false);
-    datRecipe.DatabaseName = DatabasePath;
+    m_sources.setDatabaseName(DatabasePath);
     datRecipe.RecordSource = u"SELECT * FROM Recipes ORDER BY"_s + recipeOrderByClause();
-    datIngredients.DatabaseName = DatabasePath;
     datIngredients.RecordSource = u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
                                   "Ingredients.IngredientName, Ingredients.Vegetarian "
                                   "FROM Ingredients INNER JOIN RecipeIngredients "
                                   "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
-    datUtensils.DatabaseName = DatabasePath;
     datUtensils.RecordSource = u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
                                "FROM Utensils INNER JOIN RecipeUtensils "
                                "ON Utensils.UtensilID = RecipeUtensils.UtensilID"_s;
@@ -94,18 +91,14 @@ void frmRecipe::Form_Load()
 
 void frmRecipe::openDataSources()
 {
-    datRecipe.open();
-    datIngredients.open();
-    datUtensils.open();
+    m_sources.open();
 }
 
 void frmRecipe::Form_Activate()
 {
     const ReadTransaction snapshot(datRecipe.Database());
+    m_sources.requery();
     RecordCursor &recipes = datRecipe.Recordset();
-    recipes.Requery();
-    datIngredients.Recordset().Requery();
-    datUtensils.Recordset().Requery();
     recipes.FindFirst(criterion("RecipeID"_L1, CurrentRecipeID));
     if (recipes.RecordCount() != 0)
         ShowRecipe();
@@ -117,7 +110,7 @@ void frmRecipe::ShowRecipe()
 {
     RecordCursor &recipe = datRecipe.Recordset();
     CurrentRecipeID = ValueOrDefault(recipe.value("RecipeID"_L1), 0).toLongLong();
-    m_shownRow = CurrentRecipeID;
+    m_rowKey = CurrentRecipeID;
     setRecipeName(textOf(recipe, "RecipeName"_L1));
     m_ui->txtAuthor->showStored(textOf(recipe, "Author"_L1));
     selectStored(*m_ui->cmbRecipeType,
@@ -130,17 +123,16 @@ void frmRecipe::ShowRecipe()
     RecipeDescription = textOf(recipe, "Description"_L1);
 
     m_shownFields = fieldsOnScreen();
-    RecipeChanged = false;
-    m_ui->cmdSave->setEnabled(false);
-    m_ui->cmdDontSave->setEnabled(false);
+    setRecipeChanged(false);
+    setMode(Mode::Reading);
 }
 
 void frmRecipe::showUtensils()
 {
     m_ui->lstUtensils->clear();
     RecordCursor &utensils = datUtensils.Recordset();
-    const QString ofRecipe = criterion("RecipeID"_L1, CurrentRecipeID);
-    for (utensils.FindFirst(ofRecipe); !utensils.NoMatch(); utensils.FindNext(ofRecipe))
+    const QString criteria = criterion("RecipeID"_L1, CurrentRecipeID);
+    for (utensils.FindFirst(criteria); !utensils.NoMatch(); utensils.FindNext(criteria))
         m_ui->lstUtensils->addItem(textOf(utensils, "UtensilName"_L1));
 }
 
@@ -150,8 +142,8 @@ void frmRecipe::showIngredients()
     m_ingredientLines.clear();
     AllVegetarian = true;
     RecordCursor &ingredients = datIngredients.Recordset();
-    const QString ofRecipe = criterion("RecipeID"_L1, CurrentRecipeID);
-    for (ingredients.FindFirst(ofRecipe); !ingredients.NoMatch(); ingredients.FindNext(ofRecipe)) {
+    const QString criteria = criterion("RecipeID"_L1, CurrentRecipeID);
+    for (ingredients.FindFirst(criteria); !ingredients.NoMatch(); ingredients.FindNext(criteria)) {
         AllVegetarian =
             AllVegetarian && ValueOrDefault(ingredients.value("Vegetarian"_L1), 0).toBool();
         m_ingredientLines.append(
@@ -168,14 +160,20 @@ void frmRecipe::showVegetarian()
 
 void frmRecipe::setRecipeName(const QString &name)
 {
-    m_holdsRecipe = true;
+    m_hasRecipe = true;
     setTitle(name);
 }
 
-void frmRecipe::setRecipeChanged()
+void frmRecipe::setRecipeChanged(bool changed)
 {
-    RecipeChanged = true;
-    m_ui->cmdSave->setEnabled(true);
+    RecipeChanged = changed;
+    m_ui->cmdSave->setEnabled(changed);
+}
+
+void frmRecipe::setMode(Mode mode)
+{
+    m_mode = mode;
+    m_ui->cmdDontSave->setEnabled(mode == Mode::Editing);
 }
 
 void frmRecipe::LockFields(bool locked)
@@ -183,7 +181,7 @@ void frmRecipe::LockFields(bool locked)
     m_ui->cmbRecipeType->setReadOnly(locked);
     m_ui->txtServes->setReadOnly(locked);
     m_ui->txtInstruction->setReadOnly(locked);
-    if (locked) // a caret to select with
+    if (locked) // QPlainTextEdit::setReadOnly() takes away the selection by keyboard
         m_ui->txtInstruction->setTextInteractionFlags(Qt::TextSelectableByMouse
                                                       | Qt::TextSelectableByKeyboard);
     m_ui->cmdEdit->setEnabled(locked);
@@ -210,7 +208,7 @@ void frmRecipe::cmdNext_Click()
     RecordCursor &recipes = datRecipe.Recordset();
     if (recipes.AtEOF() || !promptToSave())
         return;
-    findShownRow();
+    restoreRow();
     recipes.MoveNext();
     if (recipes.AtEOF())
         recipes.MovePrevious();
@@ -223,7 +221,7 @@ void frmRecipe::cmdPrevious_Click()
     RecordCursor &recipes = datRecipe.Recordset();
     if (recipes.AtBOF() || !promptToSave())
         return;
-    findShownRow();
+    restoreRow();
     recipes.MovePrevious();
     if (recipes.AtBOF())
         recipes.MoveNext();
@@ -240,7 +238,7 @@ void frmRecipe::cmdDone_Click()
 
 bool frmRecipe::saveForComposition()
 {
-    return m_holdsRecipe && (!RecipeChanged || SaveRecipe());
+    return m_hasRecipe && (!RecipeChanged || SaveRecipe());
 }
 
 void frmRecipe::cmdChangeIngredients_Click()
@@ -268,15 +266,15 @@ QStringList frmRecipe::utensilLines() const
 bool frmRecipe::isTaken(const QString &name, qint64 ownKey)
 {
     const bool taken = isRecipeNameTaken(datRecipe.Recordset(), name, ownKey);
-    findShownRow();
+    restoreRow();
     return taken;
 }
 
-void frmRecipe::findShownRow()
+void frmRecipe::restoreRow()
 {
     RecordCursor &recipes = datRecipe.Recordset();
-    if (recipes.RecordCount() != 0 && recipes.value("RecipeID"_L1) != m_shownRow)
-        recipes.FindFirst(criterion("RecipeID"_L1, m_shownRow));
+    if (recipes.RecordCount() != 0 && recipes.value("RecipeID"_L1) != m_rowKey)
+        recipes.FindFirst(criterion("RecipeID"_L1, m_rowKey));
 }
 
 void frmRecipe::cmdNew_Click()
@@ -297,14 +295,14 @@ void frmRecipe::cmdNew_Click()
     AllVegetarian = false;
     showVegetarian();
     CurrentRecipeID = 0;
-    m_shownFields.clear();
+    m_shownFields = {};
     m_ui->cmbRecipeType->setCurrentIndex(defaultRecipeType);
     m_ui->cmbRating->setCurrentIndex(defaultRating);
     m_ui->txtServes->showStored({});
     LockFields(false);
     m_ui->txtAuthor->setFocus();
-    setRecipeChanged();
-    m_ui->cmdDontSave->setEnabled(true);
+    setRecipeChanged(true);
+    setMode(Mode::Editing);
 }
 
 void frmRecipe::cmdEdit_Click()
@@ -315,9 +313,9 @@ void frmRecipe::cmdEdit_Click()
     if (name.isEmpty())
         return;
     if (name != title())
-        setRecipeChanged();
-    m_ui->cmdDontSave->setEnabled(true);
-    m_ui->txtAuthor->setFocus(); // before the button that has it is disabled: Done would get it
+        setRecipeChanged(true);
+    setMode(Mode::Editing);
+    m_ui->txtAuthor->setFocus(); // before LockFields() disables Edit, which would pass it to Done
     LockFields(false);
     setRecipeName(name);
 }
@@ -326,14 +324,14 @@ QString frmRecipe::storedDescription()
 {
     if (CurrentRecipeID == 0 || datRecipe.Recordset().RecordCount() == 0)
         return {};
-    findShownRow();
+    restoreRow();
     return textOf(datRecipe.Recordset(), "Description"_L1);
 }
 
 void frmRecipe::cmdDescription_Click()
 {
     const QString stored = storedDescription();
-    if (!m_ui->cmdDontSave->isEnabled()) {
+    if (m_mode == Mode::Reading) {
         interaction().show(
             {.text = stored.isEmpty() ? tr("None") : stored, .title = tr("Recipe Description")});
         return;
@@ -344,12 +342,13 @@ void frmRecipe::cmdDescription_Click()
                            .defaultText = stored.isEmpty() ? RecipeDescription : stored,
                            .lines = Lines::Several});
     if (RecipeDescription != stored)
-        setRecipeChanged();
+        setRecipeChanged(true);
 }
 
 // Saving
 
-// A button that is disabled hands its focus on, to Done at last, which the next Enter would press.
+// The focus must not stay on Save: once disabled, the button passes it on to Done, which the next
+// Enter would press.
 void frmRecipe::cmdSave_Click()
 {
     const bool hasFocus = m_ui->cmdSave->hasFocus();
@@ -357,28 +356,27 @@ void frmRecipe::cmdSave_Click()
         m_ui->txtInstruction->setFocus();
 }
 
-// What is stored already is not judged.
-bool frmRecipe::isServesGood() const
+// A stored text is accepted as it is.
+bool frmRecipe::isServesValid() const
 {
     const QString text = m_ui->txtServes->text();
-    const bool isStored = !m_shownFields.isEmpty() && m_shownFields.constLast().value == text;
-    return isStored || isNotNegative(text);
+    return text == m_shownFields.serves || isNotNegative(text);
 }
 
 RecipeFields frmRecipe::fieldsOnScreen() const
 {
-    return {{"RecipeName"_L1, title()},
-            {"Description"_L1, RecipeDescription},
-            {"Author"_L1, m_ui->txtAuthor->text()},
-            {"RecipeType"_L1, m_ui->cmbRecipeType->currentIndex()},
-            {"Instructions"_L1, documentText(*m_ui->txtInstruction->document())},
-            {"Rating"_L1, m_ui->cmbRating->currentIndex()},
-            {"Serves"_L1, ValueOrDefault(m_ui->txtServes->text(), 0)}};
+    return {.name = title(),
+            .description = RecipeDescription,
+            .author = m_ui->txtAuthor->text(),
+            .type = m_ui->cmbRecipeType->currentIndex(),
+            .instructions = documentText(*m_ui->txtInstruction->document()),
+            .rating = m_ui->cmbRating->currentIndex(),
+            .serves = m_ui->txtServes->text()};
 }
 
 bool frmRecipe::SaveRecipe()
 {
-    if (!isServesGood()) {
+    if (!isServesValid()) {
         interaction().showError(
             tr("Error"),
             tr("Serves must be a number, 0 or more. \"%1\" is not.").arg(m_ui->txtServes->text()),
@@ -387,24 +385,23 @@ bool frmRecipe::SaveRecipe()
         return false;
     }
     RecordCursor &recipes = datRecipe.Recordset();
-    if (m_holdsRecipe) {
+    if (m_hasRecipe) {
         const RecipeFields entered = fieldsOnScreen();
-        const auto key = storeRecipe(datRecipe, CurrentRecipeID, m_shownFields, entered);
+        const auto key = storeRecipe(datRecipe, {CurrentRecipeID, m_shownFields}, entered);
         if (!key) {
             showRecipeNameTaken(interaction());
             return false;
         }
         CurrentRecipeID = *key;
-        m_shownRow = *key;
+        m_rowKey = *key;
         m_shownFields = entered;
     }
     recipes.Requery();
     recipes.FindFirst(criterion("RecipeID"_L1, CurrentRecipeID));
     if (recipes.RecordCount() != 0)
         ShowRecipe();
-    RecipeChanged = false;
     LockFields(true);
-    m_ui->cmdSave->setEnabled(false);
-    m_ui->cmdDontSave->setEnabled(false);
+    setRecipeChanged(false);
+    setMode(Mode::Reading);
     return true;
 }

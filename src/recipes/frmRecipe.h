@@ -11,8 +11,8 @@ namespace Ui {
 class frmRecipe;
 }
 
-// The record window: one recipe to read, to write and to describe, and the way through all others.
-// What the user has not touched stays in the file as it is, whatever it is.
+// The record window: shows one recipe to read and edit, and steps through all others. A stored
+// value that the user does not edit is never rewritten, even if it cannot be shown as it is.
 class frmRecipe final : public ChildWindow, public ComposedRecipe
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ public:
     explicit frmRecipe(Frame &frame);
     ~frmRecipe() override;
 
-    // The key of the recipe that the next activation shows, then of the one shown; 0 for a new one
-    // that is not stored yet.
+    // The key of the recipe shown; 0 for a new one that is not stored yet. To show another recipe,
+    // set it after showing the window: the next activation shows that recipe.
     qint64 CurrentRecipeID = 0;
 
     qint64 recipeId() const override { return CurrentRecipeID; }
@@ -35,6 +35,9 @@ protected:
     void Form_Activate() override;
 
 private:
+    // Whether the description is shown or edited. The fields are locked separately: LockFields().
+    enum class Mode { Reading, Editing };
+
     void connectHandlers();
 
     void ShowRecipe();
@@ -43,11 +46,11 @@ private:
     void showVegetarian();
     void setRecipeName(const QString &name);
 
-    void txtAuthor_Change() { setRecipeChanged(); }
-    void txtInstruction_Change() { setRecipeChanged(); }
-    void txtServes_Change() { setRecipeChanged(); }
-    void cmbRating_Click() { setRecipeChanged(); }
-    void cmbRecipeType_Change() { setRecipeChanged(); }
+    void txtAuthor_Change() { setRecipeChanged(true); }
+    void txtInstruction_Change() { setRecipeChanged(true); }
+    void txtServes_Change() { setRecipeChanged(true); }
+    void cmbRating_Click() { setRecipeChanged(true); }
+    void cmbRecipeType_Change() { setRecipeChanged(true); }
     void chkVegetarian_Click() { showVegetarian(); }
     void cmdChangeIngredients_Click();
     void cmdChangeUtensils_Click();
@@ -59,32 +62,35 @@ private:
     void cmdSave_Click();
     void cmdDone_Click();
 
-    void setRecipeChanged();
+    void setRecipeChanged(bool changed);
+    void setMode(Mode mode);
     void LockFields(bool locked);
     QString storedDescription();
 
-    // Each returns whether to go on. They do not where a save was refused, of which the user has
-    // been told; where it fails they throw.
+    // Each returns whether the caller may go on; false if what was entered cannot be saved, which
+    // the user has then been told. They throw DatabaseError if saving fails.
     bool SaveRecipe();
     bool promptToSave();
     bool saveForComposition();
 
-    bool isServesGood() const;
+    bool isServesValid() const;
     RecipeFields fieldsOnScreen() const;
     bool isTaken(const QString &name, qint64 ownKey);
-    // A search or a save that failed may have moved the cursor away from the row shown.
-    void findShownRow();
+    // Moves datRecipe back to its row, since a name search or a failed save may have moved it.
+    void restoreRow();
 
     std::unique_ptr<Ui::frmRecipe> m_ui;
-    DataSource datRecipe;
-    DataSource datIngredients;
-    DataSource datUtensils;
+    DataSources m_sources;
+    DataSource datRecipe{m_sources};
+    DataSource datIngredients{m_sources};
+    DataSource datUtensils{m_sources};
 
     bool RecipeChanged = false;
     bool AllVegetarian = false;
     QString RecipeDescription;
-    QList<IngredientLine> m_ingredientLines; // as listed
-    bool m_holdsRecipe = false; // stored or new
-    qint64 m_shownRow = 0; // key of the recipe shown, or of the one before while there is a new one
-    RecipeFields m_shownFields; // as the display left them
+    QList<IngredientLine> m_ingredientLines; // in the order shown
+    Mode m_mode = Mode::Editing; // until the first display
+    bool m_hasRecipe = false; // whether a stored or new recipe is shown
+    RecipeFields m_shownFields; // as ShowRecipe() left them; default for a new recipe
+    qint64 m_rowKey = 0; // of datRecipe's row: the recipe shown, or the last one before a new one
 };

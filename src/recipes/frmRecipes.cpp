@@ -41,7 +41,7 @@ void frmRecipes::setUpColumns()
     for (int column = 0; column < RecipeListModel::columns; ++column) {
         header->resizeSection(column,
                               inches(*this, widths[static_cast<std::size_t>(column)], 0).width());
-        // A header takes no focus: the keyboard has keys of its own for it.
+        // QHeaderView takes no focus, so each column gets a shortcut.
         auto *key =
             new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + column)), this);
         key->setContext(Qt::WidgetWithChildrenShortcut);
@@ -52,7 +52,7 @@ void frmRecipes::setUpColumns()
 
 void frmRecipes::Form_Load()
 {
-    datRecipes.DatabaseName = DatabasePath;
+    m_sources.setDatabaseName(DatabasePath);
     datRecipes.RecordSource =
         u"SELECT Recipes.RecipeID, Recipes.RecipeName, Recipes.Description, Recipes.Serves, "
         "Count(RecipeIngredients.RecipeID) AS CountOfRecipeID "
@@ -66,23 +66,22 @@ void frmRecipes::Form_Load()
 
 void frmRecipes::openDataSources()
 {
-    datRecipes.open();
+    m_sources.open();
 }
 
 void frmRecipes::Form_Activate()
 {
-    RecordCursor &recipes = datRecipes.Recordset();
     m_recipes.clear();
-    recipes.Requery();
-    m_recipes.show(recipes);
+    m_sources.requery();
+    m_recipes.show(datRecipes.Recordset());
     if (m_recipes.rowCount() > 0) {
         m_ui->lvwRecipes->setCurrentIndex(m_recipes.index(0, 0));
         m_ui->lvwRecipes->scrollToTop();
     }
-    lvwRecipes_SelectionChange(); // a list that was filled anew does not say so
+    lvwRecipes_SelectionChange(); // a model reset emits no selectionChanged()
 }
 
-// Without the header's own idea that a second click turns the order round.
+// Undoes QHeaderView's reversal of the order at a second click.
 void frmRecipes::lvwRecipes_ColumnClick(int column)
 {
     m_ui->lvwRecipes->header()->setSortIndicator(column, Qt::AscendingOrder);
@@ -100,7 +99,7 @@ void frmRecipes::lvwRecipes_SelectionChange()
     m_ui->cmdView->setEnabled(m_ui->lvwRecipes->selectionModel()->hasSelection());
 }
 
-// The row itself knows which recipe it stands for: the title of another one may be the same.
+// Finds the recipe by its key, since several recipes may have the same title.
 void frmRecipes::cmdView_Click()
 {
     const QModelIndexList selected = m_ui->lvwRecipes->selectionModel()->selectedRows();

@@ -10,7 +10,7 @@ namespace Ui {
 class frmRecipes;
 }
 
-// The list of all recipes, and the only way to open one.
+// The list of all recipes, from which the user opens them.
 class frmRecipes final : public ChildWindow
 {
     Q_OBJECT
@@ -33,6 +33,7 @@ private:
     void cmdClose_Click();
 
     std::unique_ptr<Ui::frmRecipes> m_ui;
-    DataSource datRecipes;
+    DataSources m_sources;
+    DataSource datRecipes{m_sources};
     RecipeListModel m_recipes;
 };

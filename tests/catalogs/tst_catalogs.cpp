@@ -13,9 +13,9 @@ namespace {
 constexpr auto pantry = "INSERT INTO Ingredients VALUES (1, 'Salt', 3, 999, 1),"
                         "(2, 'Apple', 1, 30, 1), (3, 'beef', 4, 2, 0), (4, 'Éclair', 0, 1, 1)";
 
-// A kitchen with the catalog and its controls.
-struct Catalog : WindowFixture {
-    explicit Catalog(const QByteArray &rows)
+// A fixture with the catalog and its controls.
+struct CatalogFixture : WindowFixture {
+    explicit CatalogFixture(const QByteArray &rows)
         : WindowFixture(rows)
     {
     }
@@ -41,7 +41,7 @@ class tst_Catalogs : public QObject
 private Q_SLOTS:
     void order()
     {
-        Catalog catalog(pantry);
+        CatalogFixture catalog(pantry);
         for (const QString &seen : {u"Éclair"_s, u"Apple"_s, u"Salt"_s, u"beef"_s, u"beef"_s}) {
             QCOMPARE(catalog.name.text(), seen);
             QCOMPARE(catalog.list.selectedText(), seen);
@@ -50,38 +50,43 @@ private Q_SLOTS:
         }
     }
 
-    // Refused without a word: what was typed stays, and can be saved.
+    void saves_data()
+    {
+        QTest::addColumn<QString>("name"); // as entered for Salt
+        QTest::addColumn<QString>("shelfLife");
+        QTest::addColumn<QString>("expected"); // row stored for Salt, or "refused"
+        QTest::newRow("case changed") << u"SALT"_s << u"1.5"_s << u"SALT|3|1.5|1"_s;
+        QTest::newRow("spaces, no shelf life") << u" Salt "_s << u""_s << u" Salt |3|0|1"_s;
+        QTest::newRow("typed beyond the limits") << u"12345678901234567890123456"_s << u"1234"_s
+                                                 << u"1234567890123456789012345|3|123|1"_s;
+        QTest::newRow("spaces only") << u"   "_s << u"7"_s << u"refused"_s;
+        QTest::newRow("invalid character") << u"Salt (sea)"_s << u"7"_s << u"refused"_s;
+        QTest::newRow("name taken") << u"éCLAIR"_s << u"7"_s << u"refused"_s;
+        QTest::newRow("negative shelf life") << u"Salt"_s << u"-1"_s << u"refused"_s;
+    }
+    // A refusal shows no message; the fields stay as they are and can still be saved.
     void saves()
     {
-        const std::tuple<QString, QString, QString> rows[] = {
-            // name and shelf life as entered, and what is stored of Salt
-            {u"SALT"_s, u"1.5"_s, u"SALT|3|1.5|1"_s},
-            {u" Salt "_s, u""_s, u" Salt |3|0|1"_s},
-            {u"12345678901234567890123456"_s, u"1234"_s, u"1234567890123456789012345|3|123|1"_s},
-            {u"   "_s, u"7"_s, u"refused"_s},
-            {u"Salt (sea)"_s, u"7"_s, u"refused"_s},
-            {u"éCLAIR"_s, u"7"_s, u"refused"_s},
-            {u"Salt"_s, u"-1"_s, u"refused"_s},
-        };
-        for (const auto &[name, shelfLife, expected] : rows) {
-            Catalog catalog(pantry);
-            catalog.perform(
-                u"lstIngredients 2, txtIngredient =%1, txtShelfLife =%2"_s.arg(name, shelfLife));
-            const QString typed = catalog.shown();
-            QTest::keyClick(&catalog.name, Qt::Key_Return);
-            const bool refused = expected == "refused"_L1;
-            QVERIFY(catalog.stored().startsWith(u"1|"_s + (refused ? u"Salt|3|999|1"_s : expected)
-                                                + u", 2|Apple"_s));
-            QCOMPARE(catalog.save.isEnabled(), refused);
-            QVERIFY(catalog.list.hasFocus());
-            QCOMPARE(refused ? catalog.shown() : catalog.list.selectedText(),
-                     refused ? typed : catalog.name.text());
-        }
+        QFETCH(QString, name);
+        QFETCH(QString, shelfLife);
+        QFETCH(QString, expected);
+        CatalogFixture catalog(pantry);
+        catalog.perform(
+            u"lstIngredients 2, txtIngredient =%1, txtShelfLife =%2"_s.arg(name, shelfLife));
+        const QString typed = catalog.shown();
+        QTest::keyClick(&catalog.name, Qt::Key_Return);
+        const bool refused = expected == "refused"_L1;
+        const QString salt = refused ? u"Salt|3|999|1"_s : expected;
+        QCOMPARE(catalog.stored().section(u", "_s, 0, 0), u"1|"_s + salt);
+        QCOMPARE(catalog.save.isEnabled(), refused);
+        QVERIFY(catalog.list.hasFocus());
+        QCOMPARE(refused ? catalog.shown() : catalog.list.selectedText(),
+                 refused ? typed : catalog.name.text());
     }
 
     void startsAnEmptyCatalog()
     {
-        Catalog catalog({});
+        CatalogFixture catalog({});
         catalog.perform(u"cmdNext, cmdPrevious, cmdDelete"_s);
         QCOMPARE(catalog.shown(), u"Ingredients||||no"_s);
         catalog.perform(u"txtIngredient Salt, cmdSave, cmdNew"_s);
@@ -91,28 +96,43 @@ private Q_SLOTS:
         QCOMPARE(catalog.list.selectedText(), u"Basil"_s);
     }
 
-    void asksBeforeItLeaves()
+    void asksBeforeItLeaves_data()
     {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("next"); // name shown after it
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("stored");
         for (const auto &[button, next] : {std::pair(u"cmdNext"_s, u"Salt"_s),
                                            {u"cmdPrevious"_s, u"Éclair"_s},
                                            {u"cmdNew"_s, u""_s},
-                                           {u"cmdDone"_s, u"gone"_s}}) {
-            for (const auto &[typed, stored] : {std::pair(u"Apricot, %1?Yes"_s, u"Apricot"_s),
-                                                {u"Apricot, %1?No"_s, u"Apple"_s},
-                                                {u"salt, %1?Yes"_s, u"Apple"_s}}) {
-                Catalog catalog(pantry);
-                catalog.perform(u"lstIngredients 1, txtIngredient ="_s + typed.arg(button));
-                QVERIFY(catalog.stored().contains(u", 2|"_s + stored));
-                const bool isOpen = catalog.frame.find<frmIngredient>();
-                QCOMPARE(isOpen ? catalog.name.text() : u"gone"_s, next);
-            }
+                                           {u"cmdDone"_s, u"closed"_s}}) {
+            const auto row = [&](const char *name) -> QTestData & {
+                return QTest::addRow("%s, %s", qUtf8Printable(button), name) << button << next;
+            };
+            row("saved") << u"Apricot"_s << u"Yes"_s << u"Apricot"_s;
+            row("dropped") << u"Apricot"_s << u"No"_s << u"Apple"_s;
+            row("refused") << u"salt"_s << u"Yes"_s << u"Apple"_s;
         }
     }
+    void asksBeforeItLeaves()
+    {
+        QFETCH(QString, button);
+        QFETCH(QString, next);
+        QFETCH(QString, typed);
+        QFETCH(QString, answer);
+        QFETCH(QString, stored);
+        CatalogFixture catalog(pantry);
+        catalog.perform(u"lstIngredients 1, txtIngredient =%1, %2?%3"_s.arg(typed, button, answer));
+        QVERIFY(catalog.stored().contains(u", 2|"_s + stored));
+        const bool isOpen = catalog.frame.find<frmIngredient>();
+        QCOMPARE(isOpen ? catalog.name.text() : u"closed"_s, next);
+    }
 
-    // A click on the selected row drops edits; a message box answered does not.
+    // A click on the selected row drops edits; No to the deletion keeps them.
     void dropsEdits()
     {
-        Catalog catalog(pantry);
+        CatalogFixture catalog(pantry);
         catalog.perform(u"txtIngredient x, lstIngredients 0"_s);
         QCOMPARE(catalog.name.text(), u"Éclair"_s);
         QVERIFY(!catalog.save.isEnabled());
@@ -122,8 +142,8 @@ private Q_SLOTS:
 
     void deletes()
     {
-        Catalog catalog(pantry);
-        // After a refused save the cursor stands on another row than the one shown.
+        CatalogFixture catalog(pantry);
+        // A refused save leaves the cursor on another row than the one shown.
         catalog.perform(u"lstIngredients 1, txtIngredient =salt, cmdSave, cmdDelete?Yes"_s);
         QCOMPARE(catalog.list.texts(), QStringList({u"Éclair"_s, u"Salt"_s, u"beef"_s}));
         catalog.perform(u"lstIngredients 2, cmdDelete?Yes"_s);
@@ -131,78 +151,96 @@ private Q_SLOTS:
         catalog.perform(u"cmdNew, txtIngredient given up, cmdDelete, cmdPrevious"_s);
         QCOMPARE(catalog.shown(), u"Ingredients|Éclair|Misc|1|yes"_s);
         catalog.perform(u"cmdDelete?Yes, cmdDelete?Yes, txtIngredient Salt, cmdSave"_s);
-        // A recipe that names the key of one that is gone does not get this one for it.
+        // The key of a deleted ingredient is not used again, since recipes may still refer to it.
         QVERIFY(catalog.stored().startsWith(u"5|Salt|"_s));
     }
 
-    // What came in through an import or another program is shown whole, and what the user does not
-    // touch stays as it is.
-    void keepsWhatCameInOtherwise()
+    // Values from an import or another program are shown in full, and kept unless they are edited.
+    void keepsForeignValues()
     {
-        Catalog catalog("INSERT INTO Ingredients VALUES "
-                        "(5, 'Mama''s \"best\" (very old) sauce?', -7, 'a while', NULL)");
+        CatalogFixture catalog("INSERT INTO Ingredients VALUES "
+                               "(5, 'Mama''s \"best\" (very old) sauce?', -7, 'a while', NULL)");
         QCOMPARE(catalog.shown(), u"Ingredients|Mama's \"best\" (very old) sauce?||a while|no"_s);
         catalog.perform(u"txtIngredient =Old wine, chkVegetarian, cmdSave"_s);
         QCOMPARE(catalog.stored(), u"5|Old wine|-7|a while|1"_s);
     }
 
-    // Where the row is gone, the window comes back in step; else what was typed is kept.
+    void failures_data()
+    {
+        QTest::addColumn<QByteArray>("cause");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown"); // name after it
+        const QByteArray deleted = "DELETE FROM Ingredients WHERE IngredientID = 2";
+        const QString deletedText =
+            u"This entry has been deleted by another program. Nothing was stored."_s;
+        QTest::newRow("save a deleted row")
+            << deleted << u"cmdSave"_s << deletedText << u"Éclair"_s;
+        QTest::newRow("delete a deleted row")
+            << deleted << u"cmdDelete"_s << deletedText << u"Éclair"_s;
+        QTest::newRow("database error")
+            << QByteArray("CREATE TRIGGER t BEFORE UPDATE ON Ingredients"
+                          " BEGIN SELECT RAISE(ABORT, 'the pantry is locked'); END")
+            << u"cmdSave"_s << u"The recipe file %1 could not be used: the pantry is locked"_s
+            << u"Apricot"_s;
+    }
+    // If the row is gone, the window shows the table as it is now; otherwise the edits are kept.
     void failures()
     {
-        const QByteArray gone = "DELETE FROM Ingredients WHERE IngredientID = 2";
-        const QByteArray locked = "CREATE TRIGGER t BEFORE UPDATE ON Ingredients BEGIN "
-                                  "SELECT RAISE(ABORT, 'the pantry is locked'); END";
-        for (const auto &[cause, act] :
-             {std::pair(gone, u"cmdSave"_s), {gone, u"cmdDelete"_s}, {locked, u"cmdSave"_s}}) {
-            Catalog catalog(pantry);
-            catalog.perform(u"lstIngredients 1, txtIngredient =Apricot"_s);
-            catalog.sql(cause);
-            const QString stored = catalog.stored();
-            if (act == "cmdDelete"_L1)
-                catalog.expectQuestion(catalog.window, act, u"Yes"_s);
-            catalog.interaction.expect(WindowFixture::failure(
-                u"Ingredients"_s,
-                cause == gone
-                    ? u"This entry has been deleted by another program. Nothing was stored."_s
-                    : u"The recipe file %1 could not be used: the pantry is locked"_s.arg(
-                        catalog.file.path())));
-            catalog.perform(act);
-            QCOMPARE(catalog.stored(), stored);
-            QCOMPARE(catalog.name.text(), cause == gone ? u"Éclair"_s : u"Apricot"_s);
-            QCOMPARE(catalog.save.isEnabled(), cause != gone);
-        }
+        QFETCH(QByteArray, cause);
+        QFETCH(QString, button);
+        QFETCH(QString, text);
+        QFETCH(QString, shown);
+        CatalogFixture catalog(pantry);
+        catalog.perform(u"lstIngredients 1, txtIngredient =Apricot"_s);
+        catalog.sql(cause);
+        const QString stored = catalog.stored();
+        if (button == "cmdDelete"_L1)
+            catalog.expectQuestion(catalog.window, button, u"Yes"_s);
+        catalog.interaction.expect(
+            WindowFixture::failure(u"Ingredients"_s, text.replace(u"%1"_s, catalog.file.path())));
+        catalog.perform(button);
+        QCOMPARE(catalog.stored(), stored);
+        QCOMPARE(catalog.name.text(), shown);
+        QCOMPARE(catalog.save.isEnabled(), shown == "Apricot"_L1);
     }
 
-    // Whether it is stored or refused, nothing is left to save.
+    void savesUtensils_data()
+    {
+        QTest::addColumn<QString>("typed"); // in the place of "pan"
+        QTest::addColumn<QString>("stored");
+        const QString long26 = u"12345678901234567890123456"_s;
+        QTest::newRow("outer spaces") << u"  Ladle "_s << u"Ladle"_s;
+        QTest::newRow("typed beyond the limit") << long26 << long26.first(25);
+        QTest::newRow("spaces only") << u"  "_s << u"pan"_s;
+        QTest::newRow("invalid character") << u"Cook's ladle"_s << u"pan"_s;
+        QTest::newRow("name taken") << u" wHISK "_s << u"pan"_s;
+        QTest::newRow("its own name") << u"PAN"_s << u"pan"_s;
+    }
+    // Stored or refused, Save is disabled.
     void savesUtensils()
     {
-        const QString long26 = u"12345678901234567890123456"_s;
-        const std::pair<QString, QString> rows[] = {
-            // as typed, and what the pan is called then
-            {u"  Ladle "_s, u"Ladle"_s},   {long26, long26.first(25)}, {u"  "_s, u"pan"_s},
-            {u"Cook's ladle"_s, u"pan"_s}, {u" wHISK "_s, u"pan"_s},   {u"PAN"_s, u"pan"_s},
-        };
-        for (const auto &[typed, renamed] : rows) {
-            WindowFixture kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
-            const auto &window = kitchen.open<frmUtensil>();
-            kitchen.perform(window, u"txtUtensilName ="_s + typed + u", cmdSave"_s);
-            QCOMPARE(kitchen.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|"_s + renamed);
-            QVERIFY(!control<QPushButton>(window, u"cmdSave"_s).isEnabled());
-        }
+        QFETCH(QString, typed);
+        QFETCH(QString, stored);
+        WindowFixture fixture("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
+        const auto &window = fixture.open<frmUtensil>();
+        fixture.perform(window, u"txtUtensilName ="_s + typed + u", cmdSave"_s);
+        QCOMPARE(fixture.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|"_s + stored);
+        QVERIFY(!control<QPushButton>(window, u"cmdSave"_s).isEnabled());
     }
 
     void leavesUtensils()
     {
-        WindowFixture kitchen("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
-        const auto &window = kitchen.open<frmUtensil>();
-        // After a refused save the cursor stands on the row that holds the name.
-        kitchen.perform(window,
+        WindowFixture fixture("INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'pan')");
+        const auto &window = fixture.open<frmUtensil>();
+        // A refused save leaves the cursor on the row that has the name.
+        fixture.perform(window,
                         u"txtUtensilName =whisk, cmdSave, txtUtensilName =Cleaver, "
                         "cmdNext?Yes, txtUtensilName s"_s);
         QCOMPARE(WindowFixture::shown(window), u"Utensils|Whisks"_s);
-        kitchen.perform(window, u"cmdDone"_s); // at once
-        QVERIFY(!kitchen.frame.find<frmUtensil>());
-        QCOMPARE(kitchen.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|Cleaver"_s);
+        fixture.perform(window, u"cmdDone"_s); // asks nothing
+        QVERIFY(!fixture.frame.find<frmUtensil>());
+        QCOMPARE(fixture.stored("SELECT * FROM Utensils"), u"1|Whisk, 2|Cleaver"_s);
     }
 };
 

@@ -1,6 +1,6 @@
 #include "catalogs/frmIngredient.h"
 #include "catalogs/frmUtensil.h"
-#include "composition/IngredientLine.h"
+#include "composition/ComposedRecipe.h"
 #include "composition/frmChangeIngredients.h"
 #include "composition/frmChangeUtensils.h"
 #include "recipes/frmRecipe.h"
@@ -28,11 +28,11 @@ constexpr auto oldLinks = u"17|2|1 (large) can, 18|3|1 cup, 17|4|as much as a la
 
 // The record window and an editor on its recipe.
 template <class Editor>
-Editor &compose(WindowFixture &kitchen)
+Editor &compose(WindowFixture &fixture)
 {
-    kitchen.frame.load<frmRecipe>().CurrentRecipeID = 17;
-    kitchen.open<frmRecipe>();
-    return kitchen.open<Editor>();
+    fixture.frame.load<frmRecipe>().CurrentRecipeID = 17;
+    fixture.open<frmRecipe>();
+    return fixture.open<Editor>();
 }
 
 MessageBox noneSelected(const QString &box, const QString &act)
@@ -52,22 +52,22 @@ class tst_Composing : public QObject
 private Q_SLOTS:
     void ingredients()
     {
-        WindowFixture kitchen(dishes);
-        const auto &editor = compose<frmChangeIngredients>(kitchen);
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
         auto &lines = control<ListBox>(editor, u"lstRecipeIngredients"_s);
         auto &catalog = control<ListBox>(editor, u"lstIngredients"_s);
         auto &amount = control<QComboBox>(editor, u"cmbAmount"_s);
         const QString first = u"Beans (white) (1 (large) can)"_s;
         const QString second = u"Cook's spice (as much as a large spoon holds)"_s;
 
-        kitchen.perform(editor, u"cmdAdd, lstIngredients 1"_s);
-        kitchen.interaction.expect(WindowFixture::warning(
+        fixture.perform(editor, u"cmdAdd, lstIngredients 1"_s);
+        fixture.interaction.expect(WindowFixture::warning(
             u"Ingredient is already in the ingredient box"_s, u"Can't add"_s));
-        kitchen.perform(editor, u"cmdAdd"_s);
+        fixture.perform(editor, u"cmdAdd"_s);
         QVERIFY(catalog.hasFocus());
         amount.setFocus();
         amount.lineEdit()->selectAll();
-        QTest::keyClicks(&amount, u"1/"_s); // is not completed to 1/8
+        QTest::keyClicks(&amount, u"1/"_s); // must not be completed to 1/8
         QTest::keyClick(&amount, Qt::Key_Return);
         control<QComboBox>(editor, u"cmbQuantity"_s).setCurrentText(u"tbsp"_s);
         control<QComboBox>(editor, u"cmbPreperation"_s).setCurrentText(u"ground"_s);
@@ -80,146 +80,163 @@ private Q_SLOTS:
         QTest::keyClick(&lines, Qt::Key_Delete);
         QCOMPARE(lines.selectedText(), second);
 
-        kitchen.perform(editor, u"cmdAddIngredient"_s);
-        kitchen.perform(*kitchen.frame.find<frmIngredient>(),
+        fixture.perform(editor, u"cmdAddIngredient"_s);
+        fixture.perform(*fixture.frame.find<frmIngredient>(),
                         u"cmdNew, txtIngredient Basil, cmdSave, cmdDone"_s);
-        QCOMPARE(kitchen.frame.activeChild(), &editor);
-        QCOMPARE(catalog.selectedText(), u"Basil"_s); // of no type
+        QCOMPARE(fixture.frame.activeChild(), &editor);
+        QCOMPARE(catalog.selectedText(), u"Basil"_s); // first, since it has no type
         for (auto *combo : editor.findChildren<QComboBox *>())
             combo->setCurrentIndex(0);
-        auto &recipe = *kitchen.frame.find<frmRecipe>();
-        recipe.CurrentRecipeID = 18; // whatever it shows by now
-        kitchen.perform(editor, u"cmdAdd, cmdDone"_s);
-        QVERIFY(!kitchen.frame.find<frmChangeIngredients>());
-        QCOMPARE(kitchen.stored(allIngredients),
+        auto &recipe = *fixture.frame.find<frmRecipe>();
+        recipe.CurrentRecipeID = 18; // the editor stores for its own recipe
+        fixture.perform(editor, u"cmdAdd, cmdDone"_s);
+        QVERIFY(!fixture.frame.find<frmChangeIngredients>());
+        QCOMPARE(fixture.stored(allIngredients),
                  u"18|3|1 cup, 17|4|as much as a large spoon holds, 17|3|1 tsp, "
                  "17|1|1/ tbsp ground, 17|5|"_s);
-        QCOMPARE(kitchen.frame.activeChild(), &recipe);
+        QCOMPARE(fixture.frame.activeChild(), &recipe);
         QCOMPARE(recipe.ingredientLines().size(), 1);
     }
 
     void utensils()
     {
-        WindowFixture kitchen(dishes);
-        const auto &editor = compose<frmChangeUtensils>(kitchen);
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeUtensils>(fixture);
         auto &lines = control<ListBox>(editor, u"lstRecipeUtensils"_s);
         auto &catalog = control<ListBox>(editor, u"lstUtensils"_s);
         QVERIFY(catalog.hasFocus());
-        kitchen.interaction.expect(noneSelected(u"utensils"_s, u"add"_s));
-        kitchen.interaction.expect(noneSelected(u"recipe utensils"_s, u"delete"_s));
-        kitchen.perform(editor, u"cmdAdd, cmdRemove, lstUtensils 0, cmdAdd"_s);
-        kitchen.interaction.expect(
+        fixture.interaction.expect(noneSelected(u"utensils"_s, u"add"_s));
+        fixture.interaction.expect(noneSelected(u"recipe utensils"_s, u"delete"_s));
+        fixture.perform(editor, u"cmdAdd, cmdRemove, lstUtensils 0, cmdAdd"_s);
+        fixture.interaction.expect(
             WindowFixture::warning(u"Utensil is already in the utensil box"_s, u"Can't add"_s));
-        kitchen.perform(editor, u"cmdAdd"_s);
+        fixture.perform(editor, u"cmdAdd"_s);
         QCOMPARE(lines.texts(), QStringList({u"Whisk"_s, u"Knife"_s}));
-        kitchen.perform(editor, u"lstRecipeUtensils 0, cmdRemove"_s);
+        fixture.perform(editor, u"lstRecipeUtensils 0, cmdRemove"_s);
         QCOMPARE(lines.selectedRow(), -1);
 
-        // The catalog keeps the focus when it has the editor activated.
-        kitchen.perform(editor, u"cmdAddUtensil"_s);
-        const auto &drawer = *kitchen.frame.find<frmUtensil>();
-        kitchen.perform(drawer, u"cmdNew, txtUtensilName Axe, cmdSave"_s);
-        kitchen.open<frmRecipes>();
-        QCOMPARE(kitchen.frame.activeChild(), &drawer);
-        QVERIFY(drawer.isAncestorOf(QApplication::focusWidget()));
+        // The catalog keeps the focus while the editor is activated once.
+        fixture.perform(editor, u"cmdAddUtensil"_s);
+        const auto &utensils = *fixture.frame.find<frmUtensil>();
+        fixture.perform(utensils, u"cmdNew, txtUtensilName Axe, cmdSave"_s);
+        fixture.open<frmRecipes>();
+        QCOMPARE(fixture.frame.activeChild(), &utensils);
+        QVERIFY(utensils.isAncestorOf(QApplication::focusWidget()));
         QCOMPARE(catalog.texts().first(), u"Axe"_s);
-        kitchen.perform(drawer, u"cmdDone"_s);
+        fixture.perform(utensils, u"cmdDone"_s);
         QTest::keyClick(&catalog, Qt::Key_Return);
         QCoreApplication::processEvents();
-        QCOMPARE(kitchen.stored("SELECT * FROM RecipeUtensils ORDER BY rowid"), u"18|3, 17|3"_s);
-        QCOMPARE(kitchen.frame.find<frmRecipe>()->utensilLines(), QStringList(u"Knife"_s));
+        QCOMPARE(fixture.stored("SELECT * FROM RecipeUtensils ORDER BY rowid"), u"18|3, 17|3"_s);
+        QCOMPARE(fixture.frame.find<frmRecipe>()->utensilLines(), QStringList(u"Knife"_s));
     }
 
     void anEmptyList()
     {
-        WindowFixture kitchen(dishes
+        WindowFixture fixture(dishes
                               + "DELETE FROM RecipeIngredients WHERE RecipeID = 17;"
                                 "DELETE FROM Ingredients");
-        const auto &editor = compose<frmChangeIngredients>(kitchen);
-        kitchen.interaction.expect(noneSelected(u"ingredients"_s, u"add"_s));
-        kitchen.interaction.expect(noneSelected(u"recipe ingredients"_s, u"delete"_s));
-        kitchen.perform(editor, u"cmdAdd, cmdRemove"_s);
-        kitchen.sql("INSERT INTO RecipeIngredients VALUES (17, 1, 'late')");
-        kitchen.perform(editor, u"cmdDone"_s);
-        QCOMPARE(kitchen.stored(allIngredients), u"18|3|1 cup"_s);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        fixture.interaction.expect(noneSelected(u"ingredients"_s, u"add"_s));
+        fixture.interaction.expect(noneSelected(u"recipe ingredients"_s, u"delete"_s));
+        fixture.perform(editor, u"cmdAdd, cmdRemove"_s);
+        fixture.sql("INSERT INTO RecipeIngredients VALUES (17, 1, 'late')");
+        fixture.perform(editor, u"cmdDone"_s);
+        QCOMPARE(fixture.stored(allIngredients), u"18|3|1 cup"_s);
     }
 
+    void quantity_data()
+    {
+        QTest::addColumn<QString>("amount");
+        QTest::addColumn<QString>("unit");
+        QTest::addColumn<QString>("preparation");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("outer spaces")
+            << u"  1  x "_s << u"tsp"_s << u" (fine) "_s << u"1  x  tsp  (fine)"_s;
+        QTest::newRow("tab, no unit") << u"\t1"_s << u""_s << u"minced"_s << u"\t1 minced"_s;
+        QTest::newRow("cut") << u"123456789012345678901234"_s << u"tsp"_s << u""_s
+                             << u"123456789012345678901234 "_s;
+        QTest::newRow("cut before a grapheme") << u"123456789012345678901234e\u0301"_s << u""_s
+                                               << u""_s << u"123456789012345678901234"_s;
+    }
     void quantity()
     {
-        const std::pair<QStringList, QString> rows[] = {
-            // amount, unit and preparation
-            {{u"  1  x "_s, u"tsp"_s, u" (fine) "_s}, u"1  x  tsp  (fine)"_s},
-            {{u"\t1"_s, u""_s, u"minced"_s}, u"\t1 minced"_s},
-            {{u"123456789012345678901234"_s, u"tsp"_s, u""_s}, u"123456789012345678901234 "_s},
-            {{u"123456789012345678901234e\u0301"_s, u""_s, u""_s}, u"123456789012345678901234"_s},
-        };
-        for (const auto &[parts, quantity] : rows)
-            QCOMPARE(quantityText(parts[0], parts[1], parts[2]), quantity);
+        QFETCH(QString, amount);
+        QFETCH(QString, unit);
+        QFETCH(QString, preparation);
+        QTEST(quantityText(amount, unit, preparation), "expected");
     }
 
-    // Whether a line's ingredient is gone or the file cannot be written: nothing has changed, and
-    // Done works once it is put right.
+    void refusesDone_data()
+    {
+        QTest::addColumn<QByteArray>("cause");
+        QTest::addColumn<QByteArray>("repair");
+        QTest::addColumn<MessageBox>("box");
+        QTest::newRow("not in the catalog")
+            << QByteArray("UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4")
+            << QByteArray("UPDATE Ingredients SET IngredientName = 'COOK''S SPICE'"
+                          " WHERE IngredientID = 4")
+            << WindowFixture::warning(
+                   u"These ingredients are not in the catalog any more:\n\n"
+                   "Cook's spice (as much as a large spoon holds)\n\nNothing was "
+                   "stored. Add them to the catalog again with Add Ingredient, "
+                   "or remove their lines."_s,
+                   u"Can't save"_s);
+        QTest::newRow("database error")
+            << QByteArray("CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients"
+                          " WHEN NEW.IngredientID = 4 BEGIN SELECT RAISE(ABORT, 'no more'); END")
+            << QByteArray("DROP TRIGGER t")
+            << WindowFixture::failure(u"Change Ingredients"_s,
+                                      u"The recipe file %1 could not be used: no more"_s);
+    }
+    // Nothing is stored, and Done works when the cause is repaired.
     void refusesDone()
     {
-        const std::tuple<QByteArray, QByteArray, MessageBox> rows[] = {
-            {"UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4",
-             "UPDATE Ingredients SET IngredientName = 'COOK''S SPICE' WHERE IngredientID = 4",
-             WindowFixture::warning(u"These ingredients are not in the catalog any more:\n\n"
-                                    "Cook's spice (as much as a large spoon holds)\n\nNothing was "
-                                    "stored. Add them to the catalog again with Add Ingredient, or "
-                                    "remove their lines."_s,
-                                    u"Can't save"_s)},
-            {"CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients WHEN NEW.IngredientID = 4 "
-             "BEGIN SELECT RAISE(ABORT, 'no more'); END",
-             "DROP TRIGGER t",
-             WindowFixture::failure(u"Change Ingredients"_s,
-                                    u"The recipe file %1 could not be used: no more"_s)},
-        };
-        for (auto [harm, repair, box] : rows) {
-            WindowFixture kitchen(dishes);
-            const auto &editor = compose<frmChangeIngredients>(kitchen);
-            kitchen.sql(harm);
-            box.text.replace(u"%1"_s, kitchen.file.path());
-            kitchen.interaction.expect(box);
-            press(editor, u"cmdDone"_s);
-            kitchen.interaction.checkAllCame();
-            QCOMPARE(kitchen.stored(allIngredients), oldLinks);
-            kitchen.sql(repair);
-            press(editor, u"cmdDone"_s);
-            QCOMPARE(kitchen.stored(allIngredients),
-                     u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
-        }
+        QFETCH(QByteArray, cause);
+        QFETCH(QByteArray, repair);
+        QFETCH(MessageBox, box);
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        fixture.sql(cause);
+        box.text.replace(u"%1"_s, fixture.file.path());
+        fixture.interaction.expect(box);
+        press(editor, u"cmdDone"_s);
+        fixture.interaction.checkAllCame();
+        QCOMPARE(fixture.stored(allIngredients), oldLinks);
+        fixture.sql(repair);
+        press(editor, u"cmdDone"_s);
+        QCOMPARE(fixture.stored(allIngredients),
+                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
     }
 
-    // What the user does, and after it how often it has beeped and which window is active.
+    // After each step: the number of beeps so far, and the active window.
     void activation()
     {
-        WindowFixture kitchen(dishes);
-        const auto &editor = compose<frmChangeIngredients>(kitchen);
-        kitchen.perform(editor, u"cmdRemove"_s); // left by Cancel at last
-        auto &recipe = *kitchen.frame.find<frmRecipe>();
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        fixture.perform(editor, u"cmdRemove"_s); // Cancel drops this at the end
+        auto &recipe = *fixture.frame.find<frmRecipe>();
         recipe.parentWidget()->setGeometry(600, 165, 390, 160);
         const std::pair<std::function<void()>, QString> steps[] = {
-            {[&] { kitchen.open<frmRecipes>(); }, u"1 frmChangeIngredients"_s},
-            // Though it is called "Utensils".
+            {[&] { fixture.open<frmRecipes>(); }, u"1 frmChangeIngredients"_s},
+            // This recipe is called "Utensils", as the catalog is.
             {[&] { QTest::mouseClick(&recipe, Qt::LeftButton); }, u"2 frmChangeIngredients"_s},
-            {[&] { kitchen.open<frmUtensil>(); }, u"2 frmUtensil"_s},
-            {[&] { kitchen.open<frmIngredient>(); }, u"3 frmUtensil"_s},
-            {[&] { press(*kitchen.frame.find<frmUtensil>(), u"cmdDone"_s); },
+            {[&] { fixture.open<frmUtensil>(); }, u"2 frmUtensil"_s},
+            {[&] { fixture.open<frmIngredient>(); }, u"3 frmUtensil"_s},
+            {[&] { press(*fixture.frame.find<frmUtensil>(), u"cmdDone"_s); },
              u"3 frmChangeIngredients"_s},
-            {[&] { kitchen.open<frmIngredient>(); }, u"3 frmIngredient"_s},
-            {[&] { kitchen.open<frmRecipe>(); }, u"4 frmIngredient"_s},
-            {[&] { press(*kitchen.frame.find<frmIngredient>(), u"cmdDone"_s); },
+            {[&] { fixture.open<frmIngredient>(); }, u"3 frmIngredient"_s},
+            {[&] { fixture.open<frmRecipe>(); }, u"4 frmIngredient"_s},
+            {[&] { press(*fixture.frame.find<frmIngredient>(), u"cmdDone"_s); },
              u"4 frmChangeIngredients"_s},
             {[&] { press(editor, u"cmdCancel"_s); }, u"4 frmRecipe"_s},
         };
         for (const auto &[act, expected] : steps) {
             act();
             QCoreApplication::processEvents();
-            const char *active = kitchen.frame.activeChild()->metaObject()->className();
-            QCOMPARE(u"%1 %2"_s.arg(kitchen.beeps).arg(QLatin1StringView(active)), expected);
+            const char *active = fixture.frame.activeChild()->metaObject()->className();
+            QCOMPARE(u"%1 %2"_s.arg(fixture.beeps).arg(QLatin1StringView(active)), expected);
         }
-        QCOMPARE(kitchen.stored(allIngredients), oldLinks);
+        QCOMPARE(fixture.stored(allIngredients), oldLinks);
     }
 };
 

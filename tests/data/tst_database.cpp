@@ -59,7 +59,8 @@ public:
 
 private:
     const QString m_path;
-    DataSource m_source;
+    DataSources m_sources;
+    DataSource m_source{m_sources};
 };
 
 } // namespace

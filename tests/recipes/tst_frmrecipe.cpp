@@ -3,11 +3,14 @@
 #include "support/TemporaryHome.h"
 #include "support/WindowFixture.h"
 
+#include <QAbstractItemView>
+#include <QWheelEvent>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A kitchen whose record window shows a recipe.
+// A recipe file and the record window, which shows the recipe with the key.
 struct RecipeWindowFixture : WindowFixture {
     explicit RecipeWindowFixture(const QByteArray &statements, qint64 key = 1)
         : WindowFixture(statements)
@@ -31,41 +34,46 @@ class tst_frmRecipe : public QObject
 
     const TemporaryHome home; // with no settings yet
 
-    // "locked" or "open", then which of "dontsave" and "save" are enabled.
+    // "locked" or "open" for the fields, then "dontsave" and "save" if these buttons are enabled.
     static QString stateOf(const frmRecipe &form)
     {
         const auto is = [&form](const char *property, const QString &name) {
             return control<QWidget>(form, name).property(property).toBool();
         };
         const bool locked = control<LockableComboBox>(form, u"cmbRecipeType"_s).isReadOnly();
-        bool isWhole =
+        bool isConsistent =
             is("enabled", u"cmdNew"_s) == locked && is("enabled", u"cmdEdit"_s) == locked;
         for (const QString &edit : {u"txtAuthor"_s, u"txtServes"_s, u"txtInstruction"_s})
-            isWhole = isWhole && is("readOnly", edit) == locked;
-        return (isWhole ? u""_s : u"half "_s) + (locked ? u"locked"_s : u"open"_s)
+            isConsistent = isConsistent && is("readOnly", edit) == locked;
+        return (isConsistent ? u""_s : u"partly "_s) + (locked ? u"locked"_s : u"open"_s)
             + (is("enabled", u"cmdDontSave"_s) ? u" dontsave"_s : u""_s)
             + (is("enabled", u"cmdSave"_s) ? u" save"_s : u""_s);
     }
 
 private Q_SLOTS:
+    void display_data()
+    {
+        QTest::addColumn<QByteArray>("values");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("nulls") << QByteArray("'n', NULL, NULL, NULL, NULL, NULL, NULL")
+                               << u"n||yes|Misc||5 - Disaster|||"_s;
+        QTest::newRow("out of range")
+            << QByteArray("'o', '', '12345678901234567890123456789', 16, 'Boil.', -1, 120")
+            << u"o|12345678901234567890123456789|yes||120||||Boil."_s;
+    }
     void display()
     {
-        const std::pair<QByteArray, QString> rows[] = {
-            {"'n', NULL, NULL, NULL, NULL, NULL, NULL", u"n||yes|Misc||5 - Disaster|||"_s},
-            {"'o', '', '12345678901234567890123456789', 16, 'Boil.', -1, 120",
-             u"o|12345678901234567890123456789|yes||120||||Boil."_s},
-        };
-        for (const auto &[values, shown] : rows) {
-            RecipeWindowFixture hands("INSERT INTO Recipes VALUES (7, " + values + ")", 7);
-            QCOMPARE(hands.shown(), shown);
-            hands.perform(u"chkVegetarian"_s);
-            QCOMPARE(hands.shown(), shown);
-        }
+        QFETCH(QByteArray, values);
+        QFETCH(QString, shown);
+        RecipeWindowFixture fixture("INSERT INTO Recipes VALUES (7, " + values + ")", 7);
+        QCOMPARE(fixture.shown(), shown);
+        fixture.perform(u"chkVegetarian"_s);
+        QCOMPARE(fixture.shown(), shown);
     }
 
     void composition()
     {
-        RecipeWindowFixture hands(
+        RecipeWindowFixture fixture(
             "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
             "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
             " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
@@ -73,98 +81,153 @@ private Q_SLOTS:
             " (1, 1, '(a) (b)'), (1, 99, 'gone'), (2, 1, 'x');"
             "INSERT INTO RecipeUtensils VALUES (1, 2), (1, 1), (1, 9)");
         const QString a = u"a||yes|Misc||Unrated|Oil (2 tsp) + Salt ((a) (b))|Axe + Pot|"_s;
-        QCOMPARE(hands.shown(), a);
-        hands.perform(u"cmdNext"_s);
-        QCOMPARE(hands.shown(), u"b||no|Misc||Unrated|Oil () + Ham () + Salt (x)||"_s);
-        hands.perform(u"cmdPrevious, cmdPrevious"_s);
-        QCOMPARE(hands.shown(), a);
+        QCOMPARE(fixture.shown(), a);
+        fixture.perform(u"cmdNext"_s);
+        QCOMPARE(fixture.shown(), u"b||no|Misc||Unrated|Oil () + Ham () + Salt (x)||"_s);
+        fixture.perform(u"cmdPrevious, cmdPrevious"_s);
+        QCOMPARE(fixture.shown(), a);
     }
 
     void order()
     {
-        RecipeWindowFixture hands(
+        RecipeWindowFixture fixture(
             "INSERT INTO Recipes (RecipeID, RecipeName, RecipeType) VALUES"
             " (1, 'Zimt', 0), (2, 'eel', 15), (3, 'apple', 0), (4, 'Éclair', 2)",
             3);
         for (const QString &title : {u"apple"_s, u"Zimt"_s, u"Éclair"_s, u"eel"_s, u"eel"_s}) {
-            QCOMPARE(hands.form.title(), title);
-            hands.perform(u"cmdNext"_s);
+            QCOMPARE(fixture.form.title(), title);
+            fixture.perform(u"cmdNext"_s);
         }
     }
 
+    void states_data()
+    {
+        // The steps start at the recipe b between a and c. "!": Done asks whether to save.
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("locked fields")
+            << u"txtAuthor x, txtServes 1, txtInstruction x, cmbRecipeType 3"_s << u"locked"_s;
+        QTest::newRow("rating") << u"cmbRating 2"_s << u"locked save!"_s;
+        QTest::newRow("new") << u"cmdNew x"_s << u"open dontsave save!"_s;
+        QTest::newRow("new, name of spaces") << u"cmdNew   "_s << u"locked"_s;
+        QTest::newRow("edit cancelled") << u"cmdEdit "_s << u"locked"_s;
+        QTest::newRow("renamed") << u"cmdEdit B"_s << u"open dontsave save!"_s;
+        QTest::newRow("same name") << u"cmdEdit b, cmdDontSave"_s << u"open dontsave"_s;
+        QTest::newRow("author") << u"cmdEdit b, txtAuthor x"_s << u"open dontsave save!"_s;
+        QTest::newRow("serves") << u"cmdEdit b, txtServes 1"_s << u"open dontsave save!"_s;
+        QTest::newRow("instructions")
+            << u"cmdEdit b, txtInstruction x"_s << u"open dontsave save!"_s;
+        QTest::newRow("type") << u"cmdEdit b, cmbRecipeType 3"_s << u"open dontsave save!"_s;
+        QTest::newRow("saved") << u"cmdEdit B, txtAuthor x, cmdSave"_s << u"locked"_s;
+        QTest::newRow("dropped by Next") << u"cmdEdit b, txtAuthor x, cmdNext?No"_s << u"open"_s;
+        QTest::newRow("kept at the end")
+            << u"cmdEdit b, txtAuthor x, cmdNext?No, txtAuthor x, cmdNext?No"_s << u"open save!"_s;
+        QTest::newRow("saved by Previous")
+            << u"cmdEdit b, txtAuthor x, cmdPrevious?Yes"_s << u"locked"_s;
+        QTest::newRow("saved by New") << u"cmbRating 2, cmdNew ?Yes"_s << u"locked"_s;
+        QTest::newRow("new, saved for the editor")
+            << u"cmdNew x, cmdChangeIngredients"_s << u"locked"_s;
+        QTest::newRow("saved for the editor") << u"cmbRating 1, cmdChangeUtensils"_s << u"locked"_s;
+    }
     void states()
     {
-        const std::pair<QString, QString> rows[] = {
-            // steps from the recipe b between a and c, and the state; a "!" where leaving asks
-            {u"txtAuthor x, txtServes 1, txtInstruction x, cmbRecipeType 3"_s, u"locked"_s},
-            {u"cmbRating 2"_s, u"locked save!"_s},
-            {u"cmdNew x"_s, u"open dontsave save!"_s},
-            {u"cmdNew   "_s, u"locked"_s},
-            {u"cmdEdit "_s, u"locked"_s},
-            {u"cmdEdit B"_s, u"open dontsave save!"_s},
-            {u"cmdEdit b, cmdDontSave"_s, u"open dontsave"_s},
-            {u"cmdEdit b, txtAuthor x"_s, u"open dontsave save!"_s},
-            {u"cmdEdit b, txtServes 1"_s, u"open dontsave save!"_s},
-            {u"cmdEdit b, txtInstruction x"_s, u"open dontsave save!"_s},
-            {u"cmdEdit b, cmbRecipeType 3"_s, u"open dontsave save!"_s},
-            {u"cmdEdit B, txtAuthor x, cmdSave"_s, u"locked"_s},
-            {u"cmdEdit b, txtAuthor x, cmdNext?No"_s, u"open"_s},
-            {u"cmdEdit b, txtAuthor x, cmdNext?No, txtAuthor x, cmdNext?No"_s, u"open save!"_s},
-            {u"cmdEdit b, txtAuthor x, cmdPrevious?Yes"_s, u"locked"_s},
-            {u"cmbRating 2, cmdNew ?Yes"_s, u"locked"_s},
-            {u"cmdNew x, cmdChangeIngredients"_s, u"locked"_s},
-            {u"cmbRating 1, cmdChangeUtensils"_s, u"locked"_s},
-        };
-        for (const auto &[steps, expected] : rows) {
-            RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')",
-                                      2);
-            hands.perform(steps);
-            const bool asks = expected.endsWith(u'!');
-            const QString state = stateOf(hands.form) + (asks ? u"!"_s : u""_s);
-            QVERIFY2(state == expected, qPrintable(steps + u": "_s + state));
-            // A composition editor that has been opened keeps the activation until it is left.
-            for (const char *editor : {"frmChangeIngredients", "frmChangeUtensils"}) {
-                if (ChildWindow *window = hands.frame.find(editor))
-                    hands.frame.unload(*window);
-            }
-            hands.perform(asks ? u"cmdDone?No"_s : u"cmdDone"_s);
-            QVERIFY(!hands.frame.find<frmRecipe>());
+        QFETCH(QString, steps);
+        QFETCH(QString, expected);
+        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')",
+                                    2);
+        fixture.perform(steps);
+        const bool asks = expected.endsWith(u'!');
+        QCOMPARE(stateOf(fixture.form) + (asks ? u"!"_s : u""_s), expected);
+        // An open composition editor would keep the activation.
+        for (const char *editor : {"frmChangeIngredients", "frmChangeUtensils"}) {
+            if (ChildWindow *window = fixture.frame.find(editor))
+                fixture.frame.unload(*window);
         }
+        fixture.perform(asks ? u"cmdDone?No"_s : u"cmdDone"_s);
+        QVERIFY(!fixture.frame.find<frmRecipe>());
+    }
+
+    void readOnlyType_data()
+    {
+        QTest::addColumn<std::function<void(QComboBox &)>>("input");
+        const auto row = [](const char *name, std::function<void(QComboBox &)> input) {
+            QTest::newRow(name) << std::move(input);
+        };
+        row("click", [](QComboBox &type) { QTest::mouseClick(&type, Qt::LeftButton); });
+        row("wheel", [](QComboBox &type) {
+            QWheelEvent event(type.rect().center(), type.mapToGlobal(type.rect().center()), {},
+                              {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(&type, &event);
+        });
+        row("arrow key", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Down); });
+        row("letter", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_P); });
+        row("space", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Space); });
+        row("F4", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_F4); });
+    }
+    // No input changes the type while it is read-only; after Edit each of them does.
+    void readOnlyType()
+    {
+        QFETCH(std::function<void(QComboBox &)>, input);
+        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('a', 2)");
+        auto &type = control<LockableComboBox>(fixture.form, u"cmbRecipeType"_s);
+        type.setFocus(Qt::TabFocusReason);
+        QVERIFY(type.hasFocus());
+        const auto hasEffect = [&] {
+            input(type);
+            return type.view()->isVisible() || type.currentIndex() != 2;
+        };
+        QVERIFY(!hasEffect());
+        QCOMPARE(stateOf(fixture.form), u"locked"_s);
+        fixture.perform(u"cmdEdit a"_s);
+        type.setFocus(Qt::TabFocusReason);
+        QVERIFY(hasEffect());
+        type.hidePopup();
     }
 
     void noRecipe()
     {
-        RecipeWindowFixture hands({}, 0);
-        hands.perform(u"cmdNext, cmdPrevious, cmdChangeIngredients, cmdChangeUtensils"_s);
-        QCOMPARE(hands.form.title(), u"Recipe"_s);
-        QCOMPARE(stateOf(hands.form), u"locked dontsave save"_s);
-        hands.interaction.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
-        hands.perform(u"cmdSave, cmdDescription, cmdNew x, cmdSave"_s);
-        QCOMPARE(hands.stored("SELECT * FROM Recipes"), u"1|x|||0||5|0"_s);
-        QCOMPARE(hands.form.CurrentRecipeID, 1);
+        RecipeWindowFixture fixture({}, 0);
+        fixture.perform(u"cmdNext, cmdPrevious, cmdChangeIngredients, cmdChangeUtensils"_s);
+        QCOMPARE(fixture.form.title(), u"Recipe"_s);
+        QCOMPARE(stateOf(fixture.form), u"locked dontsave save"_s);
+        fixture.interaction.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
+        fixture.perform(u"cmdSave, cmdDescription, cmdNew x, cmdSave"_s);
+        QCOMPARE(fixture.stored("SELECT * FROM Recipes"), u"1|x|||0||5|0"_s);
+        QCOMPARE(fixture.form.CurrentRecipeID, 1);
     }
 
+    void names_data()
+    {
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QStringList>("taken");
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("accepted");
+        QTest::newRow("new") << u""_s << QStringList({u" APPLE pie "_s, u"soup"_s})
+                             << u"cmdNew  Crème & co. 50% [a]; b-c_d "_s
+                             << u"Crème & co. 50% [a]; b-c_d"_s;
+        QTest::newRow("edit") << u"apple pie"_s << QStringList({u" SOUP"_s, u"soup"_s})
+                              << u"cmdEdit Apple Pie"_s << u"Apple Pie"_s;
+    }
     void names()
     {
-        const MessageBox taken = WindowFixture::error(u"Recipe Name must be unique"_s);
-        const QString forbidden = u"\\/:*?\"'<>|()"_s;
-        for (const bool isNew : {true, false}) {
-            RecipeWindowFixture hands(
-                "INSERT INTO Recipes (RecipeName) VALUES ('apple pie'), ('Soup')");
-            const InputBox box = WindowFixture::nameBox(isNew ? u""_s : u"apple pie"_s);
-            for (const QChar c : forbidden) {
-                hands.interaction.expect(box, u"a%1b"_s.arg(c));
-                hands.interaction.expect(WindowFixture::error(
-                    u"Recipe can't have the following charaters in it\r\\/:*?\"<>|()"_s));
-            }
-            for (const QString &name : {isNew ? u" APPLE pie "_s : u" SOUP"_s, u"soup"_s}) {
-                hands.interaction.expect(box, name);
-                hands.interaction.expect(taken);
-            }
-            hands.perform(isNew ? u"cmdNew  Crème & co. 50% [a]; b-c_d "_s
-                                : u"cmdEdit Apple Pie"_s);
-            QCOMPARE(hands.form.title(), isNew ? u"Crème & co. 50% [a]; b-c_d"_s : u"Apple Pie"_s);
+        QFETCH(QString, current);
+        QFETCH(QStringList, taken);
+        QFETCH(QString, step);
+        QFETCH(QString, accepted);
+        RecipeWindowFixture fixture(
+            "INSERT INTO Recipes (RecipeName) VALUES ('apple pie'), ('Soup')");
+        const InputBox box = WindowFixture::nameBox(current);
+        for (const QChar forbidden : u"\\/:*?\"'<>|()"_s) {
+            fixture.interaction.expect(box, u"a%1b"_s.arg(forbidden));
+            fixture.interaction.expect(WindowFixture::error(
+                u"Recipe can't have the following charaters in it\r\\/:*?\"<>|()"_s));
         }
+        for (const QString &name : std::as_const(taken)) {
+            fixture.interaction.expect(box, name);
+            fixture.interaction.expect(WindowFixture::error(u"Recipe Name must be unique"_s));
+        }
+        fixture.perform(step);
+        QCOMPARE(fixture.form.title(), accepted);
     }
 
     void description()
@@ -174,142 +237,171 @@ private Q_SLOTS:
             return InputBox{u"Enter description for this recipe"_s, u"Enter Description"_s, text,
                             Lines::Several};
         };
-        RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Description) VALUES ('a', '"
-                                  + stored.toUtf8() + "'), ('SOUP', 'another')");
-        // Looking for the name does not move away from the recipe.
-        hands.interaction.expect(WindowFixture::nameBox(u"a"_s), u"Soup"_s);
-        hands.interaction.expect(WindowFixture::error(u"Recipe Name must be unique"_s));
-        hands.perform(u"cmdEdit "_s);
-        hands.interaction.expect({.text = stored, .title = u"Recipe Description"_s});
-        hands.perform(u"cmdDescription, cmdEdit a"_s);
-        hands.interaction.expect(box(stored), stored);
-        hands.perform(u"cmdDescription"_s);
-        QCOMPARE(stateOf(hands.form), u"open dontsave"_s);
-        hands.interaction.expect(box(stored), {}); // cancelled
-        hands.perform(u"cmdDescription, cmdSave, cmdNew c"_s);
-        hands.interaction.expect(box({}), u" as typed "_s);
-        hands.perform(u"cmdDescription, cmdSave"_s);
-        QCOMPARE(hands.stored("SELECT Description FROM Recipes"), u", another,  as typed "_s);
+        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, Description) VALUES ('a', '"
+                                    + stored.toUtf8() + "'), ('SOUP', 'another')");
+        // The search for the name leaves the cursor on the recipe shown.
+        fixture.interaction.expect(WindowFixture::nameBox(u"a"_s), u"Soup"_s);
+        fixture.interaction.expect(WindowFixture::error(u"Recipe Name must be unique"_s));
+        fixture.perform(u"cmdEdit "_s);
+        fixture.interaction.expect({.text = stored, .title = u"Recipe Description"_s});
+        fixture.perform(u"cmdDescription, cmdEdit a"_s);
+        fixture.interaction.expect(box(stored), stored);
+        fixture.perform(u"cmdDescription"_s);
+        QCOMPARE(stateOf(fixture.form), u"open dontsave"_s);
+        fixture.interaction.expect(box(stored), {}); // cancelled
+        fixture.perform(u"cmdDescription, cmdSave, cmdNew c"_s);
+        fixture.interaction.expect(box({}), u" as typed "_s);
+        fixture.perform(u"cmdDescription, cmdSave"_s);
+        QCOMPARE(fixture.stored("SELECT Description FROM Recipes"), u", another,  as typed "_s);
     }
 
     void comingBack()
     {
-        RecipeWindowFixture hands(
+        RecipeWindowFixture fixture(
             "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 1), ('b', 1);"
             "INSERT INTO Utensils VALUES (1, 'Pot')",
             2);
-        hands.perform(u"cmdEdit b, txtAuthor lost"_s);
+        fixture.perform(u"cmdEdit b, txtAuthor lost"_s);
         for (const auto &[change, shown] :
              {std::pair("UPDATE Recipes SET RecipeName = 'z', Author = 'Eve' WHERE RecipeID = 2;"
                         "INSERT INTO RecipeUtensils VALUES (2, 1)",
                         u"z|Eve|yes|Misc||1 - Rave reviews||Pot|"_s),
               {"DELETE FROM Recipes WHERE RecipeID = 2", u"a||yes|Misc||1 - Rave reviews|||"_s}}) {
-            hands.sql(change);
-            hands.frame.hide(hands.form);
-            hands.frame.show(hands.form);
-            QTRY_COMPARE(hands.shown(), shown);
+            fixture.sql(change);
+            fixture.frame.hide(fixture.form);
+            fixture.frame.show(fixture.form);
+            QTRY_COMPARE(fixture.shown(), shown);
         }
-        QCOMPARE(hands.form.CurrentRecipeID, 1);
+        QCOMPARE(fixture.form.CurrentRecipeID, 1);
     }
 
+    void untouched_data()
+    {
+        QTest::addColumn<QByteArray>("instructions");
+        QTest::newRow("spaces and line ends")
+            << QByteArray("'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c'"
+                          " || x'0D0A0AE280A8E280A9' || ' '");
+        QTest::newRow("emoji, combining, BOM and control characters")
+            << QByteArray("'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'");
+        QTest::newRow("invalid UTF-8") << QByteArray("CAST(x'61FF62' AS TEXT)");
+        QTest::newRow("blob") << QByteArray("x'610A62'");
+    }
     void untouched()
     {
+        QFETCH(QByteArray, instructions);
         const QByteArray all = "SELECT hex(RecipeName), hex(Description), hex(Author), RecipeType,"
                                " hex(Instructions), typeof(Instructions), Serves FROM Recipes";
-        for (const QByteArray instructions :
-             {"'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c' || x'0D0A0AE280A8E280A9' || ' '",
-              "'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'", "CAST(x'61FF62' AS TEXT)",
-              "x'610A62'"}) {
-            RecipeWindowFixture hands(
-                "INSERT INTO Recipes VALUES (1, 'Tom''s (\"best\") [*]', 'two' || x'0A' || 'lines "
-                "',"
-                " '12345678901234567890123456789 ', 70000, "
-                + instructions
-                + ", 0, 'a few'); INSERT INTO Recipes (RecipeName) SELECT RecipeName FROM Recipes");
-            const QString before = hands.stored(all);
-            hands.perform(u"cmbRating 2, cmdSave"_s);
-            QCOMPARE(hands.stored(all), before);
-            QCOMPARE(hands.stored("SELECT Rating FROM Recipes"), u"2, null"_s);
-        }
+        RecipeWindowFixture fixture(
+            "INSERT INTO Recipes VALUES (1, 'Tom''s (\"best\") [*]', 'two' || x'0A' || 'lines ',"
+            " '12345678901234567890123456789 ', 70000, "
+            + instructions
+            + ", 0, 'a few'); INSERT INTO Recipes (RecipeName) SELECT RecipeName FROM Recipes");
+        const QString before = fixture.stored(all);
+        fixture.perform(u"cmbRating 2, cmdSave"_s);
+        QCOMPARE(fixture.stored(all), before);
+        QCOMPARE(fixture.stored("SELECT Rating FROM Recipes"), u"2, null"_s);
     }
 
+    void edited_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("stored");
+        const QString old = u"1|soup|d|null|16|a\nb\u00A0|9|null"_s;
+        QTest::newRow("rating, and the nulls as shown")
+            << u"cmdEdit soup, cmbRating 1, cmdSave"_s << u"1|soup|d||16|a\nb\u00A0|1|0"_s;
+        QTest::newRow("instructions")
+            << u"cmdEdit soup, txtInstruction c, cmdSave"_s << u"1|soup|d||16|a\r\nb\u00A0c|9|0"_s;
+        QTest::newRow("typed beyond the limits")
+            << u"cmdEdit Soup, txtAuthor 12345678901234567890123456, cmbRecipeType 2, "
+               "txtServes 123, cmdSave"_s
+            << u"1|Soup|d|1234567890123456789012345|2|a\nb\u00A0|9|12"_s;
+        QTest::newRow("not saved") << u"cmdEdit s, txtAuthor Ann, cmdNext?No, cmdDone?No"_s << old;
+        QTest::newRow("new, saved by Done")
+            << u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s
+            << old + u", 2|b|||1||5|5"_s;
+    }
     void edited()
     {
-        const QString old = u"1|soup|d|null|16|a\nb\u00A0|9|null"_s;
-        const std::pair<QString, QString> rows[] = {
-            {u"cmdEdit soup, cmbRating 1, cmdSave"_s, u"1|soup|d||16|a\nb\u00A0|1|0"_s},
-            {u"cmdEdit soup, txtInstruction c, cmdSave"_s, u"1|soup|d||16|a\r\nb\u00A0c|9|0"_s},
-            {u"cmdEdit Soup, txtAuthor 12345678901234567890123456, cmbRecipeType 2, "
-             "txtServes 123, cmdSave"_s,
-             u"1|Soup|d|1234567890123456789012345|2|a\nb\u00A0|9|12"_s},
-            {u"cmdEdit s, txtAuthor Ann, cmdNext?No, cmdDone?No"_s, old},
-            {u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s, old + u", 2|b|||1||5|5"_s},
-        };
-        for (const auto &[steps, stored] : rows) {
-            RecipeWindowFixture hands("INSERT INTO Recipes VALUES"
-                                      " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
-            hands.perform(steps);
-            QCOMPARE(hands.stored("SELECT * FROM Recipes"), stored);
-        }
+        QFETCH(QString, steps);
+        QFETCH(QString, stored);
+        RecipeWindowFixture fixture("INSERT INTO Recipes VALUES"
+                                    " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
+        fixture.perform(steps);
+        QCOMPARE(fixture.stored("SELECT * FROM Recipes"), stored);
     }
 
-    // Everything stays as it was, and once the cause is gone it can be saved.
+    void failures_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QByteArray>("cause");
+        QTest::addColumn<QByteArray>("repair");
+        QTest::addColumn<QString>("serves"); // as entered
+        QTest::addColumn<MessageBox>("box");
+        for (const QString &button :
+             {u"cmdSave"_s, u"cmdNext"_s, u"cmdDone"_s, u"cmdChangeIngredients"_s}) {
+            const auto row = [&button](const char *name) -> QTestData & {
+                return QTest::addRow("%s, %s", name, qUtf8Printable(button)) << button;
+            };
+            row("no number") << QByteArray() << QByteArray() << u"1e"_s
+                             << WindowFixture::error(
+                                    u"Serves must be a number, 0 or more. \"1e\" is not."_s);
+            row("database error") << QByteArray("CREATE TRIGGER t AFTER UPDATE ON Recipes"
+                                                " BEGIN SELECT RAISE(ABORT, 'no'); END")
+                                  << QByteArray("DROP TRIGGER t") << u"4"_s
+                                  << WindowFixture::failure(
+                                         u"b2"_s, u"The recipe file %1 could not be used: no"_s);
+            row("name taken") << QByteArray("INSERT INTO Recipes (RecipeName) VALUES ('B2')")
+                              << QByteArray("DELETE FROM Recipes WHERE RecipeName = 'B2'") << u"4"_s
+                              << WindowFixture::error(u"Recipe Name must be unique"_s);
+            row("deleted")
+                << QByteArray("DELETE FROM Recipes WHERE RecipeID = 2")
+                << QByteArray("INSERT INTO Recipes (RecipeID, RecipeName, Rating, RecipeType)"
+                              " VALUES (2, 'b', 0, 0)")
+                << u"4"_s
+                << WindowFixture::failure(
+                       u"b2"_s,
+                       u"This recipe has been deleted by another program. Nothing was stored."_s);
+        }
+    }
+    // Nothing changes, and the recipe can be saved when the cause is repaired.
     void failures()
     {
-        const std::tuple<QByteArray, QByteArray, QString, MessageBox> causes[] = {
-            // the harm, its repair, what is entered for Serves, and what is said
-            {"", "", u"1e"_s,
-             WindowFixture::error(u"Serves must be a number, 0 or more. \"1e\" is not."_s)},
-            {"CREATE TRIGGER t AFTER UPDATE ON Recipes BEGIN SELECT RAISE(ABORT, 'no'); END",
-             "DROP TRIGGER t", u"4"_s,
-             WindowFixture::failure(u"b2"_s, u"The recipe file %1 could not be used: no"_s)},
-            {"INSERT INTO Recipes (RecipeName) VALUES ('B2')",
-             "DELETE FROM Recipes WHERE RecipeName = 'B2'", u"4"_s,
-             WindowFixture::error(u"Recipe Name must be unique"_s)},
-            {"DELETE FROM Recipes WHERE RecipeID = 2",
-             "INSERT INTO Recipes (RecipeID, RecipeName, Rating, RecipeType) VALUES (2, 'b', 0, 0)",
-             u"4"_s,
-             WindowFixture::failure(
-                 u"b2"_s,
-                 u"This recipe has been deleted by another program. Nothing was stored."_s)},
-        };
-        for (const QString &leave :
-             {u"cmdSave"_s, u"cmdNext"_s, u"cmdDone"_s, u"cmdChangeIngredients"_s}) {
-            for (auto [harm, repair, serves, box] : causes) {
-                RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
-                                          " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)",
-                                          2);
-                hands.perform(u"cmdEdit b2, txtAuthor Ann, txtServes "_s + serves);
-                const QString entered = hands.shown();
-                hands.sql(harm);
-                const QString before = hands.stored("SELECT * FROM Recipes");
-                if (leave == "cmdNext"_L1 || leave == "cmdDone"_L1)
-                    hands.expectQuestion(hands.form, leave, u"Yes"_s);
-                box.text.replace(u"%1"_s, hands.file.path());
-                hands.interaction.expect(box);
-                hands.perform(leave);
-                hands.interaction.checkAllCame();
-                QCOMPARE(hands.shown(), entered);
-                QCOMPARE(hands.form.CurrentRecipeID, 2);
-                QCOMPARE(hands.stored("SELECT * FROM Recipes"), before);
+        QFETCH(QString, button);
+        QFETCH(QByteArray, cause);
+        QFETCH(QByteArray, repair);
+        QFETCH(QString, serves);
+        QFETCH(MessageBox, box);
+        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, Rating, RecipeType)"
+                                    " VALUES ('a', 0, 0), ('b', 0, 0), ('c', 0, 0)",
+                                    2);
+        fixture.perform(u"cmdEdit b2, txtAuthor Ann, txtServes "_s + serves);
+        const QString entered = fixture.shown();
+        fixture.sql(cause);
+        const QString before = fixture.stored("SELECT * FROM Recipes");
+        if (button == "cmdNext"_L1 || button == "cmdDone"_L1)
+            fixture.expectQuestion(fixture.form, button, u"Yes"_s);
+        box.text.replace(u"%1"_s, fixture.file.path());
+        fixture.interaction.expect(box);
+        fixture.perform(button);
+        fixture.interaction.checkAllCame();
+        QCOMPARE(fixture.shown(), entered);
+        QCOMPARE(fixture.form.CurrentRecipeID, 2);
+        QCOMPARE(fixture.stored("SELECT * FROM Recipes"), before);
 
-                hands.sql(repair);
-                hands.perform(u"txtServes =4, cmdSave, cmdNext"_s);
-                QCOMPARE(hands.form.title(), u"c"_s);
-                QCOMPARE(
-                    hands.stored("SELECT RecipeName, Serves FROM Recipes WHERE Author = 'Ann'"),
-                    u"b2|4"_s);
-            }
-        }
+        fixture.sql(repair);
+        fixture.perform(u"txtServes =4, cmdSave, cmdNext"_s);
+        QCOMPARE(fixture.form.title(), u"c"_s);
+        QCOMPARE(fixture.stored("SELECT RecipeName, Serves FROM Recipes WHERE Author = 'Ann'"),
+                 u"b2|4"_s);
     }
 
     void othersChangesStay()
     {
-        RecipeWindowFixture hands("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
-        hands.sql("UPDATE Recipes SET RecipeName = 'b', Author = 'Eve'");
-        hands.perform(u"cmbRating 3, cmdSave"_s);
-        QCOMPARE(hands.stored("SELECT RecipeName, Author, Rating FROM Recipes"), u"b|Eve|3"_s);
-        QCOMPARE(hands.form.title(), u"b"_s);
+        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, Author) VALUES ('a', 'Ann')");
+        fixture.sql("UPDATE Recipes SET RecipeName = 'b', Author = 'Eve'");
+        fixture.perform(u"cmbRating 3, cmdSave"_s);
+        QCOMPARE(fixture.stored("SELECT RecipeName, Author, Rating FROM Recipes"), u"b|Eve|3"_s);
+        QCOMPARE(fixture.form.title(), u"b"_s);
     }
 };
 

@@ -9,8 +9,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct List : WindowFixture {
-    explicit List(const QByteArray &rows)
+struct ListFixture : WindowFixture {
+    explicit ListFixture(const QByteArray &rows)
         : WindowFixture(rows)
     {
     }
@@ -53,22 +53,22 @@ class tst_frmRecipes : public QObject
 private Q_SLOTS:
     void cellsAndOrders()
     {
-        const List list("INSERT INTO Recipes (RecipeID, RecipeName, Description, RecipeType,"
-                        " Serves) VALUES (1, 'soup', 'two\r\nlines', 0, 4.5),"
-                        " (2, 'Éclair', NULL, 12, NULL), (3, 'Zwieback', '', 0, 12),"
-                        " (4, 'eel', 'Two lines', 9, 4.5);"
-                        "INSERT INTO RecipeIngredients SELECT 3, 1, '' FROM"
-                        " json_each('[1,2,3,4,5,6,7,8,9]');"
-                        "INSERT INTO RecipeIngredients SELECT 1, 1, '' FROM"
-                        " json_each('[1,2,3,4,5,6,7,8,9,10]')");
-        // The cursor has them by type: soup, Zwieback, eel, Éclair. Equal texts stay like that.
+        const ListFixture list("INSERT INTO Recipes (RecipeID, RecipeName, Description, RecipeType,"
+                               " Serves) VALUES (1, 'soup', 'two\r\nlines', 0, 4.5),"
+                               " (2, 'Éclair', NULL, 12, NULL), (3, 'Zwieback', '', 0, 12),"
+                               " (4, 'eel', 'Two lines', 9, 4.5);"
+                               "INSERT INTO RecipeIngredients SELECT 3, 1, '' FROM"
+                               " json_each('[1,2,3,4,5,6,7,8,9]');"
+                               "INSERT INTO RecipeIngredients SELECT 1, 1, '' FROM"
+                               " json_each('[1,2,3,4,5,6,7,8,9,10]')");
+        // The cursor's order, by type, is soup, Zwieback, eel, Éclair; equal texts keep it.
         const std::pair<QString, QString> expected[] = {
             {u"Éclair|eel|soup|Zwieback"_s, u"Éclair|eel|soup|Zwieback"_s},
             {u"Zwieback|Éclair|soup|eel"_s, u"||two lines|Two lines"_s},
             {u"eel|Éclair|soup|Zwieback"_s, u"0|0|10|9"_s},
             {u"Éclair|Zwieback|soup|eel"_s, u"|12|4.5|4.5"_s}};
         for (int number = 0; number < 4; ++number) {
-            if (number > 0) { // the second click turns nothing round
+            if (number > 0) { // a second click does not reverse the order
                 list.clickHeader(number);
                 list.clickHeader(number);
             }
@@ -76,7 +76,7 @@ private Q_SLOTS:
             QCOMPARE(list.column(number), expected[number].second);
             QCOMPARE(list.table.header()->sortIndicatorSection(), number);
             QCOMPARE(list.table.header()->sortIndicatorOrder(), Qt::AscendingOrder);
-            QCOMPARE(list.selected(), u"Éclair"_s); // the row that was selected at first
+            QCOMPARE(list.selected(), u"Éclair"_s); // the row selected at first stays selected
         }
         QTest::keyClick(&list.table, Qt::Key_2, Qt::ControlModifier);
         QCOMPARE(list.column(0), expected[1].first);
@@ -84,7 +84,7 @@ private Q_SLOTS:
 
     void comingBack()
     {
-        List list("INSERT INTO Recipes (RecipeName, Serves) VALUES ('a', 2), ('b', 1)");
+        ListFixture list("INSERT INTO Recipes (RecipeName, Serves) VALUES ('a', 2), ('b', 1)");
         list.clickHeader(3);
         list.table.setCurrentIndex(list.table.model()->index(1, 0));
         for (const auto &[change, order] :
@@ -103,7 +103,7 @@ private Q_SLOTS:
 
     void sameTitles()
     {
-        List list("INSERT INTO Recipes (RecipeName) VALUES ('Twice'), ('Twice')");
+        ListFixture list("INSERT INTO Recipes (RecipeName) VALUES ('Twice'), ('Twice')");
         for (const int row : {0, 1}) {
             list.table.setCurrentIndex(list.table.model()->index(row, 0));
             press(list.form, u"cmdView"_s);
@@ -114,11 +114,11 @@ private Q_SLOTS:
 
     void openingAndClosing()
     {
-        List empty("");
+        ListFixture empty("");
         QTest::keyClick(&empty.table, Qt::Key_Return);
         QVERIFY(!empty.opened());
 
-        List list("INSERT INTO Recipes (RecipeName) VALUES ('Recipe b'), ('aa'), ('Rice')");
+        ListFixture list("INSERT INTO Recipes (RecipeName) VALUES ('Recipe b'), ('aa'), ('Rice')");
         RecipeTable &table = list.table;
         table.clearSelection();
         QVERIFY(!control<QPushButton>(list.form, u"cmdView"_s).isEnabled());

@@ -1,4 +1,4 @@
-#include "composition/IngredientLine.h"
+#include "composition/ComposedRecipe.h"
 #include "data/DatabasePath.h"
 #include "data/RecipeTypes.h"
 #include "import/frmImportRecipe.h"

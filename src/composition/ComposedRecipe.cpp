@@ -1,4 +1,4 @@
-#include "composition/IngredientLine.h"
+#include "composition/ComposedRecipe.h"
 
 #include "data/Blanks.h"
 
@@ -15,11 +15,11 @@ static QString cut(const QString &text, qsizetype length)
 {
     if (text.size() <= length)
         return text;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    characters.setPosition(length);
-    if (!characters.isAtBoundary())
-        characters.toPreviousBoundary();
-    return text.first(characters.position());
+    QTextBoundaryFinder graphemes(QTextBoundaryFinder::Grapheme, text);
+    graphemes.setPosition(length);
+    if (!graphemes.isAtBoundary())
+        graphemes.toPreviousBoundary();
+    return text.first(graphemes.position());
 }
 
 QString quantityText(const QString &amount, const QString &unit, const QString &preparation)
