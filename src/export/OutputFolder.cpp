@@ -2,7 +2,6 @@
 
 #include "export/ExportError.h"
 #include "platform/DirectoryExchange.h"
-#include "platform/NewFile.h"
 #include "platform/Paths.h"
 #include "platform/RegularFile.h"
 
@@ -162,9 +161,17 @@ void OutputFolder::begin(const QStringList &names)
 
 void OutputFolder::write(const QString &name, QByteArrayView bytes)
 {
-    const auto path = platform::nativePath(platform::joinPath(m_staging, name));
-    if (const std::error_code failure = platform::writeNewFile(path, bytes))
-        fail(QString::fromStdString(failure.message()));
+    QFile file(platform::joinPath(m_staging, name));
+    bool isWritten = file.open(QIODevice::NewOnly | QIODevice::Unbuffered);
+    while (isWritten && !bytes.isEmpty()) { // QFile says why only if it could write nothing
+        const qint64 count = file.write(bytes.data(), bytes.size());
+        isWritten = count > 0;
+        bytes = bytes.sliced(std::max(count, qint64{0}));
+    }
+    if (isWritten)
+        file.close(); // some file systems report only now that the disk is full
+    if (file.error() != QFileDevice::NoError)
+        fail(file.errorString());
 }
 
 void OutputFolder::commit()
