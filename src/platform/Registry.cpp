@@ -74,7 +74,8 @@ QString markName(const QString &key)
 // The file. QSettings protects it from programs that write at the same time: before it writes, it
 // takes a lock and reads what others have written, and it replaces the file in one step. QSettings
 // takes a file of unchanged size and time for unchanged, so it can miss a change that another
-// program makes within the same few milliseconds, which nobody does by hand.
+// program makes within a few milliseconds of its own. Settings are changed by hand, and the entries
+// written at the start are the same for all programs, so this does not happen in practice.
 
 bool isDamaged(QSettings &settings)
 {

@@ -18,8 +18,9 @@
 // text that looks like one of these is preceded by `text:`. Names of keys and values are
 // case-sensitive.
 //
-// Programs that write at the same time keep each other's values. A file that is damaged is renamed
-// to Pantrywise.ini.damaged, and the registry starts empty.
+// Programs that write at the same time do not damage the file, and they keep each other's values
+// unless both change one within a few milliseconds. A file that is damaged is renamed to
+// Pantrywise.ini.damaged, and the registry starts empty.
 namespace platform {
 
 // A root, or an open key, which is never 0.

@@ -8,7 +8,6 @@
 #include <QFile>
 
 #include <algorithm>
-#include <filesystem>
 #include <stdexcept>
 
 using namespace Qt::Literals::StringLiterals;
