@@ -10,7 +10,7 @@ namespace Ui {
 class frmAbout;
 }
 
-// What the program is and which version of it runs.
+// Shows what the program is and its version.
 class frmAbout final : public QDialog
 {
     Q_OBJECT

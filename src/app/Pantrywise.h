@@ -4,8 +4,8 @@
 
 class Interaction;
 
-// The start-up routine: says where the recipe file is, registers the recipe files' type and loads
-// the main window. With the path of a recipe file that one is imported and the program is over;
-// with an empty path the main window is shown until it ends the program. Returns the exit status:
-// after an import 0 where the recipe was imported, else 1.
+// The start-up routine: sets DatabasePath, registers the file type of recipes and loads the main
+// window. If there is a path, the main window imports that recipe file and the program ends;
+// otherwise the main window is shown and runs until it is closed. Returns the exit status of the
+// program, which after an import is 0 if the recipe was imported and otherwise 1.
 int startUp(Interaction &interaction, const std::filesystem::path &importPath);

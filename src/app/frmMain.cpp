@@ -30,7 +30,7 @@ frmMain::frmMain(Interaction &interaction)
     , m_frame(interaction, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(interaction))
 {
-    resize(size().boundedTo(screen()->availableSize() * 0.9)); // with a title bar around it
+    resize(size().boundedTo(screen()->availableSize() * 0.9)); // leaves room for the title bar
     const ErrorBoundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);
     boundary.connect(m_ui->mnuExport, &QAction::triggered, this, &frmMain::mnuExport_Click);
@@ -78,7 +78,7 @@ void frmMain::mnuSettings_Click()
     settings.exec();
 }
 
-// At once: nothing is asked, and no window is unloaded first.
+// Ends the program without asking and without unloading the windows.
 void frmMain::mnuExit_Click()
 {
     QApplication::exit();

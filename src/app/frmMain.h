@@ -14,7 +14,7 @@ namespace Ui {
 class frmMain;
 }
 
-// The program's only top-level window: the frame for all others, with the menus that open them.
+// The program's only top-level window. Its menus open all other windows, inside it.
 class frmMain final : public QMainWindow
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ public:
     explicit frmMain(Interaction &interaction);
     ~frmMain() override;
 
-    // Loads the hidden import worker and, where there is a path, imports that recipe file. Returns
-    // the program's exit status where the program is over with that.
+    // Loads the hidden import worker and, if there is a path, imports that recipe file. Returns the
+    // exit status of the program if the program must end then, and otherwise nothing.
     std::optional<int> MDIForm_Load(const std::filesystem::path &importPath);
 
 protected:

@@ -1,8 +1,7 @@
 #include "app/Pantrywise.h"
 #include "interaction/TerminalInteraction.h"
 #include "platform/ApplicationInformation.h"
-#include "platform/CommandLine.h"
-#include "platform/DesktopSession.h"
+#include "platform/StartupEnvironment.h"
 #include "widgets/DesktopInteraction.h"
 
 #include <QApplication>
@@ -14,13 +13,13 @@
 
 namespace {
 
-// Of all arguments: QApplication takes those out that it knows itself.
+// Call before QApplication is created, which removes its own options from the arguments.
 std::filesystem::path importPathOf(int argc, char *argv[])
 {
     return platform::commandLinePath({argv + 1, static_cast<std::size_t>(std::max(argc - 1, 0))});
 }
 
-// Some themes say nothing of this colour, and it is then black on dark as well.
+// Some themes do not set this color; it would be black even on a dark background.
 void setPlaceholderColor()
 {
     constexpr float opacity = 0.6F;
@@ -41,8 +40,8 @@ int runOnDesktop(int argc, char *argv[])
     return startUp(interaction, importPath);
 }
 
-// Without a desktop a recipe file can still be imported; the windows that are loaded for it are
-// never shown.
+// Imports a recipe file without a desktop. QApplication needs the platform "offscreen" for the
+// windows that are loaded and never shown.
 int runInTerminal(int argc, char *argv[])
 {
     const std::filesystem::path importPath = importPathOf(argc, argv);

@@ -9,7 +9,7 @@
 #include "data/FieldValue.h"
 #include "data/GeneralFuctions.h"
 #include "data/IngredientTypes.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
 #include "widgets/StoredSelection.h"

@@ -46,7 +46,7 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 {
     const auto *shown = dynamic_cast<const ComposedRecipe *>(frame().find("frmRecipe"));
     if (!shown)
-        throw UserVisibleError(tr("There is no recipe open to change."));
+        throw platform::UserVisibleError(tr("There is no recipe open to change."));
     m_recipeId = shown->recipeId();
     return *shown;
 }

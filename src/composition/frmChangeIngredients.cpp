@@ -2,7 +2,7 @@
 
 #include "catalogs/frmIngredient.h"
 #include "data/DatabasePath.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "ui_frmChangeIngredients.h"

@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 
 // What the data layer throws.
-class DatabaseError : public UserVisibleError
+class DatabaseError : public platform::UserVisibleError
 {
 public:
     using UserVisibleError::UserVisibleError;

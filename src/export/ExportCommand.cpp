@@ -28,7 +28,7 @@ QString title()
 std::optional<ExportedPages> exportWithProgress(const QString &folder, QWidget *window)
 {
     ProgressDialog progress(title(), window);
-    return exportPages(DatabasePath, folder, storedPageSettings(), progress);
+    return exportPages(DatabasePath, folder, Settings::load().pages, progress);
 }
 
 void offerPages(Interaction &interaction, const ExportedPages &pages)

@@ -3,7 +3,7 @@
 #include "platform/UserVisibleError.h"
 
 // Why no web pages were exported.
-class ExportError : public UserVisibleError
+class ExportError : public platform::UserVisibleError
 {
 public:
     using UserVisibleError::UserVisibleError;

@@ -4,7 +4,7 @@
 #include "data/RecipeTypes.h"
 #include "data/RecordCursor.h"
 #include "data/Transaction.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "export/ExportError.h"
 #include "export/PageText.h"
 

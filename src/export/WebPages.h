@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/PageSettings.h"
+#include "data/settings/Settings.h"
 
 #include <optional>
 

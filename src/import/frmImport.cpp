@@ -5,7 +5,6 @@
 #include "interaction/ControlCharacters.h"
 #include "platform/ApplicationInformation.h"
 #include "platform/Directory.h"
-#include "platform/Drives.h"
 #include "platform/Paths.h"
 #include "ui_frmImport.h"
 #include "widgets/ProgressDialog.h"
@@ -50,8 +49,7 @@ void frmImport::Form_Load()
     for (const std::filesystem::path &drive : m_drives)
         m_ui->drvRecipes->addItem(escapeControlCharacters(platform::displayPath(drive)));
 
-    const auto start =
-        platform::nativePath(platform::startingPlace(program, u"recipes"_s).directory);
+    const auto start = platform::nativePath(platform::startingDirectory(program, u"recipes"_s));
     setDirectory(platform::canBeOpened(start) ? start : platform::nativePath(program));
 }
 

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// What the running program knows of itself. Needs a QCoreApplication for the two paths.
+// What the running program knows about itself. The two paths need a QCoreApplication.
 namespace platform {
 
 struct VersionNumber {
@@ -11,10 +11,10 @@ struct VersionNumber {
     int revision;
 };
 
-// Directory of the running executable, without a trailing separator.
+// Returns the directory of the executable, without a trailing separator.
 QString programDirectory();
 
-// The executable's name without its directory and, where the platform has it, the ".exe".
+// Returns the name of the executable without its directory and, on Windows, without ".exe".
 QString programFileName();
 
 QString productName();

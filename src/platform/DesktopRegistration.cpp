@@ -1,7 +1,6 @@
 #include "platform/DesktopRegistration.h"
 
-#include "platform/DefaultApplication.h"
-
+#include <QByteArrayList>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -17,12 +16,12 @@ using namespace Qt::Literals::StringLiterals;
 namespace platform {
 namespace {
 
-constexpr int longestToolRun = 5000; // milliseconds
+constexpr int toolTimeout = 5000; // milliseconds
 
-// A desktop entry undoes two layers of escapes: first those of any of its texts, then the quotes of
-// an argument. A launcher that looks the program up before it expands "%%" would not find it, so
-// then `env` stands in front.
-QString command(const QString &program)
+// Returns the Exec line. Its path is escaped twice: as an argument in quotes, and then as any
+// string of a desktop entry. If the path contains "%", `env` runs the program, because some
+// launchers check that the program exists before they replace "%%" by "%".
+QString execCommand(const QString &program)
 {
     const QString reserved = u" \t\n\"'\\><~|&;$*?#()`"_s;
     QString argument;
@@ -42,7 +41,8 @@ QString command(const QString &program)
     return argument + " %f"_L1;
 }
 
-// Debian's own database gives *.srf to a camera's pictures, with weight 50.
+// The weight is higher than the 50 with which the shared MIME database assigns *.srf to the raw
+// pictures of a camera.
 QByteArray mimePackage()
 {
     return QByteArray(R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -58,6 +58,7 @@ QByteArray mimePackage()
         .replace("MIMETYPE", recipeMimeType);
 }
 
+// Returns nothing if the file cannot be read.
 std::optional<QByteArray> contentsOf(const QString &path)
 {
     QFile file(path);
@@ -76,13 +77,15 @@ void update(const QString &path, const QByteArray &contents)
         file.commit();
 }
 
-// Runs a tool that makes the cache file of a directory from the source file, where it is not newer.
+// Runs a tool that creates the cache file of a directory, unless the cache is newer than the
+// source.
 void updateCache(const QString &tool, const QString &directory, const QString &cache,
                  const QString &source)
 {
-    const QFileInfo made(directory + cache);
-    const QFileInfo from(directory + source);
-    if (!from.exists() || (made.exists() && made.lastModified() >= from.lastModified()))
+    const QFileInfo cacheFile(directory + cache);
+    const QFileInfo sourceFile(directory + source);
+    if (!sourceFile.exists()
+        || (cacheFile.exists() && cacheFile.lastModified() >= sourceFile.lastModified()))
         return;
     const QString program = QStandardPaths::findExecutable(tool);
     if (program.isEmpty())
@@ -91,10 +94,24 @@ void updateCache(const QString &tool, const QString &directory, const QString &c
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, {directory});
-    if (!process.waitForFinished(longestToolRun)) {
+    if (!process.waitForFinished(toolTimeout)) {
         process.kill();
-        process.waitForFinished(longestToolRun);
+        process.waitForFinished(toolTimeout);
     }
+}
+
+constexpr char defaultsSection[] = "[Default Applications]";
+
+// Returns the applications of a line "type=a.desktop;b.desktop;", with `desktopId` moved to the
+// front.
+QByteArray movedToFront(const QByteArray &desktopId, const QByteArray &list)
+{
+    QByteArray result = desktopId + ';';
+    for (const QByteArray &id : list.split(';')) {
+        if (!id.trimmed().isEmpty() && id.trimmed() != desktopId)
+            result += id.trimmed() + ';';
+    }
+    return result;
 }
 
 } // namespace
@@ -119,7 +136,40 @@ Icon=pantrywise
 Exec=COMMAND
 )")
         .replace("MIMETYPE", recipeMimeType)
-        .replace("COMMAND", command(programPath).toUtf8());
+        .replace("COMMAND", execCommand(programPath).toUtf8());
+}
+
+QByteArray withDefaultApplication(const QByteArray &contents, const QByteArray &mimeType,
+                                  const QByteArray &desktopId)
+{
+    QByteArrayList lines = contents.split('\n');
+    qsizetype heading = -1;
+    bool inSection = false;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QByteArray line = lines[i].trimmed();
+        if (line.startsWith('[')) {
+            inSection = line == defaultsSection;
+            if (inSection && heading < 0)
+                heading = i;
+        }
+        const qsizetype equals = line.indexOf('=');
+        if (!inSection || equals < 0 || line.left(equals).trimmed() != mimeType)
+            continue;
+        const QByteArray list = line.mid(equals + 1);
+        if (list.split(';').first().trimmed() == desktopId)
+            return contents;
+        lines[i] = mimeType + '=' + movedToFront(desktopId, list);
+        return lines.join('\n');
+    }
+
+    const QByteArray added = mimeType + '=' + desktopId + ';';
+    if (heading >= 0) {
+        lines.insert(heading + 1, added);
+        return lines.join('\n');
+    }
+    const bool endsInLine = !contents.isEmpty() && !contents.endsWith('\n');
+    return contents + (endsInLine ? "\n" : "") + (contents.isEmpty() ? "" : "\n") + defaultsSection
+        + '\n' + added + '\n';
 }
 
 void registerWithDesktop(const QString &programPath)
@@ -137,8 +187,8 @@ void registerWithDesktop(const QString &programPath)
 
     const QString defaults = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
         + "/mimeapps.list"_L1;
-    const auto present = contentsOf(defaults); // what cannot be read must not be replaced
-    if (present || !QFileInfo::exists(defaults)) {
+    const auto present = contentsOf(defaults);
+    if (present || !QFileInfo::exists(defaults)) { // otherwise the user's choices would be lost
         update(
             defaults,
             withDefaultApplication(present.value_or(QByteArray()), recipeMimeType, desktopFileId));

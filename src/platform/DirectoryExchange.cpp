@@ -8,34 +8,34 @@ namespace platform {
 
 namespace fs = std::filesystem;
 
-std::error_code exchangeDirectories(const fs::path &folder, const fs::path &place)
+std::error_code exchangeDirectories(const fs::path &folder, const fs::path &target)
 {
-    if (::renameat2(AT_FDCWD, folder.c_str(), AT_FDCWD, place.c_str(), RENAME_EXCHANGE) == 0)
+    if (::renameat2(AT_FDCWD, folder.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0)
         return {};
     switch (errno) {
-    case EINVAL: // a file system that cannot
-    case ENOSYS: // a kernel that cannot
-    case ENOENT: // nothing is in the place
-        return exchangeDirectoriesInSteps(folder, place);
+    case EINVAL: // the file system does not support RENAME_EXCHANGE
+    case ENOSYS: // the kernel does not support renameat2()
+    case ENOENT: // there is no target
+        return exchangeDirectoriesInSteps(folder, target);
     default:
         return {errno, std::generic_category()};
     }
 }
 
-std::error_code exchangeDirectoriesInSteps(const fs::path &folder, const fs::path &place)
+std::error_code exchangeDirectoriesInSteps(const fs::path &folder, const fs::path &target)
 {
     fs::path aside = folder;
     aside += ".old";
     std::error_code failure;
-    fs::rename(place, aside, failure);
-    const bool isFree = failure == std::errc::no_such_file_or_directory;
-    if (failure && !isFree)
+    fs::rename(target, aside, failure);
+    const bool hasTarget = failure != std::errc::no_such_file_or_directory;
+    if (failure && hasTarget)
         return failure;
-    fs::rename(folder, place, failure);
-    if (isFree)
+    fs::rename(folder, target, failure);
+    if (!hasTarget)
         return failure;
     std::error_code ignored;
-    fs::rename(aside, failure ? place : folder, ignored);
+    fs::rename(aside, failure ? target : folder, ignored);
     return failure;
 }
 

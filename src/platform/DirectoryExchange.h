@@ -5,14 +5,14 @@
 
 namespace platform {
 
-// Puts a folder in the place of another one on the same file system, which then has the first
-// one's name; where nothing is in that place, the folder just moves there. All of it happens or
-// nothing, in one step where the file system can.
+// Puts `folder` in the place of `target`, which must be on the same file system. An existing target
+// gets the name of `folder` instead. Changes nothing if it fails. The exchange is atomic if the
+// file system supports that.
 std::error_code exchangeDirectories(const std::filesystem::path &folder,
-                                    const std::filesystem::path &place);
+                                    const std::filesystem::path &target);
 
-// The same in steps, the first of which is undone where the next fails.
+// Does the same by renaming. If it is interrupted, the target may be left as `folder` + ".old".
 std::error_code exchangeDirectoriesInSteps(const std::filesystem::path &folder,
-                                           const std::filesystem::path &place);
+                                           const std::filesystem::path &target);
 
 } // namespace platform

@@ -6,16 +6,15 @@
 #include <new>
 
 namespace platform {
-
 namespace {
 
-constexpr std::size_t largePage = std::size_t{2} << 20U;
+constexpr std::size_t hugePageSize = std::size_t{2} << 20U;
 
-}
+} // namespace
 
 void LargeMemoryRelease::operator()(std::byte *memory) const
 {
-    if (size < largePage)
+    if (size < hugePageSize)
         std::free(memory);
     else
         ::munmap(memory, size);
@@ -23,14 +22,15 @@ void LargeMemoryRelease::operator()(std::byte *memory) const
 
 LargeMemory allocateLargeMemory(std::size_t size)
 {
-    // Large pieces would make malloc give the small ones of others back to the system each time.
-    void *memory = size < largePage
+    // Freeing large blocks makes malloc() return memory to the system, which slows down small
+    // allocations elsewhere.
+    void *memory = size < hugePageSize
         ? std::malloc(size)
         : ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == nullptr || memory == MAP_FAILED)
         throw std::bad_alloc();
-    if (size >= largePage)
-        ::madvise(memory, size, MADV_HUGEPAGE); // a wish, which may be left ungranted
+    if (size >= hugePageSize)
+        ::madvise(memory, size, MADV_HUGEPAGE); // only advice: its failure does not matter
     return LargeMemory(static_cast<std::byte *>(memory), {size});
 }
 

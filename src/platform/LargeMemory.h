@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <memory>
 
-// Memory for much data that is written from front to end. Where the system can, it comes in large
-// pages: the first touch of each small one costs more than filling it.
+// Memory for large amounts of data. It uses huge pages if the system allows that, because the page
+// fault for each small page takes longer than filling the page.
 namespace platform {
 
 struct LargeMemoryRelease {
@@ -14,7 +14,7 @@ struct LargeMemoryRelease {
 
 using LargeMemory = std::unique_ptr<std::byte[], LargeMemoryRelease>;
 
-// Not initialised. Throws std::bad_alloc.
+// Returns `size` uninitialized bytes. Throws std::bad_alloc.
 LargeMemory allocateLargeMemory(std::size_t size);
 
 } // namespace platform

@@ -16,6 +16,13 @@ QString programPath(const QString &directory, const QString &baseName, PathStyle
     return joinPath(directory, baseName, style) + (style == PathStyle::Windows ? ".exe"_L1 : ""_L1);
 }
 
+QString startingDirectory(const QString &programDirectory, const QString &folder, PathStyle style)
+{
+    if (style == PathStyle::Windows && programDirectory.startsWith("\\\\"_L1))
+        return u"c:\\"_s;
+    return joinPath(programDirectory, folder, style);
+}
+
 std::filesystem::path nativePath(const QString &path)
 {
     return QFile::encodeName(path).toStdString();
@@ -24,16 +31,6 @@ std::filesystem::path nativePath(const QString &path)
 QString displayPath(const std::filesystem::path &path)
 {
     return QFile::decodeName(QByteArray::fromStdString(path.native()));
-}
-
-StartingPlace startingPlace(const QString &programDirectory, const QString &folder, PathStyle style)
-{
-    const QString beside = joinPath(programDirectory, folder, style);
-    if (style == PathStyle::Unix)
-        return {{}, beside};
-    if (programDirectory.startsWith("\\\\"_L1))
-        return {u"c:"_s, u"c:\\"_s};
-    return {programDirectory.left(2), beside};
 }
 
 } // namespace platform

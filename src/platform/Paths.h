@@ -15,25 +15,21 @@ inline constexpr PathStyle nativePathStyle = PathStyle::Windows;
 inline constexpr PathStyle nativePathStyle = PathStyle::Unix;
 #endif
 
-// The directory as it is given, the separator, the name.
+// Returns the directory as given, the separator and the name.
 QString joinPath(const QString &directory, const QString &name, PathStyle style = nativePathStyle);
 
-// The executable of this base name; Windows adds ".exe".
+// Returns the path of an executable; on Windows ".exe" is added to its base name.
 QString programPath(const QString &directory, const QString &baseName,
                     PathStyle style = nativePathStyle);
 
-// A path as the system has it: bytes, which need not be text. Back as text it is for people to read
-// alone, and what is no text in it is replaced.
+// Returns the directory in which a program starts to look for files: the given folder in its own
+// directory, or the root of drive c: if the program is on a network share of Windows.
+QString startingDirectory(const QString &programDirectory, const QString &folder,
+                          PathStyle style = nativePathStyle);
+
+// Converts a path between Qt and the system. The system's paths are bytes that need not be text;
+// displayPath() replaces what is not, so that its result can be shown but may not name the file.
 std::filesystem::path nativePath(const QString &path);
 QString displayPath(const std::filesystem::path &path);
-
-// Where a program that lies in the directory starts to look for files: in its folder of that name
-// where it lies on a drive, else (on Windows, on a network path) in the root of the usual drive.
-struct StartingPlace {
-    QString drive; // empty on Unix, where the directory itself says it
-    QString directory;
-};
-StartingPlace startingPlace(const QString &programDirectory, const QString &folder,
-                            PathStyle style = nativePathStyle);
 
 } // namespace platform

@@ -1,36 +1,16 @@
 #include "platform/RegularFile.h"
 
+#include <QFile>
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace platform {
-
 namespace {
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int number)
-        : m_number(number)
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    Q_DISABLE_COPY_MOVE(Descriptor)
-
-    int number() const { return m_number; }
-
-private:
-    int m_number;
-};
 
 FileReadError errorOf(int code)
 {
@@ -47,7 +27,7 @@ FileReadError errorOf(int code)
     }
 }
 
-std::optional<FileReadError> refusal(const struct stat &status, qsizetype limit)
+std::optional<FileReadError> findObstacle(const struct stat &status, qsizetype limit)
 {
     if (S_ISDIR(status.st_mode))
         return FileReadError{ReadFailure::Folder, {}};
@@ -58,21 +38,18 @@ std::optional<FileReadError> refusal(const struct stat &status, qsizetype limit)
     return std::nullopt;
 }
 
-std::variant<QByteArray, FileReadError> readToEnd(int descriptor, qsizetype expected,
-                                                  qsizetype limit)
+// Reads until nothing is left, because after a part has been read QFile reports an error only at
+// the next call.
+std::variant<QByteArray, FileReadError> readToEnd(QFile &file, qsizetype expected, qsizetype limit)
 {
-    // One byte more than expected, so that the end shows without a second allocation.
-    QByteArray bytes(expected + 1, Qt::Uninitialized);
+    QByteArray bytes(expected + 1, Qt::Uninitialized); // one more, to meet the end without growing
     qsizetype size = 0;
     while (size <= limit) {
         if (size == bytes.size())
             bytes.resize(std::min(limit + 1, 2 * size + 4096));
-        const ssize_t count =
-            ::read(descriptor, bytes.data() + size, static_cast<size_t>(bytes.size() - size));
-        if (count < 0 && errno == EINTR)
-            continue;
+        const qint64 count = file.read(bytes.data() + size, bytes.size() - size);
         if (count < 0)
-            return errorOf(errno);
+            return FileReadError{ReadFailure::Failed, file.errorString()};
         if (count == 0) {
             bytes.truncate(size);
             return bytes;
@@ -88,22 +65,29 @@ std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::p
                                                         qsizetype limit)
 {
     const std::string &name = path.native();
-    if (name.find('\0') != std::string::npos) // would name another file to the system
+    if (name.find('\0') != std::string::npos) // the system would open another file
         return FileReadError{ReadFailure::NotFound, {}};
 
-    // Looked at before it is opened, since opening alone sets some devices going, and again after,
-    // since another file may have taken the place; not waiting for a writer if that is a pipe.
+    // The type is checked before the file is opened, because opening some devices has an effect,
+    // and again afterwards, because another file may have taken its place. QFile::open(path) cannot
+    // do this: it waits for the writer of a pipe and names only files whose name is valid text.
     struct stat status = {};
     if (::stat(name.c_str(), &status) != 0)
         return errorOf(errno);
-    if (const auto error = refusal(status, limit))
+    if (const auto error = findObstacle(status, limit))
         return *error;
-    const Descriptor file(::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (file.number() < 0 || ::fstat(file.number(), &status) != 0)
+    const int descriptor = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
         return errorOf(errno);
-    if (const auto error = refusal(status, limit))
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                   QFileDevice::AutoCloseHandle))
+        return FileReadError{ReadFailure::Failed, file.errorString()};
+    if (::fstat(descriptor, &status) != 0)
+        return errorOf(errno);
+    if (const auto error = findObstacle(status, limit))
         return *error;
-    return readToEnd(file.number(), static_cast<qsizetype>(status.st_size), limit);
+    return readToEnd(file, static_cast<qsizetype>(status.st_size), limit);
 }
 
 } // namespace platform

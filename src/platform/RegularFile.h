@@ -9,22 +9,22 @@
 namespace platform {
 
 enum class ReadFailure {
-    NotFound, // nothing exists at the path
+    NotFound,
     Folder,
     NotRegular, // a pipe, a socket or a device
     TooLarge,
     AccessDenied,
-    Failed, // anything else: FileReadError::reason says what
+    Failed, // any other failure; FileReadError::reason describes it
 };
 
 struct FileReadError {
     ReadFailure failure;
-    QString reason; // the system's own words, empty unless failure is Failed
+    QString reason; // the system's description; empty unless failure is Failed
 };
 
-// The bytes of the regular file at path, links followed. Never waits for a pipe or a device, and
-// holds at most limit + 1 bytes: a file that is larger is refused before it is read, one that grows
-// beyond the limit meanwhile, then. A file that changes meanwhile gives the bytes that were met.
+// Returns the contents of a regular file, or of the file that a symbolic link leads to. Never waits
+// for a pipe or a device, and never holds more than limit + 1 bytes: a file that is larger, or that
+// grows beyond the limit while it is read, is TooLarge.
 std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::path &path,
                                                         qsizetype limit);
 

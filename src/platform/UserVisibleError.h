@@ -4,8 +4,10 @@
 
 #include <stdexcept>
 
-// The base of what this program throws: a complete text for the user, which names what failed and
-// says what to do.
+namespace platform {
+
+// The base class of the program's exceptions. Its text is for the user: complete sentences that say
+// what failed and what to do.
 class UserVisibleError : public std::runtime_error
 {
 public:
@@ -16,3 +18,5 @@ public:
 
     QString text() const { return QString::fromUtf8(what()); }
 };
+
+} // namespace platform

@@ -5,7 +5,7 @@
 #include <QStringView>
 
 // Why nothing was printed, or why printing stopped.
-class PrintError final : public UserVisibleError
+class PrintError final : public platform::UserVisibleError
 {
 public:
     using UserVisibleError::UserVisibleError;

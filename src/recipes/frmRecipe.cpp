@@ -9,7 +9,7 @@
 #include "data/FieldValue.h"
 #include "data/RecipeTypes.h"
 #include "data/Transaction.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "ui_frmRecipe.h"

@@ -1,7 +1,7 @@
 #include "recipes/frmRecipes.h"
 
 #include "data/DatabasePath.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "frame/Frame.h"
 #include "recipes/frmRecipe.h"
 #include "ui_frmRecipes.h"

@@ -6,15 +6,15 @@
 void ClickableImage::setSource(const QString &path)
 {
     m_source = path;
-    m_picture.load(path);
-    m_picture.setDevicePixelRatio(2);
+    m_image.load(path);
+    m_image.setDevicePixelRatio(2);
     updateGeometry();
     update();
 }
 
 QSize ClickableImage::sizeHint() const
 {
-    return m_picture.deviceIndependentSize().toSize() + QSize(2, 2); // with the line around it
+    return m_image.deviceIndependentSize().toSize() + QSize(2, 2); // with a border of one pixel
 }
 
 void ClickableImage::mouseReleaseEvent(QMouseEvent *event)
@@ -23,12 +23,12 @@ void ClickableImage::mouseReleaseEvent(QMouseEvent *event)
         Q_EMIT clicked();
 }
 
-// Smoothly, since a label would drop every other pixel on a usual screen.
+// Scales smoothly; a QLabel would drop every other pixel on a screen of low resolution.
 void ClickableImage::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(rect().adjusted(1, 1, -1, -1), m_picture);
+    painter.drawPixmap(rect().adjusted(1, 1, -1, -1), m_image);
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }

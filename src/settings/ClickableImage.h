@@ -3,8 +3,8 @@
 #include <QPixmap>
 #include <QWidget>
 
-// A picture of a page style, sharp on screens of up to twice the usual resolution, that can be
-// clicked.
+// An image that can be clicked. Its file has two pixels for each one that is shown, so that it is
+// sharp on high-resolution screens.
 class ClickableImage final : public QWidget
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
     using QWidget::QWidget;
 
     QString source() const { return m_source; }
-    void setSource(const QString &path); // of a picture file with twice as many pixels as are shown
+    void setSource(const QString &path);
 
     QSize sizeHint() const override;
 
@@ -27,5 +27,5 @@ protected:
 
 private:
     QString m_source;
-    QPixmap m_picture;
+    QPixmap m_image;
 };

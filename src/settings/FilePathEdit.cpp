@@ -8,26 +8,27 @@
 
 FilePathEdit::FilePathEdit(QWidget *parent)
     : QLineEdit(parent)
-    , m_missing(addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning), TrailingPosition))
+    , m_missingMark(
+          addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning), TrailingPosition))
 {
     setReadOnly(true);
-    m_missing->setVisible(false);
-    m_missing->setToolTip(tr("There is no such file."));
-    connect(m_missing, &QAction::triggered, this, &FilePathEdit::clicked);
+    m_missingMark->setVisible(false);
+    m_missingMark->setToolTip(tr("There is no such file."));
+    connect(m_missingMark, &QAction::triggered, this, &FilePathEdit::clicked);
 }
 
-// The cursor, which stands at the end after this, decides which part of a long text is seen.
+// QLineEdit::setText() puts the cursor at the end, so that the end of a long path is visible.
 void FilePathEdit::setPath(const QString &path)
 {
     setText(path);
     const bool isMissing = !path.isEmpty() && !QFileInfo(path).isFile();
-    m_missing->setVisible(isMissing);
-    const QString complaint = isMissing ? m_missing->toolTip() : QString();
-    setAccessibleDescription(complaint);
-    setToolTip(isMissing ? path + u'\n' + complaint : path);
+    m_missingMark->setVisible(isMissing);
+    const QString warning = isMissing ? m_missingMark->toolTip() : QString();
+    setAccessibleDescription(warning);
+    setToolTip(isMissing ? path + u'\n' + warning : path);
 }
 
-// Enter is accepted here, so that it does not press the default button as well.
+// Accepts Enter, which would otherwise also press the default button of the dialog.
 void FilePathEdit::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
@@ -42,7 +43,7 @@ void FilePathEdit::keyPressEvent(QKeyEvent *event)
     }
 }
 
-// Whoever marks a part of the path wants to copy it.
+// A user who has selected a part of the path wants to copy it.
 void FilePathEdit::mouseReleaseEvent(QMouseEvent *event)
 {
     QLineEdit::mouseReleaseEvent(event);

@@ -4,8 +4,8 @@
 
 class QAction;
 
-// Shows the path of a template file, of a long one the end, and marks a file that is not there. It
-// is not typed into: a click, Enter or the blank ask for another file.
+// A read-only line edit that shows the path of a file and marks a file that does not exist. A
+// click, Enter or Space asks for another file with clicked().
 class FilePathEdit final : public QLineEdit
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
     explicit FilePathEdit(QWidget *parent = nullptr);
 
     QString path() const { return text(); }
-    void setPath(const QString &path); // empty for none
+    void setPath(const QString &path); // empty if there is no file
 
 Q_SIGNALS:
     void clicked();
@@ -24,5 +24,5 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    QAction *m_missing; // the mark
+    QAction *m_missingMark;
 };

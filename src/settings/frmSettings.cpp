@@ -1,9 +1,6 @@
 #include "settings/frmSettings.h"
 
-#include "data/settings/HtmlSettings.h"
-#include "data/settings/RegistryFunctions.h"
-#include "data/settings/SettingsKeys.h"
-#include "data/settings/SortOrder.h"
+#include "data/settings/Settings.h"
 #include "frame/ErrorBoundary.h"
 #include "interaction/Interaction.h"
 #include "platform/ApplicationInformation.h"
@@ -12,23 +9,14 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-void write(const QString &key, const QString &valueName, const QVariant &value)
-{
-    WriteRegistryValue(platform::HKEY_CURRENT_USER, key, valueName, value, platform::REG_SZ);
-}
-
-} // namespace
-
 frmSettings::frmSettings(Interaction &interaction, const ErrorBoundary &boundary, QWidget *parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::frmSettings>())
     , m_interaction(interaction)
 {
     m_ui->setupUi(this);
-    const auto onClick = [&](const auto *box, auto choose, const QPushButton *button, auto clear) {
-        boundary.connect(box, &FilePathEdit::clicked, this, choose);
+    const auto onClick = [&](const auto *edit, auto choose, const QPushButton *button, auto clear) {
+        boundary.connect(edit, &FilePathEdit::clicked, this, choose);
         boundary.connect(button, &QPushButton::clicked, this, clear);
     };
     onClick(m_ui->txtMainMenuTemplate, &frmSettings::txtMainMenuTemplate_Click,
@@ -48,12 +36,13 @@ frmSettings::~frmSettings() = default;
 
 void frmSettings::Form_Load()
 {
-    m_ui->cmbIngredients->setCurrentIndex(static_cast<int>(ingredientSortOrder()));
-    m_ui->cmbRecipes->setCurrentIndex(static_cast<int>(recipeSortOrder()));
-    m_ui->txtCategoryTemplate->setPath(categoryTemplate());
-    m_ui->txtMainMenuTemplate->setPath(mainMenuTemplate());
-    m_ui->txtRecipeTemplate->setPath(recipeTemplate());
-    m_ui->optStyle2->setChecked(isSecondHtmlStyle());
+    const Settings settings = Settings::load();
+    m_ui->cmbIngredients->setCurrentIndex(static_cast<int>(settings.ingredientOrder));
+    m_ui->cmbRecipes->setCurrentIndex(static_cast<int>(settings.recipeOrder));
+    m_ui->txtCategoryTemplate->setPath(settings.pages.categoryTemplate);
+    m_ui->txtMainMenuTemplate->setPath(settings.pages.mainMenuTemplate);
+    m_ui->txtRecipeTemplate->setPath(settings.pages.recipeTemplate);
+    m_ui->optStyle2->setChecked(settings.pages.style == PageStyle::Cookbook);
 }
 
 void frmSettings::txtMainMenuTemplate_Click()
@@ -89,14 +78,15 @@ void frmSettings::cmdClearRecipeTemplate_Click()
 void frmSettings::cmdOk_Click()
 {
     accept();
-    CreateRegistryKey(platform::HKEY_CURRENT_USER, sortingKey());
-    write(sortingKey(), u"Ingredients"_s, m_ui->cmbIngredients->currentIndex());
-    write(sortingKey(), u"Recipes"_s, m_ui->cmbRecipes->currentIndex());
-    CreateRegistryKey(platform::HKEY_CURRENT_USER, htmlKey());
-    write(htmlKey(), u"CategoryTemplate"_s, m_ui->txtCategoryTemplate->path());
-    write(htmlKey(), u"MainMenuTemplate"_s, m_ui->txtMainMenuTemplate->path());
-    write(htmlKey(), u"RecipeTemplate"_s, m_ui->txtRecipeTemplate->path());
-    write(htmlKey(), u"HTMLStyle"_s, m_ui->optStyle2->isChecked());
+    Settings settings;
+    settings.ingredientOrder = static_cast<SortOrder>(m_ui->cmbIngredients->currentIndex());
+    settings.recipeOrder = static_cast<SortOrder>(m_ui->cmbRecipes->currentIndex());
+    settings.pages.categoryTemplate = m_ui->txtCategoryTemplate->path();
+    settings.pages.mainMenuTemplate = m_ui->txtMainMenuTemplate->path();
+    settings.pages.recipeTemplate = m_ui->txtRecipeTemplate->path();
+    settings.pages.style =
+        m_ui->optStyle2->isChecked() ? PageStyle::Cookbook : PageStyle::PlainCard;
+    settings.save();
 }
 
 void frmSettings::cmdCancel_Click()
@@ -104,7 +94,7 @@ void frmSettings::cmdCancel_Click()
     reject();
 }
 
-void frmSettings::chooseTemplate(FilePathEdit &box)
+void frmSettings::chooseTemplate(FilePathEdit &edit)
 {
     const QString path =
         m_interaction.choose(FileChooser{.title = tr("Choose template file"),
@@ -113,5 +103,5 @@ void frmSettings::chooseTemplate(FilePathEdit &box)
                                          .defaultSuffix = u"htm"_s,
                                          .directory = platform::programDirectory()});
     if (!path.isEmpty())
-        box.setPath(path);
+        edit.setPath(path);
 }

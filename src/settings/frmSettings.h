@@ -5,16 +5,15 @@
 #include <memory>
 
 class ErrorBoundary;
-class Interaction;
 class FilePathEdit;
+class Interaction;
 
 namespace Ui {
 class frmSettings;
 }
 
-// Shows and changes the user's settings: how recipes and ingredients are sorted, and the templates
-// and the style of the web pages. They are stored on OK alone, and windows that are loaded after
-// that go by them.
+// Shows and changes the settings: the order of recipes and ingredients, and the templates and the
+// style of web pages. OK stores them; they apply to windows that are loaded after that.
 class frmSettings final : public QDialog
 {
     Q_OBJECT
@@ -35,7 +34,7 @@ private:
     void cmdOk_Click();
     void cmdCancel_Click();
 
-    void chooseTemplate(FilePathEdit &box);
+    void chooseTemplate(FilePathEdit &edit);
 
     std::unique_ptr<Ui::frmSettings> m_ui;
     Interaction &m_interaction;

@@ -12,26 +12,38 @@ class tst_frmAbout : public QObject
 {
     Q_OBJECT
 
+    MockInteraction m_interaction;
+    const ErrorBoundary m_boundary{m_interaction};
+
 private Q_SLOTS:
-    void content()
+    void closesByKey_data()
     {
-        MockInteraction interaction;
-        const ErrorBoundary boundary(interaction);
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-            frmAbout about(boundary);
-            about.Form_Load();
-            const auto text = [&](const char *label) {
-                return about.findChild<QLabel *>(QString::fromLatin1(label))->text();
-            };
-            QTimer::singleShot(0, &about, [&] { QTest::keyClick(&about, key); });
-            about.exec(); // comes back
-            QCOMPARE(about.windowTitle(), u"About Pantrywise"_s);
-            QCOMPARE(text("lblTitle"), u"Pantrywise"_s);
-            QCOMPARE(text("lblVersion"), u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
-            QCOMPARE(text("lblDisclaimer").count(u'\n'), 1);
-            QVERIFY(!text("lblDescription").isEmpty());
-            QVERIFY(!(about.windowFlags() & Qt::WindowMinMaxButtonsHint));
-        }
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Return") << Qt::Key_Return;
+        QTest::newRow("Escape") << Qt::Key_Escape;
+    }
+
+    void closesByKey()
+    {
+        QFETCH(const Qt::Key, key);
+        frmAbout about(m_boundary);
+        QTimer::singleShot(0, &about, [&] { QTest::keyClick(&about, key); });
+        about.exec(); // would not return otherwise
+    }
+
+    void showsTheProgramAndItsVersion()
+    {
+        frmAbout about(m_boundary);
+        about.Form_Load();
+        const auto text = [&](const QString &label) {
+            return about.findChild<QLabel *>(label)->text();
+        };
+        QCOMPARE(about.windowTitle(), u"About Pantrywise"_s);
+        QCOMPARE(text(u"lblTitle"_s), u"Pantrywise"_s);
+        QCOMPARE(text(u"lblVersion"_s), u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
+        QCOMPARE(text(u"lblDisclaimer"_s).count(u'\n'), 1);
+        QVERIFY(!text(u"lblDescription"_s).isEmpty());
+        QVERIFY(!(about.windowFlags() & Qt::WindowMinMaxButtonsHint));
     }
 };
 

@@ -16,32 +16,32 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// The controls that the focus reaches and of which a screen reader cannot say what they are.
-static QString nameless(const QWidget &window)
+// Returns the controls that can have the focus but that a screen reader cannot name.
+static QString namelessControls(const QWidget &window)
 {
     QString found;
     for (QWidget *control : window.findChildren<QWidget *>()) {
         if (control->focusPolicy() == Qt::NoFocus || control->focusProxy() || !control->isVisible())
             continue;
-        const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(control);
-        if (spoken->text(QAccessible::Name).isEmpty() || spoken->role() == QAccessible::NoRole
-            || spoken->role() == QAccessible::Client)
+        const QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(control);
+        if (interface->text(QAccessible::Name).isEmpty() || interface->role() == QAccessible::NoRole
+            || interface->role() == QAccessible::Client)
             found += window.objectName() + u'/' + control->objectName() + u' ';
     }
     return found;
 }
 
-class TestAccessibleNames : public QObject
+class tst_AccessibleNames : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void areGiven();
+    void areGivenInAllWindows();
 };
 
-void TestAccessibleNames::areGiven()
+void tst_AccessibleNames::areGivenInAllWindows()
 {
-    const TemporaryHome home; // which the settings read
+    const TemporaryHome home; // without settings
     const RecipeFile file;
     file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
     DatabasePath = file.path();
@@ -62,7 +62,7 @@ void TestAccessibleNames::areGiven()
             area->activeSubWindow()->findChild<QPushButton *>(step)->click();
         QCoreApplication::processEvents();
         if (const QMdiSubWindow *child = area->activeSubWindow()) {
-            found += nameless(*child->widget());
+            found += namelessControls(*child->widget());
             seen += child->widget()->objectName();
         }
     }
@@ -75,7 +75,7 @@ void TestAccessibleNames::areGiven()
             for (int page = 0; page < (tabs ? tabs->count() : 1); ++page) {
                 if (tabs)
                     tabs->setCurrentIndex(page);
-                found += nameless(*dialog);
+                found += namelessControls(*dialog);
             }
             dialog->close();
         });
@@ -84,8 +84,8 @@ void TestAccessibleNames::areGiven()
 
     ProgressDialog progress(u"Work"_s, &window);
     progress.show();
-    QCOMPARE(found + nameless(progress), QString());
+    QCOMPARE(found + namelessControls(progress), QString());
 }
 
-QTEST_MAIN(TestAccessibleNames)
+QTEST_MAIN(tst_AccessibleNames)
 #include "tst_accessiblenames.moc"

@@ -14,23 +14,27 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class TestFrmMain : public QObject
+class tst_frmMain : public QObject
 {
     Q_OBJECT
 
     QUrl m_opened;
 
 public Q_SLOTS:
-    void open(const QUrl &url) { m_opened = url; } // in the place of a browser
+    void open(const QUrl &url) { m_opened = url; } // instead of a browser
 
 private Q_SLOTS:
-    void comesUpWithoutARecipeFile();
-    void offersOnlyWhatIsThere();
+    void opensWithoutARecipeFile();
+    void hasUniqueShortcuts();
+    void hasUniqueAccessKeys();
+    void disablesWhatHasNoAction_data();
+    void disablesWhatHasNoAction();
     void exportsWebPages();
-    void ends();
+    void quits_data();
+    void quits();
 };
 
-void TestFrmMain::comesUpWithoutARecipeFile()
+void tst_frmMain::opensWithoutARecipeFile()
 {
     RecipeFile file;
     DatabasePath = file.folder() + "/none.rbk"_L1;
@@ -45,12 +49,10 @@ void TestFrmMain::comesUpWithoutARecipeFile()
     QVERIFY(!QFile::exists(DatabasePath));
 }
 
-// No two items of a menu have one access key, no two items anywhere one shortcut, and what has no
-// action yet is greyed.
-void TestFrmMain::offersOnlyWhatIsThere()
+void tst_frmMain::hasUniqueShortcuts()
 {
     MockInteraction interaction;
-    frmMain window(interaction);
+    const frmMain window(interaction);
     QSet<QKeySequence> shortcuts;
     for (const QAction *action : window.findChildren<QAction *>()) {
         if (action->shortcut().isEmpty())
@@ -59,8 +61,15 @@ void TestFrmMain::offersOnlyWhatIsThere()
         shortcuts.insert(action->shortcut());
     }
     QCOMPARE(shortcuts.size(), 12);
+}
 
-    for (const QMenu *menu : window.menuBar()->findChildren<QMenu *>()) {
+void tst_frmMain::hasUniqueAccessKeys()
+{
+    MockInteraction interaction;
+    const frmMain window(interaction);
+    const QList<QMenu *> menus = window.findChild<QMenuBar *>()->findChildren<QMenu *>();
+    QCOMPARE(menus.size(), 4);
+    for (const QMenu *menu : menus) {
         QSet<QKeySequence> keys;
         for (const QAction *action : menu->actions()) {
             const QKeySequence key = QKeySequence::mnemonic(action->text());
@@ -68,14 +77,30 @@ void TestFrmMain::offersOnlyWhatIsThere()
             keys.insert(key);
         }
     }
-    QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
-    for (const QString &name : {u"mnuShopingList"_s, u"mnuSearchRecipes"_s, u"mnuIndex"_s,
-                                u"mnuTips"_s, u"mnuTutorials"_s})
-        QVERIFY2(!window.findChild<QAction *>(name)->isEnabled(), qPrintable(name));
 }
 
-// Another place is asked for where the first one holds what no export has made.
-void TestFrmMain::exportsWebPages()
+void tst_frmMain::disablesWhatHasNoAction_data()
+{
+    QTest::addColumn<bool>("isEnabled");
+    for (const char *name : {"mnuImport", "mnuExport", "mnuSettings", "mnuExit", "mnuRecipes",
+                             "mnuIngredient", "mnuUtensil", "mnuAbout"})
+        QTest::newRow(name) << true;
+    for (const char *name :
+         {"mnuShopingList", "mnuSearchRecipes", "mnuIndex", "mnuTips", "mnuTutorials"})
+        QTest::newRow(name) << false;
+}
+
+void tst_frmMain::disablesWhatHasNoAction()
+{
+    MockInteraction interaction;
+    const frmMain window(interaction);
+    QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    QTEST(window.findChild<QAction *>(name)->isEnabled(), "isEnabled");
+}
+
+// The first folder chosen contains files of the user, so that the user must choose another one.
+void tst_frmMain::exportsWebPages()
 {
     RecipeFile file;
     DatabasePath = file.path();
@@ -104,26 +129,32 @@ void TestFrmMain::exportsWebPages()
     QCOMPARE(m_opened, QUrl::fromLocalFile(place.filePath(u"other/Pantrywise/index.html"_s)));
 }
 
-void TestFrmMain::ends()
+void tst_frmMain::quits_data()
 {
-    for (const bool byMenu : {true, false}) {
-        RecipeFile file;
-        DatabasePath = file.path();
-        MockInteraction interaction;
-        frmMain window(interaction);
-        QVERIFY(!window.MDIForm_Load({}));
-        window.show();
-        // A catalog with unsaved changes, which keeps the activation, neither asks nor stays.
-        window.findChild<QAction *>(u"mnuIngredient"_s)->trigger();
-        window.findChild<QAction *>(u"mnuUtensil"_s)->trigger();
-        window.findChild<QLineEdit *>(u"txtIngredient"_s)->insert(u"Salt"_s);
-        QTimer::singleShot(5000, &window, [] { QCoreApplication::exit(1); });
-        const auto *exit = window.findChild<QAction *>(u"mnuExit"_s);
-        byMenu ? QTimer::singleShot(0, exit, &QAction::trigger)
-               : QTimer::singleShot(0, &window, &QWidget::close);
-        QCOMPARE(QCoreApplication::exec(), 0);
-    }
+    QTest::addColumn<bool>("byMenu");
+    QTest::newRow("File, Exit") << true;
+    QTest::newRow("closed") << false;
 }
 
-QTEST_MAIN(TestFrmMain)
+// A catalog with unsaved changes, which keeps the activation, neither asks nor stays open.
+void tst_frmMain::quits()
+{
+    QFETCH(const bool, byMenu);
+    RecipeFile file;
+    DatabasePath = file.path();
+    MockInteraction interaction;
+    frmMain window(interaction);
+    QVERIFY(!window.MDIForm_Load({}));
+    window.show();
+    window.findChild<QAction *>(u"mnuIngredient"_s)->trigger();
+    window.findChild<QAction *>(u"mnuUtensil"_s)->trigger();
+    window.findChild<QLineEdit *>(u"txtIngredient"_s)->insert(u"Salt"_s);
+    QTimer::singleShot(5000, &window, [] { QCoreApplication::exit(1); });
+    const auto *exit = window.findChild<QAction *>(u"mnuExit"_s);
+    byMenu ? QTimer::singleShot(0, exit, &QAction::trigger)
+           : QTimer::singleShot(0, &window, &QWidget::close);
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+QTEST_MAIN(tst_frmMain)
 #include "tst_frmmain.moc"

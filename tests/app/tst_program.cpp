@@ -3,7 +3,6 @@
 #include "support/TemporaryHome.h"
 
 #include <QProcess>
-#include <QRandomGenerator>
 
 #include <pty.h>
 #include <unistd.h>
@@ -14,12 +13,12 @@ const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</
                         "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
                         "<Utensils>\rPot\r</Utensils>\r";
 
-// The built program as a whole, in a program folder of its own, without a desktop.
-class TestProgram : public QObject
+// Runs the program without a desktop, in a temporary program folder.
+class tst_Program : public QObject
 {
     Q_OBJECT
 
-    const TemporaryHome home; // the program registers itself there
+    const TemporaryHome m_home; // in which the program registers itself
     std::unique_ptr<RecipeFile> m_file;
 
     QString inFolder(const QString &name) const { return m_file->folder() + u'/' + name; }
@@ -35,7 +34,7 @@ class TestProgram : public QObject
         process.start(inFolder(program), arguments);
     }
 
-    // Its exit code and what it says: "1 Error: ...".
+    // Returns the exit code and the error output: "1 Error: ...".
     QString run(const QStringList &arguments, const QString &program = u"pantrywise"_s,
                 const QString &input = QProcess::nullDevice()) const
     {
@@ -55,113 +54,152 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QString::fromLocal8Bit(PROGRAM), inFolder(u"pantrywise"_s)));
     }
 
+    void importsAFileAndEnds_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("arguments"); // %1 is the program folder
+        QTest::newRow("absolute path") << u"soup.srf"_s << QStringList{u"%1/soup.srf"_s};
+        QTest::newRow("unquoted space") << u"my soup.srf"_s << QStringList{u"my"_s, u"soup.srf"_s};
+        QTest::newRow("like an option") << u"-style.srf"_s << QStringList{u"-style.srf"_s};
+    }
+
     void importsAFileAndEnds()
     {
-        const std::pair<QString, QStringList> table[] = {
-            {u"soup.srf"_s, {u"%1/soup.srf"_s}}, // %1 stands for the program folder
-            {u"my soup.srf"_s, {u"my"_s, u"soup.srf"_s}},
-            {u"-style.srf"_s, {u"-style.srf"_s}},
-        };
-        for (auto [name, arguments] : table) {
-            init();
-            setBytes(inFolder(name), soup);
-            QCOMPARE(run(arguments.replaceInStrings(u"%1"_s, m_file->folder())), u"0 "_s);
-            QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"), u"Soup"_s);
-        }
+        QFETCH(const QString, name);
+        QFETCH(QStringList, arguments);
+        setBytes(inFolder(name), soup);
+        QCOMPARE(run(arguments.replaceInStrings(u"%1"_s, m_file->folder())), u"0 "_s);
+        QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"), u"Soup"_s);
+    }
+
+    void saysWhyNothingWasImported_data()
+    {
+        QTest::addColumn<QByteArray>("recipe"); // null if there is no file
+        QTest::addColumn<QByteArray>("database"); // null for an empty recipe file
+        QTest::addColumn<QString>("message");
+        QTest::newRow("no file")
+            << QByteArray() << QByteArray()
+            << u"Could not find file.  Try importing file though File, Import."_s;
+        QTest::newRow("cut off") << soup.chopped(12) << QByteArray() << u"soup.srf"_s;
+        QTest::newRow("no recipe file to import into")
+            << soup << QByteArray("no database at all, but some text in it")
+            << u"data.rbk is not a recipe file"_s;
     }
 
     void saysWhyNothingWasImported()
     {
-        const auto complains = [this](const QString &message) {
-            const QString said = run({u"soup.srf"_s});
-            return said.startsWith(u"1 Error: "_s) && said.contains(message)
-                && said.count(u"Error: "_s) == 1;
-        };
-        QVERIFY(complains(u"Could not find file.  Try importing file though File, Import."_s));
-        setBytes(inFolder(u"soup.srf"_s), soup.chopped(12));
-        QVERIFY(complains(u"soup.srf"_s));
-        QCOMPARE(m_file->stored("SELECT * FROM Recipes"), u""_s);
-        setBytes(inFolder(u"soup.srf"_s), soup);
-        setBytes(inFolder(u"data.rbk"_s), "no database at all, but some text in it");
-        QVERIFY(complains(u"data.rbk is not a recipe file"_s));
+        QFETCH(const QByteArray, recipe);
+        QFETCH(const QByteArray, database);
+        QFETCH(const QString, message);
+        if (!recipe.isNull())
+            setBytes(inFolder(u"soup.srf"_s), recipe);
+        if (!database.isNull())
+            setBytes(m_file->path(), database);
+        const QString said = run({u"soup.srf"_s});
+        QVERIFY2(said.startsWith(u"1 Error: "_s) && said.contains(message)
+                     && said.count(u"Error: "_s) == 1,
+                 qPrintable(said));
+        if (database.isNull())
+            QCOMPARE(m_file->stored("SELECT * FROM Recipes"), u""_s);
     }
 
-    // A terminal takes the character in the title for the begin of a command.
-    void asksOnTheTerminal()
+    // U+009B in the title would start a control sequence of the terminal. If nobody can be asked,
+    // the answer is No.
+    void showsControlCharactersAsText()
     {
         setBytes(inFolder(u"soup.srf"_s), QByteArray(soup).replace("Soup", "So\xC2\x9Bup"));
         run({u"soup.srf"_s});
-        // Where nobody can be asked, the answer is No.
         QCOMPARE(run({u"soup.srf"_s}),
                  u"1 Already in database: So<U+009B>up is already in the database.  Do you want to "
                  "import it anyways?\nNo\n"_s);
-        int recipes = 1;
-        for (const auto &[answer, isYes] :
-             {std::pair("YES\n", true), {"yesterday\n", false}, {"\4", false}}) {
-            int terminal = -1;
-            int programSide = -1;
-            char name[64];
-            QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
-            QCOMPARE(write(terminal, answer, strlen(answer)), static_cast<ssize_t>(strlen(answer)));
-            const QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
-            close(terminal);
-            close(programSide);
-            recipes += isYes ? 1 : 0;
-            QVERIFY2(said.startsWith(isYes ? u"0 "_s : u"1 "_s)
-                         && said.endsWith(isYes ? u"Yes\n"_s : u"No\n"_s),
-                     answer);
-            QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), QString::number(recipes));
-        }
+    }
+
+    void asksOnTheTerminal_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<bool>("isYes");
+        QTest::newRow("Yes") << QByteArray("YES\n") << true;
+        QTest::newRow("other word") << QByteArray("yesterday\n") << false;
+        QTest::newRow("end of input") << QByteArray("\4") << false;
+    }
+
+    void asksOnTheTerminal()
+    {
+        QFETCH(const QByteArray, answer);
+        QFETCH(const bool, isYes);
+        setBytes(inFolder(u"soup.srf"_s), soup);
+        run({u"soup.srf"_s});
+        int terminal = -1;
+        int programSide = -1;
+        char name[64];
+        QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
+        QCOMPARE(write(terminal, answer.constData(), static_cast<std::size_t>(answer.size())),
+                 answer.size());
+        const QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
+        close(terminal);
+        close(programSide);
+        QVERIFY2(said.startsWith(isYes ? u"0 "_s : u"1 "_s)
+                     && said.endsWith(isYes ? u"Yes\n"_s : u"No\n"_s),
+                 qPrintable(said));
+        QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), isYes ? u"2"_s : u"1"_s);
+    }
+
+    void needsADesktopForItsWindow_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("no argument") << QStringList();
+        QTest::newRow("empty argument") << QStringList(u""_s);
     }
 
     void needsADesktopForItsWindow()
     {
-        for (const QStringList &arguments : {QStringList(), QStringList(u""_s)})
-            QVERIFY(run(arguments).contains(u"needs a desktop"_s));
+        QFETCH(const QStringList, arguments);
+        const QString said = run(arguments);
+        QVERIFY2(said.startsWith(u"1 "_s) && said.contains(u"needs a desktop"_s), qPrintable(said));
     }
 
-    void registersItselfWhereverItStands()
+    void registersItsCurrentPath()
     {
         run({u"none.srf"_s});
         QVERIFY(QDir(m_file->folder()).mkdir(u"moved"_s));
         const QByteArray moved = inFolder(u"moved/pantrywise"_s).toUtf8();
         QVERIFY(QFile::rename(inFolder(u"pantrywise"_s), QString::fromUtf8(moved)));
         QVERIFY(run({u"none.srf"_s}, u"moved/pantrywise"_s).startsWith(u"1 "_s));
-        QVERIFY(bytesOf(home.data(u"applications/pantrywise.desktop"_s)).contains(moved + " %f"));
-        QVERIFY(bytesOf(home.config(u"Quillmoor/Pantrywise.ini"_s)).contains(moved));
+        QVERIFY(bytesOf(m_home.data(u"applications/pantrywise.desktop"_s)).contains(moved + " %f"));
+        QVERIFY(bytesOf(m_home.config(u"Quillmoor/Pantrywise.ini"_s)).contains(moved));
     }
 
-    // A recipe is there with all its rows or not at all, whenever the program is killed.
-    void isWholeAfterKilling()
+    void importsCompletelyOrNotAtAll_data()
     {
+        QTest::addColumn<int>("killedAfter"); // milliseconds
+        for (int delay = 20; delay < 250; delay += 8)
+            QTest::addRow("killed after %d ms", delay) << delay;
+    }
+
+    void importsCompletelyOrNotAtAll()
+    {
+        QFETCH(const int, killedAfter);
         constexpr int ingredients = 20000;
         QByteArray lines;
         for (int i = 0; i < ingredients; ++i)
             lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup\r";
-        setBytes(
-            inFolder(u"large.srf"_s),
-            QByteArray(soup).replace("Soup", "Large").replace("Salt|3|999|True||1 tsp\r", lines));
+        setBytes(inFolder(u"large.srf"_s),
+                 QByteArray(soup).replace("Salt|3|999|True||1 tsp\r", lines));
 
-        int stored = 0;
-        for (int i = 0; i < 30; ++i) {
-            QProcess program;
-            start(program, {u"large.srf"_s});
-            QVERIFY(program.waitForStarted());
-            const bool ended =
-                program.waitForFinished(QRandomGenerator::global()->bounded(20, 250));
-            program.kill();
-            program.waitForFinished();
+        QProcess program;
+        start(program, {u"large.srf"_s});
+        QVERIFY(program.waitForStarted());
+        const bool hasEnded = program.waitForFinished(killedAfter);
+        program.kill();
+        program.waitForFinished();
 
-            const int recipes = m_file->stored("SELECT count(*) FROM Recipes").toInt();
-            QVERIFY(!ended || recipes > stored || program.exitCode() == 1);
-            QCOMPARE(m_file->stored("SELECT count(*) FROM RecipeIngredients").toInt(),
-                     recipes * ingredients);
-            QCOMPARE(m_file->stored("PRAGMA integrity_check"), u"ok"_s);
-            stored = recipes;
-            m_file->write(u"UPDATE Recipes SET RecipeName = 'kept ' || RecipeID"_s);
-        }
+        const int recipes = m_file->stored("SELECT count(*) FROM Recipes").toInt();
+        QVERIFY(!hasEnded || recipes == 1);
+        QCOMPARE(m_file->stored("SELECT count(*) FROM RecipeIngredients").toInt(),
+                 recipes * ingredients);
+        QCOMPARE(m_file->stored("PRAGMA integrity_check"), u"ok"_s);
     }
 };
 
-QTEST_GUILESS_MAIN(TestProgram)
+QTEST_GUILESS_MAIN(tst_Program)
 #include "tst_program.moc"

@@ -1,4 +1,3 @@
-#include "platform/DefaultApplication.h"
 #include "platform/DesktopRegistration.h"
 #include "support/FileBytes.h"
 #include "support/TemporaryHome.h"
@@ -24,79 +23,98 @@ QString output(const QString &program, const QStringList &arguments)
 
 } // namespace
 
-class TestDesktopRegistration : public QObject
+class tst_DesktopRegistration : public QObject
 {
     Q_OBJECT
 
-    const TemporaryHome home;
+    const TemporaryHome m_home;
 
 private Q_SLOTS:
     void init()
     {
-        for (const QString &root : {home.data({}), home.config({})})
+        for (const QString &root : {m_home.data({}), m_home.config({})})
             QDir(root).removeRecursively();
     }
 
-    void mergesDefaultApplications()
+    void changesTheDefaultApplication_data()
     {
-        const std::pair<QByteArray, QByteArray> table[] = {
-            {"# mine\n[Added Associations]\nt/x=o",
-             "# mine\n[Added Associations]\nt/x=o\n\n[Default Applications]\nt/x=p.desktop;\n"},
-            {"[Default Applications]\r\na/b = c;\r\n\n[X]\nt/x=o\n",
-             "[Default Applications]\r\nt/x=p.desktop;\na/b = c;\r\n\n[X]\nt/x=o\n"},
-            {"[Default Applications]\nt/xy=q\n t/x = o;p.desktop;\na/b=c\n",
-             "[Default Applications]\nt/xy=q\nt/x=p.desktop;o;\na/b=c\n"},
-        };
-        for (const auto &[before, after] : table) {
-            QCOMPARE(withDefaultApplication(before, "t/x", "p.desktop"), after);
-            QCOMPARE(withDefaultApplication(after, "t/x", "p.desktop"), after);
-        }
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("empty file")
+            << QByteArray() << QByteArray("[Default Applications]\nt/x=p.desktop;\n");
+        QTest::newRow("no section") << QByteArray("# mine\n[Added Associations]\nt/x=o")
+                                    << QByteArray("# mine\n[Added Associations]\nt/x=o\n\n"
+                                                  "[Default Applications]\nt/x=p.desktop;\n");
+        QTest::newRow("no entry")
+            << QByteArray("[Default Applications]\r\na/b = c;\r\n\n[X]\nt/x=o\n")
+            << QByteArray("[Default Applications]\r\nt/x=p.desktop;\na/b = c;\r\n\n[X]\nt/x=o\n");
+        QTest::newRow("not the first one")
+            << QByteArray("[Default Applications]\nt/xy=q\n t/x = o;p.desktop;\na/b=c\n")
+            << QByteArray("[Default Applications]\nt/xy=q\nt/x=p.desktop;o;\na/b=c\n");
     }
 
-    // The desktop's own launcher must find the program and hand it the whole path of the file. It
-    // does not wait for the program, so that `cat` does.
-    void launchesProgramsInOddPlaces()
+    void changesTheDefaultApplication()
     {
-        for (const QString &folder :
-             {u"\"a quoted\" it's"_s, u"50% off"_s, u"%f"_s, u"$HOME back\\slash\\\\ `tick`"_s,
-              u"(a)&;<b>|*?#~"_s, u"é日 tab\there\nline"_s, u"a=b"_s}) {
-            const QString program = home.data(u"programs/"_s) + folder + "/Pantrywise"_L1;
-            setBytes(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
-            QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
-            const QString entry = home.data(u"applications/pantrywise.desktop"_s);
-            setBytes(entry, desktopEntry(program));
-            QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
-            const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
-            QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry, u"/a b/%f $x.srf"_s}),
-                     u'<' + program + "></a b/%f $x.srf>"_L1);
-        }
+        QFETCH(const QByteArray, before);
+        QFETCH(const QByteArray, after);
+        QCOMPARE(withDefaultApplication(before, "t/x", "p.desktop"), after);
+        QCOMPARE(withDefaultApplication(after, "t/x", "p.desktop"), after);
     }
 
-    void makesTheProgramKnown()
+    void launchesFromAnOddFolder_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("quotes") << u"\"a quoted\" it's"_s;
+        QTest::newRow("percent sign") << u"50% off"_s;
+        QTest::newRow("field code") << u"%f"_s;
+        QTest::newRow("shell expansion") << u"$HOME back\\slash\\\\ `tick`"_s;
+        QTest::newRow("shell operators") << u"(a)&;<b>|*?#~"_s;
+        QTest::newRow("control characters") << u"é日 tab\there\nline"_s;
+        QTest::newRow("equals sign") << u"a=b"_s;
+    }
+
+    // The desktop's own launcher must find the program and pass the whole path of the file. The
+    // launcher does not wait for the program, but `cat` waits for the end of its output.
+    void launchesFromAnOddFolder()
+    {
+        QFETCH(const QString, folder);
+        const QString program = m_home.data(u"programs/"_s) + folder + "/Pantrywise"_L1;
+        setBytes(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
+        QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
+        const QString entry = m_home.data(u"applications/pantrywise.desktop"_s);
+        setBytes(entry, desktopEntry(program));
+        QCOMPARE(output(u"desktop-file-validate"_s, {entry}), QString());
+        const QString launch = u"gio launch \"$0\" \"$@\" | cat"_s;
+        QCOMPARE(output(u"sh"_s, {u"-c"_s, launch, entry, u"/a b/%f $x.srf"_s}),
+                 u'<' + program + "></a b/%f $x.srf>"_L1);
+    }
+
+    void registersTheProgramAndItsFiles()
     {
         registerWithDesktop(u"/opt/old/Pantrywise"_s);
-        const QDateTime before = QFileInfo(home.data(u"mime/mime.cache"_s)).lastModified();
+        const QDateTime before = QFileInfo(m_home.data(u"mime/mime.cache"_s)).lastModified();
         registerWithDesktop(QCoreApplication::applicationFilePath());
-        QCOMPARE(QFileInfo(home.data(u"mime/mime.cache"_s)).lastModified(), before);
+        QCOMPARE(QFileInfo(m_home.data(u"mime/mime.cache"_s)).lastModified(), before);
         const QString type = QString::fromLatin1(recipeMimeType);
         QVERIFY(output(u"gio"_s, {u"mime"_s, type})
                     .startsWith(u"Default application for “%1”: pantrywise.desktop"_s.arg(type)));
-        QVERIFY(QFileInfo(home.data(u"icons/hicolor/scalable/apps/pantrywise.svg"_s)).size() > 100);
-        const QString recipe = home.data(u"Soup.srf"_s);
+        QVERIFY(QFileInfo(m_home.data(u"icons/hicolor/scalable/apps/pantrywise.svg"_s)).size()
+                > 100);
+        const QString recipe = m_home.data(u"Soup.srf"_s);
         setBytes(recipe, "Leek soup\r\n");
         const QMimeType found = QMimeDatabase().mimeTypeForFile(recipe);
         QVERIFY(found.name() == type && found.inherits(u"text/plain"_s));
     }
 
-    void staysSilentWithoutTheRight()
+    void keepsWhatItCannotRead()
     {
-        QVERIFY(QDir().mkpath(home.config({})));
-        const QByteArray defaults = QFile::encodeName(home.config(u"mimeapps.list"_s));
+        QVERIFY(QDir().mkpath(m_home.config({})));
+        const QByteArray defaults = QFile::encodeName(m_home.config(u"mimeapps.list"_s));
         QCOMPARE(mkfifo(defaults.data(), 0600), 0);
         registerWithDesktop(u"/opt/Pantrywise"_s);
-        QVERIFY(!QFileInfo(home.config(u"mimeapps.list"_s)).isFile());
+        QVERIFY(!QFileInfo(m_home.config(u"mimeapps.list"_s)).isFile());
     }
 };
 
-QTEST_GUILESS_MAIN(TestDesktopRegistration)
+QTEST_GUILESS_MAIN(tst_DesktopRegistration)
 #include "tst_desktopregistration.moc"

@@ -4,14 +4,14 @@
 #include <QFileInfo>
 #include <QTest>
 
-// What stands in a file; nothing where there is none.
+// Returns the contents of a file; empty if there is none.
 inline QByteArray bytesOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Makes the file anew, and its folder where there is none.
+// Writes a file, and creates its folder if necessary.
 inline void setBytes(const QString &path, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(path).path());

@@ -3,9 +3,9 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-// A home of its own for a test that writes where the user's files are, or removes them: gone with
-// the test, and the right one also when the test is run by hand. In memory where the system has
-// such a place, since many small writes wait for a disk.
+// A temporary home directory for a test that reads or writes the user's files; it is removed after
+// the test. It keeps the test away from the real home even when the test is run by hand. It is in
+// memory if possible, because many small writes to a disk are slow.
 class TemporaryHome
 {
 public:

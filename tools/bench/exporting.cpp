@@ -1,14 +1,13 @@
 #include "Subjects.h"
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
-#include "platform/NewFile.h"
 #include "platform/Paths.h"
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 
 #include <algorithm>
-#include <filesystem>
 #include <stdexcept>
 
 using namespace Qt::Literals::StringLiterals;
@@ -63,8 +62,9 @@ double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
     const QByteArray bytes(largest->size, 'x');
     return secondsOf([&] {
         for (const PlainFile &file : files) {
-            const auto path = platform::nativePath(platform::joinPath(folder, file.name));
-            if (platform::writeNewFile(path, QByteArrayView(bytes).first(file.size)))
+            QFile written(platform::joinPath(folder, file.name));
+            if (!written.open(QIODevice::NewOnly | QIODevice::Unbuffered)
+                || written.write(bytes.constData(), file.size) != file.size)
                 throw std::runtime_error("a file could not be written");
         }
     });

@@ -8,8 +8,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// To query and set values, create and enumerate keys, be notified, make links.
-constexpr quint32 wholeAccess = 0x3F;
+// Query and set values, create and enumerate subkeys, notify, create links.
+constexpr quint32 allAccess = 0x3F;
 
 QString textOf(const QVariant &value)
 {
@@ -18,7 +18,7 @@ QString textOf(const QVariant &value)
     return value.toString();
 }
 
-// QString::fromUtf8 would drop a byte order mark at the front.
+// QString::fromUtf8() would drop a byte order mark at the beginning.
 QString textOf(const QByteArray &bytes)
 {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
@@ -30,7 +30,7 @@ QString textOf(const QByteArray &bytes)
 void CreateRegistryKey(HKEY root, const QString &path)
 {
     HKEY key = 0;
-    if (RegCreateKeyExA(root, path, wholeAccess, key) == ERROR_SUCCESS)
+    if (RegCreateKeyExA(root, path, allAccess, key) == ERROR_SUCCESS)
         RegCloseKey(key);
 }
 
@@ -38,7 +38,7 @@ void WriteRegistryValue(HKEY root, const QString &path, const QString &valueName
                         const QVariant &value, quint32 valueType)
 {
     HKEY key = 0;
-    if (RegOpenKeyExA(root, path, wholeAccess, key) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(root, path, allAccess, key) != ERROR_SUCCESS)
         return;
     StoreKeyValue(key, valueName, valueType, value);
     RegCloseKey(key);
@@ -48,7 +48,7 @@ QVariant ReadRegistryValue(HKEY root, const QString &path, const QString &valueN
 {
     QVariant value;
     HKEY key = 0;
-    if (RegOpenKeyExA(root, path, wholeAccess, key) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(root, path, allAccess, key) != ERROR_SUCCESS)
         return value;
     FetchKeyValue(key, valueName, value);
     RegCloseKey(key);

@@ -4,22 +4,23 @@
 
 #include <QVariant>
 
-// Settings and the file type in the registry. No routine reports a failure to the user; a missing
-// value is no value, an invalid variant. An empty value name is the key's default value.
+// The routines through which the program uses the registry. None of them reports a failure to the
+// user. An empty value name means the default value of the key.
 
-// Makes the key, or leaves it when it exists.
+// Creates the key if it does not exist.
 void CreateRegistryKey(platform::HKEY root, const QString &path);
 
-// Stores the value in an existing key; where there is no such key, nothing happens.
+// Stores the value. The key must exist; otherwise nothing is stored. A bool is stored as the text
+// True or False.
 void WriteRegistryValue(platform::HKEY root, const QString &path, const QString &valueName,
                         const QVariant &value, quint32 valueType);
 
-// A text, a 32-bit number, or no value.
+// Returns a text or a 32-bit number, or an invalid variant if there is no such value.
 QVariant ReadRegistryValue(platform::HKEY root, const QString &path, const QString &valueName);
 
-// The halves of the two above that work on an open key. They return the platform's status: 0 is
-// success. A value of another type than REG_SZ and REG_DWORD is not stored, status 0, and not
-// fetched, status -1. A yes/no value has the text form True or False.
+// Store and fetch a value of an open key. They return the status of the platform, 0 for success. If
+// the type is neither REG_SZ nor REG_DWORD, StoreKeyValue stores nothing and returns 0, and
+// FetchKeyValue leaves `value` as it is and returns -1.
 qint32 StoreKeyValue(platform::HKEY key, const QString &valueName, quint32 valueType,
                      const QVariant &value);
 qint32 FetchKeyValue(platform::HKEY key, const QString &valueName, QVariant &value);

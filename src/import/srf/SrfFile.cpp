@@ -56,7 +56,7 @@ QString decodeSrf(QByteArrayView bytes)
         return QString::fromUtf8(bytes); // drops the byte order mark
     QStringDecoder windows1252("windows-1252");
     if (!windows1252.isValid()) // Qt was built without ICU
-        throw UserVisibleError(
+        throw platform::UserVisibleError(
             Text::tr("The recipe file is not in UTF-8, and Qt on this computer cannot read "
                      "Windows-1252, the other encoding of recipe files. Save the file as UTF-8 "
                      "and import it again."));

@@ -22,5 +22,6 @@ std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &
 
 // Returns the text of a recipe file. Valid UTF-8 is decoded as UTF-8, without a byte order mark at
 // its start, and anything else as Windows-1252, whose five undefined bytes become the control
-// characters of the same number. Throws UserVisibleError if Qt cannot decode Windows-1252.
+// characters of the same number. Throws platform::UserVisibleError if Qt cannot decode
+// Windows-1252.
 QString decodeSrf(QByteArrayView bytes);
