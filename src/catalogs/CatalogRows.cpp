@@ -4,23 +4,23 @@
 #include "data/DatabaseError.h"
 #include "data/RecordCursor.h"
 
-QStringList textsOf(RecordCursor &rows, QLatin1StringView field)
+QStringList textsOf(RecordCursor &cursor, QLatin1StringView field)
 {
+    const RowSet &rows = cursor.rows();
     const int column = rows.columnNumber(field);
-    const qsizetype count = rows.RecordCount();
     QStringList texts;
-    texts.reserve(count);
-    for (qsizetype row = 0; row < count; ++row)
-        texts.append(toVariant(rows.cellAt(row, column)).toString());
+    texts.reserve(rows.size());
+    for (qsizetype row = 0; row < rows.size(); ++row)
+        texts.append(toVariant(rows.cell(row, column)).toString());
     return texts;
 }
 
-int rowOfKey(RecordCursor &rows, QLatin1StringView keyField, qint64 key)
+int rowOfKey(RecordCursor &cursor, QLatin1StringView keyField, qint64 key)
 {
+    const RowSet &rows = cursor.rows();
     const int column = rows.columnNumber(keyField);
-    const qsizetype count = rows.RecordCount();
-    for (qsizetype row = 0; row < count; ++row) {
-        if (rows.cellAt(row, column).integer == key)
+    for (qsizetype row = 0; row < rows.size(); ++row) {
+        if (rows.cell(row, column) == Cell(key))
             return static_cast<int>(row);
     }
     return -1;

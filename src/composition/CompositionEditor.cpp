@@ -6,7 +6,7 @@
 #include "composition/ComposedRecipe.h"
 #include "data/Criterion.h"
 #include "data/DataSource.h"
-#include "data/Transaction.h"
+#include "data/Database.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "widgets/ListBox.h"

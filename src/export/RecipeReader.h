@@ -8,20 +8,20 @@
 
 class Database;
 
-// Reads what pages say from a recipe file. The file is locked only while a call runs; all of them
-// together see one state of it. Throws DatabaseError, and ExportError where another program has
-// changed the file since the first call.
+// Reads the contents of the pages from a recipe file. The file is locked only while a call runs.
+// All calls see the same state of it: ExportError is thrown if another program has changed the file
+// since entries(). Also throws DatabaseError.
 class RecipeReader
 {
 public:
     explicit RecipeReader(const QString &databasePath);
 
-    // All recipes in the stored sort order, with their titles as they are stored and without pages.
-    // To be called first and once.
+    // All recipes in the sort order of the settings, with their stored titles and without page
+    // names. To be called once, before details().
     std::vector<RecipeEntry> entries();
 
-    // One for each key, in their order; keys ascend, and no recipe between two of them is left out;
-    // not empty.
+    // The details for each key, in the same order. The keys must ascend, include every recipe
+    // between the first and the last one, and not be empty.
     std::vector<RecipeDetails> details(std::span<const qint64> keys);
 
 private:

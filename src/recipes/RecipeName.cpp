@@ -1,6 +1,5 @@
 #include "recipes/RecipeName.h"
 
-#include "data/Blanks.h"
 #include "data/GeneralFuctions.h"
 #include "interaction/Interaction.h"
 

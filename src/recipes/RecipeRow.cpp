@@ -2,8 +2,8 @@
 
 #include "data/Criterion.h"
 #include "data/DataSource.h"
+#include "data/Database.h"
 #include "data/DatabaseError.h"
-#include "data/Transaction.h"
 
 #include <QCoreApplication>
 

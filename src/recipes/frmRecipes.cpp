@@ -74,7 +74,7 @@ void frmRecipes::Form_Activate()
     RecordCursor &recipes = datRecipes.Recordset();
     m_recipes.clear();
     recipes.Requery();
-    m_recipes.show(recipes);
+    m_recipes.show(recipes.rows());
     if (m_recipes.rowCount() > 0) {
         m_ui->lvwRecipes->setCurrentIndex(m_recipes.index(0, 0));
         m_ui->lvwRecipes->scrollToTop();

@@ -1,6 +1,6 @@
 #include "composition/IngredientLine.h"
 #include "data/DatabasePath.h"
-#include "data/RecipeTypes.h"
+#include "data/TypesAndRatings.h"
 #include "import/frmImportRecipe.h"
 #include "import/srf/SrfDecoder.h"
 #include "import/srf/SrfParser.h"

@@ -1,8 +1,8 @@
 #include "PlainStatement.h"
 #include "Sources.h"
 #include "Subjects.h"
+#include "data/Database.h"
 #include "data/RecordCursor.h"
-#include "data/Transaction.h"
 
 #include <SQLiteCpp/Database.h>
 

@@ -98,9 +98,10 @@ int walkLines(RecordCursor &cursor, int recipe)
 void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> &database,
                   int recipes)
 {
-    const QString source = ingredientJoin();
+    const QString source = inLinkOrder(ingredientJoin(), "RecipeIngredients"_L1);
     RecordCursor cursor(database, source);
-    PlainStatement statement(connection.getHandle(), source.toStdString() + " WHERE RecipeID = ?");
+    PlainStatement statement(connection.getHandle(),
+                             ingredientJoin().toStdString() + " WHERE RecipeID = ?");
     const auto plain = [&] {
         return secondsOfOne(searches, [&](int i) {
             statement.bind(1, qint64{somewhere(i, recipes)} + 1);
