@@ -2,6 +2,7 @@
 
 #include "data/DatabaseError.h"
 
+#include <QCoreApplication>
 #include <QStringBuilder>
 
 // criterion = spaces field spaces ( "=" spaces ( text | key ) | "LIKE" spaces text ) spaces
@@ -26,6 +27,8 @@ bool isDigit(QChar c)
 
 class CriterionParser
 {
+    Q_DECLARE_TR_FUNCTIONS(Criterion)
+
 public:
     explicit CriterionParser(const QString &text)
         : m_text(text)
@@ -56,7 +59,7 @@ public:
 private:
     [[noreturn]] void fail() const
     {
-        throw DatabaseError(Criterion::tr("Not a search criterion: %1").arg(m_text));
+        throw DatabaseError(tr("Not a search criterion: %1").arg(m_text));
     }
 
     void skipSpaces()

@@ -2,16 +2,12 @@
 
 #include "data/FieldValue.h"
 
-#include <QCoreApplication>
 #include <QString>
 
 enum class Comparison { Equal, Like };
 
 // A parsed search criterion.
 struct Criterion {
-    Q_DECLARE_TR_FUNCTIONS(Criterion)
-
-public:
     QByteArray field;
     Comparison comparison = Comparison::Equal;
     FieldValue value; // an integer (a key) or text

@@ -176,8 +176,8 @@ void Database::delist(TransactionParticipant &participant)
 
 void Database::notifyParticipants()
 {
-    // All other cursors may have read rows that are now rolled back; their next requery reads
-    // again.
+    // Any other cursor may have read rows that are now rolled back. Counting a change of each table
+    // makes its next requery read again.
     for (quint64 &changes : m_changes)
         ++changes;
     for (TransactionParticipant *participant : m_participants)

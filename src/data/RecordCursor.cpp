@@ -21,8 +21,6 @@ void RecordCursor::fail(const QString &text) const
     throw DatabaseError(text.arg(m_rows.query().source()));
 }
 
-// Rows
-
 void RecordCursor::readRows()
 {
     if (m_rows.isRead())
@@ -43,7 +41,6 @@ const RowSet &RecordCursor::rows()
 void RecordCursor::rowsDropped()
 {
     m_search.clear();
-    m_writer.reset();
     m_place = Place::Unset;
     m_row = 0;
 }
@@ -58,18 +55,19 @@ void RecordCursor::transactionRolledBack()
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
+    const bool isNewSource = m_recordSource != m_rows.query().source();
     if (m_rows.refresh(m_recordSource))
         moveTo(0);
     else
         rowsDropped();
+    if (isNewSource)
+        m_writer.reset();
 }
 
 qsizetype RecordCursor::RecordCount()
 {
     return rows().size();
 }
-
-// Position
 
 void RecordCursor::moveTo(qsizetype row)
 {
@@ -146,8 +144,6 @@ void RecordCursor::requireRow()
         fail(tr("There is no current row in: %1"));
 }
 
-// Search
-
 void RecordCursor::FindFirst(const QString &criteria)
 {
     readRows();
@@ -168,8 +164,6 @@ void RecordCursor::find(const QString &criteria, qsizetype from)
     if (!m_noMatch)
         setPosition(found);
 }
-
-// Fields and the edit buffer
 
 QVariant RecordCursor::value(QLatin1StringView field)
 {
@@ -217,8 +211,6 @@ void RecordCursor::Edit()
     requireRow();
     openBuffer(Buffer::Editing);
 }
-
-// Writing
 
 TableWriter &RecordCursor::writer()
 {

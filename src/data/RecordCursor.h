@@ -70,8 +70,8 @@ public:
     // convertToField().
     void setValue(QLatin1StringView field, const QVariant &value);
 
-    // The rows for lists, which show any row without moving to it. Reads. To be detached from
-    // before a requery.
+    // The rows for lists, which show any row without moving to it. Reads. The rows are valid until
+    // the next requery; the set, as long as the cursor.
     const RowSet &rows();
 
 private:

@@ -11,7 +11,7 @@ qint64 integerIn(RowStore::Row row, int column)
     return integer != nullptr ? *integer : 0;
 }
 
-// Removes the rows of which another version is known.
+// Appended rows are in the file, too; this removes the second copies that have been read.
 void eraseRowsByKey(std::vector<RowStore::Row> &rows, const std::vector<RowStore::Row> &known,
                     int keyColumn)
 {

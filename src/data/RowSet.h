@@ -4,9 +4,9 @@
 #include "data/SourceQuery.h"
 
 // The rows of a record source as they were in the file when they were read, followed by those that
-// have been appended since. What others write shows after a refresh(). It is read all at once and
-// by read() alone; the functions that show rows never read. It writes nothing itself: whoever
-// writes a row to the file tells it with append(), replace() or erase().
+// have been appended since. What others write shows after a refresh(). Only read() reads, and it
+// reads all rows; size(), cell() and the like never do. The set writes nothing itself: whoever
+// writes a row to the file reports it by append(), replace() or erase().
 class RowSet
 {
 public:
@@ -18,9 +18,9 @@ public:
 
     bool isRead() const { return m_isRead; }
 
-    // Reads the rows unless they have been read. They come before the rows that have been appended
-    // already; returns how many rows have come before these. Throws DatabaseError and then leaves
-    // the set as it was.
+    // Reads the rows unless they have been read. Rows that have been appended before stay last, so
+    // that their numbers grow by the returned count. Throws DatabaseError and then leaves the set
+    // as it was.
     qsizetype read();
 
     // Drops all rows; the next read() reads them.
@@ -74,8 +74,8 @@ private:
     int m_dataVersion = 0;
     TableChanges m_changes{};
 
-    // Whether another run of the query would put an appended row anywhere but last. Rows of a bare
-    // table come in the order of their keys, so that the last key tells.
+    // Whether another run of the query could put an appended row anywhere but last. A bare table is
+    // read in the order of its keys, so there a row is in order if its key is the largest.
     bool m_isAppendedOutOfOrder = false;
     qint64 m_lastKey = 0;
 };

@@ -46,7 +46,7 @@ private Q_SLOTS:
         };
         for (const auto &[name, type, values, expected] : table) {
             for (const QVariant &value : values)
-                QTest::addRow("%s: %s", name, qUtf8Printable(value.toString()))
+                QTest::addRow("%s: %s %s", name, value.typeName(), qUtf8Printable(value.toString()))
                     << type << value << expected;
         }
     }
