@@ -25,9 +25,9 @@ void RecordCursor::readRows()
 {
     if (m_rows.isRead())
         return;
+    m_writer.reset(); // reading may find other columns
     m_row += m_rows.read();
     m_search.clear();
-    m_writer.reset(); // the columns may have changed
     if (m_place == Place::Unset)
         setPosition(0);
 }
