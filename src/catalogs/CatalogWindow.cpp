@@ -10,14 +10,14 @@
 
 #include <QPushButton>
 
-QStringList textsOf(RecordCursor &rows, QLatin1StringView field)
+QStringList textsOf(RecordCursor &cursor, QLatin1StringView field)
 {
+    const RowSet &rows = cursor.rows();
     const int column = rows.columnNumber(field);
-    const qsizetype count = rows.RecordCount();
     QStringList texts;
-    texts.reserve(count);
-    for (qsizetype row = 0; row < count; ++row)
-        texts.append(toVariant(rows.cellAt(row, column)).toString());
+    texts.reserve(rows.size());
+    for (qsizetype row = 0; row < rows.size(); ++row)
+        texts.append(toVariant(rows.cell(row, column)).toString());
     return texts;
 }
 
@@ -76,10 +76,10 @@ void CatalogWindow::goToShown()
 
 int CatalogWindow::shownRow() const
 {
-    const int column = rows().columnNumber(m_catalog.keyField);
-    const qsizetype count = rows().RecordCount();
-    for (qsizetype row = 0; row < count; ++row) {
-        if (rows().cellAt(row, column).integer == m_currentId)
+    const RowSet &catalog = rows().rows();
+    const int column = catalog.columnNumber(m_catalog.keyField);
+    for (qsizetype row = 0; row < catalog.size(); ++row) {
+        if (catalog.cell(row, column) == Cell(m_currentId))
             return static_cast<int>(row);
     }
     return -1;

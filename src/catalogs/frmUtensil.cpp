@@ -1,6 +1,5 @@
 #include "catalogs/frmUtensil.h"
 
-#include "data/Blanks.h"
 #include "data/Criterion.h"
 #include "data/DatabasePath.h"
 #include "data/GeneralFuctions.h"

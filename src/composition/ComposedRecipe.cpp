@@ -1,6 +1,6 @@
 #include "composition/ComposedRecipe.h"
 
-#include "data/Blanks.h"
+#include "data/GeneralFuctions.h"
 
 #include <QTextBoundaryFinder>
 

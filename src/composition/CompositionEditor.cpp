@@ -4,7 +4,7 @@
 #include "catalogs/frmUtensil.h"
 #include "composition/ComposedRecipe.h"
 #include "data/Criterion.h"
-#include "data/Transaction.h"
+#include "data/Database.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"

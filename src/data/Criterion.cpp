@@ -5,7 +5,8 @@
 #include <QCoreApplication>
 #include <QStringBuilder>
 
-// criterion = blanks field blanks ( "=" blanks ( text | key ) | "LIKE" blanks text ) blanks
+// criterion = spaces field spaces ( "=" spaces ( text | key ) | "LIKE" spaces text ) spaces
+// spaces    = { " " }
 // field     = letter { letter }
 // text      = "'" { any character but "'" | "''" } "'"
 // key       = [ "-" ] digit { digit }
@@ -26,6 +27,8 @@ bool isDigit(QChar c)
 
 class CriterionParser
 {
+    Q_DECLARE_TR_FUNCTIONS(Criterion)
+
 public:
     explicit CriterionParser(const QString &text)
         : m_text(text)
@@ -36,41 +39,40 @@ public:
     Criterion criterion()
     {
         Criterion result;
-        skipBlanks();
+        skipSpaces();
         result.field = field();
-        skipBlanks();
+        skipSpaces();
         result.comparison = comparison();
-        skipBlanks();
+        skipSpaces();
         if (m_rest.startsWith(u'\''))
             result.value = text();
         else if (result.comparison == Comparison::Equal)
             result.value = key();
         else
-            refuse();
-        skipBlanks();
+            fail();
+        skipSpaces();
         if (!m_rest.empty())
-            refuse();
+            fail();
         return result;
     }
 
 private:
-    [[noreturn]] void refuse() const
+    [[noreturn]] void fail() const
     {
-        throw DatabaseError(
-            QCoreApplication::translate("Criterion", "Not a search criterion: %1").arg(m_text));
+        throw DatabaseError(tr("Not a search criterion: %1").arg(m_text));
     }
 
-    void skipBlanks()
+    void skipSpaces()
     {
         takeWhile([](QChar c) { return c == u' '; });
     }
 
-    std::string field()
+    QByteArray field()
     {
         const QStringView name = takeWhile(isLetter);
         if (name.empty())
-            refuse();
-        return name.toUtf8().toStdString();
+            fail();
+        return name.toLatin1();
     }
 
     Comparison comparison()
@@ -80,7 +82,7 @@ private:
             return Comparison::Equal;
         }
         if (takeWhile(isLetter).compare("LIKE"_L1, Qt::CaseInsensitive) != 0)
-            refuse();
+            fail();
         return Comparison::Like;
     }
 
@@ -91,7 +93,7 @@ private:
             m_rest = m_rest.sliced(1);
             const qsizetype quote = m_rest.indexOf(u'\'');
             if (quote < 0)
-                refuse();
+                fail();
             value += m_rest.first(quote).toUtf8().toStdString();
             m_rest = m_rest.sliced(quote + 1);
             if (!m_rest.startsWith(u'\''))
@@ -109,7 +111,7 @@ private:
         bool ok = false;
         const qint64 value = start.first(start.size() - m_rest.size()).toLongLong(&ok);
         if (!ok)
-            refuse();
+            fail();
         return value;
     }
 

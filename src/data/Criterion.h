@@ -1,22 +1,21 @@
 #pragma once
 
-#include <QString>
+#include "data/FieldValue.h"
 
-#include <string>
-#include <variant>
+#include <QString>
 
 enum class Comparison { Equal, Like };
 
-// A search criterion, parsed.
+// A parsed search criterion.
 struct Criterion {
-    std::string field;
+    QByteArray field;
     Comparison comparison = Comparison::Equal;
-    std::variant<qint64, std::string> value; // a key, or UTF-8 text
+    FieldValue value; // an integer (a key) or text
 
-    // Throws DatabaseError, naming the text, where it is none of the forms above the parser.
+    // Throws DatabaseError with the text if it is not in the grammar, see Criterion.cpp.
     static Criterion parse(const QString &text);
 };
 
-// The criterion's text for a field and a value; a quote inside the value is written twice.
+// The text of a criterion for a field and a value. Quotes in the value are doubled.
 QString criterion(QLatin1StringView field, Comparison comparison, const QString &value);
 QString criterion(QLatin1StringView field, qint64 key);

@@ -1,11 +1,7 @@
 #include "data/Database.h"
 
-#include "data/ActionStatement.h"
 #include "data/DatabaseError.h"
-#include "data/DatabaseErrorText.h"
 #include "data/TextComparison.h"
-#include "data/Transaction.h"
-#include "data/TranslateSqliteErrors.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -15,26 +11,9 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <chrono>
 #include <thread>
 
 namespace {
-
-// The engine's own waiting grows its pauses and lets one of two busy programs starve; short even
-// pauses make them take turns.
-int waitForLock(void *since, int attempt)
-{
-    using namespace std::chrono;
-    constexpr auto longest = seconds(10);
-    constexpr auto pause = milliseconds(2);
-    auto &start = *static_cast<steady_clock::time_point *>(since);
-    if (attempt == 0)
-        start = steady_clock::now();
-    if (steady_clock::now() - start >= longest)
-        return 0;
-    std::this_thread::sleep_for(pause);
-    return 1;
-}
 
 int collate(void *, int leftSize, const void *left, int rightSize, const void *right)
 {
@@ -49,7 +28,8 @@ void countChange(void *changes, int, const char *, const char *table, sqlite3_in
         ++(*static_cast<TableChanges *>(changes))[static_cast<std::size_t>(number)];
 }
 
-// Rows are deleted one by one, so that each is counted, also where a whole table is emptied.
+// SQLITE_IGNORE makes SQLite delete row by row, so that the update hook counts each row even when a
+// whole table is emptied.
 int deleteRowByRow(void *, int action, const char *, const char *, const char *, const char *)
 {
     return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
@@ -64,30 +44,55 @@ std::string selectOfFields(const Table &table)
     return "SELECT " + fields + " FROM " + std::string(table.name);
 }
 
+constexpr std::string_view whitespace = " \t\r\n";
+
+std::string_view withoutLeadingWhitespace(std::string_view text)
+{
+    const std::size_t start = text.find_first_not_of(whitespace);
+    return start == std::string_view::npos ? std::string_view{} : text.substr(start);
+}
+
+// "DELETE table.* From table" without its column list; any other statement unchanged.
+std::string withoutColumnList(const std::string &statement)
+{
+    constexpr std::string_view verb = "DELETE";
+    const std::string_view start = withoutLeadingWhitespace(statement);
+    if (start.size() <= verb.size() || !isSameName(start.substr(0, verb.size()), verb)
+        || whitespace.find(start[verb.size()]) == std::string_view::npos)
+        return statement;
+
+    const std::string_view columns = withoutLeadingWhitespace(start.substr(verb.size()));
+    const std::string_view word = columns.substr(0, columns.find_first_of(whitespace));
+    if (!word.ends_with(".*") || word.find_first_of("'\"") != std::string_view::npos)
+        return statement;
+    return std::string(verb) + std::string(columns.substr(word.size()));
+}
+
 } // namespace
 
-std::shared_ptr<Database> Database::open(const QString &path)
+std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milliseconds lockTimeout)
 {
     static QHash<QString, std::weak_ptr<Database>> connections;
     std::weak_ptr<Database> &known = connections[QFileInfo(path).absoluteFilePath()];
     std::shared_ptr<Database> database = known.lock();
     if (!database) {
-        database = std::shared_ptr<Database>(new Database(path));
+        database = std::shared_ptr<Database>(new Database(path, lockTimeout));
         known = database;
     }
     return database;
 }
 
-Database::Database(const QString &path)
+Database::Database(const QString &path, std::chrono::milliseconds lockTimeout)
     : m_path(path)
+    , m_lockTimeout(lockTimeout)
 {
-    translateSqliteErrors(*this, [this] {
-        // Cursors and transactions belong to one thread anyway, so the engine need not lock.
+    translateSqliteErrors([this] {
+        // One thread uses the connection, so that SQLite need not protect it by a mutex.
         m_connection = std::make_unique<SQLite::Database>(
             m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
         configure();
         checkFile();
-        useOneFile();
+        leaveWalMode();
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
     });
 }
@@ -97,30 +102,42 @@ Database::~Database() = default;
 void Database::configure()
 {
     sqlite3 *handle = m_connection->getHandle();
-    static std::chrono::steady_clock::time_point waitingSince;
-    sqlite3_busy_handler(handle, waitForLock, &waitingSince);
+    sqlite3_busy_handler(handle, waitForLock, this);
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_update_hook(handle, countChange, &m_changes);
     sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
     m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
-// Reads the file's first page and prepares a statement for each table, which together find a file
-// that is damaged, incomplete or something else.
+// sqlite3_busy_timeout() waits longer after each attempt, so that one of two busy programs can
+// starve. Short, equal pauses let them take turns.
+int Database::waitForLock(void *database, int attempt)
+{
+    using namespace std::chrono;
+    auto &self = *static_cast<Database *>(database);
+    if (attempt == 0)
+        self.m_waitingSince = steady_clock::now();
+    if (steady_clock::now() - self.m_waitingSince >= self.m_lockTimeout)
+        return 0;
+    std::this_thread::sleep_for(milliseconds(2));
+    return 1;
+}
+
+// Reads the file's first page and prepares a statement for each table. Together they find a file
+// that is damaged, incomplete or not a recipe file.
 void Database::checkFile()
 {
     m_connection->execAndGet("PRAGMA schema_version");
     if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
         && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
-        throw DatabaseError(newerVersionText(m_path));
+        throw DatabaseError::newerVersion(m_path);
     for (const Table &table : schemaTables())
         SQLite::Statement(*m_connection, selectOfFields(table));
 }
 
-// A file that another tool has set to a write-ahead log would keep its newest rows in a second
-// file, which a copy made by hand leaves behind. Where that cannot be undone now, the log works as
-// well.
-void Database::useOneFile()
+// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
+// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
+void Database::leaveWalMode()
 {
     if (m_connection->execAndGet("PRAGMA journal_mode").getString() == "wal")
         m_connection->tryExec("PRAGMA journal_mode = DELETE");
@@ -129,13 +146,12 @@ void Database::useOneFile()
 void Database::Execute(const QString &statement)
 {
     refuseAfterFailure();
-    translateSqliteErrors(
-        *this, [&] { m_connection->exec(translatedStatement(statement.toStdString())); });
+    translateSqliteErrors([&] { m_connection->exec(withoutColumnList(statement.toStdString())); });
 }
 
 int Database::dataVersion()
 {
-    return translateSqliteErrors(*this, [this] {
+    return translateSqliteErrors([this] {
         m_dataVersion->tryReset();
         m_dataVersion->executeStep();
         const int version = m_dataVersion->getColumn(0).getInt();
@@ -158,67 +174,82 @@ void Database::delist(TransactionParticipant &participant)
     std::erase(m_participants, &participant);
 }
 
-void Database::tellParticipants()
+void Database::notifyParticipants()
 {
-    // What others have read inside the transaction has not come about either.
+    // Any other cursor may have read rows that are now rolled back. Counting a change of each table
+    // makes its next requery read again.
     for (quint64 &changes : m_changes)
         ++changes;
     for (TransactionParticipant *participant : m_participants)
         participant->transactionRolledBack();
 }
 
-void Database::fail(int code, const char *message)
+void Database::rethrow()
 {
-    const QString text = databaseErrorText(m_path, code, QString::fromUtf8(message));
-    if (m_depth > 0)
-        m_failure = text;
-    // A full disk and the like make the engine undo the whole transaction by itself.
-    if (m_depth > 0 && !m_undoneByEngine
-        && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
-        m_undoneByEngine = true;
-        tellParticipants();
+    try {
+        throw;
+    } catch (const SQLite::Exception &error) {
+        fail(error.getExtendedErrorCode(), error.what());
     }
-    throw DatabaseError(text);
 }
 
-// What is written behind a failure would be stored without what should have come before it.
+void Database::fail(int code, const char *message)
+{
+    const DatabaseError error = DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message));
+    if (m_state != TransactionState::None)
+        m_failure = error.text();
+    if (m_state == TransactionState::Open)
+        m_state = TransactionState::StepFailed;
+    // A full disk, for example, makes SQLite roll back the whole transaction.
+    if (m_state == TransactionState::StepFailed
+        && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
+        m_state = TransactionState::RolledBack;
+        notifyParticipants();
+    }
+    throw error;
+}
+
+// What is written after a failed step would be committed without what should have preceded it.
 void Database::refuseAfterFailure() const
 {
-    if (!m_failure.isEmpty())
+    if (m_state == TransactionState::StepFailed || m_state == TransactionState::RolledBack)
         throw DatabaseError(m_failure);
 }
 
 void Database::begin()
 {
     refuseAfterFailure();
-    translateSqliteErrors(*this, [this] {
-        m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner");
-    });
+    translateSqliteErrors(
+        [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
     ++m_depth;
+    m_state = TransactionState::Open;
 }
 
 void Database::commit()
 {
     refuseAfterFailure();
     translateSqliteErrors(
-        *this, [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
-    if (--m_depth == 0)
-        m_participants.clear();
+        [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    end();
 }
 
 void Database::rollBack() noexcept
 {
-    if (!m_undoneByEngine) {
-        // Not even a failing rollback leaves anything to do: the engine then has undone it all.
+    if (m_state != TransactionState::RolledBack) {
+        // A rollback fails only if SQLite has already rolled back by itself.
         m_connection->tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
-        tellParticipants();
-        m_failure.clear();
+        notifyParticipants();
+        m_state = TransactionState::Open;
     }
-    if (--m_depth == 0) {
-        m_participants.clear();
-        m_undoneByEngine = false;
-        m_failure.clear();
-    }
+    end();
+}
+
+void Database::end()
+{
+    if (--m_depth > 0)
+        return;
+    m_state = TransactionState::None;
+    m_participants.clear();
 }
 
 Transaction::Transaction(Database &database)
@@ -245,14 +276,14 @@ ReadTransaction::ReadTransaction(Database &database)
                   && sqlite3_get_autocommit(database.connection().getHandle()) != 0)
 {
     if (m_outermost)
-        translateSqliteErrors(m_database, [this] { m_database.connection().exec("BEGIN"); });
+        m_database.translateSqliteErrors([this] { m_database.connection().exec("BEGIN"); });
 }
 
 ReadTransaction::~ReadTransaction()
 {
     if (!m_outermost)
         return;
-    // A commit that writes can fail, which nobody would notice here.
+    // The commit of a transaction that has written can fail, and its result is ignored here.
     Q_ASSERT(sqlite3_txn_state(m_database.connection().getHandle(), nullptr) != SQLITE_TXN_WRITE);
     m_database.connection().tryExec("COMMIT");
 }

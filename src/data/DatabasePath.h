@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// Full path of the recipe file. Set once by the start-up routine, before any window loads, and read
-// by every window that opens data sources.
+// The full path of the recipe file. The start-up routine sets it once, before any window loads;
+// every window that opens data sources reads it.
 inline QString DatabasePath;

@@ -1,6 +1,9 @@
 #include "data/FieldValue.h"
 
-#include "data/Blanks.h"
+#include "data/GeneralFuctions.h"
+
+#include <QLocale>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <cmath>
@@ -22,8 +25,8 @@ QStringView withoutSign(QStringView text)
     return text.startsWith(u'+') || text.startsWith(u'-') ? text.sliced(1) : text;
 }
 
-// Digits that a double takes exactly: what nearly all numbers are. Converting them here costs a
-// twentieth of what the general conversion does.
+// Nearly all numbers are few enough digits for a double to be exact. Converting those here takes a
+// twentieth of the time of QStringView::toDouble().
 double valueOfDigits(QStringView digits)
 {
     double value = 0;
@@ -114,7 +117,32 @@ std::optional<FieldValue> yesNo(const QVariant &value)
     return qint64{*converted != 0 ? 1 : 0};
 }
 
+// QString::fromUtf8() drops a leading byte order mark; here it is part of the text.
+QString decodeText(std::string_view bytes)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return utf8.decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+}
+
 } // namespace
+
+Cell toCell(const FieldValue &value)
+{
+    return std::visit([](const auto &held) { return Cell(held); }, value);
+}
+
+QVariant toVariant(const Cell &cell)
+{
+    if (const auto *text = std::get_if<std::string_view>(&cell))
+        return decodeText(*text);
+    if (const auto *integer = std::get_if<qint64>(&cell))
+        return *integer;
+    if (const auto *number = std::get_if<double>(&cell))
+        return *number;
+    if (const auto *blob = std::get_if<Blob>(&cell))
+        return QByteArray(blob->bytes.data(), static_cast<qsizetype>(blob->bytes.size()));
+    return {};
+}
 
 std::optional<FieldValue> convertToField(FieldType type, const QVariant &value)
 {
@@ -139,4 +167,11 @@ bool isNotNegative(const QString &text)
 {
     return text.isEmpty()
         || (!text.contains(u'-') && convertToField(FieldType::Number, text).has_value());
+}
+
+QString displayText(const QVariant &stored)
+{
+    if (stored.typeId() == QMetaType::Double)
+        return QString::number(stored.toDouble(), 'f', QLocale::FloatingPointShortest);
+    return stored.toString();
 }

@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 enum class FieldType {
     Key, // a counter or the key of another table's row; never converted from text
@@ -14,15 +16,40 @@ enum class FieldType {
     YesNo, // stored as 1 and 0
 };
 
-// What lies in a cell: nothing, an integer, a floating number or UTF-8 text.
+struct Blob {
+    std::string_view bytes;
+
+    bool operator==(const Blob &) const = default;
+};
+
+// The value of one cell: null, an integer, a floating-point number, UTF-8 text or a blob. Each cell
+// has its own type, whatever its column declares. The bytes of a text or a blob belong to the
+// row that the cell was read from.
+using Cell = std::variant<std::monostate, qint64, double, std::string_view, Blob>;
+
+// A cell's value that owns its text: what is written and what is searched for, which is never a
+// blob.
 using FieldValue = std::variant<std::monostate, qint64, double, std::string>;
 
-// The value that a field of this type stores for `value`, or nothing where it does not take it.
-// Text becomes a number as follows, with blanks around it dropped and no locale taking part: whole
-// numbers from a sign or none and digits; numbers also with a point and digits; yes and no from
-// True and False in any case or a whole number.
+// One value for each column of a row, or nothing for a column that is not written.
+using FieldValues = std::vector<std::optional<FieldValue>>;
+
+// The value as a cell, valid as long as `value` is.
+Cell toCell(const FieldValue &value);
+
+// What callers of the data layer see: null is an invalid variant, text a QString, a blob a
+// QByteArray.
+QVariant toVariant(const Cell &cell);
+
+// The value that a field of this type stores for `value`, or nothing if the field does not accept
+// it. Text is converted to a number without regard to the locale or to spaces at its ends. A whole
+// number is an optional sign and digits; a number may also have a point followed by digits; yes and
+// no are True and False in any case, or a whole number.
 std::optional<FieldValue> convertToField(FieldType type, const QVariant &value);
 
-// Whether a number field takes the text, without a minus, for what is counted in a window; the
-// empty text stands for 0.
+// Whether a number field accepts the text and the text has no minus sign. Empty text counts as 0.
 bool isNotNegative(const QString &text);
+
+// A stored value as windows show it. A number has decimal digits, a point and never an exponent,
+// so that its field accepts the text again. Null gives empty text.
+QString displayText(const QVariant &stored);

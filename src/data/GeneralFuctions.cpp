@@ -9,3 +9,12 @@ QString ContainsInvalidChars(const QString &text)
         std::any_of(invalid.begin(), invalid.end(), [&text](QChar c) { return text.contains(c); });
     return holdsOne ? QString() : text;
 }
+
+QStringView trimSpaces(QStringView text)
+{
+    while (text.startsWith(u' '))
+        text = text.sliced(1);
+    while (text.endsWith(u' '))
+        text.chop(1);
+    return text;
+}

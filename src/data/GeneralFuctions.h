@@ -2,6 +2,10 @@
 
 #include <QString>
 
-// The text itself when it holds none of the twelve characters \ / : * ? " ' < > | ( ),
-// else the empty text. Callers test for an empty text first.
+// The text itself if it has none of the twelve characters \ / : * ? " ' < > | ( ), else empty text.
+// Callers check for empty text first.
 QString ContainsInvalidChars(const QString &text);
+
+// The text without the spaces at its ends. Unlike QStringView::trimmed(), it keeps all other
+// whitespace.
+QStringView trimSpaces(QStringView text);

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <limits>
 
-// A cell is a tag byte and what the tag says: an integer in as few bytes as it needs, a double, or
-// bytes behind their count.
+// A cell is a tag byte followed by what the tag announces: an integer in as few bytes as it needs,
+// a double, or a byte count and the bytes.
 
 namespace {
 
@@ -29,7 +29,7 @@ bool fits(qint64 value)
         && value <= std::numeric_limits<Number>::max();
 }
 
-// Cells lie at any address.
+// Cells are not aligned.
 template <typename Number>
 Number read(const std::byte *from)
 {
@@ -90,30 +90,28 @@ RowStore::Row RowStore::endRow()
 
 void RowStore::add(const Cell &cell)
 {
-    switch (cell.type) {
-    case Cell::Type::Null:
+    if (const auto *integer = std::get_if<qint64>(&cell))
+        addInteger(*integer);
+    else if (const auto *text = std::get_if<std::string_view>(&cell))
+        putBytes(tag::shortText, tag::longText, *text);
+    else if (const auto *number = std::get_if<double>(&cell))
+        put(tag::real, *number);
+    else if (const auto *blob = std::get_if<Blob>(&cell))
+        putBytes(tag::shortBlob, tag::longBlob, blob->bytes);
+    else
         *reserve(1) = tag::null;
-        break;
-    case Cell::Type::Integer:
-        if (fits<qint8>(cell.integer))
-            put(tag::integer8, static_cast<qint8>(cell.integer));
-        else if (fits<qint16>(cell.integer))
-            put(tag::integer16, static_cast<qint16>(cell.integer));
-        else if (fits<qint32>(cell.integer))
-            put(tag::integer32, static_cast<qint32>(cell.integer));
-        else
-            put(tag::integer64, cell.integer);
-        break;
-    case Cell::Type::Real:
-        put(tag::real, cell.real);
-        break;
-    case Cell::Type::Text:
-        putBytes(tag::shortText, tag::longText, cell.bytes);
-        break;
-    case Cell::Type::Blob:
-        putBytes(tag::shortBlob, tag::longBlob, cell.bytes);
-        break;
-    }
+}
+
+void RowStore::addInteger(qint64 integer)
+{
+    if (fits<qint8>(integer))
+        put(tag::integer8, static_cast<qint8>(integer));
+    else if (fits<qint16>(integer))
+        put(tag::integer16, static_cast<qint16>(integer));
+    else if (fits<qint32>(integer))
+        put(tag::integer32, static_cast<qint32>(integer));
+    else
+        put(tag::integer64, integer);
 }
 
 template <typename Number>
@@ -144,7 +142,7 @@ std::byte *RowStore::reserve(std::size_t size)
     return at;
 }
 
-// Rows never span chunks: the row that has been begun goes along.
+// A row never spans two chunks, so the cells that it already has are moved along.
 void RowStore::moveRowToNextChunk(std::size_t size)
 {
     constexpr std::size_t firstSize = std::size_t{64} << 10U;
@@ -179,23 +177,23 @@ Cell RowStore::cell(Row row, int column)
     const std::byte *payload = row + 1;
     switch (*row) {
     case tag::integer8:
-        return {Cell::Type::Integer, read<qint8>(payload), 0, {}};
+        return qint64{read<qint8>(payload)};
     case tag::integer16:
-        return {Cell::Type::Integer, read<qint16>(payload), 0, {}};
+        return qint64{read<qint16>(payload)};
     case tag::integer32:
-        return {Cell::Type::Integer, read<qint32>(payload), 0, {}};
+        return qint64{read<qint32>(payload)};
     case tag::integer64:
-        return {Cell::Type::Integer, read<qint64>(payload), 0, {}};
+        return read<qint64>(payload);
     case tag::real:
-        return {Cell::Type::Real, 0, read<double>(payload), {}};
+        return read<double>(payload);
     case tag::shortText:
-        return {Cell::Type::Text, 0, 0, readBytes<quint8>(payload)};
+        return readBytes<quint8>(payload);
     case tag::longText:
-        return {Cell::Type::Text, 0, 0, readBytes<quint32>(payload)};
+        return readBytes<quint32>(payload);
     case tag::shortBlob:
-        return {Cell::Type::Blob, 0, 0, readBytes<quint8>(payload)};
+        return Blob{readBytes<quint8>(payload)};
     case tag::longBlob:
-        return {Cell::Type::Blob, 0, 0, readBytes<quint32>(payload)};
+        return Blob{readBytes<quint32>(payload)};
     default:
         return {};
     }

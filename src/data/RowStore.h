@@ -1,36 +1,26 @@
 #pragma once
 
+#include "data/FieldValue.h"
 #include "platform/LargeMemory.h"
 
-#include <QtGlobal>
-
 #include <cstddef>
-#include <string_view>
 #include <vector>
 
-// One cell of a row, as it was stored: every cell has a type of its own.
-struct Cell {
-    enum class Type { Null, Integer, Real, Text, Blob };
-    Type type = Type::Null;
-    qint64 integer = 0;
-    double real = 0;
-    std::string_view bytes; // of a text (UTF-8) or a blob; lies in the store
-};
-
-// Rows of cells, packed one behind the other. A row keeps its address until clear().
+// Rows of cells, packed one after another. A row keeps its address until clear().
 class RowStore
 {
 public:
     using Row = const std::byte *;
 
-    // Forgets all rows and keeps the memory for the next ones.
+    // Drops all rows and keeps the memory for the next ones.
     void clear();
 
-    // A row is made cell by cell, between these two.
+    // A row is made of the cells that are added between these two calls.
     void beginRow();
     Row endRow();
     void add(const Cell &cell);
 
+    // The row must have more than `column` cells. The cost grows with the cells before it.
     static Cell cell(Row row, int column);
 
 private:
@@ -41,6 +31,7 @@ private:
 
     std::byte *reserve(std::size_t size);
     void moveRowToNextChunk(std::size_t size);
+    void addInteger(qint64 integer);
     template <typename Number>
     void put(std::byte tag, Number number);
     void putBytes(std::byte shortTag, std::byte longTag, std::string_view bytes);

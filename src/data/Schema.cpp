@@ -1,6 +1,6 @@
 #include "data/Schema.h"
 
-#include "data/AsciiText.h"
+#include <sqlite3.h>
 
 #include <array>
 
@@ -66,7 +66,7 @@ std::string createTable(const Table &table)
         if (!first)
             statement += ", ";
         statement += std::string(field.name) + " " + std::string(declaration(field.type));
-        // A key is never given again: recipes still name an ingredient that has been deleted.
+        // AUTOINCREMENT never reuses a key: recipes still refer to an ingredient that was deleted.
         if (first && table.hasKey)
             statement += " PRIMARY KEY AUTOINCREMENT";
     }
@@ -83,10 +83,16 @@ std::span<const Table, tableCount> schemaTables()
 int tableNumber(std::string_view name)
 {
     for (std::size_t i = 0; i < tables.size(); ++i) {
-        if (equalAscii(tables[i].name, name))
+        if (isSameName(tables[i].name, name))
             return static_cast<int>(i);
     }
     return -1;
+}
+
+bool isSameName(std::string_view a, std::string_view b)
+{
+    return a.size() == b.size()
+        && sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0;
 }
 
 std::string creationScript()

@@ -7,7 +7,8 @@
 #include <string_view>
 
 // The five tables of a recipe file. Texts are declared COLLATE NOCASE, for which the program
-// registers its own comparison; no text has an index, since other tools would damage it.
+// registers its own comparison. No text column has an index, since a tool with the built-in NOCASE
+// would damage it.
 
 struct Field {
     std::string_view name;
@@ -16,7 +17,7 @@ struct Field {
 
 struct Table {
     std::string_view name;
-    std::span<const Field> fields; // the first one is the key where the table has one of its own
+    std::span<const Field> fields; // the first one is the key, if the table has one
     bool hasKey;
 };
 
@@ -24,11 +25,14 @@ inline constexpr std::size_t tableCount = 5;
 
 std::span<const Table, tableCount> schemaTables();
 
-// The table's number in schemaTables(), or -1; case does not count.
+// The index of a table in schemaTables(), or -1.
 int tableNumber(std::string_view name);
 
-inline constexpr int schemaVersion = 1; // user_version of the files this program makes
+// Whether two names of tables or fields are the same without regard to case.
+bool isSameName(std::string_view a, std::string_view b);
+
+inline constexpr int schemaVersion = 1; // user_version
 inline constexpr int applicationId = 0x50575242; // "PWRB"
 
-// The statements that make an empty recipe file.
+// The statements that turn a new database file into an empty recipe file.
 std::string creationScript();

@@ -1,15 +1,14 @@
 #include "data/SourceQuery.h"
 
-#include "data/AsciiText.h"
 #include "data/Database.h"
 #include "data/DatabaseError.h"
-
-#include <QCoreApplication>
 
 #include <SQLiteCpp/Database.h>
 #include <sqlite3.h>
 
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -32,42 +31,22 @@ std::vector<std::string_view> words(std::string_view text)
     return result;
 }
 
-// The table behind INNER JOIN, of a source without an order of its own.
-std::string_view joinedTable(const std::vector<std::string_view> &words)
+std::string selectOfTable(std::string_view name)
 {
-    std::string_view table;
-    for (std::size_t i = 0; i + 2 < words.size(); ++i) {
-        if (equalAscii(words[i], "ORDER"))
-            return {};
-        if (equalAscii(words[i], "INNER") && equalAscii(words[i + 1], "JOIN"))
-            table = words[i + 2];
-    }
-    return table;
-}
-
-// A bare name stands for the whole table in storage order. The joins get the order in which their
-// link rows were stored, which the engine would otherwise give up where another index serves it.
-std::string statementText(const std::string &source, const std::vector<std::string_view> &words)
-{
-    if (words.size() == 1)
-        return "SELECT *, rowid FROM \"" + std::string(words.front()) + "\" ORDER BY rowid";
-    const std::string_view linkTable = joinedTable(words);
-    if (!linkTable.empty())
-        return source + " ORDER BY " + std::string(linkTable) + ".rowid";
-    return source;
+    return "SELECT *, rowid FROM \"" + std::string(name) + "\" ORDER BY rowid";
 }
 
 FieldType typeOf(int table, const char *field)
 {
     for (const Field &known : schemaTables()[static_cast<std::size_t>(table)].fields) {
-        if (equalAscii(known.name, field))
+        if (isSameName(known.name, field))
             return known.type;
     }
     return FieldType::Text;
 }
 
-// Through the value as a whole: each question to the statement itself would look it up again. Such
-// a value is safe to ask as long as no other thread uses the connection.
+// sqlite3_value_*() answer from the value that was looked up once; each sqlite3_column_*() call
+// would look it up again. An unprotected value is safe because no other thread uses the connection.
 Cell cellOf(sqlite3_value *value)
 {
     const auto bytes = [value](const void *data) {
@@ -76,19 +55,24 @@ Cell cellOf(sqlite3_value *value)
     };
     switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-        return {Cell::Type::Integer, sqlite3_value_int64(value), 0, {}};
+        return qint64{sqlite3_value_int64(value)};
     case SQLITE_FLOAT:
-        return {Cell::Type::Real, 0, sqlite3_value_double(value), {}};
+        return sqlite3_value_double(value);
     case SQLITE_TEXT:
-        return {Cell::Type::Text, 0, 0, bytes(sqlite3_value_text(value))};
+        return bytes(sqlite3_value_text(value));
     case SQLITE_BLOB:
-        return {Cell::Type::Blob, 0, 0, bytes(sqlite3_value_blob(value))};
+        return Blob{bytes(sqlite3_value_blob(value))};
     default:
         return {};
     }
 }
 
 } // namespace
+
+QString inLinkOrder(const QString &join, QLatin1StringView linkTable)
+{
+    return join + " ORDER BY "_L1 + linkTable + ".rowid"_L1;
+}
 
 void SourceQuery::Finalizer::operator()(sqlite3_stmt *statement) const
 {
@@ -107,7 +91,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
         if (table >= 0)
             m_reads[static_cast<std::size_t>(table)] = true;
     }
-    prepare(statementText(text, all));
+    prepare(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
 }
 
@@ -121,8 +105,7 @@ void SourceQuery::prepare(const std::string &text)
     if (result != SQLITE_OK)
         m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
     if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
-        throw DatabaseError(
-            QCoreApplication::translate("SourceQuery", "Not a record source: %1").arg(m_source));
+        throw DatabaseError(tr("Not a record source: %1").arg(m_source));
 }
 
 void SourceQuery::describeColumns()
@@ -146,23 +129,22 @@ void SourceQuery::describeColumns()
         m_keyColumn = findColumn(table().fields.front().name);
 }
 
-// -1 where there is none.
+// Returns -1 if there is none.
 int SourceQuery::findColumn(std::string_view field) const
 {
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
-        if (equalAscii(m_columns[i].name, field))
+        if (isSameName(m_columns[i].name, field))
             return static_cast<int>(i);
     }
     return -1;
 }
 
-int SourceQuery::columnNumber(std::string_view field) const
+int SourceQuery::columnNumber(QLatin1StringView field) const
 {
-    if (const int number = findColumn(field); number >= 0)
-        return number;
-    throw DatabaseError(
-        QCoreApplication::translate("SourceQuery", "There is no field %1 in: %2")
-            .arg(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())), m_source));
+    const int number = findColumn({field.data(), static_cast<std::size_t>(field.size())});
+    if (number < 0)
+        throw DatabaseError(tr("There is no field %1 in: %2").arg(field, m_source));
+    return number;
 }
 
 std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
@@ -191,6 +173,6 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 
 bool SourceQuery::isOutdated() const
 {
-    // The engine then prepares the statement anew by itself.
+    // SQLite prepares a statement again by itself if the schema has changed.
     return sqlite3_stmt_status(m_statement.get(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
 }

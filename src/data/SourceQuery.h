@@ -4,6 +4,7 @@
 #include "data/RowStore.h"
 #include "data/Schema.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <array>
@@ -14,42 +15,55 @@
 class Database;
 struct sqlite3_stmt;
 
-// A record source, checked against the database: what it yields and what may be written through it.
+// The text of a SELECT that joins a link table with a catalog, extended by an ORDER BY: the rows
+// come in the order in which those of the link table were stored, which is the order of a recipe's
+// lines. SQLite keeps that order by itself only as long as it drives the join from the link table.
+// An index that another tool has added to the file can make it begin with the catalog.
+QString inLinkOrder(const QString &join, QLatin1StringView linkTable);
+
+// A record source, prepared by the database: which columns it has and what can be written through
+// it. Its text is one SELECT statement or the bare name of a table, which stands for all rows of
+// the table in the order in which they were stored.
 class SourceQuery
 {
+    Q_DECLARE_TR_FUNCTIONS(SourceQuery)
+
 public:
     struct Column {
         std::string name;
         FieldType type;
     };
 
-    // Throws DatabaseError where the database does not take the source. Reads no row.
+    // Reads no row. Throws DatabaseError if the database rejects the source. The database must
+    // outlive the query.
     SourceQuery(Database &database, const QString &source);
 
     const QString &source() const { return m_source; }
 
     const std::vector<Column> &columns() const { return m_columns; }
 
-    // The column's number; throws DatabaseError naming field and source where there is none.
-    int columnNumber(std::string_view field) const;
+    // Throws DatabaseError with the names of field and source if there is no such column.
+    int columnNumber(QLatin1StringView field) const;
 
-    // Whether rows are added, changed and deleted through it, and in which table.
+    // Whether rows can be added, changed and deleted, and in which table.
     bool isUpdatable() const { return m_keyColumn >= 0; }
     const Table &table() const { return schemaTables()[static_cast<std::size_t>(m_table)]; }
     int tableNumber() const { return m_table; }
 
-    // The cell that holds the row's key in its table; behind the columns for a bare table.
+    // The number of the cell that identifies a row in its table. For a bare table it follows the
+    // cells of the columns and holds the rowid.
     int keyColumn() const { return m_keyColumn; }
 
     bool isBareTable() const { return m_bareTable; }
 
-    // The tables that the rows come from.
+    // Whether the rows come from this table.
     bool reads(std::size_t table) const { return m_reads[table]; }
 
-    // Runs it to the end and puts its rows into the store, one behind the other.
+    // Runs the statement to its end and stores the rows. Throws DatabaseError.
     std::vector<RowStore::Row> rows(RowStore &store) const;
 
-    // Whether, when the rows were taken, the tables were others than those it was checked against.
+    // Whether the tables had changed since the source was prepared, so that its columns may be
+    // wrong. To be called after rows().
     bool isOutdated() const;
 
 private:

@@ -1,7 +1,7 @@
 #include "data/TableWriter.h"
 
+#include "data/Database.h"
 #include "data/DatabaseError.h"
-#include "data/TranslateSqliteErrors.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -20,8 +20,8 @@ void bindValue(SQLite::Statement &statement, int index, const FieldValue &value)
         statement.bind(index);
 }
 
-// Binds the values that there are and returns the number of the next parameter.
-int bindValues(SQLite::Statement &statement, const TableWriter::Values &values)
+// Skips the columns that have no value and returns the index of the next parameter.
+int bindValues(SQLite::Statement &statement, const FieldValues &values)
 {
     int index = 1;
     for (const std::optional<FieldValue> &value : values) {
@@ -45,7 +45,8 @@ TableWriter::TableWriter(Database &database, std::string table, std::vector<std:
 TableWriter::~TableWriter() = default;
 
 template <typename MakeText>
-SQLite::Statement &TableWriter::prepared(Prepared &kept, const Values &values, MakeText makeText)
+SQLite::Statement &TableWriter::prepared(Prepared &kept, const FieldValues &values,
+                                         MakeText makeText)
 {
     const bool fits = std::equal(
         values.begin(), values.end(), kept.fields.begin(), kept.fields.end(),
@@ -59,7 +60,7 @@ SQLite::Statement &TableWriter::prepared(Prepared &kept, const Values &values, M
     return *kept.statement;
 }
 
-std::string TableWriter::insertText(const Values &values) const
+std::string TableWriter::insertText(const FieldValues &values) const
 {
     std::string fields;
     std::string parameters;
@@ -74,7 +75,7 @@ std::string TableWriter::insertText(const Values &values) const
                           : into + " (" + fields + ") VALUES (" + parameters + ")";
 }
 
-std::string TableWriter::updateText(const Values &values) const
+std::string TableWriter::updateText(const FieldValues &values) const
 {
     std::string assignments;
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -84,9 +85,9 @@ std::string TableWriter::updateText(const Values &values) const
     return "UPDATE " + m_table + " SET " + assignments + " WHERE " + m_keyField + " = ?";
 }
 
-qint64 TableWriter::insert(const Values &values)
+qint64 TableWriter::insert(const FieldValues &values)
 {
-    return translateSqliteErrors(m_database, [&] {
+    return m_database.translateSqliteErrors([&] {
         SQLite::Statement &statement =
             prepared(m_insert, values, [&] { return insertText(values); });
         bindValues(statement, values);
@@ -95,9 +96,9 @@ qint64 TableWriter::insert(const Values &values)
     });
 }
 
-void TableWriter::update(qint64 key, const Values &values)
+void TableWriter::update(qint64 key, const FieldValues &values)
 {
-    translateSqliteErrors(m_database, [&] {
+    m_database.translateSqliteErrors([&] {
         SQLite::Statement &statement =
             prepared(m_update, values, [&] { return updateText(values); });
         statement.bind(bindValues(statement, values), static_cast<int64_t>(key));
@@ -107,7 +108,7 @@ void TableWriter::update(qint64 key, const Values &values)
 
 void TableWriter::remove(qint64 key)
 {
-    translateSqliteErrors(m_database, [&] {
+    m_database.translateSqliteErrors([&] {
         SQLite::Statement statement(m_database.connection(),
                                     "DELETE FROM " + m_table + " WHERE " + m_keyField + " = ?");
         statement.bind(1, static_cast<int64_t>(key));

@@ -3,7 +3,6 @@
 #include "data/FieldValue.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,31 +16,29 @@ class Statement;
 class TableWriter
 {
 public:
-    // A value for each of the fields, or nothing for a field that is not written.
-    using Values = std::vector<std::optional<FieldValue>>;
-
-    // Rows are known by the field `keyField`, which may be the engine's own "rowid".
+    // `keyField` identifies a row; it may be SQLite's "rowid". The values that the functions below
+    // take are in the order of `fields`.
     TableWriter(Database &database, std::string table, std::vector<std::string> fields,
                 std::string keyField);
     ~TableWriter();
 
     // Returns the new row's key.
-    qint64 insert(const Values &values);
+    qint64 insert(const FieldValues &values);
 
-    // Both throw where there is no such row (any more).
-    void update(qint64 key, const Values &values);
+    // Both throw RowNotFound if there is no row with this key.
+    void update(qint64 key, const FieldValues &values);
     void remove(qint64 key);
 
 private:
     struct Prepared {
-        std::vector<bool> fields; // those that it writes
+        std::vector<bool> fields; // whether the statement writes each of them
         std::unique_ptr<SQLite::Statement> statement;
     };
 
     template <typename MakeText>
-    SQLite::Statement &prepared(Prepared &kept, const Values &values, MakeText makeText);
-    std::string insertText(const Values &values) const;
-    std::string updateText(const Values &values) const;
+    SQLite::Statement &prepared(Prepared &kept, const FieldValues &values, MakeText makeText);
+    std::string insertText(const FieldValues &values) const;
+    std::string updateText(const FieldValues &values) const;
     void changeOneRow(SQLite::Statement &statement);
 
     Database &m_database;

@@ -15,8 +15,8 @@ struct Folding {
     char32_t base; // the same without accents
 };
 
-// Case folding and base letters as a table of pages. Most pages hold nothing but characters that
-// fold to themselves and share no memory with one another: they have none.
+// Case folding and base letters as a table of pages. A page whose characters all fold to
+// themselves, as on most pages, is not stored.
 class FoldingTable
 {
 public:
@@ -31,7 +31,7 @@ public:
 
 private:
     static constexpr char32_t pageSize = 256;
-    static constexpr char32_t end = 0x1EA00; // no character from here on folds
+    static constexpr char32_t end = 0x1EA00; // all characters from here on fold to themselves
 
     std::array<quint8, end / pageSize> m_pageOf{};
     std::vector<std::array<Folding, pageSize>> m_pages;
@@ -39,7 +39,7 @@ private:
 
 char32_t baseLetter(char32_t c)
 {
-    // A Hangul syllable decomposes into letters, not into a letter and its accents.
+    // A Hangul syllable decomposes into letters instead of a letter and its accents.
     constexpr char32_t firstHangul = 0xAC00;
     constexpr char32_t lastHangul = 0xD7A3;
     if (c >= firstHangul && c <= lastHangul)
@@ -77,7 +77,7 @@ constexpr unsigned char asciiFolded(unsigned char c)
     return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c + ('a' - 'A')) : c;
 }
 
-// Walks the characters of a UTF-8 text.
+// Iterates over the characters of a UTF-8 text.
 class Characters
 {
 public:
@@ -98,39 +98,39 @@ public:
             return lead;
         const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
         if (lead < 0xC2 || lead > 0xF4 || m_end - m_at < more)
-            return notText(lead);
+            return invalidByte(lead);
         char32_t c = lead & (0x3FU >> more);
         for (int i = 0; i < more; ++i) {
             if ((m_at[i] & 0xC0U) != 0x80U)
-                return notText(lead);
+                return invalidByte(lead);
             c = (c << 6U) | (m_at[i] & 0x3FU);
         }
         constexpr std::array<char32_t, 4> smallest = {0, 0x80, 0x800, 0x10000};
         if (c < smallest[static_cast<std::size_t>(more)] || c > 0x10FFFF)
-            return notText(lead);
+            return invalidByte(lead);
         m_at += more;
         return c;
     }
 
 private:
-    // Beyond Unicode, so that a stray byte equals no character.
-    static char32_t notText(unsigned char byte) { return 0x110000U + byte; }
+    // Outside Unicode, so that an invalid byte equals no character.
+    static char32_t invalidByte(unsigned char byte) { return 0x110000U + byte; }
 
     const unsigned char *m_at;
     const unsigned char *m_end;
 };
 
-bool startsNoCharacter(std::string_view text, std::size_t at)
+bool isContinuation(std::string_view text, std::size_t at)
 {
     return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
 }
 
-// How many bytes at the front are the same whole characters in both.
-std::size_t sameStart(std::string_view a, std::string_view b)
+// The length in bytes of the whole characters with which both texts begin.
+std::size_t commonPrefix(std::string_view a, std::string_view b)
 {
     const auto differing = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
     auto size = static_cast<std::size_t>(differing - a.begin());
-    while (size > 0 && (startsNoCharacter(a, size) || startsNoCharacter(b, size)))
+    while (size > 0 && (isContinuation(a, size) || isContinuation(b, size)))
         --size;
     return size;
 }
@@ -154,7 +154,7 @@ bool textsEqual(std::string_view a, std::string_view b)
 
 int compareTexts(std::string_view a, std::string_view b)
 {
-    const std::size_t same = sameStart(a, b);
+    const std::size_t same = commonPrefix(a, b);
     Characters left(a.substr(same));
     Characters right(b.substr(same));
     int byAccent = 0;
@@ -192,7 +192,8 @@ bool textMatches(std::string_view text, std::string_view pattern)
 {
     Characters t(text);
     Characters p(pattern);
-    // Where to go on when a run, taken as short as possible, has to be taken longer.
+    // A * first matches as little as possible. After a mismatch it matches one character more, and
+    // the comparison continues from these two places.
     Characters afterRun(std::string_view{});
     Characters runEnd(std::string_view{});
     bool inRun = false;

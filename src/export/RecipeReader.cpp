@@ -1,9 +1,9 @@
 #include "export/RecipeReader.h"
 
-#include "data/DisplayText.h"
-#include "data/RecipeTypes.h"
-#include "data/RecordCursor.h"
-#include "data/Transaction.h"
+#include "data/Database.h"
+#include "data/FieldValue.h"
+#include "data/RowSet.h"
+#include "data/TypesAndRatings.h"
 #include "data/settings/Settings.h"
 #include "export/ExportError.h"
 #include "export/PageText.h"
@@ -24,43 +24,40 @@ struct Text {
 class Rows
 {
 public:
-    Rows(const std::shared_ptr<Database> &database, const QString &statement)
-        : m_statement(statement)
-        , m_cursor(database, m_statement)
-        , m_count(m_cursor.RecordCount())
+    Rows(Database &database, const QString &statement)
+        : m_rows(database, statement)
     {
+        m_rows.read();
     }
 
-    qsizetype count() const { return m_count; }
-    qint64 integer(qsizetype row, int column) { return m_cursor.cellAt(row, column).integer; }
+    qsizetype count() const { return m_rows.size(); }
+    qint64 integer(qsizetype row, int column) const { return m_rows.integer(row, column); }
 
-    QString text(qsizetype row, int column)
+    QString text(qsizetype row, int column) const
     {
-        const Cell cell = m_cursor.cellAt(row, column);
-        return displayText(toVariant(cell));
+        return displayText(toVariant(m_rows.cell(row, column)));
     }
 
-    // Returns a stored position in a list of count elements: ifNull for null, nothing if the value
-    // is not a position in the list.
-    std::optional<int> position(qsizetype row, int column, qsizetype count, int ifNull)
+    // Returns a stored index into a list of `count` texts: `ifNull` for null, nothing if it is out
+    // of range.
+    std::optional<int> listIndex(qsizetype row, int column, qsizetype count, int ifNull) const
     {
-        const Cell cell = m_cursor.cellAt(row, column);
-        if (cell.type == Cell::Type::Null)
+        const Cell cell = m_rows.cell(row, column);
+        if (cell == Cell())
             return ifNull;
-        if (cell.type != Cell::Type::Integer || cell.integer < 0 || cell.integer >= count)
+        const auto *index = std::get_if<qint64>(&cell);
+        if (index == nullptr || *index < 0 || *index >= count)
             return {};
-        return static_cast<int>(cell.integer);
+        return static_cast<int>(*index);
     }
 
-    bool isYes(qsizetype row, int column)
+    bool isYes(qsizetype row, int column) const
     {
-        return toVariant(m_cursor.cellAt(row, column)).toBool();
+        return toVariant(m_rows.cell(row, column)).toBool();
     }
 
 private:
-    const QString m_statement;
-    RecordCursor m_cursor;
-    qsizetype m_count;
+    RowSet m_rows;
 };
 
 QString servingsOf(const QString &stored)
@@ -69,22 +66,21 @@ QString servingsOf(const QString &stored)
 }
 
 // A recipe whose type is unknown is shown with those that have none.
-int typeIn(Rows &rows, qsizetype row, int column, qsizetype types)
+int typeIn(const Rows &rows, qsizetype row, int column, qsizetype types)
 {
-    return rows.position(row, column, types, defaultRecipeType).value_or(defaultRecipeType);
+    return rows.listIndex(row, column, types, defaultRecipeType).value_or(defaultRecipeType);
 }
 
 [[noreturn]] void failAsChanged()
 {
-    throw ExportError(
-        Text::tr("Another program has changed the recipes during the export. Nothing was exported, "
-                 "and earlier pages are as they were. Export again when the other program has "
-                 "finished."));
+    throw ExportError(Text::tr(
+        "Another program has changed the recipes during the export. Nothing was exported, and "
+        "earlier pages are as they were. Export again when the other program has finished."));
 }
 
 // The recipes with some keys, whose details are read by one statement for each table.
 struct Batch {
-    std::shared_ptr<Database> database;
+    Database &database;
     std::span<const qint64> keys;
     std::vector<RecipeDetails> details;
 
@@ -104,9 +100,10 @@ struct Batch {
 
 void readRecipes(Batch &batch)
 {
-    Rows rows = batch.rows(u"SELECT RecipeID, RecipeName, RecipeType, Author, Serves, Rating, "
-                           "Description, Instructions FROM Recipes "
-                           "WHERE RecipeID BETWEEN %1 AND %2"_s);
+    const Rows rows =
+        batch.rows(u"SELECT RecipeID, RecipeName, RecipeType, Author, Serves, Rating, "
+                   "Description, Instructions FROM Recipes "
+                   "WHERE RecipeID BETWEEN %1 AND %2"_s);
     if (rows.count() != std::ssize(batch.keys))
         failAsChanged();
     const QStringList types = recipeTypes();
@@ -117,7 +114,7 @@ void readRecipes(Batch &batch)
         details.type = types[typeIn(rows, row, 2, types.size())];
         details.author = pageLine(rows.text(row, 3));
         details.servings = servingsOf(rows.text(row, 4));
-        details.rating = rows.position(row, 5, ratings.size(), defaultRating).value_or(0);
+        details.rating = rows.listIndex(row, 5, ratings.size(), defaultRating).value_or(0);
         if (details.rating > 0)
             details.ratingText = ratings[details.rating];
         details.description = pageParagraphs(rows.text(row, 6));
@@ -127,11 +124,13 @@ void readRecipes(Batch &batch)
 
 void readIngredients(Batch &batch)
 {
-    Rows rows = batch.rows(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
-                           "Ingredients.IngredientName, Ingredients.Vegetarian "
-                           "FROM Ingredients INNER JOIN RecipeIngredients "
-                           "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
-                           "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s);
+    const Rows rows =
+        batch.rows(inLinkOrder(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+                               "Ingredients.IngredientName, Ingredients.Vegetarian "
+                               "FROM Ingredients INNER JOIN RecipeIngredients "
+                               "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
+                               "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s,
+                               "RecipeIngredients"_L1));
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
         details.vegetarian = details.vegetarian && rows.isYes(row, 3);
@@ -141,10 +140,12 @@ void readIngredients(Batch &batch)
 
 void readUtensils(Batch &batch)
 {
-    Rows rows = batch.rows(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
-                           "FROM Utensils INNER JOIN RecipeUtensils "
-                           "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
-                           "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s);
+    const Rows rows =
+        batch.rows(inLinkOrder(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
+                               "FROM Utensils INNER JOIN RecipeUtensils "
+                               "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
+                               "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s,
+                               "RecipeUtensils"_L1));
     for (qsizetype row = 0; row < rows.count(); ++row)
         batch.ofKey(rows.integer(row, 0)).utensils += pageLine(rows.text(row, 1));
 }
@@ -160,9 +161,9 @@ std::vector<RecipeEntry> RecipeReader::entries()
 {
     const ReadTransaction snapshot(*m_database);
     m_version = m_database->dataVersion();
-    Rows rows(m_database,
-              u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
-                  + recipeOrderByClause());
+    const Rows rows(*m_database,
+                    u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
+                        + recipeOrderByClause());
     const qsizetype types = recipeTypes().size();
     std::vector<RecipeEntry> entries;
     entries.reserve(static_cast<std::size_t>(rows.count()));
@@ -178,7 +179,7 @@ std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)
     const ReadTransaction snapshot(*m_database);
     if (m_database->dataVersion() != m_version)
         failAsChanged();
-    Batch batch{m_database, keys, std::vector<RecipeDetails>(keys.size())};
+    Batch batch{*m_database, keys, std::vector<RecipeDetails>(keys.size())};
     readRecipes(batch);
     readIngredients(batch);
     readUtensils(batch);

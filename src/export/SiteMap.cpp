@@ -1,6 +1,6 @@
 #include "export/SiteMap.h"
 
-#include "data/RecipeTypes.h"
+#include "data/TypesAndRatings.h"
 #include "export/PageText.h"
 
 #include <QCryptographicHash>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/Transaction.h"
+#include "data/Database.h"
 
 #include <QElapsedTimer>
 

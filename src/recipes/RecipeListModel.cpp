@@ -1,7 +1,7 @@
 #include "recipes/RecipeListModel.h"
 
-#include "data/DisplayText.h"
-#include "data/RecordCursor.h"
+#include "data/FieldValue.h"
+#include "data/RowSet.h"
 #include "data/TextComparison.h"
 
 #include <algorithm>
@@ -54,55 +54,54 @@ QString toolTip(const QString &text)
 void RecipeListModel::clear()
 {
     beginResetModel();
-    m_recipes = nullptr;
+    m_rows = nullptr;
     endResetModel();
 }
 
-void RecipeListModel::show(RecordCursor &recipes)
+void RecipeListModel::show(const RowSet &rows)
 {
-    recipes.RecordCount(); // reads the rows: what follows does not throw
-    if (recipes.generation() != m_generation) {
-        m_cursorColumns = {
-            recipes.columnNumber("RecipeName"_L1), recipes.columnNumber("Description"_L1),
-            recipes.columnNumber("CountOfRecipeID"_L1), recipes.columnNumber("Serves"_L1)};
-        m_idColumn = recipes.columnNumber("RecipeID"_L1);
-        sortRows(recipes);
-        m_generation = recipes.generation();
+    if (rows.generation() != m_generation) {
+        m_rowSetColumns = {rows.columnNumber("RecipeName"_L1), rows.columnNumber("Description"_L1),
+                           rows.columnNumber("CountOfRecipeID"_L1), rows.columnNumber("Serves"_L1)};
+        m_idColumn = rows.columnNumber("RecipeID"_L1);
+        sortRows(rows);
+        m_generation = rows.generation();
     }
     beginResetModel();
-    m_recipes = &recipes;
+    m_rows = &rows;
     endResetModel();
 }
 
-void RecipeListModel::sortRows(RecordCursor &recipes)
+void RecipeListModel::sortRows(const RowSet &rows)
 {
-    const int column = m_cursorColumns[static_cast<std::size_t>(m_sortColumn)];
-    const auto count = static_cast<int>(recipes.RecordCount());
-    std::deque<std::string> numbers; // owns the texts to which the rows refer
-    std::vector<SortedRow> rows;
-    rows.reserve(static_cast<std::size_t>(count));
+    const int column = m_rowSetColumns[static_cast<std::size_t>(m_sortColumn)];
+    const auto count = static_cast<int>(rows.size());
+    std::deque<std::string> numberTexts; // SortedRow refers to them; a deque does not move them
+    std::vector<SortedRow> sorted;
+    sorted.reserve(static_cast<std::size_t>(count));
     for (int row = 0; row < count; ++row) {
-        const Cell cell = recipes.cellAt(row, column);
-        if (cell.type == Cell::Type::Integer || cell.type == Cell::Type::Real)
-            rows.push_back({numbers.emplace_back(displayText(toVariant(cell)).toStdString()), row});
+        const Cell cell = rows.cell(row, column);
+        if (const auto *text = std::get_if<std::string_view>(&cell))
+            sorted.push_back({*text, row});
         else
-            rows.push_back({cell.bytes, row});
+            sorted.push_back(
+                {numberTexts.emplace_back(displayText(toVariant(cell)).toStdString()), row});
     }
-    if (!std::is_sorted(rows.begin(), rows.end()))
-        std::sort(rows.begin(), rows.end());
-    m_order.resize(rows.size());
-    std::transform(rows.begin(), rows.end(), m_order.begin(),
-                   [](const SortedRow &sorted) { return sorted.row; });
+    if (!std::is_sorted(sorted.begin(), sorted.end()))
+        std::sort(sorted.begin(), sorted.end());
+    m_order.resize(sorted.size());
+    std::transform(sorted.begin(), sorted.end(), m_order.begin(),
+                   [](const SortedRow &sortedRow) { return sortedRow.row; });
 }
 
 void RecipeListModel::sort(int column, Qt::SortOrder /*order*/)
 {
     m_sortColumn = column;
-    if (!m_recipes)
+    if (!m_rows)
         return;
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const std::vector<int> before = m_order;
-    sortRows(*m_recipes);
+    sortRows(*m_rows);
     const QModelIndexList shown = persistentIndexList();
     for (const QModelIndex &index : shown) {
         const int recipe = before[static_cast<std::size_t>(index.row())];
@@ -113,19 +112,19 @@ void RecipeListModel::sort(int column, Qt::SortOrder /*order*/)
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-QVariant RecipeListModel::cell(int row, int cursorColumn) const
+QVariant RecipeListModel::value(int row, int rowSetColumn) const
 {
-    return toVariant(m_recipes->cellAt(m_order[static_cast<std::size_t>(row)], cursorColumn));
+    return toVariant(m_rows->cell(m_order[static_cast<std::size_t>(row)], rowSetColumn));
 }
 
 qint64 RecipeListModel::recipeIdAt(int row) const
 {
-    return cell(row, m_idColumn).toLongLong();
+    return value(row, m_idColumn).toLongLong();
 }
 
 int RecipeListModel::rowCount(const QModelIndex &parent) const
 {
-    return m_recipes && !parent.isValid() ? static_cast<int>(m_order.size()) : 0;
+    return m_rows && !parent.isValid() ? static_cast<int>(m_order.size()) : 0;
 }
 
 int RecipeListModel::columnCount(const QModelIndex &parent) const
@@ -139,8 +138,8 @@ QVariant RecipeListModel::data(const QModelIndex &index, int role) const
         return alignmentOf(index.column());
     if (role != Qt::DisplayRole && !(role == Qt::ToolTipRole && isTextColumn(index.column())))
         return {};
-    const int column = m_cursorColumns[static_cast<std::size_t>(index.column())];
-    const QString text = displayText(cell(index.row(), column));
+    const int column = m_rowSetColumns[static_cast<std::size_t>(index.column())];
+    const QString text = displayText(value(index.row(), column));
     return role == Qt::ToolTipRole ? toolTip(text) : inOneLine(text);
 }
 

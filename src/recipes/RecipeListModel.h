@@ -5,10 +5,10 @@
 #include <array>
 #include <vector>
 
-class RecordCursor;
+class RowSet;
 
-// The rows of a cursor over recipes, sorted by the texts of one column. The model stores no texts:
-// a view reads a cell when it shows it.
+// The rows of the recipe list, sorted by the text of one column. The model holds no texts; it looks
+// up a cell whenever a view asks for it.
 class RecipeListModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,14 +19,14 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    // Detaches the model from the cursor. Must be called before the cursor is requeried.
+    // Detaches the model from the rows. To be called before their cursor is requeried.
     void clear();
-    // Shows the cursor's rows, sorted by sortColumn(), and reads from the cursor until clear() is
-    // called. Throws DatabaseError if the rows cannot be read; the model is empty then.
-    void show(RecordCursor &recipes);
 
-    // Sorts in ascending order, whatever `order` says. Numbers are compared as texts; rows with
-    // equal texts keep the cursor's order.
+    // Shows the rows, which must have been read, sorted by the column that was sorted by last.
+    void show(const RowSet &rows);
+
+    // The order is always ascending. Numbers are compared as texts; rows with equal texts keep the
+    // order of the row set.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     int sortColumn() const { return m_sortColumn; }
 
@@ -39,13 +39,13 @@ public:
                         int role = Qt::DisplayRole) const override;
 
 private:
-    void sortRows(RecordCursor &recipes);
-    QVariant cell(int row, int cursorColumn) const;
+    void sortRows(const RowSet &rows);
+    QVariant value(int row, int rowSetColumn) const;
 
-    RecordCursor *m_recipes = nullptr;
-    std::array<int, columns> m_cursorColumns{};
+    const RowSet *m_rows = nullptr;
+    std::array<int, columns> m_rowSetColumns{};
     int m_idColumn = 0;
     int m_sortColumn = RecipeName;
-    std::vector<int> m_order; // the cursor's row for each row of the model
-    int m_generation = 0; // of the cursor's rows that m_order refers to
+    std::vector<int> m_order; // for each row shown, its number in the row set
+    int m_generation = 0; // of the row set that m_order belongs to
 };

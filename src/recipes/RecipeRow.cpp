@@ -1,12 +1,11 @@
 #include "recipes/RecipeRow.h"
 
-#include "data/Blanks.h"
 #include "data/Criterion.h"
 #include "data/DataSource.h"
+#include "data/Database.h"
 #include "data/DatabaseError.h"
 #include "data/DatabaseFunctions.h"
 #include "data/GeneralFuctions.h"
-#include "data/Transaction.h"
 #include "interaction/Interaction.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/RecipeTypes.h"
+#include "data/TypesAndRatings.h"
 
 #include <QString>
 

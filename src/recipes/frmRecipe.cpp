@@ -3,12 +3,11 @@
 #include "composition/frmChangeIngredients.h"
 #include "composition/frmChangeUtensils.h"
 #include "data/Criterion.h"
+#include "data/Database.h"
 #include "data/DatabaseFunctions.h"
 #include "data/DatabasePath.h"
-#include "data/DisplayText.h"
 #include "data/FieldValue.h"
-#include "data/RecipeTypes.h"
-#include "data/Transaction.h"
+#include "data/TypesAndRatings.h"
 #include "data/settings/Settings.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
@@ -76,13 +75,16 @@ void frmRecipe::Form_Load()
     m_ui->cmdPrint->setEnabled(false);
     m_sources.setDatabaseName(DatabasePath);
     datRecipe.RecordSource = u"SELECT * FROM Recipes ORDER BY"_s + recipeOrderByClause();
-    datIngredients.RecordSource = u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
-                                  "Ingredients.IngredientName, Ingredients.Vegetarian "
-                                  "FROM Ingredients INNER JOIN RecipeIngredients "
-                                  "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s;
-    datUtensils.RecordSource = u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
-                               "FROM Utensils INNER JOIN RecipeUtensils "
-                               "ON Utensils.UtensilID = RecipeUtensils.UtensilID"_s;
+    datIngredients.RecordSource =
+        inLinkOrder(u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
+                    "Ingredients.IngredientName, Ingredients.Vegetarian "
+                    "FROM Ingredients INNER JOIN RecipeIngredients "
+                    "ON Ingredients.IngredientID = RecipeIngredients.IngredientID"_s,
+                    "RecipeIngredients"_L1);
+    datUtensils.RecordSource = inLinkOrder(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilName "
+                                           "FROM Utensils INNER JOIN RecipeUtensils "
+                                           "ON Utensils.UtensilID = RecipeUtensils.UtensilID"_s,
+                                           "RecipeUtensils"_L1);
     m_ui->cmbRecipeType->addItems(recipeTypes());
     m_ui->cmbRecipeType->setCurrentIndex(-1);
     m_ui->cmbRating->addItems(recipeRatings());

@@ -73,7 +73,7 @@ void frmRecipes::Form_Activate()
 {
     m_recipes.clear();
     m_sources.requery();
-    m_recipes.show(datRecipes.Recordset());
+    m_recipes.show(datRecipes.Recordset().rows());
     if (m_recipes.rowCount() > 0) {
         m_ui->lvwRecipes->setCurrentIndex(m_recipes.index(0, 0));
         m_ui->lvwRecipes->scrollToTop();

@@ -8,10 +8,11 @@
 
 #include <stdexcept>
 
-// A row by its fields; "#" is its number in the file.
+// The values of a row by field name; "#" is its rowid.
 using Row = QVariantMap;
 
-// Reads rows with plain SQL, on the program's connection, so that open transactions show.
+// Reads rows with plain SQL on the program's connection, so that changes in an open transaction
+// show.
 inline QList<Row> rowsOf(Database &database, const QString &select)
 {
     QList<Row> rows;
@@ -39,7 +40,7 @@ inline void check(bool holds, const char *what)
         throw std::runtime_error(what);
 }
 
-// What a cursor has to show: a plain list of rows and a place in it.
+// What a cursor must show: a plain list of rows and a position in it.
 class CursorModel
 {
 public:
@@ -47,7 +48,7 @@ public:
     bool isOnRow() const { return m_place == Place::On; }
     Row &current() { return m_rows[m_at]; }
 
-    void take(const QList<Row> &rows)
+    void setRows(const QList<Row> &rows)
     {
         m_rows = rows;
         moveTo(0);
@@ -65,7 +66,7 @@ public:
     {
         const bool moves = !m_rows.empty() && m_place != Place::After;
         if (moves)
-            moveTo(following());
+            moveTo(nextRow());
         return moves;
     }
 
@@ -80,7 +81,7 @@ public:
     template <typename Predicate>
     void find(bool fromStart, Predicate matches)
     {
-        const auto from = m_rows.begin() + (fromStart ? 0 : following());
+        const auto from = m_rows.begin() + (fromStart ? 0 : nextRow());
         const auto found = std::find_if(from, m_rows.end(), matches);
         m_noMatch = found == m_rows.end();
         if (!m_noMatch)
@@ -112,9 +113,9 @@ public:
     }
 
 private:
-    enum class Place { Before, On, Gap, After }; // Gap: in front of the row m_at
+    enum class Place { Before, On, Gap, After }; // Gap: before the row m_at
 
-    qsizetype following() const
+    qsizetype nextRow() const
     {
         return m_place == Place::Before ? 0
             : m_place == Place::After   ? m_rows.size()

@@ -1,9 +1,9 @@
 #include "data/DataSource.h"
-#include "data/Transaction.h"
 #include "support/FileBytes.h"
 #include "support/RecipeFile.h"
 
 #include <QElapsedTimer>
+#include <QTest>
 
 #include <csignal>
 #include <functional>
@@ -18,7 +18,7 @@ namespace {
 constexpr QFileDevice::Permissions mayRead{0x5555};
 constexpr QFileDevice::Permissions mayWrite{0x7777};
 
-// Rights mean nothing to root: does something as somebody without any.
+// Permissions do not restrict root, so the action runs as another user then.
 template <typename Action>
 void asNobody(Action action)
 {
@@ -29,7 +29,9 @@ void asNobody(Action action)
     QCOMPARE(setresuid(me, me, me), 0);
 }
 
-// One window's data source over the utensils.
+using Damage = std::function<void(const RecipeFile &)>;
+
+// A window's data source for the utensils.
 class Utensils
 {
 public:
@@ -49,12 +51,12 @@ public:
         m_source.Recordset().Update();
     }
 
-    // Whether the action fails with a text that says so and names the file.
+    // Whether the action fails with a text that contains `message` and the file's path.
     template <typename Action>
-    bool complains(const QString &complaint, Action action) const
+    bool fails(const QString &message, Action action) const
     {
         const QString failure = failureOf(action);
-        return failure.contains(complaint) && failure.contains(m_path);
+        return failure.contains(message) && failure.contains(m_path);
     }
 
 private:
@@ -65,55 +67,72 @@ private:
 
 } // namespace
 
-class TestDatabase : public QObject
+class tst_Database : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void saysWhatIsWrongWithAFile()
+    void rejectsBadFile_data()
     {
-        const QByteArray access("\0\1\0\0Standard Jet DB\0", 20);
-        const QByteArray text = QByteArray("Soup\r\n").repeated(500);
-        const std::pair<QString, std::function<void(const RecipeFile &)>> table[] = {
-            {u"is missing. Put your copy"_s, [](auto &file) { QFile::remove(file.path()); }},
-            {u"is a folder"_s,
-             [](auto &file) { QVERIFY(QFile::remove(file.path()) && QDir().mkpath(file.path())); }},
-            {u"may not be read. Give yourself the right"_s,
-             [](auto &file) { QFile::setPermissions(file.path(), {}); }},
-            {u"is empty. Put your last copy"_s, [](auto &file) { setBytes(file.path(), {}); }},
-            {u"Access format"_s,
-             [&](auto &file) { setBytes(file.path(), access.leftJustified(4096, '\1')); }},
-            {u"is not a recipe file. Put your copy"_s,
-             [&](auto &file) { setBytes(file.path(), text); }},
-            {u"is damaged"_s, [](auto &file) { QFile::resize(file.path(), 4096 * 7 - 2048); }},
-            {u"the table RecipeUtensils is missing"_s,
-             [](auto &file) { file.write(u"DROP TABLE RecipeUtensils"_s); }},
-            {u"made by a newer version"_s,
-             [](auto &file) { file.write(u"PRAGMA user_version = 2"_s); }},
+        QTest::addColumn<Damage>("damage");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const Damage &damage, const QString &message) {
+            QTest::newRow(name) << damage << message;
         };
-        for (const auto &[complaint, spoil] : table) {
-            const RecipeFile file;
-            const QByteArray good = bytesOf(file.path());
-            QFile::setPermissions(file.folder(), mayWrite);
-            spoil(file);
-            const QByteArray before = bytesOf(file.path());
-
-            Utensils utensils(file);
-            asNobody([&, text = complaint] {
-                QVERIFY(utensils.complains(text, [&] { utensils.count(); }));
-            });
-            QCOMPARE(bytesOf(file.path()), before);
-
-            // With a good file in its place the same window works.
-            QDir(file.path()).removeRecursively();
-            QFile::remove(file.path());
-            setBytes(file.path(), good);
-            utensils.add();
-            QCOMPARE(utensils.count(), 1);
-        }
+        const auto overwrite = [](const QByteArray &bytes) -> Damage {
+            return [bytes](const RecipeFile &file) { setBytes(file.path(), bytes); };
+        };
+        const auto execute = [](const QString &statement) -> Damage {
+            return [statement](const RecipeFile &file) { file.write(statement); };
+        };
+        const QByteArray access("\0\1\0\0Standard Jet DB\0", 20);
+        row(
+            "missing", [](const RecipeFile &file) { QFile::remove(file.path()); },
+            u"is missing. Put your copy"_s);
+        row(
+            "folder",
+            [](const RecipeFile &file) {
+                QVERIFY(QFile::remove(file.path()) && QDir().mkpath(file.path()));
+            },
+            u"is a folder"_s);
+        row(
+            "unreadable", [](const RecipeFile &file) { QFile::setPermissions(file.path(), {}); },
+            u"may not be read. Give yourself the right"_s);
+        row("empty", overwrite({}), u"is empty. Put your last copy"_s);
+        row("other database", overwrite(access.leftJustified(4096, '\1')), u"Access format"_s);
+        row("text file", overwrite(QByteArray("Soup\r\n").repeated(500)),
+            u"is not a recipe file. Put your copy"_s);
+        row(
+            "cut off", [](const RecipeFile &file) { QFile::resize(file.path(), 4096 * 7 - 2048); },
+            u"is damaged"_s);
+        row("table missing", execute(u"DROP TABLE RecipeUtensils"_s),
+            u"the table RecipeUtensils is missing"_s);
+        row("newer version", execute(u"PRAGMA user_version = 2"_s), u"made by a newer version"_s);
     }
 
-    void meetsDamageInTheMiddle()
+    void rejectsBadFile()
+    {
+        QFETCH(Damage, damage);
+        QFETCH(QString, message);
+        const RecipeFile file;
+        const QByteArray good = bytesOf(file.path());
+        QFile::setPermissions(file.folder(), mayWrite);
+        damage(file);
+        const QByteArray before = bytesOf(file.path());
+
+        Utensils utensils(file);
+        asNobody([&] { QVERIFY(utensils.fails(message, [&] { utensils.count(); })); });
+        QCOMPARE(bytesOf(file.path()), before);
+
+        // The same window works after a good file has been put in the place of the bad one.
+        QDir(file.path()).removeRecursively();
+        QFile::remove(file.path());
+        setBytes(file.path(), good);
+        utensils.add();
+        QCOMPARE(utensils.count(), 1);
+    }
+
+    void reportsDamagedPage()
     {
         const RecipeFile file;
         file.write(u"INSERT INTO Utensils (UtensilName) VALUES (hex(zeroblob(30000)))"_s);
@@ -121,101 +140,123 @@ private Q_SLOTS:
         const int at = file.stored(page).toInt() * 4096;
         setBytes(file.path(), bytesOf(file.path()).replace(at, 4096, QByteArray(4096, 'U')));
         Utensils utensils(file);
-        QVERIFY(utensils.complains(u"is damaged"_s, [&] { utensils.count(); }));
+        QVERIFY(utensils.fails(u"is damaged"_s, [&] { utensils.count(); }));
     }
 
-    void readsWhatItMayNotWrite()
+    void readsWithoutWritePermission_data()
     {
-        for (const bool isFile : {true, false}) {
-            const RecipeFile file;
-            const QByteArray before = bytesOf(file.path());
-            QFile::setPermissions(file.path(), isFile ? mayRead : mayWrite);
-            QFile::setPermissions(file.folder(), isFile ? mayWrite : mayRead);
-            const QString complaint =
-                isFile ? u"since it is read-only"_s : u"since its folder is read-only"_s;
-            asNobody([&] {
-                Utensils utensils(file);
-                QCOMPARE(utensils.count(), 0);
-                QVERIFY(utensils.complains(complaint, [&] { utensils.add(); }));
-            });
-            QCOMPARE(bytesOf(file.path()), before);
-            QFile::setPermissions(file.folder(), mayWrite);
-        }
+        QTest::addColumn<QFileDevice::Permissions>("ofFile");
+        QTest::addColumn<QFileDevice::Permissions>("ofFolder");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("file") << mayRead << mayWrite << u"since it is read-only"_s;
+        QTest::newRow("folder") << mayWrite << mayRead << u"since its folder is read-only"_s;
     }
 
-    void noticesThatTheFileIsAnother()
+    void readsWithoutWritePermission()
     {
-        for (const bool isReplaced : {false, true}) {
-            const RecipeFile file;
-            const QByteArray other = isReplaced ? bytesOf(file.path()) : QByteArray();
-            file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot')"_s);
-            Utensils utensils(file);
-            QCOMPARE(utensils.count(), 1);
-            QFile::remove(file.path());
-            if (isReplaced)
-                setBytes(file.path(), other);
-            QVERIFY(utensils.complains(u"was moved or replaced"_s, [&] { utensils.add(); }));
-            QCOMPARE(bytesOf(file.path()), other);
-        }
-    }
-
-    void survivesAFullDisk()
-    {
-        for (const int length : {200'000, 40'000'000}) { // met at the commit, or before it
-            const QString name(length, u'x');
-            const RecipeFile file;
-            const QByteArray before = bytesOf(file.path());
-            Utensils utensils(file);
-            std::signal(SIGXFSZ, SIG_IGN);
-            rlimit large{};
-            getrlimit(RLIMIT_FSIZE, &large);
-            const rlimit small{65536, large.rlim_max};
-            setrlimit(RLIMIT_FSIZE, &small);
-            const auto restore = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &large); });
-            {
-                Transaction outer(utensils.database());
-                utensils.add();
-                const QString failure = failureOf([&] {
-                    Transaction inner(utensils.database());
-                    utensils.add(name);
-                    inner.commit();
-                });
-                if (failure.isNull())
-                    QVERIFY(failureOf([&] { outer.commit(); }).contains(u"The disk"_s));
-                // The engine has undone everything, and nothing may slip in behind it.
-                const QString statement = u"INSERT INTO Utensils DEFAULT VALUES"_s;
-                QVERIFY(!failureOf([&] { utensils.add(); }).isNull());
-                QVERIFY(!failureOf([&] { utensils.database().Execute(statement); }).isNull());
-                QVERIFY(!failureOf([&] { Transaction(utensils.database()).commit(); }).isNull());
-                QVERIFY(!failureOf([&] { outer.commit(); }).isNull());
-            }
-            QCOMPARE(utensils.count(), 0);
-            QCOMPARE(bytesOf(file.path()), before);
-            utensils.add();
-            QCOMPARE(file.other().execAndGet("SELECT count(*) FROM Utensils").getInt(), 1);
-        }
-    }
-
-    void waitsForAnotherProgramButNotForEver()
-    {
+        QFETCH(QFileDevice::Permissions, ofFile);
+        QFETCH(QFileDevice::Permissions, ofFolder);
+        QFETCH(QString, message);
         const RecipeFile file;
+        const QByteArray before = bytesOf(file.path());
+        QFile::setPermissions(file.path(), ofFile);
+        QFile::setPermissions(file.folder(), ofFolder);
+        asNobody([&] {
+            Utensils utensils(file);
+            QCOMPARE(utensils.count(), 0);
+            QVERIFY(utensils.fails(message, [&] { utensils.add(); }));
+        });
+        QCOMPARE(bytesOf(file.path()), before);
+        QFile::setPermissions(file.folder(), mayWrite);
+    }
+
+    void noticesThatTheFileIsGone_data()
+    {
+        QTest::addColumn<bool>("isReplaced");
+        QTest::newRow("removed") << false;
+        QTest::newRow("replaced") << true;
+    }
+
+    void noticesThatTheFileIsGone()
+    {
+        QFETCH(bool, isReplaced);
+        const RecipeFile file;
+        const QByteArray other = isReplaced ? bytesOf(file.path()) : QByteArray();
+        file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot')"_s);
         Utensils utensils(file);
+        QCOMPARE(utensils.count(), 1);
+        QFile::remove(file.path());
+        if (isReplaced)
+            setBytes(file.path(), other);
+        QVERIFY(utensils.fails(u"was moved or replaced"_s, [&] { utensils.add(); }));
+        QCOMPARE(bytesOf(file.path()), other);
+    }
+
+    void survivesFullDisk_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::newRow("fails at the commit") << 200'000;
+        QTest::newRow("fails before the commit") << 40'000'000;
+    }
+
+    void survivesFullDisk()
+    {
+        QFETCH(int, length);
+        const QString name(length, u'x');
+        const RecipeFile file;
+        const QByteArray before = bytesOf(file.path());
+        Utensils utensils(file);
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit large{};
+        getrlimit(RLIMIT_FSIZE, &large);
+        const rlimit small{65536, large.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        const auto restore = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &large); });
+        {
+            Transaction outer(utensils.database());
+            utensils.add();
+            const QString failure = failureOf([&] {
+                Transaction inner(utensils.database());
+                utensils.add(name);
+                inner.commit();
+            });
+            if (failure.isNull())
+                QVERIFY(failureOf([&] { outer.commit(); }).contains(u"The disk"_s));
+            // SQLite has rolled back everything, and nothing more can be written in the scope.
+            const QString statement = u"INSERT INTO Utensils DEFAULT VALUES"_s;
+            QVERIFY(!failureOf([&] { utensils.add(); }).isNull());
+            QVERIFY(!failureOf([&] { utensils.database().Execute(statement); }).isNull());
+            QVERIFY(!failureOf([&] { Transaction(utensils.database()).commit(); }).isNull());
+            QVERIFY(!failureOf([&] { outer.commit(); }).isNull());
+        }
+        QCOMPARE(utensils.count(), 0);
+        QCOMPARE(bytesOf(file.path()), before);
+        utensils.add();
+        QCOMPARE(file.other().execAndGet("SELECT count(*) FROM Utensils").getInt(), 1);
+    }
+
+    void waitsForLockUntilTimeout()
+    {
+        using namespace std::chrono_literals;
+        const RecipeFile file;
         SQLite::Database other = file.other();
         other.exec("BEGIN EXCLUSIVE");
         QElapsedTimer time;
         time.start();
-        QVERIFY(utensils.complains(u"is in use by another program"_s, [&] { utensils.count(); }));
-        QVERIFY(time.elapsed() >= 10'000 && time.elapsed() < 15'000);
+        const QString failure = failureOf([&] { Database::open(file.path(), 300ms); });
+        QVERIFY(failure.contains(u"is in use by another program"_s));
+        QVERIFY(time.elapsed() >= 300 && time.elapsed() < 5000);
 
         std::thread program([&other] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            std::this_thread::sleep_for(100ms);
             other.exec("INSERT INTO Utensils DEFAULT VALUES; COMMIT");
         });
+        Utensils utensils(file); // with the default timeout
         utensils.add();
         program.join();
         QCOMPARE(other.execAndGet("SELECT count(*) FROM Utensils").getInt(), 2);
     }
 };
 
-QTEST_GUILESS_MAIN(TestDatabase)
+QTEST_GUILESS_MAIN(tst_Database)
 #include "tst_database.moc"

@@ -1,6 +1,6 @@
 #include "composition/ComposedRecipe.h"
 #include "data/DatabasePath.h"
-#include "data/RecipeTypes.h"
+#include "data/TypesAndRatings.h"
 #include "import/frmImportRecipe.h"
 #include "import/srf/SrfFile.h"
 #include "import/srf/SrfParser.h"

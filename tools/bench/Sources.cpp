@@ -1,5 +1,7 @@
 #include "Sources.h"
 
+#include "data/SourceQuery.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -7,6 +9,11 @@ namespace {
 Source ofStatement(const char *title, const QString &statement)
 {
     return {title, statement, statement};
+}
+
+Source ofJoin(const char *title, const QString &join, QLatin1StringView linkTable)
+{
+    return {title, inLinkOrder(join, linkTable), join};
 }
 
 Source ofTable(const char *title, const QString &table)
@@ -43,8 +50,8 @@ std::vector<Source> windowSources()
     return {
         ofStatement("recipes by category and name",
                     u"SELECT * FROM Recipes ORDER BY RecipeType, RecipeName"_s),
-        ofStatement("lines of all recipes", ingredientJoin()),
-        ofStatement("utensils of all recipes", utensilJoin()),
+        ofJoin("lines of all recipes", ingredientJoin(), "RecipeIngredients"_L1),
+        ofJoin("utensils of all recipes", utensilJoin(), "RecipeUtensils"_L1),
         ofStatement("list with counts", listWithCounts()),
         ofStatement("ingredients by category and name",
                     u"SELECT * FROM Ingredients ORDER BY IngredientType, IngredientName"_s),

@@ -19,8 +19,8 @@ qsizetype readRows(const Source &source, const std::shared_ptr<Database> &databa
     return RecordCursor(database, source.text).RecordCount();
 }
 
-// Preparing the statement counts on both sides. Few rows are read again and again for a tenth of a
-// second, since whatever else the machine does would come into so short a work by chance.
+// The time includes preparing the statement on both sides. A source with few rows is read
+// repeatedly for a tenth of a second, since a single reading is too short to be measured.
 Measurement readingOf(const Source &source, SQLite::Database &plain,
                       const std::shared_ptr<Database> &database)
 {

@@ -1,8 +1,8 @@
 #include "PlainStatement.h"
 #include "Sources.h"
 #include "Subjects.h"
+#include "data/Database.h"
 #include "data/RecordCursor.h"
-#include "data/Transaction.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -25,7 +25,7 @@ std::vector<std::unique_ptr<RecordCursor>> readCursors(const std::shared_ptr<Dat
 
 } // namespace
 
-// As windows and the importer do it: the five together, in one scope of reading.
+// All five cursors in one ReadTransaction, as windows and the importer do.
 void measureRequerying(Bench &bench)
 {
     const int size = bench.largest();

@@ -17,7 +17,7 @@ constexpr int searches = 2000;
 
 const QString recipesTable = u"Recipes"_s;
 
-// The number of a recipe for each search, all over the table.
+// The number of the recipe for a search; the searches spread over the whole table.
 int somewhere(int search, int recipes)
 {
     constexpr qint64 stride = 7919;
@@ -55,7 +55,7 @@ double findNameWarm(RecordCursor &cursor, int recipes)
     return secondsOfOne(searches, [&](int i) { findName(cursor, criteria.at(i)); });
 }
 
-// The dearest of the first searches, one of which makes the index.
+// The slowest of the first searches, one of which builds the index.
 double findNameFirst(const std::shared_ptr<Database> &database, int recipes)
 {
     RecordCursor cursor(database, recipesTable);
@@ -85,7 +85,7 @@ void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> 
                  {Bound::Kind::AtMost, 50e-3}});
 }
 
-// Writing the criterion counts.
+// The time includes making the text of the criterion.
 int walkLines(RecordCursor &cursor, int recipe)
 {
     const QString criteria = criterion("RecipeID"_L1, qint64{recipe} + 1);
@@ -98,9 +98,10 @@ int walkLines(RecordCursor &cursor, int recipe)
 void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> &database,
                   int recipes)
 {
-    const QString source = ingredientJoin();
+    const QString source = inLinkOrder(ingredientJoin(), "RecipeIngredients"_L1);
     RecordCursor cursor(database, source);
-    PlainStatement statement(connection.getHandle(), source.toStdString() + " WHERE RecipeID = ?");
+    PlainStatement statement(connection.getHandle(),
+                             ingredientJoin().toStdString() + " WHERE RecipeID = ?");
     const auto plain = [&] {
         return secondsOfOne(searches, [&](int i) {
             statement.bind(1, qint64{somewhere(i, recipes)} + 1);

@@ -21,7 +21,7 @@ void measureSorting(Bench &bench)
     SQLite::Database plain(path.toStdString());
     copyNames(database->connection());
     copyNames(plain);
-    // The same words stand for the program's comparison on its own connection.
+    // On the program's connection NOCASE is the program's own comparison.
     const char *text = "SELECT RecipeID FROM Names ORDER BY RecipeName COLLATE NOCASE";
     PlainStatement ourOrder(database->connection().getHandle(), text);
     PlainStatement builtInOrder(plain.getHandle(), text);

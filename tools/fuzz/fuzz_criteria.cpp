@@ -1,8 +1,6 @@
 #include "data/Criterion.h"
 #include "data/DatabaseError.h"
 
-#include <QStringDecoder>
-
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -18,15 +16,13 @@ std::optional<Criterion> parsed(const QString &text)
     }
 }
 
-// The same criterion, as a window writes it.
+// The text of the criterion, as a window makes it.
 QString written(const Criterion &from)
 {
-    const QLatin1StringView field(from.field.data(), static_cast<qsizetype>(from.field.size()));
+    const QLatin1StringView field(from.field);
     if (const auto *key = std::get_if<qint64>(&from.value))
         return criterion(field, *key);
-    const std::string &value = std::get<std::string>(from.value);
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-    return criterion(field, from.comparison, utf8.decode(QByteArrayView(value)));
+    return criterion(field, from.comparison, toVariant(toCell(from.value)).toString());
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 // filled from the tables. A file that is there is left as it is.
 
 #include "CatalogTable.h"
+#include "data/Database.h"
 #include "data/DatabaseError.h"
-#include "data/IngredientTypes.h"
 #include "data/RecordCursor.h"
 #include "data/Schema.h"
-#include "data/Transaction.h"
+#include "data/TypesAndRatings.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>

@@ -1,6 +1,6 @@
 // rowmemory plain|cursor DATABASE TABLE: prints by how many bytes the resident memory of this
-// process grows while the table's rows are stepped, or are read by a cursor that keeps them. The
-// engine's page cache has been filled before.
+// process grows while the table's rows are stepped, or are read by a cursor, which keeps them.
+// SQLite's page cache is filled before.
 
 #include "PlainStatement.h"
 #include "data/RecordCursor.h"

@@ -2,9 +2,11 @@
 
 #include <QStringList>
 
-// What the numbers stand for that are stored for a recipe: each is the position in its list.
+// The texts for the numbers that are stored as types and ratings. Each number is an index into its
+// list.
 QStringList recipeTypes();
 QStringList recipeRatings();
+QStringList ingredientTypes();
 
 inline constexpr int defaultRecipeType = 0;
 inline constexpr int defaultRating = 5;
