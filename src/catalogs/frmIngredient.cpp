@@ -13,7 +13,7 @@
 #include "data/settings/SortOrder.h"
 #include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
-#include "widgets/StoredSelection.h"
+#include "widgets/StandardWidgets.h"
 
 #include <algorithm>
 

@@ -1,9 +1,8 @@
 #include "recipes/RecipeTable.h"
 
 #include "recipes/SortHeader.h"
-#include "widgets/Inches.h"
-#include "widgets/PlaceholderText.h"
-#include "widgets/TextRowDelegate.h"
+#include "widgets/StandardWidgets.h"
+#include "widgets/TextListView.h"
 
 #include <QResizeEvent>
 

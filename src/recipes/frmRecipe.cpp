@@ -14,8 +14,7 @@
 #include "interaction/Interaction.h"
 #include "recipes/RecipeName.h"
 #include "ui_frmRecipe.h"
-#include "widgets/DocumentText.h"
-#include "widgets/StoredSelection.h"
+#include "widgets/StandardWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -16,11 +16,11 @@ public:
     std::function<void()> onProgress = [] {}; // at each piece
     QStringList names;
 
-    bool update(qsizetype piece, qsizetype, const QString &name) override
+    bool update(qsizetype done, qsizetype, const QString &label) override
     {
-        names += name;
+        names += label;
         onProgress();
-        return piece == names.size() && piece != stopAt;
+        return done + 1 == names.size() && done + 1 != stopAt;
     }
 };
 
