@@ -68,7 +68,7 @@ void frmMain::mnuImport_Click()
 
 void frmMain::mnuExport_Click()
 {
-    exportWebPages(m_frame.interaction(), this);
+    exportWebPages(m_frame.interaction());
 }
 
 void frmMain::mnuSettings_Click()

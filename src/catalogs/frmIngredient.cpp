@@ -10,7 +10,7 @@
 #include "data/settings/Settings.h"
 #include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
-#include "widgets/StoredSelection.h"
+#include "widgets/StandardWidgets.h"
 
 #include <algorithm>
 

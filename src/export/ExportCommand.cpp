@@ -4,7 +4,6 @@
 #include "export/ExportError.h"
 #include "export/WebPages.h"
 #include "interaction/Interaction.h"
-#include "widgets/ProgressDialog.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -25,10 +24,10 @@ QString title()
     return Text::tr("Export");
 }
 
-std::optional<ExportedPages> exportWithProgress(const QString &folder, QWidget *window)
+std::optional<ExportedPages> exportWithProgress(Interaction &interaction, const QString &folder)
 {
-    ProgressDialog progress(title(), window);
-    return exportPages(DatabasePath, folder, Settings::load().pages, progress);
+    const std::unique_ptr<Progress> progress = interaction.startProgress(title());
+    return exportPages(DatabasePath, folder, Settings::load().pages, *progress);
 }
 
 void offerPages(Interaction &interaction, const ExportedPages &pages)
@@ -52,7 +51,7 @@ void offerPages(Interaction &interaction, const ExportedPages &pages)
 
 } // namespace
 
-void exportWebPages(Interaction &interaction, QWidget *window)
+void exportWebPages(Interaction &interaction)
 {
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     for (;;) {
@@ -61,7 +60,7 @@ void exportWebPages(Interaction &interaction, QWidget *window)
         if (folder.isEmpty())
             return;
         try {
-            if (const auto pages = exportWithProgress(folder, window))
+            if (const auto pages = exportWithProgress(interaction, folder))
                 offerPages(interaction, *pages);
             return;
         } catch (const ForeignFolderError &failure) {

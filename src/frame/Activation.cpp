@@ -13,7 +13,7 @@
 
 namespace {
 
-// Far more than windows need that pass the activation on; it only ends a circle of them.
+// Windows whose handlers activate each other need a few rounds; more of them are an endless loop.
 constexpr int maximumRounds = 16;
 
 QMdiSubWindow *subWindowOf(const ChildWindow &child)
@@ -46,7 +46,7 @@ void Activation::requestActivation(ChildWindow &child)
     schedule();
 }
 
-void Activation::remove(ChildWindow &child)
+void Activation::prepareToHide(ChildWindow &child)
 {
     m_history.removeOne(&child);
     m_neverActivated.removeOne(&child);
@@ -61,7 +61,7 @@ void Activation::remove(ChildWindow &child)
     schedule();
 }
 
-void Activation::clear()
+void Activation::reset()
 {
     m_requested = nullptr;
     m_active = nullptr;
@@ -74,24 +74,24 @@ void Activation::schedule()
     if (m_scheduled || m_processing)
         return;
     m_scheduled = true;
-    const auto deliver = [this] {
+    const auto process = [this] {
         m_scheduled = false;
         processPending();
     };
-    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, process, Qt::QueuedConnection);
 }
 
 void Activation::processPending()
 {
     if (m_processing || QApplication::activeModalWidget())
         return;
-    const QScopedValueRollback settling(m_processing, true);
+    const QScopedValueRollback processing(m_processing, true);
     for (int round = 0; m_active != m_requested && round < maximumRounds; ++round)
-        moveOn();
+        switchToRequested();
 }
 
-// The area says null and the same window again when the frame is minimised and restored, and may
-// name a window that is leaving.
+// When the main window is minimised and restored, QMdiArea reports null and then the same window
+// again. It may also report a window that is being hidden.
 void Activation::onSubWindowActivated(QMdiSubWindow *subWindow)
 {
     auto *child = subWindow ? qobject_cast<ChildWindow *>(subWindow->widget()) : nullptr;
@@ -99,9 +99,9 @@ void Activation::onSubWindowActivated(QMdiSubWindow *subWindow)
         requestActivation(*child);
 }
 
-// One step from the window whose activation ran last to the one that should be active. Any handler
-// may change what should be, or take windows away.
-void Activation::moveOn()
+// One switch from the active window to the requested one. Any handler may request another window,
+// or hide and unload windows.
+void Activation::switchToRequested()
 {
     if (ChildWindow *old = std::exchange(m_active, nullptr)) {
         runDeactivate(*old);

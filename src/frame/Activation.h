@@ -11,9 +11,10 @@ class ChildWindow;
 class QMdiArea;
 class QMdiSubWindow;
 
-// The truth about which child window is active. The area reports what its user does and shows what
-// is decided here. Form_Activate and Form_Deactivate run in settle() alone, which is queued, so
-// that the handler that caused them has ended; except the deactivation of a window that leaves.
+// Decides which child window is active. QMdiArea reports which window the user activates and shows
+// what is decided here. Form_Activate and Form_Deactivate run only in processPending(), which is
+// queued, so that the handler that caused them has returned. The exception is the deactivation of
+// a window that is about to be hidden.
 class Activation final : public QObject
 {
     Q_OBJECT
@@ -21,24 +22,29 @@ class Activation final : public QObject
 public:
     Activation(QMdiArea &area, const ErrorBoundary &boundary, std::function<void()> beep);
 
-    // The window that should be active, also during the deactivation of the one before; or null.
-    ChildWindow *active() const { return m_requested; }
-    // Whether the active window takes the activation back from next.
+    // The window that is active or is to become active, or null. It changes before the previous
+    // window's Form_Deactivate runs.
+    ChildWindow *requested() const { return m_requested; }
+    // Returns whether the requested window would take the activation back from next.
     bool isRefusedTo(const ChildWindow &next) const;
 
-    void requestActivation(ChildWindow &child); // of a window that is shown, or is about to be
-    void
-    remove(ChildWindow &child); // before it is hidden; it cannot take the activation back any more
-    void clear(); // no window is on the stage any more; no handler runs
+    // The child must be visible or about to be shown.
+    void requestActivation(ChildWindow &child);
+    // Call before the child is hidden. Runs its Form_Deactivate if it was active; it cannot take
+    // the activation back. The next window in the history is requested.
+    void prepareToHide(ChildWindow &child);
+    // Call before all windows are destroyed. Runs no handler.
+    void reset();
 
-    void schedule(); // settle() for when the running handler has ended
-    // Runs the handlers that are due. Does nothing while a modal window is open, and goes on when
-    // the input gate queues it again.
+    // Calls processPending() after the running handler has returned.
+    void schedule();
+    // Runs the handlers that are due. Does nothing while a modal window is open; InputFilter calls
+    // schedule() when the last one is closed.
     void processPending();
 
 private:
     void onSubWindowActivated(QMdiSubWindow *subWindow);
-    void moveOn();
+    void switchToRequested();
     void restore(ChildWindow &child);
     void runActivate(ChildWindow &child);
     void runDeactivate(ChildWindow &child);
@@ -52,10 +58,10 @@ private:
     std::function<void()> m_beep;
 
     ChildWindow *m_requested = nullptr;
-    ChildWindow *m_active = nullptr; // its activation ran, its deactivation did not yet
-    // Every shown window is in one of the two, the latest first.
-    QList<ChildWindow *> m_history; // had an activation
-    QList<ChildWindow *> m_neverActivated; // never got one so far
+    ChildWindow *m_active = nullptr; // its Form_Activate ran and its Form_Deactivate did not yet
+    // Every shown window is in one of these lists, the latest first.
+    QList<ChildWindow *> m_history; // by the latest Form_Activate
+    QList<ChildWindow *> m_neverActivated; // by the latest request
     bool m_scheduled = false;
     bool m_processing = false;
 };

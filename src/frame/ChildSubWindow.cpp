@@ -1,6 +1,5 @@
 #include "frame/ChildSubWindow.h"
 
-#include "frame/Cascade.h"
 #include "frame/ChildWindow.h"
 
 #include <QHelpEvent>
@@ -8,7 +7,30 @@
 #include <QStyleOptionTitleBar>
 #include <QToolTip>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QRect cascaded(int number, QSize size, QSize area, int step)
+{
+    const QSize fitting = size.boundedTo(area);
+    const QSize room = area - fitting;
+    const int places = std::min(room.width(), room.height()) / step + 1;
+    const int offset = number % places * step;
+    return {QPoint(offset, offset), fitting};
+}
+
+QRect constrainedTo(QRect rect, QSize area)
+{
+    const QSize fitting = rect.size().boundedTo(area);
+    const QSize room = area - fitting;
+    return {QPoint(std::clamp(rect.x(), 0, room.width()), std::clamp(rect.y(), 0, room.height())),
+            fitting};
+}
+
+} // namespace
 
 ChildSubWindow::ChildSubWindow(ChildWindow &child)
     : m_child(child)
@@ -32,21 +54,21 @@ bool ChildSubWindow::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         const auto &help = static_cast<const QHelpEvent &>(*event);
-        if (isCaptionAt(help.pos())) {
+        if (isTitleAt(help.pos())) {
             QToolTip::showText(help.globalPos(),
                                u"<qt>%1</qt>"_s.arg(m_child.title().toHtmlEscaped()), this);
             return true;
         }
     } else if (event->type() == QEvent::WindowStateChange) {
         const auto before = static_cast<QWindowStateChangeEvent *>(event)->oldState();
-        // The geometry to which it is restored may be from a time when the area was larger.
+        // It is restored to the geometry that it had when the area may have been larger.
         if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
             QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);
     }
     return QMdiSubWindow::event(event);
 }
 
-bool ChildSubWindow::isCaptionAt(QPoint position) const
+bool ChildSubWindow::isTitleAt(QPoint position) const
 {
     QStyleOptionTitleBar option;
     option.initFrom(this);

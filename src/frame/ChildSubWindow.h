@@ -4,25 +4,28 @@
 
 class ChildWindow;
 
-// The frame around a child window in the area: title bar, border, system menu. It cannot leave the
-// area when the area becomes smaller, and shows its title as a tooltip of the title bar.
+// The title bar, border and system menu around a child window. It moves back inside when its area
+// becomes smaller, and shows the whole title as a tooltip of the title bar.
 class ChildSubWindow final : public QMdiSubWindow
 {
     Q_OBJECT
 
 public:
-    explicit ChildSubWindow(ChildWindow &child); // owns the child; not yet in an area
+    explicit ChildSubWindow(ChildWindow &child); // takes ownership of the child
 
-    // The place and size for the number-th new window, inside the area.
+    // Moves it to the position of the new window with this number, from 0: each is one step further
+    // right and down, and starts at the top left again if it would not fit into the area. A window
+    // that is larger than the area gets the area's size.
     void cascade(int number);
-    // Back into the area, unless it is minimised or maximised.
+    // Moves it back inside the area, and shrinks it if it is larger, unless it is minimised or
+    // maximised.
     void keepInside();
 
 protected:
     bool event(QEvent *event) override;
 
 private:
-    bool isCaptionAt(QPoint position) const;
+    bool isTitleAt(QPoint position) const;
 
     ChildWindow &m_child;
 };

@@ -31,7 +31,7 @@ QString ChildWindow::title() const
 void ChildWindow::setTitle(const QString &title)
 {
     m_title = title.isNull() ? u""_s : title;
-    // Qt takes a single "[*]" for the mark of an unsaved window, and two of them for the text.
+    // QWidget replaces "[*]" by a mark for a modified document, and "[*][*]" by "[*]".
     setWindowTitle(QString(m_title).replace("[*]"_L1, "[*][*]"_L1));
 }
 
@@ -58,7 +58,7 @@ bool ChildWindow::keepsActivationFrom(const ChildWindow & /*next*/) const noexce
 void ChildWindow::setDefaultButton(QPushButton *button)
 {
     m_defaultButton = button;
-    button->setDefault(true); // outside a dialog this is only its look
+    button->setDefault(true); // outside a QDialog this changes only its look
     button->installEventFilter(this);
 }
 
@@ -69,8 +69,8 @@ void ChildWindow::setCancelButton(QPushButton *button)
 
 bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    // A default button with the focus takes Enter itself, and would take a held key as many
-    // presses.
+    // A focused default button handles Enter itself and would be pressed again and again while
+    // the key is held.
     if (event->type() == QEvent::KeyPress && watched == m_defaultButton) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
         if (key.isAutoRepeat() && isPlainEnter(key))
@@ -99,6 +99,6 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
 
 void ChildWindow::closeEvent(QCloseEvent *event)
 {
-    event->ignore(); // Qt would take the window out of its shell; the frame ends both
+    event->ignore(); // Qt would close the window and leave its QMdiSubWindow; Frame destroys both
     closeWindow();
 }

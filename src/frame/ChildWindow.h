@@ -9,12 +9,12 @@ class Interaction;
 class Frame;
 class QPushButton;
 
-// A window inside the frame. The class name is the name by which the frame finds it; the frame
-// makes it, shows, activates, hides and destroys it (Frame.h), and nobody calls QWidget's show or
-// hide on it. The constructor makes the controls and connects them.
+// A window inside the frame. Frame creates, shows, activates, hides and destroys it and finds it by
+// its class name; do not call QWidget's show() or hide() on it. Its constructor creates the
+// controls and connects them.
 //
-// Enter presses the button that has the focus, else the default button; Esc presses the cancel
-// button. Both come here only where no control wanted the key.
+// Enter presses the focused button or else the default button, Esc presses the cancel button,
+// unless the focused control uses the key itself.
 class ChildWindow : public QWidget
 {
     Q_OBJECT
@@ -22,33 +22,33 @@ class ChildWindow : public QWidget
 public:
     explicit ChildWindow(Frame &frame);
 
-    // The form's caption until a title is set. A title may be any text: it is shown as it stands,
-    // elided where the caption is too narrow, and given back as it was set.
+    // The title is the form's windowTitle until another one is set. It may be any text: the window
+    // shows it unchanged, "[*]" included, and title() returns it as it was set.
     QString title() const;
     void setTitle(const QString &title);
 
 protected:
     Frame &frame() const { return m_frame; }
-    void closeWindow(); // unloads this window; it is destroyed after the running handler
+    void closeWindow(); // unloads this window; it is destroyed after the running handler returns
     Interaction &interaction() const;
 
-    // Run by the frame, each inside the boundary. Where Form_Load or openDataSources throws, the
-    // window is gone again and the one who loads it gets a LoadFailure; where another one throws,
-    // the user is told and the window stays as it is.
+    // Frame calls these handlers. If Form_Load or openDataSources throws, Frame destroys the window
+    // and throws a LoadError; if another one throws, the user sees the error and the window
+    // remains.
     virtual void Form_Load() { }
-    virtual void openDataSources() { } // runs when Form_Load has returned
+    virtual void openDataSources() { } // after Form_Load
     virtual void Form_Activate() { }
     virtual void Form_Deactivate() { }
 
-    // Whether this window takes the activation back when next is about to get it. It is not asked
-    // while it is being hidden or unloaded.
+    // Returns whether this window takes the activation back when next is about to be activated. Not
+    // called while this window is hidden or unloaded.
     virtual bool keepsActivationFrom(const ChildWindow &next) const noexcept;
-    // The class name of the window that is activated once, if it is loaded, before this one takes
-    // the activation back; empty for none.
+    // The class name of a window that is activated and deactivated once, if it is shown, before
+    // this one takes the activation back; empty for none.
     virtual QByteArrayView compositionEditor() const { return {}; }
 
-    // Connects as QObject::connect does, with the boundary around the handler, and hides that one
-    // so that no handler of a window is left outside.
+    // Connects as QObject::connect does; the handler runs inside the boundary. It hides
+    // QObject::connect, so that no handler of a window can run outside.
     template <class Sender, class Signal, class Window, class... Args>
     QMetaObject::Connection connect(const Sender *sender, Signal signal, Window *window,
                                     void (Window::*handler)(Args...))
@@ -56,7 +56,7 @@ protected:
         return boundary().connect(sender, signal, window, handler);
     }
 
-    // Once each, by the constructor; the buttons live as long as the window.
+    // Call each at most once, in the constructor; the window must own the button.
     void setDefaultButton(QPushButton *button);
     void setCancelButton(QPushButton *button);
 

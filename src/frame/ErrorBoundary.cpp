@@ -2,11 +2,9 @@
 
 #include "interaction/Interaction.h"
 
-#include <QCoreApplication>
-
-LoadFailure::LoadFailure(const QString &window, const std::exception &reason)
+LoadError::LoadError(const QString &windowTitle, const std::exception &reason)
     : std::runtime_error(reason.what())
-    , m_window(window)
+    , m_windowTitle(windowTitle)
 {
 }
 
@@ -20,18 +18,17 @@ bool ErrorBoundary::run(const QString &windowTitle, const std::function<void()> 
     try {
         handler();
         return true;
-    } catch (const LoadFailure &failure) {
-        tell(failure.window(), failure);
+    } catch (const LoadError &failure) {
+        report(failure.windowTitle(), failure);
     } catch (const std::exception &failure) {
-        tell(windowTitle, failure);
+        report(windowTitle, failure);
     }
     return false;
 }
 
-void ErrorBoundary::tell(const QString &windowTitle, const std::exception &failure) const
+void ErrorBoundary::report(const QString &windowTitle, const std::exception &failure) const
 {
-    const QString text =
-        QCoreApplication::translate("ErrorBoundary", "Something went wrong in \"%1\":\n%2");
-    m_interaction.showError(QCoreApplication::translate("ErrorBoundary", "Error"),
-                            text.arg(windowTitle, QString::fromUtf8(failure.what())));
+    m_interaction.showError(tr("Error"),
+                            tr("Something went wrong in \"%1\":\n%2")
+                                .arg(windowTitle, QString::fromUtf8(failure.what())));
 }

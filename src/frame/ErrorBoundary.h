@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
@@ -9,33 +10,35 @@
 
 class Interaction;
 
-// A window that could not be loaded. It names the window, so that the boundary of whoever wanted to
-// open it tells the user about the right one.
-class LoadFailure final : public std::runtime_error
+// Thrown if a window cannot be loaded. It carries the window's title, since the error is caught
+// by the boundary of the window that opens it.
+class LoadError final : public std::runtime_error
 {
 public:
-    LoadFailure(const QString &window, const std::exception &reason);
+    LoadError(const QString &windowTitle, const std::exception &reason);
 
-    QString window() const { return m_window; }
+    QString windowTitle() const { return m_windowTitle; }
 
 private:
-    QString m_window;
+    QString m_windowTitle;
 };
 
-// The boundary around every handler: what a handler throws is told to the user, with the title of
-// the window, and the program goes on. It stands around the handler itself and not around the event
-// loop, because Qt's widgets are built without clean-up for exceptions that pass through them.
+// Catches what an event handler throws, shows it to the user with the title of the window, and lets
+// the program continue. Every handler runs inside it. Qt does not support exceptions that pass
+// through its event loop, so they are caught before they reach it.
 class ErrorBoundary
 {
-public:
-    explicit ErrorBoundary(Interaction &interaction);
+    Q_DECLARE_TR_FUNCTIONS(ErrorBoundary)
 
-    // Runs the handler and returns whether it came to its end. what() of anything thrown is UTF-8
-    // text for the user; the title is the one that the window had before.
+public:
+    explicit ErrorBoundary(Interaction &interaction); // which must outlive it
+
+    // Runs the handler and returns whether it did not throw. what() of an exception must be UTF-8
+    // text for the user. Pass the title that the window has before the handler runs.
     bool run(const QString &windowTitle, const std::function<void()> &handler) const;
 
-    // QObject::connect for member functions, with the boundary around the handler. For dialogs and
-    // the main window; a child window has it as its own connect.
+    // Connects as QObject::connect does; the handler runs inside the boundary. For dialogs and the
+    // main window: a child window calls ChildWindow::connect instead.
     template <class Sender, class Signal, class Window, class... Args>
     QMetaObject::Connection connect(const Sender *sender, Signal signal, Window *window,
                                     void (Window::*handler)(Args...)) const
@@ -55,7 +58,7 @@ private:
             return window.windowTitle();
     }
 
-    void tell(const QString &windowTitle, const std::exception &failure) const;
+    void report(const QString &windowTitle, const std::exception &failure) const;
 
     Interaction &m_interaction;
 };

@@ -10,7 +10,7 @@
 
 namespace {
 
-ChildSubWindow &shellOf(const ChildWindow &child)
+ChildSubWindow &subWindowOf(const ChildWindow &child)
 {
     return *static_cast<ChildSubWindow *>(child.parentWidget());
 }
@@ -23,7 +23,6 @@ Frame::Frame(Interaction &interaction, QMdiArea &area, std::function<void()> bee
     , m_boundary(interaction)
     , m_activation(area, m_boundary, std::move(beep))
     , m_inputFilter(area, m_activation)
-    , m_accessKeys(m_activation)
 {
     area.setActivationOrder(QMdiArea::ActivationHistoryOrder);
     area.viewport()->installEventFilter(this);
@@ -32,7 +31,7 @@ Frame::Frame(Interaction &interaction, QMdiArea &area, std::function<void()> bee
 Frame::~Frame()
 {
     for (const ChildWindow *child : std::as_const(m_windows))
-        delete &shellOf(*child);
+        delete &subWindowOf(*child);
 }
 
 ChildWindow *Frame::find(QByteArrayView className) const
@@ -46,73 +45,73 @@ ChildWindow *Frame::find(QByteArrayView className) const
 
 void Frame::add(ChildWindow &child)
 {
-    auto *shell = new ChildSubWindow(child);
-    m_area.addSubWindow(shell);
+    auto *subWindow = new ChildSubWindow(child);
+    m_area.addSubWindow(subWindow);
     m_windows.append(&child);
     try {
         child.Form_Load();
         child.openDataSources();
     } catch (const std::exception &failure) {
-        const LoadFailure loadFailure(child.title(), failure);
-        remove(child);
-        throw loadFailure;
+        const LoadError error(child.title(), failure);
+        destroyLater(child);
+        throw error;
     }
-    shell->cascade(m_placed++);
+    subWindow->cascade(m_loadedCount++);
 }
 
 void Frame::show(ChildWindow &child)
 {
-    ChildSubWindow &shell = shellOf(child);
+    ChildSubWindow &subWindow = subWindowOf(child);
     m_activation.requestActivation(child);
-    if (shell.isMinimized())
-        shell.showNormal();
+    if (subWindow.isMinimized())
+        subWindow.showNormal();
     else
-        shell.show();
+        subWindow.show();
     activate(child);
 }
 
 void Frame::activate(ChildWindow &child)
 {
-    ChildSubWindow &shell = shellOf(child);
-    if (shell.isHidden())
+    ChildSubWindow &subWindow = subWindowOf(child);
+    if (subWindow.isHidden())
         return;
     m_activation.requestActivation(child);
-    m_area.setActiveSubWindow(&shell);
+    m_area.setActiveSubWindow(&subWindow);
 }
 
 void Frame::hide(ChildWindow &child)
 {
-    ChildSubWindow &shell = shellOf(child);
-    if (shell.isHidden())
+    ChildSubWindow &subWindow = subWindowOf(child);
+    if (subWindow.isHidden())
         return;
-    m_activation.remove(child);
-    shell.hide();
+    m_activation.prepareToHide(child);
+    subWindow.hide();
 }
 
 void Frame::unload(ChildWindow &child)
 {
     hide(child);
-    remove(child);
+    destroyLater(child);
 }
 
 void Frame::unloadAll()
 {
-    m_activation.clear();
+    m_activation.reset();
     while (!m_windows.isEmpty())
-        remove(*m_windows.last());
+        destroyLater(*m_windows.last());
 }
 
-void Frame::remove(ChildWindow &child)
+void Frame::destroyLater(ChildWindow &child)
 {
     m_windows.removeOne(&child);
-    shellOf(child).deleteLater();
+    subWindowOf(child).deleteLater();
 }
 
 bool Frame::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Resize) {
         for (const ChildWindow *child : std::as_const(m_windows))
-            shellOf(*child).keepInside();
+            subWindowOf(*child).keepInside();
     }
     return QObject::eventFilter(watched, event);
 }

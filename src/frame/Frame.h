@@ -1,6 +1,5 @@
 #pragma once
 
-#include "frame/AccessKeys.h"
 #include "frame/Activation.h"
 #include "frame/ChildWindow.h"
 #include "frame/ErrorBoundary.h"
@@ -16,17 +15,17 @@
 class Interaction;
 class QMdiArea;
 
-// The life of the child windows in an area: one instance a class, made by load and destroyed by
-// unload. All program code shows, activates, hides and unloads them here. Activations run when the
-// handler that caused them has ended: to show a window and then to set what it shows is fine.
+// Loads, shows, activates, hides and unloads the child windows in a QMdiArea; there is at most one
+// window of each class. Form_Activate and Form_Deactivate run after the handler that caused them
+// has returned, so a handler may show a window first and set its content afterwards.
 //
-// The main window has one as a member, over the area of its form, gives it to the windows that it
-// loads, and calls unloadAll() in its closeEvent.
+// The main window has a Frame as a member, and calls unloadAll() in its closeEvent.
 class Frame final : public QObject
 {
     Q_OBJECT
 
 public:
+    // The interaction and the area must outlive it.
     Frame(Interaction &interaction, QMdiArea &area,
           std::function<void()> beep = &QApplication::beep);
     ~Frame() override;
@@ -34,21 +33,21 @@ public:
     Interaction &interaction() const { return m_interaction; }
     const ErrorBoundary &boundary() const { return m_boundary; }
 
-    // The loaded window of that class: made, its Form_Load run and its data sources opened if it
-    // was not loaded yet, and not shown. What its constructor takes beside the frame follows.
-    // Throws LoadFailure, and then nothing is loaded.
+    // Returns the window of this class. If it is not loaded yet, creates it with the frame and
+    // args, runs its Form_Load and openDataSources, and does not show it. Throws LoadError, and the
+    // window is not loaded then.
     template <class Window, class... Args>
     Window &load(Args &&...args)
     {
         Window *window = find<Window>();
         if (!window) {
-            window = new Window(*this, std::forward<Args>(args)...); // an area owns its windows
+            window = new Window(*this, std::forward<Args>(args)...); // add() gives it to the area
             add(*window);
         }
         return *window;
     }
 
-    // A loaded window, or null.
+    // Returns the window of this class, or null if it is not loaded.
     template <class Window>
     Window *find() const
     {
@@ -56,28 +55,27 @@ public:
     }
     ChildWindow *find(QByteArrayView className) const;
 
-    // The window that is active or about to become so, or null.
-    ChildWindow *activeChild() const { return m_activation.active(); }
+    // Returns the window that is active or is to become active, or null.
+    ChildWindow *activeChild() const { return m_activation.requested(); }
 
-    void show(ChildWindow &child); // on top, restored if it was minimised, and activated
-    void activate(ChildWindow &child); // nothing where it is not shown
-    void hide(ChildWindow &child); // the one that was active before it becomes active
-    void unload(ChildWindow &child); // hides; destroyed when the running handler has ended
-    void unloadAll(); // runs no handler and asks nothing
+    void show(ChildWindow &child); // restores it if it is minimised, and activates it
+    void activate(ChildWindow &child); // does nothing if it is hidden
+    void hide(ChildWindow &child); // and activates the window that was active before it
+    void unload(ChildWindow &child); // hides it; it is destroyed after the running handler returns
+    void unloadAll(); // runs no handler
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void add(ChildWindow &child);
-    void remove(ChildWindow &child);
+    void destroyLater(ChildWindow &child);
 
     Interaction &m_interaction;
     QMdiArea &m_area;
     ErrorBoundary m_boundary;
     Activation m_activation;
     InputFilter m_inputFilter;
-    AccessKeys m_accessKeys;
     QList<ChildWindow *> m_windows; // owned by the area
-    int m_placed = 0; // new windows so far, for the cascade
+    int m_loadedCount = 0; // windows loaded so far, for ChildSubWindow::cascade()
 };

@@ -7,6 +7,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QShortcutEvent>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -19,18 +21,20 @@ InputFilter::InputFilter(QMdiArea &area, Activation &activation)
     qApp->installEventFilter(this);
 }
 
-// Mouse events are seen on the frame's native window, before the focus moves, and again on the
-// widgets, where nothing is left to do for them.
+// Mouse events arrive at the main window's QWindow, before the focus moves, and then again at the
+// widget, when nothing is pending any more.
 bool InputFilter::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
-    case QEvent::ShortcutOverride: // comes before the key is a shortcut's or a control's
+    case QEvent::ShortcutOverride: // comes before a shortcut or a control handles the key
         m_activation.processPending();
         return false;
     case QEvent::WindowUnblocked: // the last modal window is closed
         if (watched == m_area.window())
             m_activation.schedule();
         return false;
+    case QEvent::Shortcut:
+        return filterShortcut(static_cast<const QShortcutEvent &>(*event));
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
@@ -49,19 +53,35 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
 bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)
 {
     if (type == QEvent::MouseButtonRelease)
-        return std::exchange(m_swallowing, false);
-    if (type == QEvent::MouseMove || m_swallowing)
-        return m_swallowing;
+        return std::exchange(m_discardsMouse, false);
+    if (type == QEvent::MouseMove || m_discardsMouse)
+        return m_discardsMouse;
 
-    // Where the focus has moved before the press is seen, the window is wanted already.
+    // If the press moved the focus before it arrives here, the child is requested already.
     ChildWindow *child = childAt(globalPosition);
-    if (child && child != m_activation.active()) {
+    if (child && child != m_activation.requested()) {
         m_activation.processPending();
         m_activation.requestActivation(*child);
     }
     m_activation.processPending();
-    m_swallowing = child && child != m_activation.active();
-    return m_swallowing;
+    m_discardsMouse = child && child != m_activation.requested();
+    return m_discardsMouse;
+}
+
+bool InputFilter::filterShortcut(const QShortcutEvent &event) const
+{
+    const ChildWindow *child = m_activation.requested();
+    if (!event.isAmbiguous() || !child || QApplication::activeModalWidget())
+        return false;
+    const auto buttons = child->findChildren<QPushButton *>();
+    for (QPushButton *button : buttons) {
+        if (button->isVisible() && button->isEnabled()
+            && QKeySequence::mnemonic(button->text()) == event.key()) {
+            button->animateClick();
+            return true;
+        }
+    }
+    return false;
 }
 
 bool InputFilter::isRefused(const QPoint &globalPosition) const
@@ -73,7 +93,7 @@ bool InputFilter::isRefused(const QPoint &globalPosition) const
 bool InputFilter::belongsToFrame(const QObject *watched) const
 {
     if (QApplication::activePopupWidget())
-        return false; // the press closes the popup and comes again
+        return false; // the press closes the popup and is then sent again
     const QWidget *frame = m_area.window();
     if (watched->isWidgetType())
         return static_cast<const QWidget *>(watched)->window() == frame;

@@ -7,27 +7,34 @@
 class Activation;
 class ChildWindow;
 class QMdiArea;
+class QShortcutEvent;
 
-// Keeps the user's keys and mouse behind the activations that are due: what is queued runs before a
-// key or a press is handled, so that fast hands get what slow hands get. A press in a window that
-// the active one does not let in is swallowed with its release, a turn of the wheel too.
+// An event filter of the application that keeps input and activations in order.
+//
+// Activations that are queued run before a key or a mouse press is handled, so that fast input has
+// the same effect as slow input. If the active window refuses the activation to another window, the
+// mouse press, its release and the wheel have no effect in the other window.
+//
+// An access key that a button of the active window shares with the menu bar presses the button. Qt
+// would alternate between the two and only move the focus.
 class InputFilter final : public QObject
 {
     Q_OBJECT
 
 public:
-    InputFilter(QMdiArea &area, Activation &activation); // watches the application while it lives
+    InputFilter(QMdiArea &area, Activation &activation);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     bool filterMouse(QEvent::Type type, const QPoint &globalPosition);
+    bool filterShortcut(const QShortcutEvent &event) const;
     bool isRefused(const QPoint &globalPosition) const;
     bool belongsToFrame(const QObject *watched) const;
     ChildWindow *childAt(const QPoint &globalPosition) const;
 
     QMdiArea &m_area;
     Activation &m_activation;
-    bool m_swallowing = false; // between a swallowed press and its release
+    bool m_discardsMouse = false; // from a discarded press to its release
 };

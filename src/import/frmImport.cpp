@@ -7,7 +7,6 @@
 #include "platform/Directory.h"
 #include "platform/Paths.h"
 #include "ui_frmImport.h"
-#include "widgets/ProgressDialog.h"
 
 #include <QFile>
 #include <QItemSelection>
@@ -147,11 +146,11 @@ std::vector<int> frmImport::chosenRows() const
 
 void frmImport::importFiles(const std::vector<int> &rows)
 {
-    ProgressDialog progress(title(), this);
-    qsizetype piece = 0;
+    const std::unique_ptr<Progress> progress = interaction().startProgress(title());
+    qsizetype done = 0;
     for (const int row : rows) {
         const QByteArray &name = m_files.name(row);
-        if (!progress.update(++piece, std::ssize(rows), QFile::decodeName(name)))
+        if (!progress->update(done++, std::ssize(rows), QFile::decodeName(name)))
             return;
         const auto outcome = m_importer.ImportSRFFile(m_directories.current() / name.toStdString());
         if (outcome == frmImportRecipe::Outcome::Stopped)

@@ -23,14 +23,14 @@ bool isInvisible(char32_t c)
 QString escapeControlCharacters(const QString &text)
 {
     constexpr char16_t controlPictures = 0x2400;
-    QString visible;
+    QString escaped;
     for (const char32_t c : text.toUcs4()) {
         if (c < 0x20)
-            visible += QChar(static_cast<char16_t>(controlPictures + c));
+            escaped += QChar(static_cast<char16_t>(controlPictures + c));
         else if (isInvisible(c))
-            visible += QString::asprintf("<U+%04X>", uint(c));
+            escaped += QString::asprintf("<U+%04X>", uint(c));
         else
-            visible += QChar::fromUcs4(c);
+            escaped += QChar::fromUcs4(c);
     }
-    return visible;
+    return escaped;
 }

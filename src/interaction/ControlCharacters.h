@@ -2,6 +2,7 @@
 
 #include <QString>
 
-// A text from outside in one line for people to read: characters that would show as nothing, break
-// the line or turn its direction stand as pictures or numbers.
+// Returns a text from outside the program as one line that is safe to show: control characters are
+// replaced by their Unicode control pictures, and other invisible characters, line separators and
+// marks of writing direction by their code points ("<U+202E>").
 QString escapeControlCharacters(const QString &text);

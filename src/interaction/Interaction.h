@@ -1,17 +1,20 @@
 #pragma once
 
+#include "interaction/Progress.h"
+
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <vector>
 
-// What a box shows beside its text.
+// The icon of a message box.
 enum class Icon { None, Information, Question, Exclamation };
 
 enum class Button { Ok, Yes, No, Stop, Open, Close };
 
 struct MessageBox {
-    QString text; // plain text, never taken for rich text
+    QString text; // plain text: tags are shown as they are
     QString title;
     Icon icon = Icon::None;
     std::vector<Button> buttons = {Button::Ok};
@@ -21,7 +24,7 @@ struct MessageBox {
 enum class Lines { One, Several };
 
 struct InputBox {
-    QString prompt; // plain text
+    QString prompt; // plain text: tags are shown as they are
     QString title;
     QString defaultText;
     Lines lines = Lines::One;
@@ -29,25 +32,27 @@ struct InputBox {
 
 struct FileChooser {
     QString title;
-    QString description; // of the kind of files, "HTML Documents"
-    QStringList patterns; // of their names, "*.htm"
-    QString defaultSuffix; // of a name typed without one, "htm"
-    QString directory; // where it starts
+    QString description; // names the kind of files: "HTML Documents"
+    QStringList patterns; // select the files to list: "*.htm"
+    QString defaultSuffix; // is added to a typed name that has none: "htm"
+    QString directory; // is listed first
 };
 
 struct FolderChooser {
     QString title;
-    QString directory; // where it starts
+    QString directory; // is listed first
 };
 
-// The one way to ask the user anything that blocks. Windows and the importer get it handed in.
+// All message boxes, input boxes, choosers and progress boxes go through this interface, so that
+// code without widgets can use them and tests can answer them. Whoever needs it gets a reference.
 class Interaction
 {
 public:
     Interaction() = default;
     virtual ~Interaction() = default;
 
-    // Shows the box, waits, and returns the button that was pressed; Esc is No, Stop or Close.
+    // Shows the box, waits, and returns the button that the user pressed. Esc presses No if there
+    // is one, else Stop or Close, and the only button of a box with one.
     virtual Button show(const MessageBox &box) = 0;
 
     // Shows an error that leaves the user nothing to choose.
@@ -56,13 +61,18 @@ public:
     // Asks a question with the buttons Yes and No; returns whether the user pressed Yes.
     bool confirm(const QString &title, const QString &text, Button defaultButton = Button::Yes);
 
-    // The answer as typed, not trimmed; empty also for Cancel. A default text that is not changed
-    // comes back as it was given; in a changed text of several lines each ends with CR LF.
+    // Returns the text as typed, not trimmed, or an empty one if the user cancelled. A default text
+    // that the user did not change is returned as it was given. In a changed text of several lines,
+    // CR LF separates the lines.
     virtual QString ask(const InputBox &box) = 0;
 
-    // The full path of an existing file or folder; empty where the user cancelled.
+    // Returns the full path of an existing file or folder, or an empty one if the user cancelled.
     virtual QString choose(const FileChooser &chooser) = 0;
     virtual QString choose(const FolderChooser &chooser) = 0;
+
+    // Returns the progress display for work that begins now. It appears only if the work takes a
+    // while, and disappears when the caller destroys it.
+    virtual std::unique_ptr<Progress> startProgress(const QString &title) = 0;
 
 private:
     Q_DISABLE_COPY_MOVE(Interaction)

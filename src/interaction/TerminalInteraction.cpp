@@ -19,7 +19,7 @@ bool saysYes(const QString &answer)
         || answer.compare(u"yes", Qt::CaseInsensitive) == 0;
 }
 
-// Texts may come from recipe files: a control character in them must not steer the terminal.
+// A text may come from a recipe file, whose control characters must not control the terminal.
 QString printable(const QString &text)
 {
     QStringList lines = text.split(u'\n');

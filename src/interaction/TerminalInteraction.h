@@ -2,9 +2,9 @@
 
 #include "interaction/Interaction.h"
 
-// Messages for a start without a desktop: texts go to standard error. A question is asked on
-// standard input where that is a terminal, and answered No otherwise; the answer is printed. Input
-// boxes and choosers count as cancelled.
+// For a start without a desktop: prints texts to standard error. Asks a question on standard input
+// if that is a terminal, otherwise takes No as its answer, and prints the answer. Input boxes and
+// choosers return as if cancelled. Progress is not shown; Ctrl+C ends the program.
 class TerminalInteraction final : public Interaction
 {
 public:
@@ -12,4 +12,8 @@ public:
     QString ask(const InputBox & /*box*/) override { return {}; }
     QString choose(const FileChooser & /*chooser*/) override { return {}; }
     QString choose(const FolderChooser & /*chooser*/) override { return {}; }
+    std::unique_ptr<Progress> startProgress(const QString & /*title*/) override
+    {
+        return std::make_unique<SilentProgress>();
+    }
 };

@@ -1,8 +1,7 @@
 #include "recipes/RecipeTable.h"
 
-#include "widgets/Inches.h"
-#include "widgets/PlaceholderText.h"
-#include "widgets/TextRowDelegate.h"
+#include "widgets/StandardWidgets.h"
+#include "widgets/TextListView.h"
 
 #include <QHeaderView>
 #include <QPainter>

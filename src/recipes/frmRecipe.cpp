@@ -12,8 +12,7 @@
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "ui_frmRecipe.h"
-#include "widgets/DocumentText.h"
-#include "widgets/StoredSelection.h"
+#include "widgets/StandardWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

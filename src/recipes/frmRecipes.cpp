@@ -5,7 +5,7 @@
 #include "frame/Frame.h"
 #include "recipes/frmRecipe.h"
 #include "ui_frmRecipes.h"
-#include "widgets/Inches.h"
+#include "widgets/StandardWidgets.h"
 
 #include <QHeaderView>
 #include <QShortcut>

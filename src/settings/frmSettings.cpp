@@ -5,7 +5,7 @@
 #include "interaction/Interaction.h"
 #include "platform/ApplicationInformation.h"
 #include "ui_frmSettings.h"
-#include "widgets/Inches.h"
+#include "widgets/StandardWidgets.h"
 
 using namespace Qt::Literals::StringLiterals;
 

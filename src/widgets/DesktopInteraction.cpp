@@ -1,18 +1,26 @@
 #include "widgets/DesktopInteraction.h"
 
-#include "widgets/DocumentText.h"
-#include "widgets/Inches.h"
+#include "interaction/ControlCharacters.h"
+#include "widgets/StandardWidgets.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTextDocument>
 
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -31,7 +39,7 @@ QMessageBox::Icon toQt(Icon icon)
     return QMessageBox::NoIcon;
 }
 
-// The toolkit has all buttons but Stop, for which its Abort stands with another text.
+// QMessageBox has no button Stop; show() gives its Abort that text.
 QMessageBox::StandardButton toQt(Button button)
 {
     switch (button) {
@@ -51,9 +59,9 @@ QMessageBox::StandardButton toQt(Button button)
     return QMessageBox::Ok;
 }
 
-// A box belongs to the window in front. Where another program has the keyboard none is active, and
-// the program's own window is the one to stand before.
-QWidget *windowInFront()
+// Returns the parent for a box. If another program is active, activeWindow() returns null; the box
+// then belongs to the main window, so that it does not open behind it.
+QWidget *parentForBox()
 {
     if (QWidget *active = QApplication::activeWindow())
         return active;
@@ -65,18 +73,92 @@ QWidget *windowInFront()
     return nullptr;
 }
 
+class ProgressBox final : public Progress
+{
+public:
+    explicit ProgressBox(const QString &title);
+    bool update(qsizetype done, qsizetype total, const QString &label) override;
+
+private:
+    bool isRepaintDue();
+    void display(qsizetype done, qsizetype total, const QString &label);
+
+    using Clock = std::chrono::steady_clock;
+    QProgressDialog m_dialog{parentForBox()};
+    Clock::time_point m_last = Clock::now(); // of the last repaint; before the first, of update()
+    Clock::duration m_worked{}; // until the box appears
+};
+
+// QProgressDialog's own minimumDuration would include the time in which a question waits for the
+// user, and the box would flash up between two questions. isRepaintDue() decides instead.
+ProgressBox::ProgressBox(const QString &title)
+{
+    constexpr int width = 360;
+    m_dialog.setMinimumDuration(std::numeric_limits<int>::max());
+    m_dialog.setWindowTitle(title);
+    m_dialog.setWindowModality(Qt::ApplicationModal);
+    m_dialog.setCancelButtonText(DesktopInteraction::tr("&Stop"));
+    auto *label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setFixedWidth(width);
+    m_dialog.setLabel(label);
+    auto *bar = new QProgressBar;
+    bar->setAccessibleName(DesktopInteraction::tr("Progress"));
+    bar->setTextVisible(false);
+    m_dialog.setBar(bar);
+}
+
+bool ProgressBox::update(qsizetype done, qsizetype total, const QString &label)
+{
+    if (!m_dialog.wasCanceled() && isRepaintDue()) {
+        display(done, total, label);
+        QCoreApplication::processEvents();
+    }
+    return !m_dialog.wasCanceled();
+}
+
+bool ProgressBox::isRepaintDue()
+{
+    constexpr auto minimumDuration = 500ms;
+    constexpr auto repaintInterval = 100ms;
+    // An item is finished sooner than this. If it is not, it has asked the user a question.
+    constexpr Clock::duration longestItem = 100ms;
+
+    const auto now = Clock::now();
+    if (m_dialog.isVisible() && now - m_last < repaintInterval)
+        return false;
+    m_worked += std::min(now - m_last, longestItem);
+    m_last = now;
+    return m_worked >= minimumDuration;
+}
+
+void ProgressBox::display(qsizetype done, qsizetype total, const QString &label)
+{
+    const QLocale locale;
+    auto *shown = m_dialog.findChild<QLabel *>();
+    const QString name = shown->fontMetrics().elidedText(escapeControlCharacters(label),
+                                                         Qt::ElideMiddle, shown->width());
+    const QString count = DesktopInteraction::tr("%1 of %2");
+    m_dialog.setLabelText(count.arg(locale.toString(done + 1), locale.toString(total)) + u'\n'
+                          + name);
+    m_dialog.setMaximum(static_cast<int>(total));
+    m_dialog.setValue(static_cast<int>(done));
+    m_dialog.setFixedSize(m_dialog.sizeHint());
+    m_dialog.show();
+}
+
 } // namespace
 
 Button DesktopInteraction::show(const MessageBox &box)
 {
-    QMessageBox dialog(toQt(box.icon), box.title, box.text, QMessageBox::NoButton, windowInFront());
+    QMessageBox dialog(toQt(box.icon), box.title, box.text, QMessageBox::NoButton, parentForBox());
     dialog.setTextFormat(Qt::PlainText);
     for (const Button button : box.buttons) {
         QPushButton *added = dialog.addButton(toQt(button));
         if (button == Button::Stop)
-            added->setText(QCoreApplication::translate("DesktopInteraction", "&Stop"));
+            added->setText(tr("&Stop"));
         if (button == Button::No)
-            dialog.setEscapeButton(added); // also where Stop, an Abort to the toolkit, is there
+            dialog.setEscapeButton(added); // QMessageBox would prefer Abort, which is our Stop
     }
     dialog.setDefaultButton(toQt(box.defaultButton));
 
@@ -90,7 +172,7 @@ Button DesktopInteraction::show(const MessageBox &box)
 
 QString DesktopInteraction::ask(const InputBox &box)
 {
-    QInputDialog dialog(windowInFront());
+    QInputDialog dialog(parentForBox());
     dialog.setWindowTitle(box.title);
     dialog.setLabelText(box.prompt);
     dialog.setOption(QInputDialog::UsePlainTextEditForTextInput, box.lines == Lines::Several);
@@ -98,7 +180,7 @@ QString DesktopInteraction::ask(const InputBox &box)
     dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
     auto *edit = dialog.findChild<QPlainTextEdit *>();
     if (edit) {
-        edit->setTabChangesFocus(true); // so that the keyboard reaches the buttons
+        edit->setTabChangesFocus(true); // the keyboard must reach the buttons
         edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     }
     dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
@@ -113,7 +195,7 @@ QString DesktopInteraction::ask(const InputBox &box)
 QString DesktopInteraction::choose(const FileChooser &chooser)
 {
     const QString filter = u"%1 (%2)"_s.arg(chooser.description, chooser.patterns.join(u' '));
-    QFileDialog dialog(windowInFront(), chooser.title, chooser.directory, filter);
+    QFileDialog dialog(parentForBox(), chooser.title, chooser.directory, filter);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setDefaultSuffix(chooser.defaultSuffix);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
@@ -121,5 +203,10 @@ QString DesktopInteraction::choose(const FileChooser &chooser)
 
 QString DesktopInteraction::choose(const FolderChooser &chooser)
 {
-    return QFileDialog::getExistingDirectory(windowInFront(), chooser.title, chooser.directory);
+    return QFileDialog::getExistingDirectory(parentForBox(), chooser.title, chooser.directory);
+}
+
+std::unique_ptr<Progress> DesktopInteraction::startProgress(const QString &title)
+{
+    return std::make_unique<ProgressBox>(title);
 }

@@ -2,12 +2,20 @@
 
 #include "interaction/Interaction.h"
 
-// Boxes and choosers on the desktop, in front of the window that is active.
+#include <QCoreApplication>
+
+// Boxes, choosers and progress on the desktop, each in front of the window that is active.
 class DesktopInteraction final : public Interaction
 {
+    Q_DECLARE_TR_FUNCTIONS(DesktopInteraction)
+
 public:
     Button show(const MessageBox &box) override;
     QString ask(const InputBox &box) override;
     QString choose(const FileChooser &chooser) override;
     QString choose(const FolderChooser &chooser) override;
+
+    // The box appears when the items have taken half a second in all. While it is visible, the user
+    // can use nothing else of the program; Stop, Esc and its close box cancel the work.
+    std::unique_ptr<Progress> startProgress(const QString &title) override;
 };

@@ -22,7 +22,7 @@ void ListBox::append(const QString &text)
     scrollTo(m_texts.index(row));
 }
 
-// Qt would select a neighbour of the row that goes.
+// QListView would select a neighbour of a removed row.
 void ListBox::remove(int row)
 {
     if (row == selectedRow())
@@ -53,15 +53,15 @@ void ListBox::onSelectionChanged()
         Q_EMIT rowSelected();
 }
 
-// No key and no button takes a selection back.
+// QListView would let Ctrl+click and Ctrl+Space clear the selection.
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex &index,
                                                               const QEvent * /*event*/) const
 {
     return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
-// A list that gets the focus makes its first row the current one without selecting it: an arrow
-// would then go to the second.
+// QAbstractItemView makes its first row current when it gets the focus, without selecting it. An
+// arrow key would then select the second row.
 QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
     if (selectedRow() < 0)

@@ -4,7 +4,7 @@
 
 #include <QStringListModel>
 
-// A list of texts of its own, of which one or none is selected.
+// A list of texts that it stores itself, of which one or none is selected.
 class ListBox final : public TextListView
 {
     Q_OBJECT
@@ -13,17 +13,17 @@ public:
     explicit ListBox(QWidget *parent = nullptr);
 
     QStringList texts() const { return m_texts.stringList(); }
-    void setTexts(const QStringList &texts); // none is selected then
-    void append(const QString &text); // comes into view, the selection stays
-    void remove(int row); // where it was selected, none is then
+    void setTexts(const QStringList &texts); // clears the selection
+    void append(const QString &text); // scrolls to it and keeps the selection
+    void remove(int row); // if it was selected, none is selected afterwards
 
     int count() const { return m_texts.rowCount(); }
-    int selectedRow() const; // from 0; -1 for none
-    QString selectedText() const;
-    void selectRow(int row); // comes into view; nothing where there is no such row
+    int selectedRow() const; // from 0, or -1 if none is selected
+    QString selectedText() const; // empty if none is selected
+    void selectRow(int row); // and scrolls to it; does nothing if there is no such row
 
 Q_SIGNALS:
-    // By the user or by the program; again where the user clicks on the one that is selected.
+    // The user or the program has selected a row, or the user has clicked on the selected one.
     void rowSelected();
 
 protected:

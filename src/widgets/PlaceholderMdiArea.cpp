@@ -6,25 +6,25 @@
 
 #include <algorithm>
 
-void PlaceholderMdiArea::setHint(const QString &hint)
+void PlaceholderMdiArea::setPlaceholderText(const QString &text)
 {
-    m_hint = hint;
-    setAccessibleDescription(hint);
+    m_placeholderText = text;
+    setAccessibleDescription(text);
 }
 
 void PlaceholderMdiArea::paintEvent(QPaintEvent *event)
 {
     QMdiArea::paintEvent(event);
-    if (showsChild())
+    if (hasVisibleChild())
         return;
     QPainter painter(viewport());
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * 1.3);
     painter.setFont(large);
-    // No role of a palette is meant for text on this background.
+    // QPalette has no role for text on the background of a QMdiArea.
     constexpr int medium = 128;
     painter.setPen(background().color().lightness() < medium ? Qt::white : Qt::black);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_hint);
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_placeholderText);
 }
 
 bool PlaceholderMdiArea::eventFilter(QObject *watched, QEvent *event)
@@ -34,7 +34,7 @@ bool PlaceholderMdiArea::eventFilter(QObject *watched, QEvent *event)
     return QMdiArea::eventFilter(watched, event);
 }
 
-bool PlaceholderMdiArea::showsChild() const
+bool PlaceholderMdiArea::hasVisibleChild() const
 {
     const QList<QMdiSubWindow *> children = subWindowList();
     return std::any_of(children.begin(), children.end(),

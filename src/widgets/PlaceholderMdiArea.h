@@ -2,24 +2,24 @@
 
 #include <QMdiArea>
 
-// An area of child windows that tells what can be done while it shows none.
+// A QMdiArea that shows a text while no child window is visible.
 class PlaceholderMdiArea final : public QMdiArea
 {
     Q_OBJECT
-    Q_PROPERTY(QString hint READ hint WRITE setHint)
+    Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
 public:
     using QMdiArea::QMdiArea;
 
-    QString hint() const { return m_hint; }
-    void setHint(const QString &hint); // a screen reader has it as the area's description
+    QString placeholderText() const { return m_placeholderText; }
+    void setPlaceholderText(const QString &text); // also the description for screen readers
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override; // of each child
+    bool eventFilter(QObject *watched, QEvent *event) override; // watches the children
 
 private:
-    bool showsChild() const;
+    bool hasVisibleChild() const;
 
-    QString m_hint;
+    QString m_placeholderText;
 };

@@ -1,16 +1,32 @@
 #include "widgets/TextListView.h"
 
-#include "widgets/PlaceholderText.h"
-#include "widgets/TextRowDelegate.h"
-
 #include <QHelpEvent>
+#include <QPainter>
 #include <QToolTip>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A row is as wide as the list, however long its text is.
+QPalette::ColorGroup colorGroup(QStyle::State state)
+{
+    if (!(state & QStyle::State_Enabled))
+        return QPalette::Disabled;
+    return state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+}
+
+void drawFocus(QPainter &painter, const QStyleOptionViewItem &item)
+{
+    QStyleOptionFocusRect focus;
+    focus.QStyleOption::operator=(item);
+    focus.state |= QStyle::State_KeyboardFocusChange | QStyle::State_Item;
+    const bool isSelected = item.state & QStyle::State_Selected;
+    focus.backgroundColor = item.palette.color(colorGroup(item.state),
+                                               isSelected ? QPalette::Highlight : QPalette::Window);
+    item.widget->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, item.widget);
+}
+
+// A row is as wide as the list: no text may widen the list's contents.
 class RowDelegate final : public TextRowDelegate
 {
 public:
@@ -23,6 +39,61 @@ public:
 };
 
 } // namespace
+
+// QStyle centres each text by its own height, which a glyph from another font changes.
+void TextRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                            const QModelIndex &index) const
+{
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    item.widget->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &item, painter, item.widget);
+
+    const int indent = margin(*item.widget);
+    const QRect room = item.rect.adjusted(indent, 0, -indent, 0);
+    item.text.replace(QChar::LineSeparator, u' ');
+    const QString text = item.fontMetrics.elidedText(item.text, item.textElideMode, room.width());
+    const QSize size(item.fontMetrics.horizontalAdvance(text), item.fontMetrics.height());
+    const QRect place = QStyle::alignedRect(item.direction, item.displayAlignment, size, room);
+    const bool isSelected = item.state & QStyle::State_Selected;
+    painter->save();
+    painter->setFont(item.font);
+    painter->setPen(item.palette.color(colorGroup(item.state),
+                                       isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter->drawText(place.x(), place.y() + item.fontMetrics.ascent(), text);
+    painter->restore();
+
+    if (item.state & QStyle::State_HasFocus)
+        drawFocus(*painter, item);
+}
+
+QSize TextRowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QString text = index.data().toString();
+    return {option.fontMetrics.horizontalAdvance(text) + 2 * margin(*option.widget),
+            rowHeight(option.fontMetrics)};
+}
+
+int TextRowDelegate::rowHeight(const QFontMetrics &font)
+{
+    constexpr int spacing = 4;
+    return font.lineSpacing() + spacing;
+}
+
+int TextRowDelegate::margin(const QWidget &view)
+{
+    return view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1;
+}
+
+void paintPlaceholderText(QAbstractItemView &view, const QString &text)
+{
+    if (view.model()->rowCount() > 0)
+        return;
+    QPainter painter(view.viewport());
+    painter.setPen(view.palette().color(QPalette::PlaceholderText));
+    const int margin = view.fontMetrics().height() / 2;
+    painter.drawText(view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
+}
 
 TextListView::TextListView(QWidget *parent)
     : QListView(parent)
@@ -46,14 +117,15 @@ void TextListView::paintEvent(QPaintEvent *event)
     paintPlaceholderText(*this, m_placeholderText);
 }
 
-QString TextListView::cutText(const QModelIndex &index) const
+QString TextListView::elidedTextAt(QPoint position) const
 {
+    const QModelIndex index = indexAt(position);
     const QString text = index.data().toString();
     const int room = visualRect(index).width() - 2 * TextRowDelegate::margin(*this);
     return fontMetrics().horizontalAdvance(text) > room ? text : QString();
 }
 
-// Without an event a row only becomes the current one.
+// QListView::keyboardSearch() passes no event: the row becomes the current one, not selected.
 QItemSelectionModel::SelectionFlags TextListView::selectionCommand(const QModelIndex &index,
                                                                    const QEvent *event) const
 {
@@ -67,7 +139,7 @@ bool TextListView::viewportEvent(QEvent *event)
     if (event->type() != QEvent::ToolTip)
         return QListView::viewportEvent(event);
     const auto &help = static_cast<const QHelpEvent &>(*event);
-    const QString text = cutText(indexAt(help.pos()));
+    const QString text = elidedTextAt(help.pos());
     QToolTip::showText(help.globalPos(),
                        text.isEmpty() ? toolTip() : u"<qt>%1</qt>"_s.arg(text.toHtmlEscaped()),
                        viewport());

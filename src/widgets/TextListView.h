@@ -1,10 +1,32 @@
 #pragma once
 
 #include <QListView>
+#include <QStyledItemDelegate>
 
-// A list of one-line texts from any model, however many. It can say in grey why it is empty, and
-// shows a text that is cut off as a tooltip. Where rows are chosen one by one, a typed letter finds
-// a row without choosing it.
+// Draws rows of one-line texts, elided if they are too long. All rows have the height of the
+// view's font and all texts of a row the same baseline, even if a glyph comes from another font.
+class TextRowDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    static int rowHeight(const QFontMetrics &font);
+    static int margin(const QWidget &view); // in pixels, on either side of a text
+};
+
+// Call in the view's paintEvent. If the view has no rows, writes the text where they would be, in
+// the palette's colour for placeholder text.
+void paintPlaceholderText(QAbstractItemView &view, const QString &text);
+
+// A list of one-line texts from any model. It shows the placeholder text while it is empty, and the
+// whole of an elided text as a tooltip. With MultiSelection, typing a letter moves to a row without
+// selecting it.
 class TextListView : public QListView
 {
     Q_OBJECT
@@ -16,7 +38,7 @@ public:
     QString placeholderText() const { return m_placeholderText; }
     void setPlaceholderText(const QString &text) { m_placeholderText = text; }
 
-    QSize sizeHint() const override; // some rows of a text of some length
+    QSize sizeHint() const override; // 14 rows of 45 characters
 
 protected:
     QItemSelectionModel::SelectionFlags
@@ -25,7 +47,7 @@ protected:
     bool viewportEvent(QEvent *event) override;
 
 private:
-    QString cutText(const QModelIndex &index) const;
+    QString elidedTextAt(QPoint position) const; // the whole text; empty if it is not elided
 
     QString m_placeholderText;
 };

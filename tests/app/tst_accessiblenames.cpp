@@ -3,7 +3,7 @@
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
 #include "support/TemporaryHome.h"
-#include "widgets/ProgressDialog.h"
+#include "widgets/DesktopInteraction.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -82,9 +82,12 @@ void tst_AccessibleNames::areGivenInAllWindows()
         window.findChild<QAction *>(step)->trigger();
     }
 
-    ProgressDialog progress(u"Work"_s, &window);
-    progress.show();
-    QCOMPARE(found + namelessControls(progress), QString());
+    const auto progress = DesktopInteraction().startProgress(u"Work"_s);
+    for (qsizetype done = 0; !QApplication::activeModalWidget(); ++done) {
+        QTest::qSleep(50); // until the work has lasted long enough for the box to appear
+        QVERIFY(progress->update(done, 100, u"Soup"_s));
+    }
+    QCOMPARE(found + namelessControls(*QApplication::activeModalWidget()), QString());
 }
 
 QTEST_MAIN(tst_AccessibleNames)

@@ -39,36 +39,38 @@ QPoint middle(const QWidget &widget)
     return widget.mapToGlobal(widget.rect().center());
 }
 
-// Where a child window's title bar has one of its parts.
+// Returns the centre of a part of the title bar.
 QPoint onTitleBar(const QWidget &child, QStyle::SubControl part)
 {
-    const QWidget *shell = child.parentWidget();
-    const QStyle &style = *shell->style();
+    const QWidget *subWindow = child.parentWidget();
+    const QStyle &style = *subWindow->style();
     QStyleOptionTitleBar option;
-    option.initFrom(shell);
+    option.initFrom(subWindow);
     option.subControls = QStyle::SC_All;
-    option.titleBarFlags = shell->windowFlags();
-    option.titleBarState = static_cast<int>(shell->windowState());
-    option.rect.setHeight(style.pixelMetric(QStyle::PM_TitleBarHeight, &option, shell));
-    const QRect rect = style.subControlRect(QStyle::CC_TitleBar, &option, part, shell);
-    return shell->mapToGlobal(rect.center());
+    option.titleBarFlags = subWindow->windowFlags();
+    option.titleBarState = static_cast<int>(subWindow->windowState());
+    option.rect.setHeight(style.pixelMetric(QStyle::PM_TitleBarHeight, &option, subWindow));
+    const QRect rect = style.subControlRect(QStyle::CC_TitleBar, &option, part, subWindow);
+    return subWindow->mapToGlobal(rect.center());
 }
 
 } // namespace
 
-// With the user's keys and mouse, on an X server.
+// Tests with real key presses and mouse clicks on an X server.
 class tst_Activation : public QObject
 {
     Q_OBJECT
 
+    using Steps = QList<QStringList>; // each with what the user does and the expected event log
+
     std::unique_ptr<MainWindow> m_main;
 
-    // When this returns the program has seen everything that the hands have done: the mouse has
-    // come to a place where it was not before. What was queued meanwhile has run.
+    // Waits until all input has arrived and all queued calls have run: moves the mouse to the other
+    // of two labels, since that event comes after all others.
     void waitUntilIdle() const
     {
-        QLabel *from = &m_main->resting;
-        QLabel *to = &m_main->otherResting;
+        QLabel *from = &m_main->leftLabel;
+        QLabel *to = &m_main->rightLabel;
         if (to->underMouse())
             std::swap(from, to);
         xdotool(mouseTo(middle(*from)) + mouseTo(middle(*to)));
@@ -76,7 +78,7 @@ class tst_Activation : public QObject
         QCoreApplication::processEvents();
     }
 
-    TestWindow *stand(const QString &name) const
+    TestWindow *window(const QString &name) const
     {
         return static_cast<TestWindow *>(m_main->frame.find(name.toLatin1()));
     }
@@ -93,13 +95,13 @@ class tst_Activation : public QObject
         if (verb == u"type"_s)
             xdotool(QStringList(u"key"_s) + object.split(u' ')); // in one burst
         else if (verb == u"press"_s)
-            click(middle(stand(object)->button));
-        else if (verb == u"widgetpress"_s) // as tests of windows do, past the native window
-            QTest::mouseClick(&stand(object)->button, Qt::LeftButton);
+            click(middle(window(object)->button));
+        else if (verb == u"widgetpress"_s) // delivered to the widget, not to the QWindow
+            QTest::mouseClick(&window(object)->button, Qt::LeftButton);
         else if (verb == u"double"_s)
-            click(middle(stand(object)->list), 2);
+            click(middle(window(object)->list), 2);
         else
-            click(onTitleBar(*stand(object), parts.value(verb)));
+            click(onTitleBar(*window(object), parts.value(verb)));
         waitUntilIdle();
     }
 
@@ -113,89 +115,95 @@ private Q_SLOTS:
 
     void cleanup() { m_main.reset(); }
 
-    void user()
+    void input_data()
     {
-        using Steps = QList<QStringList>; // what the user does, and what happens then
+        QTest::addColumn<Steps>("steps");
         const Steps composing = {{u"type F8"_s, u"Record+"_s},
                                  {u"type F9"_s, u"Record>Editor Editor+"_s},
                                  {u"type F6"_s, u"Editor>Plants Plants+"_s}};
         const QString back = u"Editor+ Editor>Plants * Plants+"_s;
-        const Steps rows[] = {
-            // A window that lets go: both handlers come before the press.
-            {{u"type F5"_s, u"List+"_s},
-             {u"type F5"_s, u""_s},
-             {u"press List"_s, u"List!"_s},
-             {u"type F8"_s, u"List>Record Record+"_s},
-             {u"press List"_s, u"Record>List List+ List!"_s},
-             {u"title Record"_s, u"List>Record Record+"_s},
-             {u"double List"_s, u"Record>List List+"_s},
-             {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
-             {u"close List"_s, u"Record>List List+ List>Record Record+"_s}},
-            // Two that hold, in one burst, then slowly.
-            {{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
-             {u"type F7"_s, u"Plants>Tools * Plants+"_s},
-             {u"press Tools"_s, u"Plants>Tools * Plants+"_s},
-             {u"type Escape"_s, u"Plants>Tools Tools+"_s},
-             {u"type Escape"_s, u"Tools>"_s}},
-            // A window opened from one that holds, in one burst with its Done.
-            {{u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}},
-            composing
+        QTest::newRow("both handlers run before the press")
+            << Steps{{u"type F5"_s, u"List+"_s},
+                     {u"type F5"_s, u""_s},
+                     {u"press List"_s, u"List!"_s},
+                     {u"type F8"_s, u"List>Record Record+"_s},
+                     {u"press List"_s, u"Record>List List+ List!"_s},
+                     {u"title Record"_s, u"List>Record Record+"_s},
+                     {u"double List"_s, u"Record>List List+"_s},
+                     {u"type ctrl+Tab"_s, u"List>Record Record+"_s},
+                     {u"close List"_s, u"Record>List List+ List>Record Record+"_s}};
+        QTest::newRow("two windows that keep the activation")
+            << Steps{{u"type F6 F7"_s, u"Plants+ Plants>Tools * Plants+"_s},
+                     {u"type F7"_s, u"Plants>Tools * Plants+"_s},
+                     {u"press Tools"_s, u"Plants>Tools * Plants+"_s},
+                     {u"type Escape"_s, u"Plants>Tools Tools+"_s},
+                     {u"type Escape"_s, u"Tools>"_s}};
+        QTest::newRow("a burst of keys that ends with Done") << Steps{
+            {u"type F6 F5 Escape"_s, u"Plants+ Plants>List * Plants+ Plants>List List+"_s}};
+        QTest::newRow("a refused press") << composing
                 + Steps{{u"press Record"_s, u"Plants>Record "_s + back},
                         {u"double Record"_s, u"Plants>Record %1 Plants>Record %1"_s.arg(back)},
                         {u"close Record"_s, u"Plants>Record "_s + back},
                         {u"widgetpress Record"_s, u"Plants>Record "_s + back},
                         {u"press Plants"_s, u"Plants!"_s},
-                        {u"type ctrl+Tab"_s, u"Plants>Record "_s + back}},
-            // Done leads back, whatever was tried.
-            composing
-                + Steps{{u"type F5"_s, u"Plants>List "_s + back},
-                        {u"type Escape"_s, u"Plants>Editor Editor+"_s},
-                        {u"type F5"_s, u"Editor>List * Editor+"_s},
-                        {u"press Record"_s, u"Editor>Record * Editor+"_s},
-                        {u"type F6"_s, u"Editor>Plants Plants+"_s},
-                        {u"close Plants"_s, u"Plants>Editor Editor+"_s},
-                        {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
-                        {u"type Escape"_s, u"Record>List List+"_s}},
-            composing
+                        {u"type ctrl+Tab"_s, u"Plants>Record "_s + back}};
+        QTest::newRow("Done leads back after refused windows")
+            << composing + Steps{{u"type F5"_s, u"Plants>List "_s + back},
+                                 {u"type Escape"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type F5"_s, u"Editor>List * Editor+"_s},
+                                 {u"press Record"_s, u"Editor>Record * Editor+"_s},
+                                 {u"type F6"_s, u"Editor>Plants Plants+"_s},
+                                 {u"close Plants"_s, u"Plants>Editor Editor+"_s},
+                                 {u"type ctrl+w"_s, u"Editor>Record Record+"_s},
+                                 {u"type Escape"_s, u"Record>List List+"_s}};
+        QTest::newRow("minimised and maximised") << composing
                 + Steps{{u"minimise Plants"_s, u""_s},
                         {u"press Record"_s, u"Plants>Record "_s + back},
                         {u"type F6"_s, u""_s},
                         {u"maximise Plants"_s, u""_s},
                         {u"type F8"_s, u"Plants>Record "_s + back},
-                        {u"type Escape"_s, u"Plants>Editor Editor+"_s}}};
-        for (const Steps &steps : rows) {
-            init();
-            for (const QStringList &step : steps) {
-                perform(step[0]);
-                const QString seen = std::exchange(eventLog, {}).join(u' ');
-                QVERIFY2(seen == step[1],
-                         qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], seen, step[1])));
-                const auto *active = m_main->frame.activeChild();
-                QVERIFY(!active || !active->isVisible()
-                        || active->isAncestorOf(QApplication::focusWidget()));
-            }
+                        {u"type Escape"_s, u"Plants>Editor Editor+"_s}};
+    }
+
+    void input()
+    {
+        QFETCH(const Steps, steps);
+        for (const QStringList &step : steps) {
+            perform(step[0]);
+            const QString seen = std::exchange(eventLog, {}).join(u' ');
+            QVERIFY2(seen == step[1],
+                     qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], seen, step[1])));
+            const auto *active = m_main->frame.activeChild();
+            QVERIFY(!active || !active->isVisible()
+                    || active->isAncestorOf(QApplication::focusWidget()));
         }
     }
 
-    // The wheel turns what lies under the mouse, without an activation, unless a window holds it.
+    void wheel_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<bool>("scrolls");
+        QTest::newRow("another window that may be activated") << u"type F5 F8"_s << true;
+        QTest::newRow("another window that may not") << u"type F5 F6"_s << false;
+    }
+
+    // The wheel turns what is under the mouse without activating it, unless the active window keeps
+    // the activation.
     void wheel()
     {
-        for (const auto &[keys, scrolls] :
-             {std::pair(u"type F5 F8"_s, true), {u"type F6"_s, false}}) {
-            perform(keys);
-            eventLog.clear();
-            QScrollBar &bar = *stand(u"List"_s)->list.verticalScrollBar();
-            bar.setValue(0);
-            const QPoint place = middle(stand(u"List"_s)->list);
-            QWheelEvent event(m_main->windowHandle()->mapFromGlobal(place), place, {}, {0, -120},
-                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(m_main->windowHandle(), &event);
-            QCOMPARE(bar.value() > 0, scrolls);
-            QCOMPARE(eventLog, QStringList());
-        }
+        QFETCH(const QString, keys);
+        perform(keys);
+        eventLog.clear();
+        const QListWidget &list = window(u"List"_s)->list;
+        const QPoint place = middle(list);
+        QWheelEvent event(m_main->windowHandle()->mapFromGlobal(place), place, {}, {0, -120},
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_main->windowHandle(), &event);
+        QTEST(list.verticalScrollBar()->value() > 0, "scrolls");
+        QCOMPARE(eventLog, QStringList());
     }
 
-    // What one handler does is seen by the activations after it.
+    // The activations run after the handler and see what it has done.
     void oneHandler()
     {
         Frame &frame = m_main->frame;
@@ -206,7 +214,7 @@ private Q_SLOTS:
         QTRY_COMPARE(eventLog, QStringList{u"Record+7"_s});
         eventLog.clear();
 
-        // Of several only the last has its turn, and none that is hidden before it.
+        // Of several windows shown in one handler only the last is activated.
         m_main->open<Tools>();
         frame.hide(frame.load<Tools>());
         m_main->open<List>();
@@ -257,7 +265,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
         waitUntilIdle();
         QCOMPARE(eventLog, QStringList());
-        QCOMPARE(m_main->frame.activeChild(), stand(u"Plants"_s));
+        QCOMPARE(m_main->frame.activeChild(), window(u"Plants"_s));
     }
 
     void unloadAll()

@@ -19,6 +19,8 @@ class tst_ChildWindow : public QObject
 {
     Q_OBJECT
 
+    using Create = std::function<QWidget *()>;
+
     std::unique_ptr<MainWindow> m_main;
 
     List &show()
@@ -34,32 +36,64 @@ class tst_ChildWindow : public QObject
         QTest::keyClick(m_main->windowHandle(), key, modifiers);
     }
 
+    // Expects the error of the handler that throws during the act.
+    void failIn(const QString &handler, const std::function<void()> &act,
+                std::source_location line = std::source_location::current())
+    {
+        TestWindow::failing = handler;
+        m_main->interaction.expect(
+            {u"Something went wrong in \"TestWindow's 100%1\":\nTable “Rezepte” is gone"_s,
+             u"Error"_s, Icon::Exclamation},
+            Button::Ok, line);
+        act();
+        QCoreApplication::processEvents();
+        m_main->interaction.checkAllCame();
+        TestWindow::failing.clear();
+    }
+
 private Q_SLOTS:
     void init() { m_main = std::make_unique<MainWindow>(); }
 
-    // Enter presses the button that has the focus or the default button, Esc the cancel button.
+    void keys_data()
+    {
+        QTest::addColumn<Create>("create");
+        QTest::addColumn<QString>("events");
+        QTest::newRow("list") << Create([] { return new QListWidget; }) << u"List! List!"_s;
+        QTest::newRow("table") << Create([] { return new QTableWidget(1, 1); }) << u"List! List!"_s;
+        QTest::newRow("line edit") << Create([] { return new QLineEdit; }) << u"List! List!"_s;
+        QTest::newRow("combo box") << Create([] { return new QComboBox; }) << u"List! List!"_s;
+        QTest::newRow("edit of several lines")
+            << Create([] { return new QPlainTextEdit; }) << u""_s;
+        QTest::newRow("button") << Create([] { return new QPushButton; }) << u""_s;
+    }
+
+    // Enter presses the default button, Esc the cancel button, whatever control has the focus. The
+    // exceptions for Enter are another button and an edit of several lines.
     void keys()
     {
-        auto *text = new QPlainTextEdit;
-        for (QWidget *control : std::initializer_list<QWidget *>{
-                 new QListWidget, new QTableWidget(1, 1), new QLineEdit, new QComboBox, text}) {
-            List &list = show();
-            list.layout()->addWidget(control);
-            control->show();
-            control->setFocus();
-            type(Qt::Key_Return);
-            type(Qt::Key_Enter);
-            QCOMPARE(eventLog.join(u' '), control == text ? u""_s : u"List! List!"_s);
-            QVERIFY(control != text || text->toPlainText() == u"\n\n"_s);
-            type(Qt::Key_Escape);
-            QVERIFY(!m_main->frame.find<List>());
-        }
+        QFETCH(const Create, create);
+        List &list = show();
+        QWidget *control = create();
+        list.layout()->addWidget(control);
+        control->show();
+        control->setFocus();
+        type(Qt::Key_Return);
+        type(Qt::Key_Enter);
+        QTEST(eventLog.join(u' '), "events");
+        if (const auto *text = qobject_cast<QPlainTextEdit *>(control))
+            QCOMPARE(text->toPlainText(), u"\n\n"_s);
+        type(Qt::Key_Escape);
+        QVERIFY(!m_main->frame.find<List>());
+    }
+
+    void enterPressesTheFocusedButton()
+    {
         show().done.setFocus();
         type(Qt::Key_Return);
         QVERIFY(!m_main->frame.find<List>());
     }
 
-    // Nothing is pressed that the mouse could not press, and a held key presses once.
+    // The keys press no button that is disabled or hidden, and a held key presses only once.
     void notPressed()
     {
         List &list = show();
@@ -77,8 +111,7 @@ private Q_SLOTS:
         QCOMPARE(eventLog, QStringList());
     }
 
-    // The form's button is pressed every time, though a menu has the same key, as long as it can
-    // be.
+    // An access key that a menu has as well presses the window's button, unless that is disabled.
     void accessKeys()
     {
         List &list = show();
@@ -88,7 +121,7 @@ private Q_SLOTS:
             m_main->menuBar()->actions().constFirst()->setEnabled(times != 2);
             type(Qt::Key_V, Qt::AltModifier);
             QTRY_COMPARE(eventLog.size(), times);
-            m_main->resize(700 + 50 * times, 600); // a menu bar takes its keys anew then
+            m_main->resize(700 + 50 * times, 600); // QMenuBar registers its keys again
             QCoreApplication::processEvents();
         }
         QVERIFY(list.list.hasFocus());
@@ -98,78 +131,89 @@ private Q_SLOTS:
         QCOMPARE(eventLog.size(), 3);
     }
 
-    // A handler that fails is told, with the title of its window and not of the opener. A window
-    // that cannot be loaded is gone, and the next try works.
-    void failures()
+    void loadErrors_data()
     {
-        const auto failsIn = [this](const QString &handler, const std::function<void()> &act) {
-            TestWindow::failing = handler;
-            m_main->interaction.expect(
-                {u"Something went wrong in \"TestWindow's 100%1\":\nTable “Rezepte” is gone"_s,
-                 u"Error"_s, Icon::Exclamation});
-            act();
-            QCoreApplication::processEvents();
-            m_main->interaction.checkAllCame();
-            TestWindow::failing.clear();
-        };
-        for (const QString &handler : {u"Form_Load"_s, u"openDataSources"_s}) {
-            failsIn(handler, [this] {
-                QVERIFY(!m_main->frame.boundary().run(u"opener"_s, [this] {
-                    m_main->open<List>();
-                    QFAIL("went on");
-                }));
-            });
-            QVERIFY(!m_main->frame.find<List>() && !m_main->frame.activeChild());
-        }
+        QTest::addColumn<QString>("handler");
+        for (const char *handler : {"Form_Load", "openDataSources"})
+            QTest::newRow(handler) << QString::fromLatin1(handler);
+    }
+
+    // The error names the window that cannot be loaded, not the one that opens it. The window is
+    // not loaded then, and can be loaded later.
+    void loadErrors()
+    {
+        QFETCH(const QString, handler);
+        failIn(handler, [this] {
+            QVERIFY(!m_main->frame.boundary().run(u"opener"_s, [this] {
+                m_main->open<List>();
+                QFAIL("the handler continued");
+            }));
+        });
+        QVERIFY(!m_main->frame.find<List>() && !m_main->frame.activeChild());
+        show();
+        QVERIFY(m_main->frame.find<List>());
+    }
+
+    // The user sees the error, and the window remains usable.
+    void handlerErrors()
+    {
         List &list = show();
-        failsIn(u"press"_s, [&] { list.button.click(); });
-        failsIn(u"Form_Deactivate"_s, [&] { m_main->frame.hide(list); });
+        failIn(u"press"_s, [&] { list.button.click(); });
+        failIn(u"Form_Deactivate"_s, [&] { m_main->frame.hide(list); });
         QVERIFY(!list.isVisible());
-        failsIn(u"Form_Activate"_s, [&] { m_main->frame.show(list); });
+        failIn(u"Form_Activate"_s, [&] { m_main->frame.show(list); });
         list.button.click();
         QCOMPARE(eventLog.constLast(), u"List!"_s);
     }
 
-    // Qt shows a window title with its marks resolved: what it makes of ours is the title again.
-    void titles()
+    void titles_data()
     {
-        List &list = show();
-        QWidget *shell = list.parentWidget();
-        for (const QString &title :
-             {u"Soup [*] of [*][*] the day [*"_s, u"<b>Soup</b> &amp; \"bread\""_s}) {
-            list.setTitle(title);
-            QCOMPARE(list.title(), title);
-            QWidget shown;
-            shown.setWindowTitle(shell->windowTitle());
-            shown.show();
-            QVERIFY(shown.windowHandle()->title().startsWith(title));
-
-            QHelpEvent help(QEvent::ToolTip, {100, 8}, shell->mapToGlobal(QPoint(100, 8)));
-            QApplication::sendEvent(shell, &help);
-            QCOMPARE(QToolTip::text(), u"<qt>%1</qt>"_s.arg(title.toHtmlEscaped()));
-            QToolTip::hideText();
-        }
+        QTest::addColumn<QString>("title");
+        QTest::newRow("marks of a modified document") << u"Soup [*] of [*][*] the day [*"_s;
+        QTest::newRow("rich text") << u"<b>Soup</b> &amp; \"bread\""_s;
     }
 
-    // A new window stands in the frame, below the one before, and comes along when it shrinks.
+    // A QWidget replaces the marks in the title of its native window; a second window with the same
+    // windowTitle shows what the user sees.
+    void titles()
+    {
+        QFETCH(const QString, title);
+        List &list = show();
+        QWidget *subWindow = list.parentWidget();
+        list.setTitle(title);
+        QCOMPARE(list.title(), title);
+        QWidget shown;
+        shown.setWindowTitle(subWindow->windowTitle());
+        shown.show();
+        QVERIFY(shown.windowHandle()->title().startsWith(title));
+
+        QHelpEvent help(QEvent::ToolTip, {100, 8}, subWindow->mapToGlobal(QPoint(100, 8)));
+        QApplication::sendEvent(subWindow, &help);
+        QCOMPARE(QToolTip::text(), u"<qt>%1</qt>"_s.arg(title.toHtmlEscaped()));
+        QToolTip::hideText();
+    }
+
+    // A new window is inside the area, further down than the last one, and remains inside when the
+    // area shrinks.
     void places()
     {
-        const auto isInside = [this](const QWidget &shell) {
-            return m_main->area.viewport()->rect().contains(shell.geometry());
+        const auto isInside = [this](const QWidget &subWindow) {
+            return m_main->area.viewport()->rect().contains(subWindow.geometry());
         };
-        QWidget &shell = *show().parentWidget();
+        QWidget &subWindow = *show().parentWidget();
         auto &other = m_main->frame.load<Record>();
         m_main->frame.show(other);
-        QWidget &otherShell = *other.parentWidget();
-        QVERIFY(isInside(shell) && isInside(otherShell) && otherShell.x() > shell.x());
+        QWidget &otherSubWindow = *other.parentWidget();
+        QVERIFY(isInside(subWindow) && isInside(otherSubWindow)
+                && otherSubWindow.x() > subWindow.x());
 
-        // The user may move it out in part; it is the frame that takes it along.
-        shell.move(m_main->area.viewport()->rect().bottomRight() - QPoint(50, 50));
+        // The user may move a part of it outside; it moves back only when the area is resized.
+        subWindow.move(m_main->area.viewport()->rect().bottomRight() - QPoint(50, 50));
         show();
-        QVERIFY(!isInside(shell));
+        QVERIFY(!isInside(subWindow));
         m_main->resize(500, 560);
-        QTRY_VERIFY(isInside(shell) && isInside(otherShell));
-        m_main->resize(250, 300); // smaller than a window likes to be
+        QTRY_VERIFY(isInside(subWindow) && isInside(otherSubWindow));
+        m_main->resize(250, 300); // smaller than the minimum size of a window
         auto &late = m_main->frame.load<Tools>();
         m_main->frame.show(late);
         QTRY_VERIFY(isInside(*late.parentWidget()));

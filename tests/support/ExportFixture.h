@@ -16,11 +16,11 @@ public:
     std::function<void()> onProgress = [] {}; // called at each item
     QStringList names;
 
-    bool update(qsizetype item, qsizetype, const QString &name) override
+    bool update(qsizetype done, qsizetype, const QString &label) override
     {
-        names += name;
+        names += label;
         onProgress();
-        return item == names.size() && item != stopAt;
+        return done + 1 == names.size() && done + 1 != stopAt;
     }
 };
 

@@ -6,13 +6,40 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-void fail(const QString &message)
+// Without a line the failure is reported for the whole test function.
+void fail(const QString &message, const std::optional<std::source_location> &line = {})
 {
     if (QTest::currentTestFunction())
-        QTest::qFail(qUtf8Printable(message), __FILE__, __LINE__);
+        QTest::qFail(qUtf8Printable(message), line ? line->file_name() : nullptr,
+                     line ? static_cast<int>(line->line()) : 0);
     else
         qFatal("%s", qUtf8Printable(message));
 }
+
+class MockProgress final : public Progress
+{
+public:
+    explicit MockProgress(std::optional<qsizetype> cancelledIndex)
+        : m_cancelledIndex(cancelledIndex)
+    {
+    }
+
+    bool update(qsizetype done, qsizetype total, const QString &label) override
+    {
+        if (done != m_done || done >= total || isCancelled())
+            fail(u"progress out of turn: %1 of %2, \"%3\""_s.arg(done).arg(total).arg(label));
+        if (isCancelled())
+            return false;
+        ++m_done;
+        return !isCancelled();
+    }
+
+private:
+    bool isCancelled() const { return m_cancelledIndex && m_done > *m_cancelledIndex; }
+
+    std::optional<qsizetype> m_cancelledIndex;
+    qsizetype m_done = 0;
+};
 
 } // namespace
 
@@ -23,8 +50,22 @@ MockInteraction::~MockInteraction()
 
 void MockInteraction::checkAllCame()
 {
-    for (const auto &[box, answer] : std::exchange(m_expected, {}))
-        fail(u"did not come: "_s + box);
+    for (const auto &[box, answer, line] : std::exchange(m_expected, {}))
+        fail(u"did not come: "_s + box, line);
+    if (const auto cancellation = std::exchange(m_cancellation, {}))
+        fail(u"no progress to cancel"_s, cancellation->line);
+}
+
+void MockInteraction::expectProgressAndCancel(qsizetype index, std::source_location line)
+{
+    m_cancellation = {index, line};
+}
+
+std::unique_ptr<Progress> MockInteraction::startProgress(const QString & /*title*/)
+{
+    const auto cancellation = std::exchange(m_cancellation, {});
+    return std::make_unique<MockProgress>(cancellation ? std::optional(cancellation->index)
+                                                       : std::nullopt);
 }
 
 QString MockInteraction::describe(const MessageBox &box)
@@ -60,12 +101,15 @@ QString MockInteraction::describe(const FolderChooser &chooser)
     return u"folder chooser \"%1\" in \"%2\""_s.arg(chooser.title, chooser.directory);
 }
 
-MockInteraction::Answer MockInteraction::meet(const QString &box, const Answer &otherwise)
+MockInteraction::Answer MockInteraction::answerTo(const QString &box, const Answer &otherwise)
 {
-    const auto [expected, answer] =
-        m_expected.isEmpty() ? std::pair(u"no box"_s, otherwise) : m_expected.takeFirst();
+    if (m_expected.isEmpty()) {
+        fail(u"unexpected: "_s + box);
+        return otherwise;
+    }
+    const auto [expected, answer, line] = m_expected.takeFirst();
     if (expected == box)
         return answer;
-    fail(u"came: %1\nexpected: %2"_s.arg(box, expected));
+    fail(u"came: %1\nexpected: %2"_s.arg(box, expected), line);
     return otherwise;
 }

@@ -4,34 +4,46 @@
 
 #include <QList>
 
+#include <optional>
+#include <source_location>
 #include <variant>
 
-// TestWindows in for the interaction in tests. A box that is not the next one expected, in any of
-// its texts, its icon or its buttons, fails the test; so does an expected one that does not come.
+// Answers the boxes in a test. The test fails if a box is not the next expected one in all of its
+// texts, its icon and its buttons, or if an expected one does not come. The failure names the line
+// of the test that called expect(), if there is one.
 class MockInteraction : public Interaction
 {
 public:
     ~MockInteraction() override;
 
-    // The answer is a button for a message box and a text for all others.
+    // The answer is a button for a message box and a text for the other boxes.
     using Answer = std::variant<QString, Button>;
     template <class Box = MessageBox>
-    void expect(const Box &box, const Answer &answer = Button::Ok)
+    void expect(const Box &box, const Answer &answer = Button::Ok,
+                std::source_location line = std::source_location::current())
     {
-        m_expected.append({describe(box), answer});
+        m_expected.append({describe(box), answer, line});
     }
 
-    // Fails the test where an expected box has not come. Where the interaction outlives the test
-    // function, cleanup() calls it.
+    // Cancels the next work that shows progress, before its item at this index, from 0.
+    void expectProgressAndCancel(qsizetype index,
+                                 std::source_location line = std::source_location::current());
+
+    // Fails the test if something expected has not come. The destructor does the same; call this in
+    // cleanup() if the object is older than the test function.
     void checkAllCame();
 
     Button show(const MessageBox &box) override
     {
-        return std::get<Button>(meet(describe(box), box.defaultButton));
+        return std::get<Button>(answerTo(describe(box), box.defaultButton));
     }
-    QString ask(const InputBox &box) override { return text(describe(box)); }
-    QString choose(const FileChooser &chooser) override { return text(describe(chooser)); }
-    QString choose(const FolderChooser &chooser) override { return text(describe(chooser)); }
+    QString ask(const InputBox &box) override { return textFor(describe(box)); }
+    QString choose(const FileChooser &chooser) override { return textFor(describe(chooser)); }
+    QString choose(const FolderChooser &chooser) override { return textFor(describe(chooser)); }
+
+    // The test fails if the work does not report its items one after the other, or goes on after it
+    // is cancelled.
+    std::unique_ptr<Progress> startProgress(const QString &title) override;
 
 private:
     static QString describe(const MessageBox &box);
@@ -39,9 +51,19 @@ private:
     static QString describe(const FileChooser &chooser);
     static QString describe(const FolderChooser &chooser);
 
-    // The answer given to the box, or the other one where the box is not the next one expected.
-    Answer meet(const QString &box, const Answer &otherwise);
-    QString text(const QString &box) { return std::get<QString>(meet(box, QString())); }
+    // Returns the expected answer, or the other one if the box is not the next expected one.
+    Answer answerTo(const QString &box, const Answer &otherwise);
+    QString textFor(const QString &box) { return std::get<QString>(answerTo(box, QString())); }
 
-    QList<std::pair<QString, Answer>> m_expected;
+    struct Expected {
+        QString box;
+        Answer answer;
+        std::source_location line;
+    };
+    struct Cancellation {
+        qsizetype index;
+        std::source_location line;
+    };
+    QList<Expected> m_expected;
+    std::optional<Cancellation> m_cancellation;
 };

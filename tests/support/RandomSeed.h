@@ -4,12 +4,14 @@
 
 #include <random>
 
-// The seed of a random test: the number in the environment variable PANTRYWISE_TEST_SEED, or a new
-// one. A test prints its seed when it fails; the variable then repeats the run.
+// Returns the seed for a random test: the number in the environment variable PANTRYWISE_TEST_SEED,
+// or a new one. Prints it first, so that even a test that crashes can be repeated.
 inline unsigned randomSeed()
 {
     bool isGiven = false;
     const int given = qEnvironmentVariableIntValue("PANTRYWISE_TEST_SEED", &isGiven);
-    // Fits into an int, as qEnvironmentVariableIntValue() reads it.
-    return isGiven ? static_cast<unsigned>(given) : std::random_device{}() >> 1U;
+    // Shifted so that it fits into the int that qEnvironmentVariableIntValue() returns.
+    const unsigned seed = isGiven ? static_cast<unsigned>(given) : std::random_device{}() >> 1U;
+    qInfo("PANTRYWISE_TEST_SEED=%u", seed);
+    return seed;
 }

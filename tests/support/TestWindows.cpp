@@ -34,8 +34,8 @@ MainWindow::MainWindow()
         action->setShortcut(key++);
         frame.boundary().connect(action, &QAction::triggered, this, handler);
     }
-    statusBar()->addWidget(&resting);
-    statusBar()->addPermanentWidget(&otherResting);
+    statusBar()->addWidget(&leftLabel);
+    statusBar()->addPermanentWidget(&rightLabel);
     resize(1000, 800);
     show();
     activateWindow();

@@ -9,11 +9,11 @@
 #include <QMdiArea>
 #include <QPushButton>
 
-// What happened, in order: "A+" activated, "A>B" deactivated while B is the active one, "A!" a
-// press of its button, "*" the beep.
+// The events in their order: "A+" is Form_Activate of A, "A>B" is Form_Deactivate of A while B is
+// the active child, "A!" is a press of the button of A, "*" is the beep.
 inline QStringList eventLog;
 
-// A window for tests of the frame, with a button, which Enter presses, and a list; Esc is its Done.
+// A window for tests of the frame with a default button, a list, and Done as its cancel button.
 class TestWindow : public ChildWindow
 {
     Q_OBJECT
@@ -26,36 +26,36 @@ public:
         return child ? QString::fromLatin1(child->metaObject()->className()) : QString();
     }
 
-    static inline QString failing; // the handler that throws
+    static inline QString failing; // the name of the handler that throws
 
     QPushButton button{QStringLiteral("Press")};
     QPushButton done{QStringLiteral("Done")};
     QListWidget list;
-    int key = 0;
+    int key = 0; // if not 0, it is logged by Form_Activate
 
 protected:
-    void Form_Load() override { pass("Form_Load"); }
-    void openDataSources() override { pass("openDataSources"); }
+    void Form_Load() override { run("Form_Load"); }
+    void openDataSources() override { run("openDataSources"); }
     void Form_Activate() override
     {
-        pass("Form_Activate");
+        run("Form_Activate");
         eventLog += nameOf(this) + u'+' + (key ? QString::number(key) : QString());
     }
     void Form_Deactivate() override
     {
-        pass("Form_Deactivate");
+        run("Form_Deactivate");
         eventLog += nameOf(this) + u'>' + nameOf(frame().activeChild());
     }
 
 private:
-    static void pass(const char *handler)
+    static void run(const char *handler)
     {
         if (failing == QLatin1StringView(handler))
             throw std::runtime_error("Table \xE2\x80\x9CRezepte\xE2\x80\x9D is gone");
     }
     void press()
     {
-        pass("press");
+        run("press");
         eventLog += nameOf(this) + u'!';
     }
     void leave() { closeWindow(); }
@@ -73,6 +73,7 @@ class Record : public TestWindow
     using TestWindow::TestWindow;
 };
 
+// Gives the activation only to Plants.
 class Editor : public TestWindow
 {
     Q_OBJECT
@@ -83,6 +84,7 @@ class Editor : public TestWindow
     }
 };
 
+// Gives the activation to no window.
 class Plants : public TestWindow
 {
     Q_OBJECT
@@ -97,7 +99,7 @@ class Tools : public Plants
     using Plants::Plants;
 };
 
-// Opens them, by F5 to F9 too: side by side, so that the mouse can reach each.
+// Opens the windows with F5 to F9, side by side, so that the mouse can reach all of them.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -114,8 +116,8 @@ public:
     MockInteraction interaction;
     QMdiArea area;
     Frame frame{interaction, area, [] { eventLog += QStringLiteral("*"); }};
-    QLabel resting{QStringLiteral("here")};
-    QLabel otherResting{QStringLiteral("there")};
+    QLabel leftLabel{QStringLiteral("left")}; // two places to which the mouse can move
+    QLabel rightLabel{QStringLiteral("right")};
 
 private:
     using QMainWindow::show;

@@ -62,23 +62,25 @@ WindowFixture::WindowFixture(const QByteArray &statements)
         qFatal("the window does not become active");
 }
 
-void WindowFixture::perform(const ChildWindow &window, const QString &steps)
+void WindowFixture::perform(const ChildWindow &window, const QString &steps,
+                            std::source_location line)
 {
     for (const QString &step : steps.split(u", "_s, Qt::SkipEmptyParts)) {
         const QString action = step.section(u'?', 0, 0);
         const QString name = action.section(u' ', 0, 0);
         const QString argument = action.section(u' ', 1);
         if (step.contains(u'?'))
-            expectQuestion(window, name, step.section(u'?', 1));
+            expectQuestion(window, name, step.section(u'?', 1), line);
         if (name.startsWith("cmd"_L1) && action.contains(u' '))
-            interaction.expect(nameBox(name == "cmdNew"_L1 ? QString() : window.title()), argument);
+            interaction.expect(nameBox(name == "cmdNew"_L1 ? QString() : window.title()), argument,
+                               line);
         performStep(window, name, argument);
         QCoreApplication::processEvents();
     }
 }
 
 void WindowFixture::expectQuestion(const ChildWindow &window, const QString &button,
-                                   const QString &answer)
+                                   const QString &answer, std::source_location line)
 {
     const QString what = QString::fromLatin1(window.metaObject()->className()).sliced(3).toLower();
     MessageBox box{u"Do you want to save changes to this "_s + what,
@@ -89,7 +91,7 @@ void WindowFixture::expectQuestion(const ChildWindow &window, const QString &but
     if (button == "cmdDelete"_L1)
         box = {u"Are you sure you want to delete this %1?"_s.arg(what), u"Confirm"_s, box.icon,
                box.buttons, Button::No};
-    interaction.expect(box, answer == "Yes"_L1 ? Button::Yes : Button::No);
+    interaction.expect(box, answer == "Yes"_L1 ? Button::Yes : Button::No, line);
 }
 
 QString WindowFixture::shown(const ChildWindow &window)

@@ -9,14 +9,14 @@
 #include <QPushButton>
 #include <QTest>
 
-// A recipe file and a main window whose child windows work on it. Nobody but the strict interaction
-// answers their boxes.
+// A recipe file and a main window whose child windows work on it. The test expects and answers
+// their boxes through the interaction.
 class WindowFixture : public QMainWindow
 {
 public:
     explicit WindowFixture(const QByteArray &statements = {});
 
-    // Runs statements as another program does.
+    // Both use a separate connection, as another program does.
     void sql(const QByteArray &statements) const { file.write(QString::fromUtf8(statements)); }
     QString stored(const QByteArray &query) const { return file.stored(query); }
 
@@ -29,13 +29,21 @@ public:
         return window;
     }
 
-    // Does one step after the other, separated by commas: presses "cmdSave" or "chkVegetarian",
-    // types "txtAuthor X" at the end or "txtAuthor =X" in the place of what stands there, takes the
-    // N-th of "cmbType N" or "lstUtensils N", from 0. "cmdEdit X" answers X when asked for a
-    // recipe's name; "?Yes" and "?No" behind a button answer whether to save or to delete.
-    void perform(const ChildWindow &window, const QString &steps);
-    void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer);
-    // The title and what the other controls than buttons show, in the order of the form.
+    // Performs steps, which are separated by ", ":
+    //   cmdSave        presses the button
+    //   cmdSave?Yes    the same, and answers the question that it asks with Yes or No
+    //   cmdEdit Soup   the same, and answers "Soup" to the input box for the recipe's name
+    //   chkVegetarian  presses the check box
+    //   txtAuthor X    types X at the end of the text
+    //   txtAuthor =X   replaces the text by X
+    //   cmbType 2      selects the entry at this position, from 0
+    //   lstUtensils 2  clicks on the row at this position, from 0
+    void perform(const ChildWindow &window, const QString &steps,
+                 std::source_location line = std::source_location::current());
+    // Expects the question that the button asks: whether to delete for cmdDelete, else to save.
+    void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer,
+                        std::source_location line = std::source_location::current());
+    // Returns the title and the contents of all controls but buttons, in the order of the form.
     static QString shown(const ChildWindow &window);
 
     static InputBox nameBox(const QString &defaultText);
@@ -50,7 +58,7 @@ public:
     Frame frame{interaction, area, [this] { ++beeps; }};
 };
 
-// A control of a window by its name.
+// Returns the control with this object name.
 template <class Control>
 Control &control(const QWidget &window, const QString &name)
 {
@@ -60,5 +68,5 @@ Control &control(const QWidget &window, const QString &name)
     return *found;
 }
 
-// Presses a button as the mouse does.
+// Clicks on a button with the mouse.
 void press(const QWidget &window, const QString &button);

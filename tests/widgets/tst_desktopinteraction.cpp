@@ -1,17 +1,27 @@
 #include "widgets/DesktopInteraction.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <functional>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Runs answer on the dialog that opens next, once it has the keyboard.
+// Calls answer with the dialog that opens next, as soon as it is the active window.
 template <class Dialog, class Answer>
 void whenOpen(Answer answer)
 {
@@ -31,72 +41,250 @@ void whenOpen(Answer answer)
     timer->start(5);
 }
 
+void createFile(const QString &path)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+}
+
+// Works on items of 20 ms and returns the progress box when it is visible.
+QProgressDialog *workUntilVisible(Progress &progress, const QString &label)
+{
+    constexpr qsizetype total = 10000;
+    for (qsizetype done = 0; done < 100; ++done) {
+        if (!progress.update(done, total, label))
+            return nullptr;
+        if (auto *box = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
+            return box;
+        QTest::qSleep(20);
+    }
+    return nullptr;
+}
+
 } // namespace
 
-class tst_DesktopDoorway : public QObject
+class tst_DesktopInteraction : public QObject
 {
     Q_OBJECT
 
     DesktopInteraction m_interaction;
+    QWidget m_main;
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        m_main.show();
+    }
+
+    void init()
+    {
+        m_main.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_main));
+    }
+
+    void messageBox_data()
+    {
+        using Buttons = std::vector<Button>;
+        QTest::addColumn<Buttons>("buttons");
+        QTest::addColumn<Button>("defaultButton");
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<Button>("answer");
+        QTest::newRow("Esc presses the only button")
+            << Buttons{Button::Ok} << Button::Ok << Qt::Key_Escape << Button::Ok;
+        QTest::newRow("Enter presses the default button")
+            << Buttons{Button::Yes, Button::No} << Button::No << Qt::Key_Return << Button::No;
+        QTest::newRow("Esc presses No")
+            << Buttons{Button::Yes, Button::No} << Button::Yes << Qt::Key_Escape << Button::No;
+        QTest::newRow("Esc presses No rather than Stop")
+            << Buttons{Button::Yes, Button::No, Button::Stop} << Button::Yes << Qt::Key_Escape
+            << Button::No;
+        QTest::newRow("Esc presses Stop")
+            << Buttons{Button::Ok, Button::Stop} << Button::Ok << Qt::Key_Escape << Button::Stop;
+    }
+
     void messageBox()
     {
-        QWidget main;
-        main.show();
-        main.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&main));
-        const std::vector<Button> yesNo{Button::Yes, Button::No};
-        const std::tuple<std::vector<Button>, Button, Qt::Key, Button> rows[] = {
-            {{Button::Ok}, Button::Ok, Qt::Key_Escape, Button::Ok},
-            {yesNo, Button::No, Qt::Key_Return, Button::No},
-            {yesNo, Button::Yes, Qt::Key_Escape, Button::No},
-            {{Button::Yes, Button::No, Button::Stop}, Button::Yes, Qt::Key_Escape, Button::No},
-            {{Button::Ok, Button::Stop}, Button::Ok, Qt::Key_Escape, Button::Stop},
-        };
-        for (const auto &[buttons, defaultButton, key, answer] : rows) {
-            const MessageBox box{u"<b>Salt</b> & %1"_s, u"Save Changes"_s, Icon::Question, buttons,
-                                 defaultButton};
-            whenOpen<QMessageBox>([&, pressed = key](QMessageBox &dialog) {
-                QCOMPARE(dialog.text(), box.text);
-                QCOMPARE(dialog.textFormat(), Qt::PlainText);
-                QCOMPARE(dialog.icon(), QMessageBox::Question);
-                QCOMPARE(dialog.parentWidget(), &main);
-                QTest::keyClick(&dialog, pressed);
-            });
-            QCOMPARE(m_interaction.show(box), answer);
-        }
+        QFETCH(const std::vector<Button>, buttons);
+        QFETCH(const Button, defaultButton);
+        QFETCH(const Qt::Key, key);
+        const MessageBox box{u"<b>Salt</b> & %1"_s, u"Save Changes"_s, Icon::Question, buttons,
+                             defaultButton};
+        whenOpen<QMessageBox>([&](QMessageBox &dialog) {
+            QCOMPARE(dialog.text(), box.text);
+            QCOMPARE(dialog.textFormat(), Qt::PlainText);
+            QCOMPARE(dialog.icon(), QMessageBox::Question);
+            QCOMPARE(dialog.parentWidget(), &m_main);
+            QTest::keyClick(&dialog, key);
+        });
+        QTEST(m_interaction.show(box), "answer");
+    }
+
+    void inputBox_data()
+    {
+        const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;
+        QTest::addColumn<Lines>("lines");
+        QTest::addColumn<QString>("defaultText");
+        QTest::addColumn<QString>("typed"); // at the end; null for Cancel
+        QTest::addColumn<QString>("answer");
+        QTest::newRow("spaces are kept") << Lines::One << u" Soup"_s << u"s "_s << u" Soups "_s;
+        QTest::newRow("cancelled") << Lines::One << u"Soup"_s << QString() << QString();
+        QTest::newRow("unchanged lines") << Lines::Several << mixed << u""_s << mixed;
+        QTest::newRow("changed lines")
+            << Lines::Several << mixed << u"!"_s << u"a\r\nb\r\nc\r\nd\u00A0\t e !"_s;
     }
 
     void inputBox()
     {
-        const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;
-        const std::tuple<Lines, QString, QString, QString> rows[] = {
-            // default text, typed at its end (null for Cancel), answer
-            {Lines::One, u" Soup"_s, u"s "_s, u" Soups "_s},
-            {Lines::One, u"Soup"_s, QString(), QString()},
-            {Lines::Several, mixed, u""_s, mixed},
-            {Lines::Several, mixed, u"!"_s, u"a\r\nb\r\nc\r\nd\u00A0\t e !"_s},
-        };
-        for (const auto &[lines, defaultText, typed, answer] : rows) {
-            whenOpen<QInputDialog>([lines = lines, typed = typed](QInputDialog &dialog) {
-                QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
-                QWidget *edit = dialog.focusWidget();
-                QTest::keyClick(edit, Qt::Key_End, Qt::ControlModifier);
-                QTest::keyClick(edit, Qt::Key_End);
-                QTest::keyClicks(edit, typed);
-                if (lines == Lines::Several) { // Tab leads to the button
-                    QTest::keyClick(edit, Qt::Key_Tab);
-                    edit = dialog.focusWidget();
-                }
-                QTest::keyClick(edit, typed.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+        QFETCH(const Lines, lines);
+        QFETCH(const QString, defaultText);
+        QFETCH(const QString, typed);
+        whenOpen<QInputDialog>([&](QInputDialog &dialog) {
+            QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
+            QWidget *edit = dialog.focusWidget();
+            QTest::keyClick(edit, Qt::Key_End, Qt::ControlModifier);
+            QTest::keyClick(edit, Qt::Key_End);
+            QTest::keyClicks(edit, typed);
+            if (lines == Lines::Several) { // Tab leads to the button
+                QTest::keyClick(edit, Qt::Key_Tab);
+                edit = dialog.focusWidget();
+            }
+            QTest::keyClick(edit, typed.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+        });
+        QTEST(m_interaction.ask({u"<i>Prompt</i>"_s, u"Enter <title>"_s, defaultText, lines}),
+              "answer");
+    }
+
+    void fileChooser_data()
+    {
+        QTest::addColumn<QString>("typed"); // null for Cancel
+        QTest::addColumn<QString>("answer"); // inside the folder
+        QTest::newRow("full name") << u"page.htm"_s << u"page.htm"_s;
+        QTest::newRow("name without suffix") << u"page"_s << u"page.htm"_s;
+        QTest::newRow("name of another kind") << u"notes.txt"_s << u"notes.txt"_s;
+        QTest::newRow("cancelled") << QString() << QString();
+    }
+
+    void fileChooser()
+    {
+        QFETCH(const QString, typed);
+        QFETCH(const QString, answer);
+        const QTemporaryDir folder;
+        for (const QString &name : {u"page.htm"_s, u"notes.txt"_s})
+            createFile(folder.filePath(name));
+        whenOpen<QFileDialog>([&](QFileDialog &dialog) {
+            QCOMPARE(dialog.windowTitle(), u"Choose a template"_s);
+            QCOMPARE(dialog.parentWidget(), &m_main);
+            QCOMPARE(dialog.directory(), QDir(folder.path()));
+            QCOMPARE(dialog.nameFilters(), QStringList{u"HTML Documents (*.htm *.html)"_s});
+            // QFileDialog opens a message box if it does not find the file; close that.
+            QTimer::singleShot(1000, &dialog, [] {
+                if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+                    box->reject();
             });
-            QCOMPARE(
-                m_interaction.ask({u"<i>Prompt</i>"_s, u"Enter <title>"_s, defaultText, lines}),
-                answer);
+            QTest::keyClicks(dialog.focusWidget(), typed);
+            QTest::keyClick(dialog.focusWidget(), typed.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+        });
+        const QString chosen =
+            m_interaction.choose(FileChooser{.title = u"Choose a template"_s,
+                                             .description = u"HTML Documents"_s,
+                                             .patterns = {u"*.htm"_s, u"*.html"_s},
+                                             .defaultSuffix = u"htm"_s,
+                                             .directory = folder.path()});
+        QCOMPARE(chosen, answer.isNull() ? QString() : folder.filePath(answer));
+    }
+
+    void folderChooser_data()
+    {
+        QTest::addColumn<QString>("typed"); // null for Cancel
+        QTest::addColumn<QString>("answer"); // inside the folder that is listed first
+        QTest::newRow("folder inside") << u"pages"_s << u"/pages"_s;
+        QTest::newRow("cancelled") << QString() << QString();
+    }
+
+    void folderChooser()
+    {
+        QFETCH(const QString, typed);
+        QFETCH(const QString, answer);
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"pages"_s));
+        createFile(folder.filePath(u"page.htm"_s));
+        whenOpen<QFileDialog>([&](QFileDialog &dialog) {
+            QCOMPARE(dialog.windowTitle(), u"Choose a folder"_s);
+            QCOMPARE(dialog.parentWidget(), &m_main);
+            QCOMPARE(dialog.directory(), QDir(folder.path()));
+            auto *name = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
+            name->clear();
+            QTest::keyClicks(name, typed);
+            QTest::keyClick(name, typed.isNull() ? Qt::Key_Escape : Qt::Key_Return);
+        });
+        const QString chosen = m_interaction.choose(
+            FolderChooser{.title = u"Choose a folder"_s, .directory = folder.path()});
+        QCOMPARE(chosen, answer.isNull() ? QString() : folder.path() + answer);
+    }
+
+    // The label is elided to one line, and what it contains is neither rich text nor a line break.
+    void progress()
+    {
+        const auto progress = m_interaction.startProgress(u"Export"_s);
+        const QString name = u"<b>Soup\n</b>"_s + QString(200, u'x') + u"end"_s;
+        const QProgressDialog *box = workUntilVisible(*progress, name);
+        QVERIFY(box);
+        QCOMPARE(box->windowTitle(), u"Export"_s);
+        QCOMPARE(box->parentWidget(), &m_main);
+        const QStringList lines = box->labelText().split(u'\n');
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines[1].startsWith(u"<b>Soup\u240A</b>"_s) && lines[1].endsWith(u"end"_s)
+                && lines[1].size() < 100);
+        QCOMPARE(box->findChild<QLabel *>()->textFormat(), Qt::PlainText);
+
+        QTest::qSleep(200);
+        QVERIFY(progress->update(2499, 10000, u"Salt"_s));
+        QCOMPARE(box->labelText(), u"2,500 of 10,000\nSalt"_s);
+        const auto *bar = box->findChild<QProgressBar *>();
+        QCOMPARE(bar->value(), 2499);
+        QCOMPARE(bar->maximum(), 10000);
+    }
+
+    // The time that a question takes is not counted as work.
+    void progressBetweenQuestions()
+    {
+        const auto progress = m_interaction.startProgress(u"Import"_s);
+        for (qsizetype done = 0; done < 4; ++done) {
+            QTest::qSleep(300); // the user thinks about a question
+            QVERIFY(progress->update(done, 5, u"soup.srf"_s));
+            QVERIFY(!QApplication::activeModalWidget());
         }
+    }
+
+    void progressIsCancelled_data()
+    {
+        using Act = std::function<void(QProgressDialog &)>;
+        QTest::addColumn<Act>("act");
+        QTest::newRow("Stop") << Act([](QProgressDialog &box) {
+            auto *stop = box.findChild<QPushButton *>();
+            QCOMPARE(stop->text(), u"&Stop"_s);
+            QTest::mouseClick(stop, Qt::LeftButton);
+        });
+        QTest::newRow("Esc") << Act([](QProgressDialog &box) {
+            QTRY_COMPARE(QApplication::activeWindow(), &box);
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        QTest::newRow("close box") << Act([](QProgressDialog &box) { box.close(); });
+    }
+
+    void progressIsCancelled()
+    {
+        QFETCH(const std::function<void(QProgressDialog &)>, act);
+        const auto progress = m_interaction.startProgress(u"Export"_s);
+        QProgressDialog *box = workUntilVisible(*progress, u"Soup"_s);
+        QVERIFY(box);
+        act(*box);
+        QTest::qSleep(200);
+        QVERIFY(!progress->update(50, 100, u"Soup"_s));
+        QVERIFY(!box->isVisible());
     }
 };
 
-QTEST_MAIN(tst_DesktopDoorway)
+QTEST_MAIN(tst_DesktopInteraction)
 #include "tst_desktopinteraction.moc"

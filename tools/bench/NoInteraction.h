@@ -15,4 +15,8 @@ public:
     QString ask(const InputBox &) override { return {}; }
     QString choose(const FileChooser &) override { return {}; }
     QString choose(const FolderChooser &) override { return {}; }
+    std::unique_ptr<Progress> startProgress(const QString &) override
+    {
+        return std::make_unique<SilentProgress>();
+    }
 };

@@ -14,12 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-class NobodyWatches final : public Progress
-{
-public:
-    bool update(qsizetype, qsizetype, const QString &) override { return true; }
-};
-
 struct PlainFile {
     QString name;
     qsizetype size;
@@ -38,7 +32,7 @@ double exportAll(Bench &bench, int recipes)
 {
     const QString database = bench.database(recipes);
     const QString folder = emptyFolder(bench);
-    NobodyWatches progress;
+    SilentProgress progress;
     return secondsOf([&] { exportPages(database, folder, {}, progress); });
 }
 

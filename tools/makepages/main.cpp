@@ -8,16 +8,6 @@
 
 #include <cstdio>
 
-namespace {
-
-class NobodyWatches final : public Progress
-{
-public:
-    bool update(qsizetype, qsizetype, const QString &) override { return true; }
-};
-
-} // namespace
-
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
@@ -29,7 +19,7 @@ int main(int argc, char *argv[])
     PageSettings settings;
     if (arguments[3] == u"cookbook")
         settings.style = PageStyle::Cookbook;
-    NobodyWatches progress;
+    SilentProgress progress;
     try {
         exportPages(arguments[1], arguments[2], settings, progress);
     } catch (const std::exception &error) {
