@@ -1,4 +1,4 @@
-#include "Subjects.h"
+#include "Bench.h"
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
 #include "platform/NewFile.h"
@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-class NobodyWatches final : public Progress
+class NoProgress final : public Progress
 {
 public:
     bool update(qsizetype, qsizetype, const QString &) override { return true; }
@@ -26,7 +26,7 @@ struct PlainFile {
     qsizetype size;
 };
 
-// An empty folder; the one of the turn before is gone.
+// Creates an empty folder, which replaces that of the previous round.
 QString emptyFolder(const Bench &bench)
 {
     QString folder = bench.path(u"pages"_s);
@@ -39,11 +39,11 @@ double exportAll(Bench &bench, int recipes)
 {
     const QString database = bench.database(recipes);
     const QString folder = emptyFolder(bench);
-    NobodyWatches progress;
+    NoProgress progress;
     return secondsOf([&] { exportPages(database, folder, {}, progress); });
 }
 
-// What the export before has written.
+// Returns the files that the previous export has written.
 std::vector<PlainFile> writtenFiles(const Bench &bench)
 {
     std::vector<PlainFile> files;
@@ -65,7 +65,7 @@ double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
         for (const PlainFile &file : files) {
             const auto path = platform::nativePath(platform::joinPath(folder, file.name));
             if (platform::writeNewFile(path, QByteArrayView(bytes).first(file.size)))
-                throw std::runtime_error("a file could not be written");
+                throw std::runtime_error("a file cannot be written");
         }
     });
 }
@@ -77,11 +77,10 @@ void measureExporting(Bench &bench)
     const int recipes = std::min(10'000, bench.largest());
     exportAll(bench, recipes);
     const std::vector<PlainFile> files = writtenFiles(bench);
-    printResult({"exporting web pages; plain is a loop that writes files of the same names and "
-                 "sizes",
+    printResult({"export web pages (baseline: write files with the same names and sizes)",
                  recipes,
                  Unit::Seconds,
-                 inTurns([&] { return writePlainly(bench, files); },
-                         [&] { return exportAll(bench, recipes); }),
-                 {Bound::Kind::TimesYardstick, 3}});
+                 measureAlternately([&] { return writePlainly(bench, files); },
+                                    [&] { return exportAll(bench, recipes); }),
+                 {Limit::Kind::Ratio, 3}});
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-class NobodyWatches final : public Progress
+class NoProgress final : public Progress
 {
 public:
     bool update(qsizetype, qsizetype, const QString &) override { return true; }
@@ -29,7 +29,7 @@ int main(int argc, char *argv[])
     PageSettings settings;
     if (arguments[3] == u"cookbook")
         settings.style = PageStyle::Cookbook;
-    NobodyWatches progress;
+    NoProgress progress;
     try {
         exportPages(arguments[1], arguments[2], settings, progress);
     } catch (const std::exception &error) {
