@@ -54,10 +54,10 @@ private Q_SLOTS:
     {
         const std::pair<QByteArray, QString> rows[] = {
             {"Salt|Seasoning|999", u"3 fields instead of 4"_s},
-            {"Salt (fine)|Seasoning|999|True", u"holds a character"_s},
-            {"apple|Fruit|30|True", u"apple stands here twice"_s},
-            {"Ale|Misc|30|True", u"Ale belongs in front of Apple"_s},
-            {"Salt|Spice|999|True", u"the type is none of Misc, Fruit,"_s},
+            {"Salt (fine)|Seasoning|999|True", u"contains a character"_s},
+            {"apple|Fruit|30|True", u"apple is listed twice"_s},
+            {"Ale|Misc|30|True", u"Ale must come before Apple"_s},
+            {"Salt|Spice|999|True", u"the type must be one of Misc, Fruit,"_s},
             {"Salt|Seasoning|1000|True", u"the shelf life"_s},
             {"Salt|Seasoning|999|perhaps", u"Vegetarian"_s},
         };
