@@ -55,8 +55,8 @@ std::string ratioText(const Measurement &measurement)
 
 } // namespace
 
-Measurement measureAlternately(const std::function<double()> &baseline,
-                               const std::function<double()> &measured)
+Measurement compare(const std::function<double()> &baseline,
+                    const std::function<double()> &measured)
 {
     baseline();
     measured();

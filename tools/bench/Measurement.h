@@ -16,8 +16,8 @@ struct Measurement {
 
 // Calls both functions alternately, in seven rounds after one that is not counted. Each function
 // returns what it has measured, in seconds or bytes.
-Measurement measureAlternately(const std::function<double()> &baseline,
-                               const std::function<double()> &measured);
+Measurement compare(const std::function<double()> &baseline,
+                    const std::function<double()> &measured);
 
 template <typename Work>
 double secondsOf(Work work)

@@ -27,7 +27,8 @@ struct WindowWatcher::Server {
 WindowWatcher::WindowWatcher()
     : m_server(std::make_unique<Server>())
 {
-    // A window may be destroyed before its properties are read; Xlib would then end this process.
+    // A window may be destroyed before its properties are read. Xlib's default handler would then
+    // end this process.
     XSetErrorHandler([](Display *, XErrorEvent *) { return 0; });
     XSelectInput(m_server->display, DefaultRootWindow(m_server->display), SubstructureNotifyMask);
     XSync(m_server->display, False);

@@ -114,8 +114,8 @@ void measureBatchImport(Bench &bench)
                        "transaction)",
                  0,
                  Unit::Seconds,
-                 measureAlternately([&] { return insertPlainly(bench, files); },
-                                    [&] { return importByDialog(bench); }),
+                 compare([&] { return insertPlainly(bench, files); },
+                         [&] { return importByDialog(bench); }),
                  {Limit::Kind::Ratio, 1.8}});
 
     Dialog dialog(bench);
@@ -123,18 +123,17 @@ void measureBatchImport(Bench &bench)
     printResult({"list a directory of " + count + " files (baseline: readdir)",
                  0,
                  Unit::Seconds,
-                 measureAlternately(
-                     [&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
-                     [&] { return secondsOf([&] { dialog.enter(u"files"_s); }); }),
+                 compare([&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
+                         [&] { return secondsOf([&] { dialog.enter(u"files"_s); }); }),
                  {Limit::Kind::Ratio, 3}});
     printResult({"two processes import " + count
                      + " files each at the same time: longest time for a file (baseline: one "
                        "process)",
                  0,
                  Unit::Seconds,
-                 measureAlternately([&] { return longestFile(bench, {u"files"_s}); },
-                                    [&] {
-                                        return longestFile(bench, {u"files"_s, u"other files"_s});
-                                    }),
+                 compare([&] { return longestFile(bench, {u"files"_s}); },
+                         [&] {
+                             return longestFile(bench, {u"files"_s, u"other files"_s});
+                         }),
                  {Limit::Kind::Absolute, 0.5}});
 }

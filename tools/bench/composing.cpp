@@ -70,25 +70,25 @@ void measureComposing(Bench &bench)
     printResult({"open a catalog of 10,000 entries (baseline: step through its statement)",
                  1,
                  Unit::Seconds,
-                 measureAlternately(stepping,
-                                    [&] {
-                                        const double seconds =
-                                            secondsOf([&] { window.open<frmIngredient>(); });
-                                        window.close(*window.frame.find<frmIngredient>());
-                                        return seconds;
-                                    }),
+                 compare(stepping,
+                         [&] {
+                             const double seconds =
+                                 secondsOf([&] { window.open<frmIngredient>(); });
+                             window.close(*window.frame.find<frmIngredient>());
+                             return seconds;
+                         }),
                  {Limit::Kind::Ratio, 10}});
     const frmIngredient &ingredient = window.open<frmIngredient>();
     int shelfLife = 0;
     printResult({"save a changed entry of this catalog (baseline: the same)",
                  1,
                  Unit::Seconds,
-                 measureAlternately(stepping,
-                                    [&] {
-                                        ingredient.findChild<QLineEdit *>("txtShelfLife"_L1)
-                                            ->setText(QString::number(++shelfLife));
-                                        return secondsOf([&] { press(ingredient, "cmdSave"_L1); });
-                                    }),
+                 compare(stepping,
+                         [&] {
+                             ingredient.findChild<QLineEdit *>("txtShelfLife"_L1)
+                                 ->setText(QString::number(++shelfLife));
+                             return secondsOf([&] { press(ingredient, "cmdSave"_L1); });
+                         }),
                  {Limit::Kind::Ratio, 10}});
     window.close(*window.frame.find<frmIngredient>());
 
@@ -99,22 +99,22 @@ void measureComposing(Bench &bench)
     printResult({"open the editor for 500 ingredients with this catalog (baseline: the same)",
                  1,
                  Unit::Seconds,
-                 measureAlternately(stepping,
-                                    [&] {
-                                        const double seconds = secondsOf(
-                                            [&] { press(recipe, "cmdChangeIngredients"_L1); });
-                                        press(editor(), "cmdCancel"_L1);
-                                        return seconds;
-                                    }),
+                 compare(stepping,
+                         [&] {
+                             const double seconds =
+                                 secondsOf([&] { press(recipe, "cmdChangeIngredients"_L1); });
+                             press(editor(), "cmdCancel"_L1);
+                             return seconds;
+                         }),
                  {Limit::Kind::Ratio, 10}});
     printResult({"Done in this editor (baseline: delete and insert in one transaction)",
                  1,
                  Unit::Seconds,
-                 measureAlternately([&] { return plainReplacement(plain); },
-                                    [&] {
-                                        press(recipe, "cmdChangeIngredients"_L1);
-                                        const QWidget &opened = editor();
-                                        return secondsOf([&] { press(opened, "cmdDone"_L1); });
-                                    }),
+                 compare([&] { return plainReplacement(plain); },
+                         [&] {
+                             press(recipe, "cmdChangeIngredients"_L1);
+                             const QWidget &opened = editor();
+                             return secondsOf([&] { press(opened, "cmdDone"_L1); });
+                         }),
                  {Limit::Kind::Ratio, 2}});
 }

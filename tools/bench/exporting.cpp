@@ -80,7 +80,7 @@ void measureExporting(Bench &bench)
     printResult({"export web pages (baseline: write files with the same names and sizes)",
                  recipes,
                  Unit::Seconds,
-                 measureAlternately([&] { return writePlainly(bench, files); },
-                                    [&] { return exportAll(bench, recipes); }),
+                 compare([&] { return writePlainly(bench, files); },
+                         [&] { return exportAll(bench, recipes); }),
                  {Limit::Kind::Ratio, 3}});
 }

@@ -51,8 +51,8 @@ void measureBatch(Bench &bench, std::span<const RecipeFile> files)
                        "in one transaction)",
                  0,
                  Unit::Seconds,
-                 measureAlternately([&] { return insertPlainly(bench, files); },
-                                    [&] { return Importer(emptyDatabase(bench)).import(files); }),
+                 compare([&] { return insertPlainly(bench, files); },
+                         [&] { return Importer(emptyDatabase(bench)).import(files); }),
                  {Limit::Kind::Ratio, 1.6}});
 }
 
@@ -71,7 +71,7 @@ void measureLargeDatabase(Bench &bench, std::span<const RecipeFile> files)
     printResult({"import a file of a batch, after the first one (baseline: into an empty database)",
                  bench.largest(),
                  Unit::Seconds,
-                 measureAlternately(
+                 compare(
                      [&] {
                          current = rest.first(share);
                          rest = rest.subspan(share);

@@ -34,7 +34,7 @@ void measureMemory(Bench &bench)
                      + " link rows in a cursor (baseline: step through them)",
                  bench.largest(),
                  Unit::Bytes,
-                 measureAlternately([&] { return memoryGrowth(u"plain"_s, database); },
-                                    [&] { return memoryGrowth(u"cursor"_s, database); }),
+                 compare([&] { return memoryGrowth(u"plain"_s, database); },
+                         [&] { return memoryGrowth(u"cursor"_s, database); }),
                  {Limit::Kind::Absolute, 40 * mebibyte}});
 }

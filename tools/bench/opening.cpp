@@ -39,8 +39,7 @@ void measureOpening(Bench &bench)
         printResult({"open the importer: a connection and five cursors",
                      size,
                      Unit::Seconds,
-                     measureAlternately([&] { return openPlainly(path); },
-                                        [&] { return openImporter(path); }),
+                     compare([&] { return openPlainly(path); }, [&] { return openImporter(path); }),
                      {Limit::Kind::Absolute, 1e-3}});
     }
 }

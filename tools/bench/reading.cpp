@@ -28,9 +28,8 @@ Measurement measureSource(const Source &source, SQLite::Database &plain,
         throw std::runtime_error("the cursor read a different number of rows");
     const double once = secondsOf([&] { stepRows(source, plain); });
     const int times = std::max(1, static_cast<int>(minimumSeconds / once));
-    return measureAlternately(
-        [&] { return secondsPerCall(times, [&](int) { stepRows(source, plain); }); },
-        [&] { return secondsPerCall(times, [&](int) { readRows(source, database); }); });
+    return compare([&] { return secondsPerCall(times, [&](int) { stepRows(source, plain); }); },
+                   [&] { return secondsPerCall(times, [&](int) { readRows(source, database); }); });
 }
 
 } // namespace

@@ -47,13 +47,13 @@ void measureRequerying(Bench &bench)
     printResult({"requery five unchanged cursors (baseline: one PRAGMA data_version)",
                  size,
                  Unit::Seconds,
-                 measureAlternately(askVersion, requery),
+                 compare(askVersion, requery),
                  {Limit::Kind::Ratio, 2}});
 
     const ReadTransaction scope(*database);
     printResult({"the same inside a transaction",
                  size,
                  Unit::Seconds,
-                 measureAlternately(askVersion, requery),
+                 compare(askVersion, requery),
                  {Limit::Kind::Absolute, 2e-6}});
 }

@@ -75,12 +75,12 @@ void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> 
     printResult({"FindFirst by name with the cursor's index",
                  recipes,
                  Unit::Seconds,
-                 measureAlternately(plain, [&] { return findNameWarm(cursor, recipes); }),
+                 compare(plain, [&] { return findNameWarm(cursor, recipes); }),
                  {Limit::Kind::Absolute, 5e-6}});
     printResult({"FindFirst by name, the longest of the first five",
                  recipes,
                  Unit::Seconds,
-                 measureAlternately(plain, [&] { return findNameFirst(database, recipes); }),
+                 compare(plain, [&] { return findNameFirst(database, recipes); }),
                  {Limit::Kind::Absolute, 50e-3}});
 }
 
@@ -115,7 +115,7 @@ void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> 
     printResult({"FindFirst and FindNext of a recipe's lines (baseline: with the database's index)",
                  recipes,
                  Unit::Seconds,
-                 measureAlternately(plain, walk),
+                 compare(plain, walk),
                  {Limit::Kind::Absolute, 20e-6}});
 }
 

@@ -29,7 +29,7 @@ void measureSorting(Bench &bench)
         {"sort the names of recipes (baseline: the built-in NOCASE, which folds ASCII only)",
          bench.largest(),
          Unit::Seconds,
-         measureAlternately([&] { return secondsOf([&] { builtInOrder.run(); }); },
-                            [&] { return secondsOf([&] { ourOrder.run(); }); }),
+         compare([&] { return secondsOf([&] { builtInOrder.run(); }); },
+                 [&] { return secondsOf([&] { ourOrder.run(); }); }),
          {Limit::Kind::Ratio, 1.5}});
 }

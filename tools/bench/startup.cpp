@@ -89,13 +89,13 @@ void measureStartup(Bench &bench)
         {"start until the main window is mapped (baseline: a minimal Qt program with an MDI area)",
          bench.largest(),
          Unit::Seconds,
-         measureAlternately([&] { return start(bareFrame, watcher).seconds; },
-                            [&] { return start(pantrywise, watcher).seconds; }),
+         compare([&] { return start(bareFrame, watcher).seconds; },
+                 [&] { return start(pantrywise, watcher).seconds; }),
          {Limit::Kind::Ratio, 1.25}});
     printResult({"proportional set size half a second later (baseline: the same program)",
                  bench.largest(),
                  Unit::Bytes,
-                 measureAlternately([&] { return start(bareFrame, watcher).bytes; },
-                                    [&] { return start(pantrywise, watcher).bytes; }),
+                 compare([&] { return start(bareFrame, watcher).bytes; },
+                         [&] { return start(pantrywise, watcher).bytes; }),
                  {Limit::Kind::Ratio, 1.5}});
 }
