@@ -46,7 +46,7 @@ double plainReplacement(SQLite::Database &plain)
         PlainStatement insert(plain.getHandle(), "INSERT INTO RecipeIngredients VALUES (1, ?, ?)");
         for (int i = 1; i <= lines; ++i) {
             const std::string quantity = std::to_string(i) + " cup";
-            insert.bind(1, 17 * i);
+            insert.bind(1, qint64{17} * i);
             insert.bind(2, quantity);
             insert.run();
         }
