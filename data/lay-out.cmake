@@ -1,5 +1,6 @@
-# Lays what comes with the program into FOLDER, by the tool MAKEDATABASE and by copying. What is there
-# stays as it is, also while building and installing; a copy that is cut short counts as none.
+# Puts data.rbk, made by the tool MAKEDATABASE, and the recipes into FOLDER. Existing files are kept,
+# because they belong to the user. Each recipe is copied under a temporary name and then renamed, so
+# that an interrupted copy is not taken for an existing file.
 cmake_minimum_required(VERSION 3.25)
 file(MAKE_DIRECTORY ${FOLDER}/recipes)
 execute_process(

@@ -58,10 +58,10 @@ private Q_SLOTS:
             QTest::newRow(name) << line << message;
         };
         row("missing field", "Salt|Seasoning|999", u"3 fields instead of 4"_s);
-        row("parenthesis", "Salt (fine)|Seasoning|999|True", u"holds a character"_s);
-        row("name in other case", "apple|Fruit|30|True", u"apple stands here twice"_s);
-        row("out of order", "Ale|Misc|30|True", u"Ale belongs in front of Apple"_s);
-        row("unknown type", "Salt|Spice|999|True", u"the type is none of Misc, Fruit,"_s);
+        row("parenthesis", "Salt (fine)|Seasoning|999|True", u"contains a character"_s);
+        row("name in other case", "apple|Fruit|30|True", u"apple is listed twice"_s);
+        row("out of order", "Ale|Misc|30|True", u"Ale must come before Apple"_s);
+        row("unknown type", "Salt|Spice|999|True", u"the type must be one of Misc, Fruit,"_s);
         row("long shelf life", "Salt|Seasoning|1000|True", u"the shelf life"_s);
         row("vegetarian", "Salt|Seasoning|999|perhaps", u"Vegetarian"_s);
     }

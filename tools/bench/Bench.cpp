@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "PlainWriter.h"
+#include "RecipeInserter.h"
 
 #include <stdexcept>
 
@@ -11,7 +11,7 @@ Bench::Bench(int largest)
             m_sizes.push_back(size);
     }
     if (m_sizes.empty())
-        throw std::runtime_error("the smallest database has 1000 recipes");
+        throw std::runtime_error("the smallest database has 1,000 recipes");
     if (!m_folder.isValid())
         throw std::runtime_error(m_folder.errorString().toStdString());
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ResultTable.h"
+#include "Measurement.h"
 
 #include <QString>
 #include <QTemporaryDir>
@@ -8,21 +8,23 @@
 #include <map>
 #include <vector>
 
-// What the measurements share: databases in a temporary folder, which goes with it.
+// What the benchmarks share: generated databases in a temporary folder, which is removed with this
+// object.
 class Bench
 {
 public:
-    // Measures on no database of more than so many recipes.
+    // `largest` is the largest number of recipes that a database may have. Throws if no size fits.
     explicit Bench(int largest);
 
-    // How many recipes the databases have, from small to large.
+    // The numbers of recipes in the databases, in ascending order.
     const std::vector<int> &sizes() const { return m_sizes; }
     int largest() const { return m_sizes.back(); }
 
-    // A database of that size, made when it is first asked for. Nothing may write to it.
+    // Returns the path of the database with that many recipes, which is generated at the first
+    // call. Benchmarks share it and must not write to it.
     QString database(int recipes);
 
-    // A path in the folder.
+    // Returns a path in the temporary folder.
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
 private:
@@ -30,3 +32,19 @@ private:
     QTemporaryDir m_folder;
     std::map<int, QString> m_databases;
 };
+
+// Each of these runs the benchmarks of one subject and prints their results.
+void measureReading(Bench &bench);
+void measureMemory(Bench &bench);
+void measureOpening(Bench &bench);
+void measureRequerying(Bench &bench);
+void measureSearching(Bench &bench);
+void measureSorting(Bench &bench);
+void measureImporting(Bench &bench);
+void measureExporting(Bench &bench);
+void measureBatchImport(Bench &bench);
+void measureListing(Bench &bench);
+void measureBrowsing(Bench &bench);
+void measureComposing(Bench &bench);
+void measurePrinting(Bench &bench);
+void measureStartup(Bench &bench);

@@ -70,15 +70,16 @@ constexpr std::array<std::string_view, 6> authors = {"Anna", "Bérénice", "Carl
 constexpr std::array<std::string_view, 6> quantities = {
     "1 cup", "2 tablespoons (heaped)", "500 g", "a pinch", "3", "½ liter (lukewarm)"};
 
-// Spreads neighbours over the whole range without meeting any number twice, so that neither names
-// nor catalogs stand in their order already. The range must have no factor but 2, 3 and 5.
-std::size_t scattered(int number, std::size_t range)
+// Maps the numbers below `range` to themselves in a scattered order, so that names are not
+// generated in sorted order. The multiplication is a permutation because the only prime factors of
+// every range here are 2, 3 and 5.
+std::size_t permuted(int number, std::size_t range)
 {
     constexpr std::size_t prime = 48271;
     return static_cast<std::size_t>(number) * prime % range;
 }
 
-// Takes a choice out of a number that stands for several.
+// Returns an element that `number` selects, and removes this choice from the number.
 template <std::size_t count>
 std::string_view take(std::size_t &number, const std::array<std::string_view, count> &from)
 {
@@ -87,10 +88,10 @@ std::string_view take(std::size_t &number, const std::array<std::string_view, co
     return taken;
 }
 
-class Choices
+class RandomChoices
 {
 public:
-    explicit Choices(int seed)
+    explicit RandomChoices(int seed)
         : m_engine(static_cast<unsigned>(seed) + 1)
     {
     }
@@ -107,7 +108,7 @@ private:
     std::minstd_rand m_engine;
 };
 
-std::string generatedInstructions(Choices &choices)
+std::string generatedInstructions(RandomChoices &choices)
 {
     const int length = 1000 + choices.below(920);
     std::string text;
@@ -127,7 +128,7 @@ std::string generatedRecipeName(int number)
 {
     static_assert(generatedRecipes
                   == styles.size() * dishes.size() * foods.size() * occasions.size());
-    std::size_t rest = scattered(number, generatedRecipes);
+    std::size_t rest = permuted(number, generatedRecipes);
     std::string name(take(rest, styles));
     name.append(" ").append(take(rest, dishes));
     name.append(" with ").append(take(rest, foods));
@@ -136,7 +137,7 @@ std::string generatedRecipeName(int number)
 
 GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs)
 {
-    Choices choices(number);
+    RandomChoices choices(number);
     GeneratedRecipe recipe;
     recipe.name = generatedRecipeName(number);
     recipe.description = "A dish for " + choices.one(authors) + " and friends, made with "
@@ -157,7 +158,7 @@ GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs)
 GeneratedIngredient generatedIngredient(int number)
 {
     constexpr std::size_t range = qualities.size() * foods.size() * cuts.size();
-    std::size_t rest = scattered(number, range);
+    std::size_t rest = permuted(number, range);
     std::string name(take(rest, qualities));
     name.append(" ").append(take(rest, foods)).append(take(rest, cuts));
     return {name, number % 12, 1 + number % 365, number % 3 != 0};
@@ -166,7 +167,7 @@ GeneratedIngredient generatedIngredient(int number)
 std::string generatedUtensilName(int number)
 {
     constexpr std::size_t range = qualities.size() * tools.size();
-    std::size_t rest = scattered(number, range);
+    std::size_t rest = permuted(number, range);
     std::string name(take(rest, qualities));
     return name.append(" ").append(take(rest, tools));
 }

@@ -3,23 +3,23 @@
 #include <string>
 #include <vector>
 
-// Recipes that are made up, the same in every run.
+// Generated recipes, ingredients and utensils. They are the same in every run.
 
 struct GeneratedLine {
-    int ingredient; // number in the catalog, from 0
+    int ingredient; // number of the catalog entry, from 0
     std::string quantity;
 };
 
 struct GeneratedRecipe {
-    std::string name; // no two numbers share one
+    std::string name; // unique
     std::string description;
     std::string author;
     int type;
     std::string instructions; // 1 to 2 kB
     int rating;
     int serves;
-    std::vector<GeneratedLine> ingredients; // 10
-    std::vector<int> utensils; // 3, numbers in the catalog
+    std::vector<GeneratedLine> ingredients; // 10 lines
+    std::vector<int> utensils; // 3 numbers of catalog entries
 };
 
 struct GeneratedIngredient {
@@ -29,16 +29,16 @@ struct GeneratedIngredient {
     bool vegetarian;
 };
 
-// How many entries the catalogs have.
+// Numbers of entries in the catalogs.
 struct CatalogSizes {
     int ingredients; // up to 10,000
     int utensils; // up to 1,000
 };
 
-// Of a database with so many recipes.
+// Returns the sizes of the catalogs in a database with that many recipes.
 CatalogSizes catalogSizes(int recipes);
 
-// `number` counts from 0 and stays below generatedRecipes.
+// A recipe's `number` is at least 0 and less than generatedRecipes.
 inline constexpr int generatedRecipes = 160'000;
 std::string generatedRecipeName(int number);
 GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs);
@@ -46,5 +46,5 @@ GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs);
 GeneratedIngredient generatedIngredient(int number);
 std::string generatedUtensilName(int number);
 
-// The recipe as the text of a recipe file.
+// Returns the text of a recipe file with this recipe.
 std::string srfText(const GeneratedRecipe &recipe);

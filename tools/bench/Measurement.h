@@ -1,18 +1,22 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <functional>
+#include <string>
 
-// The medians of a work and of its yardstick, in seconds or bytes, and of their ratios. The ratio
-// of each turn is taken on its own, since other programs slow down whole turns.
+// Medians, in seconds or bytes, of what is measured and of the baseline with which it is compared.
+// `ratio` is the median of the rounds' ratios, because other programs slow down whole rounds.
 struct Measurement {
-    double yardstick;
+    double baseline;
     double measured;
     double ratio;
 };
 
-// Runs both seven times, one after the other, after a turn that does not count.
-Measurement inTurns(const std::function<double()> &yardstick,
+// Calls both functions alternately, in seven rounds after one that is not counted. Each function
+// returns what it has measured, in seconds or bytes.
+Measurement compare(const std::function<double()> &baseline,
                     const std::function<double()> &measured);
 
 template <typename Work>
@@ -23,9 +27,9 @@ double secondsOf(Work work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// Of one of many works, each of which is given its number.
+// Calls work(i) for each i from 0 to count - 1. Returns the mean time of one call.
 template <typename Work>
-double secondsOfOne(int count, Work work)
+double secondsPerCall(int count, Work work)
 {
     return secondsOf([&] {
                for (int i = 0; i < count; ++i)
@@ -33,3 +37,27 @@ double secondsOfOne(int count, Work work)
            })
         / count;
 }
+
+enum class Unit { Seconds, Bytes };
+
+struct Limit {
+    enum class Kind { Ratio, Absolute };
+    Kind kind;
+    double value; // a ratio to the baseline, or seconds or bytes
+};
+
+// A row of the table of results.
+struct Result {
+    std::string name; // names the baseline if that is not the same work in plain SQLite
+    int recipes; // number of recipes in the database
+    Unit unit;
+    Measurement measurement;
+    Limit limit;
+};
+
+// Returns the number with a separator for thousands: 10,000.
+std::string formatNumber(qint64 number);
+
+// Print a Markdown table on standard output. Each row is flushed at once.
+void printTableHeader();
+void printResult(const Result &result);

@@ -1,6 +1,6 @@
 #include "RecipeFiles.h"
 
-#include "PlainWriter.h"
+#include "RecipeInserter.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,9 +11,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The key of a catalog's row, which is added when it is first met.
+// Inserts the catalog entry with that number if it has no key yet.
 template <typename Add>
-void meet(std::vector<qint64> &keys, int number, Add add)
+void ensureKey(std::vector<qint64> &keys, int number, Add add)
 {
     qint64 &key = keys[static_cast<std::size_t>(number)];
     if (key == 0)
@@ -51,19 +51,20 @@ double insertPlainly(const Bench &bench, std::span<const RecipeFile> files)
 {
     const QString path = bench.path(u"plain.rbk"_s);
     QFile::remove(path);
-    PlainWriter writer(path.toStdString());
+    RecipeInserter inserter(path.toStdString());
     const CatalogSizes catalogs = catalogSizes(0);
     std::vector<qint64> ingredients(static_cast<std::size_t>(catalogs.ingredients));
     std::vector<qint64> utensils(static_cast<std::size_t>(catalogs.utensils));
     return secondsOf([&] {
-        writer.begin();
+        inserter.begin();
         for (const RecipeFile &file : files) {
             for (const GeneratedLine &line : file.recipe.ingredients)
-                meet(ingredients, line.ingredient, [&](int n) { return writer.addIngredient(n); });
+                ensureKey(ingredients, line.ingredient,
+                          [&](int n) { return inserter.addIngredient(n); });
             for (const int utensil : file.recipe.utensils)
-                meet(utensils, utensil, [&](int n) { return writer.addUtensil(n); });
-            writer.addRecipe(file.recipe, ingredients, utensils);
+                ensureKey(utensils, utensil, [&](int n) { return inserter.addUtensil(n); });
+            inserter.addRecipe(file.recipe, ingredients, utensils);
         }
-        writer.commit();
+        inserter.commit();
     });
 }

@@ -48,19 +48,19 @@ QString listWithCounts()
 std::vector<Source> windowSources()
 {
     return {
-        ofStatement("recipes by category and name",
+        ofStatement("all recipes by type and name",
                     u"SELECT * FROM Recipes ORDER BY RecipeType, RecipeName"_s),
-        ofJoin("lines of all recipes", ingredientJoin(), "RecipeIngredients"_L1),
-        ofJoin("utensils of all recipes", utensilJoin(), "RecipeUtensils"_L1),
-        ofStatement("list with counts", listWithCounts()),
-        ofStatement("ingredients by category and name",
+        ofJoin("the ingredients of all recipes", ingredientJoin(), "RecipeIngredients"_L1),
+        ofJoin("the utensils of all recipes", utensilJoin(), "RecipeUtensils"_L1),
+        ofStatement("the recipe list with its counts", listWithCounts()),
+        ofStatement("all ingredients by type and name",
                     u"SELECT * FROM Ingredients ORDER BY IngredientType, IngredientName"_s),
-        ofStatement("utensils by name", u"SELECT * FROM Utensils ORDER BY UtensilName"_s),
-        ofTable("table Recipes", u"Recipes"_s),
-        ofTable("table Ingredients", u"Ingredients"_s),
-        ofTable("table Utensils", u"Utensils"_s),
-        ofTable("table RecipeIngredients", u"RecipeIngredients"_s),
-        ofTable("table RecipeUtensils", u"RecipeUtensils"_s),
+        ofStatement("all utensils by name", u"SELECT * FROM Utensils ORDER BY UtensilName"_s),
+        ofTable("the table Recipes", u"Recipes"_s),
+        ofTable("the table Ingredients", u"Ingredients"_s),
+        ofTable("the table Utensils", u"Utensils"_s),
+        ofTable("the table RecipeIngredients", u"RecipeIngredients"_s),
+        ofTable("the table RecipeUtensils", u"RecipeUtensils"_s),
     };
 }
 

@@ -4,20 +4,20 @@
 
 #include <vector>
 
-// The sources that the windows read.
+// A data source that a window of the program opens.
 struct Source {
-    const char *title; // in the table of results
+    const char *title; // completes "read ..." in the table of results
     QString text;
-    QString plainText; // the statement that yields the same rows
+    QString plainText; // the SQL statement that returns the same rows
 };
 
 std::vector<Source> windowSources();
 
-// Those of the hidden importer.
+// The tables that the importer opens.
 std::vector<QString> importerSources();
 
-// All lines of all recipes.
+// The statement for the ingredients of all recipes.
 QString ingredientJoin();
 
-// The recipe list.
+// The statement for the recipe list.
 QString listWithCounts();

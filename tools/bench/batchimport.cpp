@@ -1,6 +1,6 @@
-#include "BenchFrame.h"
+#include "Bench.h"
+#include "BenchWindow.h"
 #include "RecipeFiles.h"
-#include "Subjects.h"
 #include "data/DatabasePath.h"
 #include "import/frmImport.h"
 #include "import/frmImportRecipe.h"
@@ -20,23 +20,23 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The batch dialog with its importer, on a recipe file without a row.
+// The Import window with its importer and an empty database.
 class Dialog
 {
 public:
     explicit Dialog(Bench &bench)
-        : m_importer(m_desk.frame.interaction())
+        : m_importer(m_window.frame.interaction())
     {
         DatabasePath = emptyDatabase(bench);
         m_importer.Form_Load();
         m_importer.openDataSources();
-        m_window = &m_desk.open<frmImport>(m_importer);
+        m_dialog = &m_window.open<frmImport>(m_importer);
     }
 
-    // As a double click on it does.
+    // Opens a folder, as a double click on it does.
     void enter(const QString &folder)
     {
-        auto &list = *m_window->findChild<QListView *>(u"dirRecipes"_s);
+        auto &list = *m_dialog->findChild<QListView *>(u"dirRecipes"_s);
         for (int row = list.model()->rowCount() - 1; row >= 0; --row) {
             const QModelIndex index = list.model()->index(row, 0);
             if (index.data().toString().trimmed() != folder)
@@ -45,12 +45,12 @@ public:
             QCoreApplication::processEvents();
             return;
         }
-        throw std::runtime_error("a folder is not in the list");
+        throw std::runtime_error("a folder is missing from the list");
     }
 
     void enterPath(const QString &path)
     {
-        auto &drives = *m_window->findChild<QComboBox *>(u"drvRecipes"_s);
+        auto &drives = *m_dialog->findChild<QComboBox *>(u"drvRecipes"_s);
         drives.setCurrentIndex(drives.findText(u"/"_s));
         Q_EMIT drives.activated(drives.currentIndex());
         const QStringList folders = path.split(u'/', Qt::SkipEmptyParts);
@@ -58,12 +58,12 @@ public:
             enter(folder);
     }
 
-    void import() { m_window->findChild<QPushButton *>(u"cmdImport"_s)->click(); }
+    void import() { m_dialog->findChild<QPushButton *>(u"cmdImport"_s)->click(); }
 
 private:
-    BenchFrame m_desk;
+    BenchWindow m_window;
     frmImportRecipe m_importer;
-    frmImport *m_window;
+    frmImport *m_dialog;
 };
 
 double importByDialog(Bench &bench)
@@ -82,7 +82,8 @@ void readDirectory(const QString &folder)
     ::closedir(directory);
 }
 
-// The longest time, in seconds, that a file takes when programs import these folders at once.
+// Returns the longest time, in seconds, that a file takes when one process for each folder imports
+// at the same time.
 double longestFile(Bench &bench, const QStringList &folders)
 {
     const QString database = emptyDatabase(bench);
@@ -107,32 +108,32 @@ void measureBatchImport(Bench &bench)
     const int size = std::min(10'000, bench.largest());
     const std::vector<RecipeFile> files = writeFiles(bench, u"files"_s, 0, size);
     writeFiles(bench, u"other files"_s, size, size);
-    const std::string count = grouped(std::ssize(files));
-    printResult({count
-                     + " files by the dialog, from the press to the end; plain is inserts of the "
-                       "same rows in one transaction",
+    const std::string count = formatNumber(std::ssize(files));
+    printResult({"import " + count
+                     + " files in the Import window (baseline: insert the same rows in one "
+                       "transaction)",
                  0,
                  Unit::Seconds,
-                 inTurns([&] { return insertPlainly(bench, files); },
+                 compare([&] { return insertPlainly(bench, files); },
                          [&] { return importByDialog(bench); }),
-                 {Bound::Kind::TimesYardstick, 1.8}});
+                 {Limit::Kind::Ratio, 1.8}});
 
     Dialog dialog(bench);
     dialog.enterPath(bench.path(u"files"_s));
-    printResult({"listing a directory of " + count + " files; plain is reading the directory",
+    printResult({"list a directory of " + count + " files (baseline: readdir)",
                  0,
                  Unit::Seconds,
-                 inTurns([&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
+                 compare([&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
                          [&] { return secondsOf([&] { dialog.enter(u"files"_s); }); }),
-                 {Bound::Kind::TimesYardstick, 3}});
-    printResult({"two programs importing " + count
-                     + " files each at once: the longest time for one file; plain is one program "
-                       "alone",
+                 {Limit::Kind::Ratio, 3}});
+    printResult({"two processes import " + count
+                     + " files each at the same time: longest time for a file (baseline: one "
+                       "process)",
                  0,
                  Unit::Seconds,
-                 inTurns([&] { return longestFile(bench, {u"files"_s}); },
+                 compare([&] { return longestFile(bench, {u"files"_s}); },
                          [&] {
                              return longestFile(bench, {u"files"_s, u"other files"_s});
                          }),
-                 {Bound::Kind::AtMost, 0.5}});
+                 {Limit::Kind::Absolute, 0.5}});
 }

@@ -1,8 +1,7 @@
-#include "BenchFrame.h"
-#include "PlainConnection.h"
-#include "PlainStatement.h"
+#include "Bench.h"
+#include "BenchWindow.h"
+#include "PlainSqlite.h"
 #include "Sources.h"
-#include "Subjects.h"
 #include "data/DatabasePath.h"
 #include "recipes/frmRecipe.h"
 #include "recipes/frmRecipes.h"
@@ -17,7 +16,7 @@ void press(const frmRecipe &window, const char *button)
     QCoreApplication::processEvents();
 }
 
-// One recipe and its lines, found by the engine.
+// Reads one recipe, its ingredients and its utensils with plain SQLite.
 class PlainRecipe
 {
 public:
@@ -46,17 +45,17 @@ private:
     PlainStatement m_utensils;
 };
 
-void measureOpeningOfRecipe(Bench &bench)
+void measureOpeningRecipe(Bench &bench)
 {
     constexpr int size = 10'000;
     DatabasePath = bench.database(size);
     SQLite::Database plain = plainConnection(DatabasePath.toStdString());
-    BenchFrame desk;
+    BenchWindow window;
     const std::vector<Source> sources = windowSources();
-    printResult({"opening the first recipe; plain steps its three statements",
+    printResult({"open the first recipe (baseline: step through its three statements)",
                  size,
                  Unit::Seconds,
-                 inTurns(
+                 compare(
                      [&] {
                          return secondsOf([&] {
                              for (std::size_t i = 0; i < 3; ++i)
@@ -66,11 +65,11 @@ void measureOpeningOfRecipe(Bench &bench)
                          });
                      },
                      [&] {
-                         const double seconds = secondsOf([&] { desk.open<frmRecipe>(); });
-                         desk.close(*desk.frame.find<frmRecipe>());
+                         const double seconds = secondsOf([&] { window.open<frmRecipe>(); });
+                         window.close(*window.frame.find<frmRecipe>());
                          return seconds;
                      }),
-                 {Bound::Kind::TimesYardstick, 1.5}});
+                 {Limit::Kind::Ratio, 1.5}});
 }
 
 } // namespace
@@ -78,30 +77,30 @@ void measureOpeningOfRecipe(Bench &bench)
 void measureBrowsing(Bench &bench)
 {
     if (bench.largest() >= 10'000)
-        measureOpeningOfRecipe(bench);
+        measureOpeningRecipe(bench);
     const int size = bench.largest();
     DatabasePath = bench.database(size);
     SQLite::Database plain = plainConnection(DatabasePath.toStdString());
     PlainRecipe plainRecipe(plain);
     const auto plainSeconds = [&] { return plainRecipe.seconds(); };
-    BenchFrame desk;
-    desk.open<frmRecipes>();
-    const frmRecipe &recipe = desk.open<frmRecipe>();
+    BenchWindow window;
+    window.open<frmRecipes>();
+    const frmRecipe &recipe = window.open<frmRecipe>();
     for (const char *button : {"cmdNext", "cmdPrevious"}) {
         printResult(
-            {std::string(button + 3) + " to the filled window",
+            {std::string(button + 3) + " in the recipe window",
              size,
              Unit::Seconds,
-             inTurns(plainSeconds, [&] { return secondsOf([&] { press(recipe, button); }); }),
-             {Bound::Kind::AtMost, 5e-3}});
+             compare(plainSeconds, [&] { return secondsOf([&] { press(recipe, button); }); }),
+             {Limit::Kind::Absolute, 5e-3}});
     }
-    printResult({"back to the recipe window, nothing changed",
+    printResult({"return to the unchanged recipe window",
                  size,
                  Unit::Seconds,
-                 inTurns(plainSeconds,
+                 compare(plainSeconds,
                          [&] {
-                             desk.open<frmRecipes>();
-                             return secondsOf([&] { desk.open<frmRecipe>(); });
+                             window.open<frmRecipes>();
+                             return secondsOf([&] { window.open<frmRecipe>(); });
                          }),
-                 {Bound::Kind::AtMost, 10e-3}});
+                 {Limit::Kind::Absolute, 10e-3}});
 }

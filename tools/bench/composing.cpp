@@ -1,7 +1,6 @@
-#include "BenchFrame.h"
-#include "PlainConnection.h"
-#include "PlainStatement.h"
-#include "Subjects.h"
+#include "Bench.h"
+#include "BenchWindow.h"
+#include "PlainSqlite.h"
 #include "catalogs/frmIngredient.h"
 #include "composition/frmChangeIngredients.h"
 #include "data/DatabasePath.h"
@@ -17,8 +16,9 @@ namespace {
 constexpr int entries = 10'000;
 constexpr int lines = 500;
 
-// A catalog of that many entries and a first recipe of that many lines.
-void makeKitchen(const QString &path)
+// Replaces the contents with a catalog of `entries` ingredients and one recipe that uses `lines` of
+// them.
+void fillDatabase(const QString &path)
 {
     SQLite::Database database = plainConnection(path.toStdString());
     const auto upTo = [](int count) {
@@ -46,7 +46,7 @@ double plainReplacement(SQLite::Database &plain)
         PlainStatement insert(plain.getHandle(), "INSERT INTO RecipeIngredients VALUES (1, ?, ?)");
         for (int i = 1; i <= lines; ++i) {
             const std::string quantity = std::to_string(i) + " cup";
-            insert.bind(1, 17 * i);
+            insert.bind(1, qint64{17} * i);
             insert.bind(2, quantity);
             insert.run();
         }
@@ -58,62 +58,63 @@ double plainReplacement(SQLite::Database &plain)
 
 void measureComposing(Bench &bench)
 {
-    DatabasePath = bench.path(u"kitchen.rbk"_s);
+    DatabasePath = bench.path(u"composing.rbk"_s);
     QFile::copy(bench.database(bench.sizes().front()), DatabasePath);
-    makeKitchen(DatabasePath);
+    fillDatabase(DatabasePath);
     SQLite::Database plain = plainConnection(DatabasePath.toStdString());
     PlainStatement catalog(plain.getHandle(),
                            "SELECT * FROM Ingredients ORDER BY IngredientType, IngredientName");
     const auto stepping = [&] { return secondsOf([&] { catalog.run(); }); };
-    BenchFrame desk;
+    BenchWindow window;
 
-    printResult({"catalog of 10,000 entries: opening; plain steps its statement",
+    printResult({"open a catalog of 10,000 entries (baseline: step through its statement)",
                  1,
                  Unit::Seconds,
-                 inTurns(stepping,
+                 compare(stepping,
                          [&] {
-                             const double seconds = secondsOf([&] { desk.open<frmIngredient>(); });
-                             desk.close(*desk.frame.find<frmIngredient>());
+                             const double seconds =
+                                 secondsOf([&] { window.open<frmIngredient>(); });
+                             window.close(*window.frame.find<frmIngredient>());
                              return seconds;
                          }),
-                 {Bound::Kind::TimesYardstick, 10}});
-    const frmIngredient &ingredient = desk.open<frmIngredient>();
+                 {Limit::Kind::Ratio, 10}});
+    const frmIngredient &ingredient = window.open<frmIngredient>();
     int shelfLife = 0;
-    printResult({"the same: Save of a changed entry",
+    printResult({"save a changed entry of this catalog (baseline: the same)",
                  1,
                  Unit::Seconds,
-                 inTurns(stepping,
+                 compare(stepping,
                          [&] {
                              ingredient.findChild<QLineEdit *>("txtShelfLife"_L1)
                                  ->setText(QString::number(++shelfLife));
                              return secondsOf([&] { press(ingredient, "cmdSave"_L1); });
                          }),
-                 {Bound::Kind::TimesYardstick, 10}});
-    desk.close(*desk.frame.find<frmIngredient>());
+                 {Limit::Kind::Ratio, 10}});
+    window.close(*window.frame.find<frmIngredient>());
 
-    const frmRecipe &recipe = desk.open<frmRecipe>();
+    const frmRecipe &recipe = window.open<frmRecipe>();
     const auto editor = [&]() -> const QWidget & {
-        return *desk.frame.find<frmChangeIngredients>();
+        return *window.frame.find<frmChangeIngredients>();
     };
-    printResult({"ingredient editor of 500 lines on it: opening",
+    printResult({"open the editor for 500 ingredients with this catalog (baseline: the same)",
                  1,
                  Unit::Seconds,
-                 inTurns(stepping,
+                 compare(stepping,
                          [&] {
                              const double seconds =
                                  secondsOf([&] { press(recipe, "cmdChangeIngredients"_L1); });
                              press(editor(), "cmdCancel"_L1);
                              return seconds;
                          }),
-                 {Bound::Kind::TimesYardstick, 10}});
-    printResult({"its Done; plain deletes and inserts in one transaction",
+                 {Limit::Kind::Ratio, 10}});
+    printResult({"Done in this editor (baseline: delete and insert in one transaction)",
                  1,
                  Unit::Seconds,
-                 inTurns([&] { return plainReplacement(plain); },
+                 compare([&] { return plainReplacement(plain); },
                          [&] {
                              press(recipe, "cmdChangeIngredients"_L1);
-                             const QWidget &window = editor();
-                             return secondsOf([&] { press(window, "cmdDone"_L1); });
+                             const QWidget &opened = editor();
+                             return secondsOf([&] { press(opened, "cmdDone"_L1); });
                          }),
-                 {Bound::Kind::TimesYardstick, 2}});
+                 {Limit::Kind::Ratio, 2}});
 }

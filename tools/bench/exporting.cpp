@@ -1,4 +1,4 @@
-#include "Subjects.h"
+#include "Bench.h"
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
 #include "platform/Paths.h"
@@ -19,7 +19,7 @@ struct PlainFile {
     qsizetype size;
 };
 
-// An empty folder; the one of the turn before is gone.
+// Creates an empty folder, which replaces that of the previous round.
 QString emptyFolder(const Bench &bench)
 {
     QString folder = bench.path(u"pages"_s);
@@ -36,7 +36,7 @@ double exportAll(Bench &bench, int recipes)
     return secondsOf([&] { exportPages(database, folder, {}, progress); });
 }
 
-// What the export before has written.
+// Returns the files that the previous export has written.
 std::vector<PlainFile> writtenFiles(const Bench &bench)
 {
     std::vector<PlainFile> files;
@@ -59,7 +59,7 @@ double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
             QFile written(platform::joinPath(folder, file.name));
             if (!written.open(QIODevice::NewOnly | QIODevice::Unbuffered)
                 || written.write(bytes.constData(), file.size) != file.size)
-                throw std::runtime_error("a file could not be written");
+                throw std::runtime_error("a file cannot be written");
         }
     });
 }
@@ -71,11 +71,10 @@ void measureExporting(Bench &bench)
     const int recipes = std::min(10'000, bench.largest());
     exportAll(bench, recipes);
     const std::vector<PlainFile> files = writtenFiles(bench);
-    printResult({"exporting web pages; plain is a loop that writes files of the same names and "
-                 "sizes",
+    printResult({"export web pages (baseline: write files with the same names and sizes)",
                  recipes,
                  Unit::Seconds,
-                 inTurns([&] { return writePlainly(bench, files); },
+                 compare([&] { return writePlainly(bench, files); },
                          [&] { return exportAll(bench, recipes); }),
-                 {Bound::Kind::TimesYardstick, 3}});
+                 {Limit::Kind::Ratio, 3}});
 }

@@ -1,5 +1,5 @@
+#include "Bench.h"
 #include "RecipeFiles.h"
-#include "Subjects.h"
 #include "data/DatabasePath.h"
 #include "import/frmImportRecipe.h"
 #include "interaction/TerminalInteraction.h"
@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The hidden importer on a recipe file of its own.
+// The importer and the database into which it imports.
 class Importer
 {
 public:
@@ -26,14 +26,14 @@ public:
         m_importer.openDataSources();
     }
 
-    // Seconds for the whole batch.
+    // Imports the files in one batch and returns the seconds it takes.
     double import(std::span<const RecipeFile> files)
     {
         return secondsOf([&] {
             m_importer.batch([&] {
                 for (const RecipeFile &file : files) {
                     if (m_importer.ImportSRFFile(file.path) != frmImportRecipe::Outcome::Imported)
-                        throw std::runtime_error("a file has not been imported");
+                        throw std::runtime_error("a file was not imported");
                 }
             });
         });
@@ -46,32 +46,32 @@ private:
 
 void measureBatch(Bench &bench, std::span<const RecipeFile> files)
 {
-    printResult({grouped(std::ssize(files))
-                     + " files in one batch into an empty database; plain is inserts of the same "
-                       "rows in one transaction",
+    printResult({"import " + formatNumber(std::ssize(files))
+                     + " files in one batch into an empty database (baseline: insert the same rows "
+                       "in one transaction)",
                  0,
                  Unit::Seconds,
-                 inTurns([&] { return insertPlainly(bench, files); },
+                 compare([&] { return insertPlainly(bench, files); },
                          [&] { return Importer(emptyDatabase(bench)).import(files); }),
-                 {Bound::Kind::TimesYardstick, 1.6}});
+                 {Limit::Kind::Ratio, 1.6}});
 }
 
-// Both have read their tables with a first file, whose time does not count.
+// Both importers first import a file that is not counted, because it makes them read their tables.
 void measureLargeDatabase(Bench &bench, std::span<const RecipeFile> files)
 {
     const QString copy = bench.path(u"large.rbk"_s);
     if (!QFile::copy(bench.database(bench.largest()), copy))
-        throw std::runtime_error("the database could not be copied");
+        throw std::runtime_error("the database cannot be copied");
     Importer intoLarge(copy);
     intoLarge.import(files.first(1));
     std::span<const RecipeFile> rest = files.subspan(1);
     const std::size_t share = rest.size() / 8;
     std::span<const RecipeFile> current;
 
-    printResult({"a file of a batch, after the first; plain is one into an empty database",
+    printResult({"import a file of a batch, after the first one (baseline: into an empty database)",
                  bench.largest(),
                  Unit::Seconds,
-                 inTurns(
+                 compare(
                      [&] {
                          current = rest.first(share);
                          rest = rest.subspan(share);
@@ -80,7 +80,7 @@ void measureLargeDatabase(Bench &bench, std::span<const RecipeFile> files)
                          return intoEmpty.import(current) / static_cast<double>(share);
                      },
                      [&] { return intoLarge.import(current) / static_cast<double>(share); }),
-                 {Bound::Kind::TimesYardstick, 1.5}});
+                 {Limit::Kind::Ratio, 1.5}});
 }
 
 } // namespace

@@ -1,8 +1,7 @@
-#include "BenchFrame.h"
-#include "PlainConnection.h"
-#include "PlainStatement.h"
+#include "Bench.h"
+#include "BenchWindow.h"
+#include "PlainSqlite.h"
 #include "Sources.h"
-#include "Subjects.h"
 #include "data/DatabasePath.h"
 #include "recipes/frmRecipes.h"
 
@@ -11,7 +10,7 @@
 
 namespace {
 
-// A window to go to and come back from.
+// A window to which the benchmark switches and from which it returns.
 class OtherWindow final : public ChildWindow
 {
     Q_OBJECT
@@ -20,9 +19,9 @@ public:
     using ChildWindow::ChildWindow;
 };
 
-double firstFilling(BenchFrame &bench)
+double openList(BenchWindow &window)
 {
-    return secondsOf([&] { bench.open<frmRecipes>(); });
+    return secondsOf([&] { window.open<frmRecipes>(); });
 }
 
 } // namespace
@@ -35,49 +34,49 @@ void measureListing(Bench &bench)
         DatabasePath = bench.database(size);
         SQLite::Database plain = plainConnection(DatabasePath.toStdString());
         PlainStatement list(plain.getHandle(), listWithCounts().toStdString());
-        BenchFrame desk;
-        printResult({"recipe list, from F5 to the filled table",
+        BenchWindow window;
+        printResult({"open the recipe list",
                      size,
                      Unit::Seconds,
-                     inTurns([&] { return secondsOf([&] { list.run(); }); },
+                     compare([&] { return secondsOf([&] { list.run(); }); },
                              [&] {
-                                 const double seconds = firstFilling(desk);
-                                 desk.close(*desk.frame.find<frmRecipes>());
+                                 const double seconds = openList(window);
+                                 window.close(*window.frame.find<frmRecipes>());
                                  return seconds;
                              }),
-                     {Bound::Kind::TimesYardstick, 2}});
+                     {Limit::Kind::Ratio, 2}});
         if (size != bench.largest())
             continue;
 
-        const auto filling = [&] {
-            if (auto *loaded = desk.frame.find<frmRecipes>())
-                desk.close(*loaded);
-            return firstFilling(desk);
+        const auto reopenList = [&] {
+            if (auto *loaded = window.frame.find<frmRecipes>())
+                window.close(*loaded);
+            return openList(window);
         };
-        printResult({"return to the list, unchanged; plain is its first filling",
+        printResult({"return to the unchanged recipe list (baseline: open it)",
                      size,
                      Unit::Seconds,
-                     inTurns(filling,
+                     compare(reopenList,
                              [&] {
-                                 desk.open<OtherWindow>();
-                                 return secondsOf([&] { desk.open<frmRecipes>(); });
+                                 window.open<OtherWindow>();
+                                 return secondsOf([&] { window.open<frmRecipes>(); });
                              }),
-                     {Bound::Kind::TimesYardstick, 0.1}});
+                     {Limit::Kind::Ratio, 0.1}});
         int column = 0;
-        printResult({"the list sorted by a header; plain is its first filling",
+        printResult({"sort the recipe list by a header (baseline: open it)",
                      size,
                      Unit::Seconds,
-                     inTurns(filling,
+                     compare(reopenList,
                              [&] {
                                  auto *table =
-                                     desk.frame.find<frmRecipes>()->findChild<QTreeView *>();
+                                     window.frame.find<frmRecipes>()->findChild<QTreeView *>();
                                  column = (column + 1) % 4;
                                  return secondsOf([&] {
                                      Q_EMIT table->header()->sectionClicked(column);
                                      QCoreApplication::processEvents();
                                  });
                              }),
-                     {Bound::Kind::TimesYardstick, 0.5}});
+                     {Limit::Kind::Ratio, 0.5}});
     }
 }
 

@@ -1,4 +1,4 @@
-#include "Subjects.h"
+#include "Bench.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -11,28 +11,28 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Subject {
+struct Benchmark {
     QLatin1StringView name;
     void (*measure)(Bench &bench);
 };
 
-constexpr std::array subjects = {
-    Subject{"reading"_L1, measureReading},     Subject{"memory"_L1, measureMemory},
-    Subject{"opening"_L1, measureOpening},     Subject{"requerying"_L1, measureRequerying},
-    Subject{"searching"_L1, measureSearching}, Subject{"sorting"_L1, measureSorting},
-    Subject{"importing"_L1, measureImporting}, Subject{"batchimport"_L1, measureBatchImport},
-    Subject{"exporting"_L1, measureExporting}, Subject{"listing"_L1, measureListing},
-    Subject{"browsing"_L1, measureBrowsing},   Subject{"composing"_L1, measureComposing},
-    Subject{"printing"_L1, measurePrinting},   Subject{"startup"_L1, measureStartup},
+constexpr std::array benchmarks = {
+    Benchmark{"reading"_L1, measureReading},     Benchmark{"memory"_L1, measureMemory},
+    Benchmark{"opening"_L1, measureOpening},     Benchmark{"requerying"_L1, measureRequerying},
+    Benchmark{"searching"_L1, measureSearching}, Benchmark{"sorting"_L1, measureSorting},
+    Benchmark{"importing"_L1, measureImporting}, Benchmark{"batchimport"_L1, measureBatchImport},
+    Benchmark{"exporting"_L1, measureExporting}, Benchmark{"listing"_L1, measureListing},
+    Benchmark{"browsing"_L1, measureBrowsing},   Benchmark{"composing"_L1, measureComposing},
+    Benchmark{"printing"_L1, measurePrinting},   Benchmark{"startup"_L1, measureStartup},
 };
 
 void measure(const QString &only, int largest)
 {
     Bench bench(largest);
-    printTableHead();
-    for (const Subject &subject : subjects) {
-        if (only.isEmpty() || only == subject.name)
-            subject.measure(bench);
+    printTableHeader();
+    for (const Benchmark &benchmark : benchmarks) {
+        if (only.isEmpty() || only == benchmark.name)
+            benchmark.measure(bench);
     }
 }
 
@@ -40,19 +40,20 @@ void measure(const QString &only, int largest)
 
 int main(int argc, char *argv[])
 {
-    // The windows that are measured paint without a screen; the start-up has one.
+    // The windows in this process need no display. Programs that it starts inherit the real
+    // platform.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     qunsetenv("QT_QPA_PLATFORM");
     QStringList names;
-    for (const Subject &subject : subjects)
-        names.append(subject.name);
+    for (const Benchmark &benchmark : benchmarks)
+        names.append(benchmark.name);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Measures the program beside plain SQLite."_s);
+    parser.setApplicationDescription(u"Compares the program with plain SQLite."_s);
     parser.addHelpOption();
-    const QCommandLineOption only(u"only"_s, u"Measure this alone: "_s + names.join(", "_L1),
-                                  u"subject"_s);
-    const QCommandLineOption largest(u"largest"_s, u"Use no database of more recipes."_s,
+    const QCommandLineOption only(u"only"_s, u"Run only this benchmark: "_s + names.join(", "_L1),
+                                  u"name"_s);
+    const QCommandLineOption largest(u"largest"_s, u"Use no database with more recipes."_s,
                                      u"recipes"_s, u"100000"_s);
     parser.addOptions({only, largest});
     parser.process(application);

@@ -1,5 +1,5 @@
+#include "Bench.h"
 #include "Sources.h"
-#include "Subjects.h"
 
 #include <QProcess>
 
@@ -9,8 +9,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The growth of a fresh process in bytes.
-double growthOf(const QString &how, const QString &database)
+// Returns by how many bytes the memory of a new process grows.
+double memoryGrowth(const QString &how, const QString &database)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -20,7 +20,7 @@ double growthOf(const QString &how, const QString &database)
         ? process.readAllStandardOutput().trimmed().toDouble(&isNumber)
         : 0;
     if (!isNumber)
-        throw std::runtime_error("rowmemory has failed");
+        throw std::runtime_error("rowmemory failed");
     return bytes;
 }
 
@@ -30,11 +30,11 @@ void measureMemory(Bench &bench)
 {
     const QString database = bench.database(bench.largest());
     constexpr double mebibyte = 1024 * 1024;
-    printResult({"memory of " + grouped(qint64{10} * bench.largest())
-                     + " link rows in a cursor; plain is stepping them",
+    printResult({"memory for " + formatNumber(qint64{10} * bench.largest())
+                     + " link rows in a cursor (baseline: step through them)",
                  bench.largest(),
                  Unit::Bytes,
-                 inTurns([&] { return growthOf(u"plain"_s, database); },
-                         [&] { return growthOf(u"cursor"_s, database); }),
-                 {Bound::Kind::AtMost, 40 * mebibyte}});
+                 compare([&] { return memoryGrowth(u"plain"_s, database); },
+                         [&] { return memoryGrowth(u"cursor"_s, database); }),
+                 {Limit::Kind::Absolute, 40 * mebibyte}});
 }

@@ -1,5 +1,5 @@
+#include "Bench.h"
 #include "GeneratedRecipe.h"
-#include "Subjects.h"
 #include "printing/BusyCursor.h"
 #include "printing/CWordWrap.h"
 #include "printing/PagedPrinter.h"
@@ -19,7 +19,7 @@ const QFont &font()
     return font;
 }
 
-// A page as CWordWrap lays it out, in dots.
+// The page as CWordWrap lays it out, in dots.
 struct Page {
     explicit Page(QPdfWriter &writer)
         : metrics(font(), &writer)
@@ -30,7 +30,7 @@ struct Page {
     }
 
     QFontMetricsF metrics;
-    double margin; // half an inch; an inch above and below
+    double margin; // half an inch at the sides; the top and bottom margins are twice as large
     double width;
     double height;
 };
@@ -48,10 +48,10 @@ void appendLines(QStringList &lines, const QString &paragraph, QPdfWriter &write
 
 struct Book {
     QString text;
-    QStringList lines; // the text as it is wrapped
+    QStringList lines; // the text after wrapping
 };
 
-// The instructions of recipes, until the pages are full.
+// Collects the instructions of recipes until they fill pageCount pages.
 Book book(QPdfWriter &writer)
 {
     const Page page(writer);
@@ -107,11 +107,11 @@ void measurePrinting(Bench &bench)
     QPdfWriter plain(bench.path(u"plain.pdf"_s));
     QPdfWriter wrapped(bench.path(u"wrapped.pdf"_s));
     const Book cookbook = book(plain);
-    printResult({"printing " + grouped(pageCount)
-                     + " pages to PDF; plain draws the same lines, already wrapped",
+    printResult({"print " + formatNumber(pageCount)
+                     + " pages to PDF (baseline: draw the same lines, already wrapped)",
                  0,
                  Unit::Seconds,
-                 inTurns([&] { return secondsOf([&] { drawLines(cookbook.lines, plain); }); },
+                 compare([&] { return secondsOf([&] { drawLines(cookbook.lines, plain); }); },
                          [&] { return secondsOf([&] { printText(cookbook.text, wrapped); }); }),
-                 {Bound::Kind::TimesYardstick, 2}});
+                 {Limit::Kind::Ratio, 2}});
 }

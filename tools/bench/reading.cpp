@@ -1,7 +1,6 @@
-#include "PlainConnection.h"
-#include "PlainStatement.h"
+#include "Bench.h"
+#include "PlainSqlite.h"
 #include "Sources.h"
-#include "Subjects.h"
 #include "data/RecordCursor.h"
 
 #include <algorithm>
@@ -19,18 +18,18 @@ qsizetype readRows(const Source &source, const std::shared_ptr<Database> &databa
     return RecordCursor(database, source.text).RecordCount();
 }
 
-// The time includes preparing the statement on both sides. A source with few rows is read
-// repeatedly for a tenth of a second, since a single reading is too short to be measured.
-Measurement readingOf(const Source &source, SQLite::Database &plain,
-                      const std::shared_ptr<Database> &database)
+// Both sides include preparing the statement. A short statement is repeated for a tenth of a
+// second, because other work on the machine would distort a shorter measurement.
+Measurement measureSource(const Source &source, SQLite::Database &plain,
+                          const std::shared_ptr<Database> &database)
 {
-    constexpr double turn = 0.1;
+    constexpr double minimumSeconds = 0.1;
     if (readRows(source, database) != stepRows(source, plain))
-        throw std::runtime_error("the cursor has read other rows");
+        throw std::runtime_error("the cursor read a different number of rows");
     const double once = secondsOf([&] { stepRows(source, plain); });
-    const int times = std::max(1, static_cast<int>(turn / once));
-    return inTurns([&] { return secondsOfOne(times, [&](int) { stepRows(source, plain); }); },
-                   [&] { return secondsOfOne(times, [&](int) { readRows(source, database); }); });
+    const int times = std::max(1, static_cast<int>(minimumSeconds / once));
+    return compare([&] { return secondsPerCall(times, [&](int) { stepRows(source, plain); }); },
+                   [&] { return secondsPerCall(times, [&](int) { readRows(source, database); }); });
 }
 
 } // namespace
@@ -44,10 +43,10 @@ void measureReading(Bench &bench)
         SQLite::Database plain = plainConnection(path.toStdString());
         const std::shared_ptr<Database> database = Database::open(path);
         for (const Source &source : windowSources())
-            printResult({std::string("reading: ") + source.title,
+            printResult({std::string("read ") + source.title,
                          size,
                          Unit::Seconds,
-                         readingOf(source, plain, database),
-                         {Bound::Kind::TimesYardstick, 1.3}});
+                         measureSource(source, plain, database),
+                         {Limit::Kind::Ratio, 1.3}});
     }
 }

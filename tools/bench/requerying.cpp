@@ -1,6 +1,6 @@
-#include "PlainStatement.h"
+#include "Bench.h"
+#include "PlainSqlite.h"
 #include "Sources.h"
-#include "Subjects.h"
 #include "data/Database.h"
 #include "data/RecordCursor.h"
 
@@ -25,7 +25,7 @@ std::vector<std::unique_ptr<RecordCursor>> readCursors(const std::shared_ptr<Dat
 
 } // namespace
 
-// All five cursors in one ReadTransaction, as windows and the importer do.
+// Requeries the five cursors in one ReadTransaction, as windows and the importer do.
 void measureRequerying(Bench &bench)
 {
     const int size = bench.largest();
@@ -34,24 +34,26 @@ void measureRequerying(Bench &bench)
     const auto cursors = readCursors(database, sources);
     PlainStatement version(database->connection().getHandle(), "PRAGMA data_version");
 
-    const auto askVersion = [&] { return secondsOfOne(repetitions, [&](int) { version.run(); }); };
+    const auto askVersion = [&] {
+        return secondsPerCall(repetitions, [&](int) { version.run(); });
+    };
     const auto requery = [&] {
-        return secondsOfOne(repetitions, [&](int) {
+        return secondsPerCall(repetitions, [&](int) {
             const ReadTransaction scope(*database);
             for (const auto &cursor : cursors)
                 cursor->Requery();
         });
     };
-    printResult({"requery of five unchanged cursors; plain is one PRAGMA data_version",
+    printResult({"requery five unchanged cursors (baseline: one PRAGMA data_version)",
                  size,
                  Unit::Seconds,
-                 inTurns(askVersion, requery),
-                 {Bound::Kind::TimesYardstick, 2}});
+                 compare(askVersion, requery),
+                 {Limit::Kind::Ratio, 2}});
 
     const ReadTransaction scope(*database);
     printResult({"the same inside a transaction",
                  size,
                  Unit::Seconds,
-                 inTurns(askVersion, requery),
-                 {Bound::Kind::AtMost, 2e-6}});
+                 compare(askVersion, requery),
+                 {Limit::Kind::Absolute, 2e-6}});
 }

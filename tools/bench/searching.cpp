@@ -1,8 +1,7 @@
+#include "Bench.h"
 #include "GeneratedRecipe.h"
-#include "PlainConnection.h"
-#include "PlainStatement.h"
+#include "PlainSqlite.h"
 #include "Sources.h"
-#include "Subjects.h"
 #include "data/Criterion.h"
 #include "data/RecordCursor.h"
 
@@ -17,8 +16,8 @@ constexpr int searches = 2000;
 
 const QString recipesTable = u"Recipes"_s;
 
-// The number of the recipe for a search; the searches spread over the whole table.
-int somewhere(int search, int recipes)
+// Returns a recipe's number for each search; together they are spread over the whole table.
+int scatteredRecipe(int search, int recipes)
 {
     constexpr qint64 stride = 7919;
     return static_cast<int>(search * stride % recipes);
@@ -34,10 +33,10 @@ void findName(RecordCursor &cursor, const QString &criteria)
 {
     cursor.FindFirst(criteria);
     if (cursor.NoMatch())
-        throw std::runtime_error("the cursor does not find a name");
+        throw std::runtime_error("the cursor did not find a name");
 }
 
-// No name has an index in the file: each search looks at every recipe.
+// Each search reads every recipe, because the database has no index on names.
 double findNamePlainly(SQLite::Database &plain, int recipe)
 {
     PlainStatement statement(plain.getHandle(),
@@ -51,21 +50,21 @@ double findNameWarm(RecordCursor &cursor, int recipes)
 {
     QStringList criteria;
     for (int i = 0; i < searches; ++i)
-        criteria.append(nameCriterion(somewhere(i, recipes)));
-    return secondsOfOne(searches, [&](int i) { findName(cursor, criteria.at(i)); });
+        criteria.append(nameCriterion(scatteredRecipe(i, recipes)));
+    return secondsPerCall(searches, [&](int i) { findName(cursor, criteria.at(i)); });
 }
 
-// The slowest of the first searches, one of which builds the index.
+// Returns the longest of the first five searches, one of which builds the cursor's index.
 double findNameFirst(const std::shared_ptr<Database> &database, int recipes)
 {
     RecordCursor cursor(database, recipesTable);
     cursor.MoveLast();
-    double dearest = 0;
+    double longest = 0;
     for (int i = 1; i <= 5; ++i) {
         const QString criteria = nameCriterion(recipes - i);
-        dearest = std::max(dearest, secondsOf([&] { findName(cursor, criteria); }));
+        longest = std::max(longest, secondsOf([&] { findName(cursor, criteria); }));
     }
-    return dearest;
+    return longest;
 }
 
 void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> &database,
@@ -73,19 +72,19 @@ void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> 
 {
     RecordCursor cursor(database, recipesTable);
     const auto plain = [&] { return findNamePlainly(connection, recipes / 2); };
-    printResult({"FindFirst by name, warm",
+    printResult({"FindFirst by name with the cursor's index",
                  recipes,
                  Unit::Seconds,
-                 inTurns(plain, [&] { return findNameWarm(cursor, recipes); }),
-                 {Bound::Kind::AtMost, 5e-6}});
-    printResult({"FindFirst by name, the dearest of the first",
+                 compare(plain, [&] { return findNameWarm(cursor, recipes); }),
+                 {Limit::Kind::Absolute, 5e-6}});
+    printResult({"FindFirst by name, the longest of the first five",
                  recipes,
                  Unit::Seconds,
-                 inTurns(plain, [&] { return findNameFirst(database, recipes); }),
-                 {Bound::Kind::AtMost, 50e-3}});
+                 compare(plain, [&] { return findNameFirst(database, recipes); }),
+                 {Limit::Kind::Absolute, 50e-3}});
 }
 
-// The time includes making the text of the criterion.
+// The measured time includes writing the criterion.
 int walkLines(RecordCursor &cursor, int recipe)
 {
     const QString criteria = criterion("RecipeID"_L1, qint64{recipe} + 1);
@@ -103,22 +102,22 @@ void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> 
     PlainStatement statement(connection.getHandle(),
                              ingredientJoin().toStdString() + " WHERE RecipeID = ?");
     const auto plain = [&] {
-        return secondsOfOne(searches, [&](int i) {
-            statement.bind(1, qint64{somewhere(i, recipes)} + 1);
+        return secondsPerCall(searches, [&](int i) {
+            statement.bind(1, qint64{scatteredRecipe(i, recipes)} + 1);
             statement.run();
         });
     };
     const auto walk = [&] {
-        return secondsOfOne(searches, [&](int i) {
-            if (walkLines(cursor, somewhere(i, recipes)) != 10)
-                throw std::runtime_error("the cursor does not find a recipe's lines");
+        return secondsPerCall(searches, [&](int i) {
+            if (walkLines(cursor, scatteredRecipe(i, recipes)) != 10)
+                throw std::runtime_error("the cursor did not find all lines of a recipe");
         });
     };
-    printResult({"one recipe's lines by FindFirst and FindNext, warm; plain has the file's index",
+    printResult({"FindFirst and FindNext of a recipe's lines (baseline: with the database's index)",
                  recipes,
                  Unit::Seconds,
-                 inTurns(plain, walk),
-                 {Bound::Kind::AtMost, 20e-6}});
+                 compare(plain, walk),
+                 {Limit::Kind::Absolute, 20e-6}});
 }
 
 } // namespace

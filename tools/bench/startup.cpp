@@ -1,5 +1,5 @@
-#include "Subjects.h"
-#include "WindowWatch.h"
+#include "Bench.h"
+#include "WindowWatcher.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,15 +19,15 @@ struct Program {
     QProcessEnvironment environment;
 };
 
-// In a folder of its own, with a home of its own.
-Program installed(Bench &bench, const QString &executable, const QString &name)
+// Copies the program into its own folder, with its own home directory.
+Program install(Bench &bench, const QString &executable, const QString &name)
 {
     const QString folder = bench.path(name);
     const QString home = folder + u"/home"_s;
     const QString runtime = home + u"/run"_s;
     const QString path = folder + u'/' + name;
     if (!QDir().mkpath(runtime) || !QFile::copy(executable, path))
-        throw std::runtime_error("a program could not be copied");
+        throw std::runtime_error("a program cannot be copied");
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -40,8 +40,9 @@ Program installed(Bench &bench, const QString &executable, const QString &name)
     return {path, environment};
 }
 
-// Of a process, counting what it shares with others by its share.
-double proportionalBytes(qint64 process)
+// Returns the proportional set size of a process: memory shared with other processes counts in
+// part.
+double proportionalSetSize(qint64 process)
 {
     QFile file(u"/proc/%1/smaps_rollup"_s.arg(process));
     if (!file.open(QIODevice::ReadOnly))
@@ -53,21 +54,21 @@ double proportionalBytes(qint64 process)
 }
 
 struct Start {
-    double seconds; // from exec to the mapped window
-    double bytes; // half a second later
+    double seconds; // from starting the process to the mapped window
+    double bytes; // proportional set size half a second later
 };
 
-Start start(const Program &program, WindowWatch &watch)
+Start start(const Program &program, WindowWatcher &watcher)
 {
     QProcess process;
     process.setProcessEnvironment(program.environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     const double seconds = secondsOf([&] {
         process.start(program.path, QStringList());
-        watch.waitForWindowOf(process.processId());
+        watcher.waitForWindowOf(process.processId());
     });
     QThread::msleep(500);
-    const double bytes = proportionalBytes(process.processId());
+    const double bytes = proportionalSetSize(process.processId());
     process.terminate();
     process.waitForFinished();
     return {seconds, bytes};
@@ -75,26 +76,26 @@ Start start(const Program &program, WindowWatch &watch)
 
 } // namespace
 
-// The first turn, which does not count, makes the registrations that later starts find.
+// The first round, which is not counted, registers the program with the desktop.
 void measureStartup(Bench &bench)
 {
-    WindowWatch watch;
-    const Program pantrywise = installed(bench, QStringLiteral(BENCH_PANTRYWISE), u"pantrywise"_s);
-    const Program bareFrame = installed(bench, QStringLiteral(BENCH_BAREFRAME), u"bareframe"_s);
+    WindowWatcher watcher;
+    const Program pantrywise = install(bench, QStringLiteral(BENCH_PANTRYWISE), u"pantrywise"_s);
+    const Program bareFrame = install(bench, QStringLiteral(BENCH_BAREFRAME), u"bareframe"_s);
     if (!QFile::copy(bench.database(bench.largest()), bench.path(u"pantrywise/data.rbk"_s)))
-        throw std::runtime_error("the database could not be copied");
+        throw std::runtime_error("the database cannot be copied");
 
     printResult(
-        {"start, to the mapped main window; plain is a bare Qt program with frame and menus",
+        {"start until the main window is mapped (baseline: a minimal Qt program with an MDI area)",
          bench.largest(),
          Unit::Seconds,
-         inTurns([&] { return start(bareFrame, watch).seconds; },
-                 [&] { return start(pantrywise, watch).seconds; }),
-         {Bound::Kind::TimesYardstick, 1.25}});
-    printResult({"proportional memory half a second later; plain is the same",
+         compare([&] { return start(bareFrame, watcher).seconds; },
+                 [&] { return start(pantrywise, watcher).seconds; }),
+         {Limit::Kind::Ratio, 1.25}});
+    printResult({"proportional set size half a second later (baseline: the same program)",
                  bench.largest(),
                  Unit::Bytes,
-                 inTurns([&] { return start(bareFrame, watch).bytes; },
-                         [&] { return start(pantrywise, watch).bytes; }),
-                 {Bound::Kind::TimesYardstick, 1.5}});
+                 compare([&] { return start(bareFrame, watcher).bytes; },
+                         [&] { return start(pantrywise, watcher).bytes; }),
+                 {Limit::Kind::Ratio, 1.5}});
 }

@@ -1,4 +1,4 @@
-"""Kills the program again and again and looks at what it leaves; "run" says how to call it."""
+"""Kills the program at random moments and verifies its database; "run" describes the options."""
 
 import argparse
 import collections
@@ -11,133 +11,138 @@ import tempfile
 import time
 from pathlib import Path
 
-from verify import Broken, examine, journal_of, judge
+from driver import Program, TimedOut, wait_until
+from recipe import RecipeGenerator
 from scenarios import Scenarios
-from driver import Lost, Program, wait_until
-from recipe import Cookbook
+from verify import DatabaseFault, journal_of, read_database, verify_recipes
 
 KILLS = {"batch": 200, "all": 1000}
-KILLS_A_DATABASE = 25
+KILLS_PER_DATABASE = 25
 
-# When to kill: at any time; when a transaction has begun; when the database itself is being written
-# to; when the program shows that the work is done, which then must be in the file.
-MOMENTS = ("clock", "journal", "write", "end")
+# When to kill the program: at a random time; when a transaction has begun; when it writes to the
+# database file itself; when it shows that the work is done, which must then be in the file.
+MOMENTS = ("time", "journal", "write", "end")
 
 
 class CrashTest:
     def __init__(self, shipped, seed):
         self.folder = Path(tempfile.mkdtemp(prefix="crashtest-"))
-        self._place = self.folder / "program"
-        shutil.copytree(shipped, self._place)
-        self._database = self._place / "data.rbk"
-        self._first_database = self.folder / "first.rbk"
+        self._program_folder = self.folder / "program"
+        shutil.copytree(shipped, self._program_folder)
+        self._database = self._program_folder / "data.rbk"
+        self._initial_database = self.folder / "initial.rbk"
         (self.folder / "verify").mkdir()
         self._random = random.Random(seed)
-        self._cookbook = Cookbook(self._random)
-        self._program = Program(self._place)
-        self._scenarios = Scenarios(self._program, self._random, self._cookbook)
+        self._recipes = RecipeGenerator(self._random)
+        self._program = Program(self._program_folder)
+        self._scenarios = Scenarios(self._program, self._random, self._recipes)
         self._known = {}
-        self._seconds = {}  # how long a deed of a kind lasts for each recipe
+        self._seconds = {}  # how long a scenario takes for each recipe, by kind
         self.tally = collections.defaultdict(collections.Counter)
 
     def prepare(self):
-        """A batch that is left alone gives the first recipes."""
-        recipes = [*self._cookbook.recipes(30, 5, 400), self._cookbook.spare_recipe()]
-        self._known = examine(self._database, self.folder / "verify").recipes
+        """Imports the initial recipes in a batch that is killed only when it is done."""
+        recipes = [*self._recipes.recipes(30, 5, 400), self._recipes.spare_recipe()]
+        self._known = self._read_database().recipes
         self._kill_in("first batch", self._scenarios.batch_of(recipes), "end")
-        self._first = self._known
-        shutil.copy(self._database, self._first_database)
+        self._initial = self._known
+        shutil.copy(self._database, self._initial_database)
 
     def batches(self, kills):
-        """What a killed batch has left undone is the next one."""
+        """Kills batches. The files that a killed batch has not imported form the next batch."""
         rest = []
         for _ in range(kills):
             if not rest:
-                self._start_afresh()
-                rest = self._cookbook.recipes(2000, 40, 160)
+                self._reset_database()
+                rest = self._recipes.recipes(2000, 40, 160)
             self._kill_in("batch", self._scenarios.batch_of(rest))
             rest = [recipe for recipe in rest if recipe.name not in self._known]
 
     def everything(self, kills):
+        """Kills scenarios of all kinds, in random order."""
         kinds = ("file", "batch", "save", "ingredients", "utensils")
         for number in range(kills):
-            if number % KILLS_A_DATABASE == 0:
-                self._start_afresh()
+            if number % KILLS_PER_DATABASE == 0:
+                self._reset_database()
             kind = self._random.choice(kinds)
             self._kill_in(kind, getattr(self._scenarios, kind)(self._known))
 
     def finish(self):
-        """The last file that was left behind is opened once more by the program."""
+        """Lets the program open the file that the last kill has left, and removes the folder."""
         self._kill_in("last file", self._scenarios.file(self._known), "end")
         shutil.rmtree(self.folder)
 
-    def _start_afresh(self):
+    def _reset_database(self):
         journal_of(self._database).unlink(missing_ok=True)
-        shutil.copy(self._first_database, self._database)
-        self._known = self._first
+        shutil.copy(self._initial_database, self._database)
+        self._known = self._initial
 
-    def _kill_in(self, kind, deed, moment=None):
+    def _kill_in(self, kind, scenario, moment=None):
         if kind not in self._seconds:
             moment = "end"
         moment = moment or self._random.choice(MOMENTS)
         begun = time.time_ns()
-        self._wait_for(moment, kind, deed)
+        self._wait_for(moment, kind, scenario)
         self._program.kill()
-        left = examine(self._database, self.folder / "verify")
-        judge(left.recipes, self._known, self._allowed(deed, moment))
-        self._count(kind, deed, left, moment, begun)
-        self._known = left.recipes
+        contents = self._read_database()
+        verify_recipes(contents.recipes, self._known, self._allowed(scenario, moment))
+        self._count(kind, scenario, contents, moment, begun)
+        self._known = contents.recipes
 
-    def _wait_for(self, moment, kind, deed):
+    def _read_database(self):
+        return read_database(self._database, self.folder / "verify")
+
+    def _wait_for(self, moment, kind, scenario):
         written = os.stat(self._database).st_mtime_ns
         begun = time.monotonic()
-        deed.press()
+        scenario.begin()
         if moment == "end":
-            deed.wait_end()
-            self._seconds[kind] = (time.monotonic() - begun) / len(deed.after)
+            scenario.wait_end()
+            self._seconds[kind] = (time.monotonic() - begun) / len(scenario.after)
             return
-        lasts = self._seconds[kind] * len(deed.after)
-        if moment == "clock":
-            time.sleep(self._random.uniform(0, 1.1 * lasts))
+        duration = self._seconds[kind] * len(scenario.after)
+        if moment == "time":
+            time.sleep(self._random.uniform(0, 1.1 * duration))
             return
-        if len(deed.after) > 1:  # many transactions: not always the first one
-            time.sleep(self._random.uniform(0, 0.9 * lasts))
+        if len(scenario.after) > 1:  # a batch: do not always take its first transaction
+            time.sleep(self._random.uniform(0, 0.9 * duration))
             written = os.stat(self._database).st_mtime_ns
         if moment == "journal":
-            wait_until(journal_of(self._database).exists, 2 * lasts, pause=0.0002)
+            wait_until(journal_of(self._database).exists, 2 * duration, pause=0.0002)
             time.sleep(self._random.uniform(0, 0.01))
         else:
             wait_until(
-                lambda: os.stat(self._database).st_mtime_ns != written, 2 * lasts, pause=0.0002
+                lambda: os.stat(self._database).st_mtime_ns != written, 2 * duration, pause=0.0002
             )
 
     @staticmethod
-    def _allowed(deed, moment):
+    def _allowed(scenario, moment):
         if moment == "end":
-            return {name: (after,) for name, after in deed.after.items()}
-        return {name: (deed.before[name], after) for name, after in deed.after.items()}
+            return {name: (after,) for name, after in scenario.after.items()}
+        return {name: (scenario.before[name], after) for name, after in scenario.after.items()}
 
-    def _count(self, kind, deed, left, moment, begun):
-        struck = left.journal >= begun  # an older one is from the kill before
-        done = sum(left.recipes.get(name) == after for name, after in deed.after.items())
+    def _count(self, kind, scenario, contents, moment, begun):
+        interrupted = contents.journal >= begun  # an older journal is from the previous kill
+        done = sum(contents.recipes.get(name) == after for name, after in scenario.after.items())
         tally = self.tally[kind]
         tally["kills"] += 1
-        tally["seen done"] += moment == "end"
-        tally["journal"] += struck
-        tally["undone"] += struck and left.undone
-        tally["none of it"] += done == 0
-        tally["part"] += 0 < done < len(deed.after)
-        tally["all of it"] += done == len(deed.after)
+        tally["shown done"] += moment == "end"
+        tally["journal"] += interrupted
+        tally["rolled back"] += interrupted and contents.rolled_back
+        tally["none"] += done == 0
+        tally["part"] += 0 < done < len(scenario.after)
+        tally["all"] += done == len(scenario.after)
 
     def report(self):
-        """How many kills left a journal, pages to undo, and none, part or all of the work."""
-        columns = ("kills", "seen done", "journal", "undone", "none of it", "part", "all of it")
+        """Prints how many kills left a journal, pages to roll back, and none, part or all of the
+        work."""
+        columns = ("kills", "shown done", "journal", "rolled back", "none", "part", "all")
         lines = [("", *columns)]
         lines += [(kind, *(row[name] for name in columns)) for kind, row in self.tally.items()]
         total = (sum(row[name] for row in self.tally.values()) for name in columns)
-        lines.append(("together", *total))
+        lines.append(("total", *total))
         for first, *rest in lines:
-            print(f"{first:12}", *(f"{cell:>10}" for cell in rest))
+            print(f"{first:12}", *(f"{cell:>11}" for cell in rest))
 
 
 def main():
@@ -150,21 +155,22 @@ def main():
     kills = options.kills or KILLS[options.mode]
 
     crashtest = CrashTest(options.program_folder, options.seed)
-    print(f"{kills} kills, mode {options.mode}, seed {options.seed}, in {crashtest.folder}", flush=True)
+    settings = f"mode {options.mode}, seed {options.seed}, in {crashtest.folder}"
+    print(f"{kills} kills, {settings}", flush=True)
     begun = time.monotonic()
     try:
         crashtest.prepare()
         (crashtest.batches if options.mode == "batch" else crashtest.everything)(kills)
         crashtest.finish()
-    except (Broken, Lost) as fault:
+    except (DatabaseFault, TimedOut) as fault:
         subprocess.run(["import", "-window", "root", crashtest.folder / "screen.png"], check=False)
         crashtest.report()
-        sys.exit(f"{type(fault).__name__}: {fault}\nEverything is in {crashtest.folder}")
+        sys.exit(f"{type(fault).__name__}: {fault}\nThe folder {crashtest.folder} is kept.")
     except KeyboardInterrupt:
         crashtest.report()
-        sys.exit(f"Stopped; what there is, is in {crashtest.folder}")
+        sys.exit(f"Stopped. The folder {crashtest.folder} is kept.")
     crashtest.report()
-    print(f"All whole, in {time.monotonic() - begun:.0f} seconds.")
+    print(f"Every recipe was whole. It took {time.monotonic() - begun:.0f} seconds.")
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""The program as a process, and the driver on its keyboard."""
+"""Runs the program as a process and drives it by the keyboard."""
 
 import os
 import signal
@@ -6,14 +6,15 @@ import subprocess
 import time
 from pathlib import Path
 
-PATIENCE = 20  # seconds
+TIMEOUT = 20  # seconds
 
 
-class Lost(Exception):
-    """The program did not come to show what it should have shown."""
+class TimedOut(Exception):
+    """The program did not show in time what it should."""
 
 
-def wait_until(condition, seconds=PATIENCE, pause=0.01):
+def wait_until(condition, seconds=TIMEOUT, pause=0.01):
+    """Returns whether the condition became true in time."""
     end = time.monotonic() + seconds
     while not condition():
         if time.monotonic() > end:
@@ -23,20 +24,21 @@ def wait_until(condition, seconds=PATIENCE, pause=0.01):
 
 
 def title():
-    """Of the window that has the keyboard. The frame's names the child that fills the frame."""
+    """Returns the title of the window with the keyboard focus. The main window's title names the
+    child window that is maximised in it."""
     command = ["xdotool", "getwindowfocus", "getwindowname"]
     answer = subprocess.run(command, capture_output=True, text=True, check=False)
     return answer.stdout.rstrip("\n")
 
 
 class Program:
-    """In its own folder, with a home there."""
+    """The program in its folder, which also holds its home directory."""
 
     def __init__(self, folder):
         self.folder = Path(folder)
         self._process = None
-        self._last_keys = None
-        self._title_of_none = title()
+        self._keys = None
+        self._title_without_program = title()
         home = self.folder / "home"
         self._environment = dict(os.environ, HOME=str(home), TMPDIR=str(home))
         for name in ("CONFIG_HOME", "DATA_HOME", "CACHE_HOME", "STATE_HOME", "RUNTIME_DIR"):
@@ -60,51 +62,53 @@ class Program:
     def kill(self):
         self._process.send_signal(signal.SIGKILL)
         self._process.wait()
-        self._reap_keys()
-        if not wait_until(lambda: title() == self._title_of_none):
-            raise Lost("the windows stay behind")
+        self._wait_for_keys()
+        if not wait_until(lambda: title() == self._title_without_program):
+            raise TimedOut("the windows of the killed program are still there")
 
     def press(self, *keys):
-        """Does not wait until the keys are down."""
-        self._reap_keys()
-        self._last_keys = subprocess.Popen(["xdotool", "key", "--delay", "4", *keys])
+        """Begins to press the keys, and returns at once."""
+        self._wait_for_keys()
+        self._keys = subprocess.Popen(["xdotool", "key", "--delay", "4", *keys])
 
     def press_all(self, *keys):
         self.press(*keys)
-        self._reap_keys()
+        self._wait_for_keys()
 
-    def write_over(self, text):
+    def replace_text(self, text):
         self.press_all("ctrl+a")
         subprocess.run(["xdotool", "type", "--delay", "4", text], check=True)
 
     def wait_title(self, *expected):
         if not wait_until(lambda: title() in expected or self.ended()) or self.ended():
-            raise Lost(f"waited for {' or '.join(expected)}; there is {title()!r}")
+            raise TimedOut(f"expected the window {' or '.join(expected)}, but {title()!r} is shown")
         return title()
 
     def open_first(self, key, window):
-        """Starts the program and opens a window, which fills the frame, as do all later ones."""
+        """Starts the program, opens a child window and maximises it, so that all later ones are
+        maximised too."""
         self.start()
         self.wait_title("Pantrywise")
         self.press_all(key)
         caption = ["getwindowfocus", "mousemove", "--window", "%1", "200", "35"]
         double_click = ["click", "--repeat", "2", "--delay", "20", "1"]
-        for _ in range(PATIENCE):  # on a busy machine two clicks can be too far apart for one
+        for _ in range(TIMEOUT):  # on a busy machine the clicks can be too far apart
             subprocess.run(["xdotool", *caption, *double_click], check=True)
             if wait_until(lambda: title() == child(window), seconds=2):
                 return
-        raise Lost(f"{window} did not open")
+        raise TimedOut(f"{window} did not open")
 
-    def _reap_keys(self):
-        if self._last_keys:
-            self._last_keys.wait()
-            self._last_keys = None
+    def _wait_for_keys(self):
+        if self._keys:
+            self._keys.wait()
+            self._keys = None
 
 
 def child(window):
+    """Returns the main window's title while that child window is maximised."""
     return f"Pantrywise - [{window}]"
 
 
-def child_shown(shown):
-    """The caption of the child that a title names."""
+def child_caption(shown):
+    """Returns the caption of the child window that a main window's title names."""
     return shown.removeprefix("Pantrywise - [").removesuffix("]")

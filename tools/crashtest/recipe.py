@@ -1,11 +1,11 @@
-"""The recipes that the program is fed, as recipe files and as they must stand in the database."""
+"""Random recipes, as recipe files and as the database must hold them."""
 
 from typing import NamedTuple
 
-# An ingredient and a utensil that stand first in their catalogs and at first only in one recipe.
+# An ingredient and a utensil that come first in their catalogs. At first only one recipe has them.
 SPARE = "000 Spare"
 SPARE_LINE = (SPARE, "1 tsp")
-POOL = 2000
+CATALOG_SIZE = 2000
 
 
 class Recipe(NamedTuple):
@@ -19,7 +19,7 @@ class Recipe(NamedTuple):
     utensils: tuple  # of names
 
     def srf(self):
-        # The type decides where the catalog lists an ingredient.
+        # The catalog lists ingredients by type and then by name.
         entries = (
             f"{name}|{0 if name == SPARE else 1}|7|True||{quantity}\r\n"
             for name, quantity in self.ingredients
@@ -34,14 +34,15 @@ class Recipe(NamedTuple):
         )
 
 
-class Cookbook:
-    """Makes recipes, each with a name of its own."""
+class RecipeGenerator:
+    """Makes random recipes with unique names."""
 
     def __init__(self, random):
         self._random = random
         self._count = 0
 
     def recipes(self, count, least, most):
+        """Returns recipes with `least` to `most` ingredients each."""
         return [self.recipe(self._random.randint(least, most)) for _ in range(count)]
 
     def recipe(self, ingredients):
@@ -57,13 +58,15 @@ class Cookbook:
                 f"Step {n} of recipe {self._count}.\r\n" for n in range(self._random.randint(1, 40))
             ),
             ingredients=tuple(
-                (f"Ingredient {n:04}", f"{n % 9 + 1} cup") for n in pick(range(POOL), ingredients)
+                (f"Ingredient {n:04}", f"{n % 9 + 1} cup")
+                for n in pick(range(CATALOG_SIZE), ingredients)
             ),
             utensils=tuple(
-                f"Utensil {n:04}" for n in pick(range(POOL), self._random.randint(5, 20))
+                f"Utensil {n:04}" for n in pick(range(CATALOG_SIZE), self._random.randint(5, 20))
             ),
         )
 
     def spare_recipe(self):
-        """The one that brings the spare lines in; the last one in the list."""
+        """Returns a recipe with only the spare ingredient and utensil. It is the last one in the
+        list, which is sorted by type."""
         return self.recipe(0)._replace(type=15, ingredients=(SPARE_LINE,), utensils=(SPARE,))

@@ -1,44 +1,44 @@
-"""The kinds of work that the program is killed in. Each brings it to the brink of the work."""
+"""What the program does when it is killed. Each scenario prepares its work up to the last key."""
 
 import shutil
 from typing import Callable, NamedTuple
 
-from driver import Lost, child, child_shown, title, wait_until
+from driver import TimedOut, child, child_caption, title, wait_until
 from recipe import SPARE, SPARE_LINE
 
 
-class Deed(NamedTuple):
-    press: Callable  # begins the work, and does not wait for it
-    wait_end: Callable  # until the program shows that it is over
-    before: dict  # recipes by name, None for one that is not there
+class Scenario(NamedTuple):
+    begin: Callable  # begins the work, and returns at once
+    wait_end: Callable  # waits until the program shows that the work is done
+    before: dict  # the recipes concerned by name; None for one that is not in the database
     after: dict
 
 
 class Scenarios:
-    def __init__(self, program, random, cookbook):
+    def __init__(self, program, random, recipes):
         self._program = program
         self._random = random
-        self._cookbook = cookbook
+        self._recipes = recipes
         self._marks = 0
 
     # Importing
 
     def file(self, _known):
-        recipe = self._cookbook.recipe(self._random.randint(5, 2000))
+        recipe = self._recipes.recipe(self._random.randint(5, 2000))
         path = self._program.folder / "single.srf"
         path.write_text(recipe.srf(), newline="")
 
         def wait_end():
             if not wait_until(self._program.ended_well):
-                raise Lost(f"the import of {path} did not end well")
+                raise TimedOut(f"the import of {path} did not succeed")
 
-        return Deed(
+        return Scenario(
             lambda: self._program.start(str(path)), wait_end,
             {recipe.name: None}, {recipe.name: recipe},
         )
 
     def batch(self, _known):
-        return self.batch_of(self._cookbook.recipes(300, 50, 250))
+        return self.batch_of(self._recipes.recipes(300, 50, 250))
 
     def batch_of(self, recipes):
         folder = self._program.folder / "recipes"
@@ -50,16 +50,16 @@ class Scenarios:
         self._program.press_all("shift+Tab", "shift+Tab")  # to Import
 
         def is_over():
-            # The list opens only when nothing is under way any more.
+            # The key opens the recipe list only when no import is running.
             if title() == child("Import Recipes"):
                 self._program.press_all("F5")
             return title() == child("Recipes")
 
         def wait_end():
             if not wait_until(is_over, seconds=120):
-                raise Lost("the batch did not end")
+                raise TimedOut("the batch did not end")
 
-        return Deed(
+        return Scenario(
             lambda: self._program.press("Return"), wait_end,
             {recipe.name: None for recipe in recipes},
             {recipe.name: recipe for recipe in recipes},
@@ -68,7 +68,7 @@ class Scenarios:
     # The record window
 
     def save(self, known):
-        """Changes author and description; half of the time only the question at closing saves."""
+        """Changes author and description. Half of the time, the question at closing saves them."""
         old = self._open_recipe(known)
         self._marks += 1
         mark = f"Mark {self._marks}"
@@ -77,10 +77,10 @@ class Scenarios:
         program.wait_title("Recipe Name")
         program.press_all("Return")
         program.wait_title(child(old.name))
-        program.write_over(mark)
+        program.replace_text(mark)
         program.press_all("shift+Tab", "space")  # to Description
         program.wait_title("Enter Description")
-        program.write_over(mark)
+        program.replace_text(mark)
         program.press_all("Tab", "Return")
         program.wait_title(child(old.name))
         if self._random.random() < 0.5:
@@ -97,7 +97,7 @@ class Scenarios:
         self._program.press_all(*["Tab"] * 5, "space")  # to Change
         self._program.wait_title(child("Change Ingredients"))
         self._program.press_all(*([] if SPARE_LINE in old.ingredients else ["alt+a"]), "alt+r")
-        new = old._replace(ingredients=_turned(old.ingredients, SPARE_LINE))
+        new = old._replace(ingredients=_rotated(old.ingredients, SPARE_LINE))
         return self._change(old, new, ["alt+o"], old.name)
 
     def utensils(self, known):
@@ -107,23 +107,23 @@ class Scenarios:
         self._program.press_all("shift+Tab", "Home", "Delete", "Tab", "Home")
         if SPARE not in old.utensils:
             self._program.press_all("alt+a")
-        new = old._replace(utensils=_turned(old.utensils, SPARE))
+        new = old._replace(utensils=_rotated(old.utensils, SPARE))
         return self._change(old, new, ["alt+o"], old.name)
 
     def _open_recipe(self, known):
         self._program.open_first("F5", "Recipes")
         self._program.press_all(*["Down"] * self._random.randrange(25), "Return")
         self._program.wait_title(*(child(name) for name in known))
-        return known[child_shown(title())]
+        return known[child_caption(title())]
 
-    def _change(self, old, new, keys, window_behind):
-        return Deed(
+    def _change(self, old, new, keys, next_window):
+        return Scenario(
             lambda: self._program.press(*keys),
-            lambda: self._program.wait_title(child(window_behind)),
+            lambda: self._program.wait_title(child(next_window)),
             {old.name: old}, {old.name: new},
         )
 
 
-def _turned(lines, spare):
-    """The first line taken out, the spare one added behind where it is not there."""
+def _rotated(lines, spare):
+    """Returns the lines without the first, after the spare one is appended if it is missing."""
     return (lines if spare in lines else (*lines, spare))[1:]

@@ -1,4 +1,4 @@
-"""What a killed program has left of its database."""
+"""Reads and verifies the database that a killed program has left."""
 
 import collections
 import filecmp
@@ -16,22 +16,22 @@ LINKS = (
 )
 
 
-class Broken(Exception):
-    """The recipe file is not as it must be."""
+class DatabaseFault(Exception):
+    """The database is damaged, or a recipe in it is not whole."""
 
 
-class Autopsy(NamedTuple):
+class Contents(NamedTuple):
     recipes: dict  # by name
-    journal: int  # nanoseconds, when it was last written; 0 for no transaction under way
-    undone: bool  # some of that had been written to the database itself
+    journal: int  # modification time of the rollback journal in nanoseconds; 0 if there is none
+    rolled_back: bool  # whether rolling back changed the database file
 
 
 def journal_of(database):
     return database.with_name(database.name + "-journal")
 
 
-def examine(database, folder):
-    """Looks at a copy, so that it is the program that mends the file itself at its next start."""
+def read_database(database, folder):
+    """Reads a copy in `folder`, so that the database itself is rolled back by the program."""
     copy = Path(folder, database.name)
     journal_of(copy).unlink(missing_ok=True)
     shutil.copy(database, copy)
@@ -43,21 +43,23 @@ def examine(database, folder):
         with closing(sqlite3.connect(copy)) as connection:
             recipes = _read(connection)
     except sqlite3.DatabaseError as error:
-        raise Broken(str(error)) from error
-    return Autopsy(recipes, journal, not filecmp.cmp(database, copy, shallow=False))
+        raise DatabaseFault(str(error)) from error
+    return Contents(recipes, journal, not filecmp.cmp(database, copy, shallow=False))
 
 
 def _read(connection):
-    verdict = connection.execute("PRAGMA integrity_check").fetchall()
-    if verdict != [("ok",)]:
-        raise Broken(f"integrity check: {verdict[:5]}")
+    messages = connection.execute("PRAGMA integrity_check").fetchall()
+    if messages != [("ok",)]:
+        raise DatabaseFault(f"integrity check: {messages[:5]}")
     for links, catalog, key in LINKS:
         (orphans,) = connection.execute(
             f"SELECT count(*) FROM {links} WHERE RecipeID NOT IN (SELECT RecipeID FROM Recipes)"
             f" OR {key} NOT IN (SELECT {key} FROM {catalog})"
         ).fetchone()
         if orphans:
-            raise Broken(f"{orphans} rows of {links} lack their recipe or their row of {catalog}")
+            raise DatabaseFault(
+                f"{orphans} rows of {links} refer to a missing row of Recipes or {catalog}"
+            )
 
     ingredients = _lines(connection, "RecipeIngredients", "Ingredients", "IngredientName, Quantity")
     utensils = _lines(connection, "RecipeUtensils", "Utensils", "UtensilName")
@@ -68,12 +70,12 @@ def _read(connection):
     ):
         recipe = Recipe(*fields, tuple(ingredients[key]), tuple(name for name, in utensils[key]))
         if recipes.setdefault(recipe.name, recipe) is not recipe:
-            raise Broken(f"{recipe.name} is there twice")
+            raise DatabaseFault(f"two recipes are named {recipe.name}")
     return recipes
 
 
 def _lines(connection, links, catalog, fields):
-    """The lines of all recipes by the recipe's key, each recipe's in the order they were stored."""
+    """Returns the lines of all recipes by the recipe's key, in the order they were stored."""
     lines = collections.defaultdict(list)
     for key, *line in connection.execute(
         f"SELECT RecipeID, {fields} FROM {links} NATURAL JOIN {catalog} ORDER BY {links}.rowid"
@@ -82,32 +84,32 @@ def _lines(connection, links, catalog, fields):
     return lines
 
 
-def judge(found, known, allowed):
-    """Finds what was known; of the recipes that were worked on, one of their allowed states."""
+def verify_recipes(found, known, allowed):
+    """Verifies that each recipe is in one of its allowed states, or as known if it has none."""
     for name in known.keys() | found.keys() | allowed.keys():
         states = allowed.get(name, (known.get(name),))
         if found.get(name) not in states:
-            raise Broken(_difference(name, found.get(name), states))
+            raise DatabaseFault(_difference(name, found.get(name), states))
 
 
 def _difference(name, found, states):
     if found is None:
-        return f"{name} is lost"
-    wholes = [state for state in states if state is not None]
-    if not wholes:
-        return f"{name} has come from nowhere"
+        return f"{name} is missing"
+    expected = [state for state in states if state is not None]
+    if not expected:
+        return f"{name} should not exist"
     fields = "; ".join(
         ", ".join(
-            f"{field}: {_short(was, should)} and not {_short(should, was)}"
+            f"{field}: {_short(was, should)} instead of {_short(should, was)}"
             for field, was, should in zip(Recipe._fields, found, whole)
             if was != should
         )
-        for whole in wholes
+        for whole in expected
     )
     return f"{name} is not whole: {fields}"
 
 
 def _short(value, other):
     if isinstance(value, tuple):
-        return f"{len(value)} lines ({len(set(value) - set(other))} of its own)"
+        return f"{len(value)} lines ({len(set(value) - set(other))} unexpected)"
     return repr(value)[:60]

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qsizetype longestName = 25; // what the boxes of the catalogs' windows take
+constexpr qsizetype longestName = 25; // the maxLength of the name in the catalogs' windows
 
 [[noreturn]] void fail(const QString &text)
 {
@@ -31,12 +31,12 @@ void checkName(const QString &name, const QString &previous)
     if (name.size() > longestName)
         fail(QStringLiteral("the name is longer than %1 characters").arg(longestName));
     if (ContainsInvalidChars(name).isEmpty())
-        fail(QStringLiteral("the name holds a character that names must not hold"));
+        fail(QStringLiteral("the name contains a character that is not allowed"));
     const int order = compareTexts(previous.toStdString(), name.toStdString());
     if (order == 0)
-        fail(QStringLiteral("%1 stands here twice").arg(name));
+        fail(QStringLiteral("%1 is listed twice").arg(name));
     if (order > 0)
-        fail(QStringLiteral("%1 belongs in front of %2").arg(name, previous));
+        fail(QStringLiteral("%1 must come before %2").arg(name, previous));
 }
 
 } // namespace
@@ -54,7 +54,7 @@ void readCatalogTable(const QString &path, qsizetype fieldCount,
             continue;
         try {
             if (!line.isValidUtf8())
-                fail(QStringLiteral("this is not UTF-8"));
+                fail(QStringLiteral("the line is not UTF-8"));
             const QStringList fields = fieldsOf(QString::fromUtf8(line));
             if (fields.size() != fieldCount)
                 fail(QStringLiteral("%1 fields instead of %2").arg(fields.size()).arg(fieldCount));

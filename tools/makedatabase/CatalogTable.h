@@ -4,10 +4,10 @@
 
 #include <functional>
 
-// Reads one of the plain text tables from which the catalogs are filled, and gives each row to
-// `store`. A row is a line of `fieldCount` fields with '|' between them; blanks around a field do
-// not count, nor do empty lines and lines that begin with '#'. The first field is the name, such as
-// the catalog's window would take it; names are in the order of the catalogs and none stands twice.
-// What is wrong, and what `store` throws, is thrown as std::runtime_error that names file and line.
+// Reads one of the text files from which the catalogs are filled, and passes each row to `store`. A
+// row is a line of `fieldCount` fields separated by '|'. Spaces around a field, empty lines and
+// lines that begin with '#' are ignored. The first field is the name. It must be valid in the
+// catalog's window, and names must be unique and sorted as in the catalogs. Throws
+// std::runtime_error with the file and line if a row is invalid or `store` throws.
 void readCatalogTable(const QString &path, qsizetype fieldCount,
                       const std::function<void(const QStringList &)> &store);

@@ -1,5 +1,6 @@
-// makedatabase FILE INGREDIENTS UTENSILS: makes a recipe file without recipes, its two catalogs
-// filled from the tables. A file that is there is left as it is.
+// Makes a database without recipes and fills its two catalogs from text files:
+//   makedatabase FILE INGREDIENTS UTENSILS
+// If FILE exists, it is kept.
 
 #include "CatalogTable.h"
 #include "data/Database.h"
@@ -27,7 +28,7 @@ int ingredientType(const QString &name)
     const QStringList types = ingredientTypes();
     const qsizetype type = types.indexOf(name);
     if (type < 0)
-        throw DatabaseError(u"the type is none of "_s + types.join(u", "_s));
+        throw DatabaseError(u"the type must be one of "_s + types.join(u", "_s));
     return static_cast<int>(type);
 }
 
@@ -36,7 +37,7 @@ QString shelfLife(const QString &days)
     const bool isNumber =
         std::all_of(days.begin(), days.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
     if (days.isEmpty() || days.size() > 3 || !isNumber)
-        throw DatabaseError(u"the shelf life is not a number of days from 0 to 999"_s);
+        throw DatabaseError(u"the shelf life must be a number of days from 0 to 999"_s);
     return days;
 }
 
@@ -76,8 +77,9 @@ void make(const QString &path, const QString &ingredientTable, const QString &ut
     transaction.commit();
 }
 
-// Made beside its place and put there whole: a build that is stopped leaves no half a file. Unlike
-// a rename a link never replaces what another build has put there meanwhile.
+// Makes the database in a temporary folder and then links it to its place, so that an interrupted
+// build leaves no incomplete file. Unlike a rename, a hard link does not replace a file that
+// another build has put there in the meantime.
 void makeInPlace(const std::filesystem::path &file, char *tables[])
 {
     const QTemporaryDir folder(QFile::decodeName((file.string() + "-XXXXXX").c_str()));
@@ -86,11 +88,11 @@ void makeInPlace(const std::filesystem::path &file, char *tables[])
     const QString made = folder.filePath(u"data.rbk"_s);
     make(made, QFile::decodeName(tables[0]), QFile::decodeName(tables[1]));
 
-    const std::filesystem::path whole = QFile::encodeName(made).toStdString();
+    const std::filesystem::path complete = QFile::encodeName(made).toStdString();
     std::error_code failure;
-    std::filesystem::create_hard_link(whole, file, failure);
-    if (failure && !std::filesystem::exists(file)) // not every file system has links
-        std::filesystem::rename(whole, file);
+    std::filesystem::create_hard_link(complete, file, failure);
+    if (failure && !std::filesystem::exists(file)) // some file systems have no hard links
+        std::filesystem::rename(complete, file);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// makeicon SVG SIZE PNG: renders a square icon of that many pixels.
+// Renders an SVG file as a square PNG icon with SIZE pixels on each side:
+//   makeicon SVG SIZE PNG
 
 #include <QFile>
 #include <QImage>
@@ -21,7 +22,7 @@ int main(int argc, char *argv[])
     drawing.render(&painter);
     painter.end();
     if (!drawing.isValid() || !picture.save(QFile::decodeName(argv[3]))) {
-        std::fprintf(stderr, "makeicon: %s could not be made from %s\n", argv[3], argv[1]);
+        std::fprintf(stderr, "makeicon: %s cannot be made from %s\n", argv[3], argv[1]);
         return 1;
     }
     return 0;

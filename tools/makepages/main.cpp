@@ -1,5 +1,6 @@
-// makepages RECIPEFILE FOLDER plaincard|cookbook: writes the web pages with the generic templates
-// in that style, as File, Export does.
+// Writes the web pages of a database with the generic templates in one of the styles, as File,
+// Export does:
+//   makepages DATABASE FOLDER plaincard|cookbook
 
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
@@ -13,7 +14,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 4) {
-        std::fputs("usage: makepages RECIPEFILE FOLDER plaincard|cookbook\n", stderr);
+        std::fputs("usage: makepages DATABASE FOLDER plaincard|cookbook\n", stderr);
         return 2;
     }
     PageSettings settings;

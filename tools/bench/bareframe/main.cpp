@@ -1,5 +1,4 @@
-// The least that a Qt program with a multiple-document frame and a menu bar is: what the program's
-// start is measured against.
+// A minimal Qt program with an MDI area and a menu bar, with which the program's start is compared.
 
 #include <QApplication>
 #include <QMainWindow>

@@ -1,8 +1,9 @@
-// Imports the recipe files of a folder as the batch dialog does, into a recipe file that another
-// one of these may be importing into at the same time:
+// Imports the recipe files of a folder as the Import window does, and prints the longest time, in
+// seconds, that a file took:
 //   importer DATABASE FOLDER
-// Prints the longest time, in seconds, that a file has taken. A message is a failure.
-#include "NoInteraction.h"
+// Several processes may import into the same database at the same time. A message box is a failure.
+
+#include "FailingInteraction.h"
 #include "data/DatabasePath.h"
 #include "import/frmImportRecipe.h"
 
@@ -36,7 +37,7 @@ int main(int argc, char *argv[])
         return 2;
     DatabasePath = QFile::decodeName(argv[1]);
     try {
-        NoInteraction interaction;
+        FailingInteraction interaction;
         frmImportRecipe importer(interaction);
         importer.Form_Load();
         importer.openDataSources();

@@ -1,8 +1,9 @@
-// rowmemory plain|cursor DATABASE TABLE: prints by how many bytes the resident memory of this
-// process grows while the table's rows are stepped, or are read by a cursor, which keeps them.
+// Prints by how many bytes the resident memory of this process grows when it steps through the rows
+// of a table, or when a cursor reads and keeps them:
+//   rowmemory plain|cursor DATABASE TABLE
 // SQLite's page cache is filled before.
 
-#include "PlainStatement.h"
+#include "PlainSqlite.h"
 #include "data/RecordCursor.h"
 
 #include <SQLiteCpp/Database.h>

@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-// Where nobody looks, a box is a failure of the measurement.
-class NoInteraction final : public Interaction
+// Throws for every message box, since a benchmark must not wait for a user.
+class FailingInteraction final : public Interaction
 {
 public:
     Button show(const MessageBox &box) override

@@ -3,15 +3,16 @@
 #include <chrono>
 #include <memory>
 
-// Sees windows come up on the X display that the environment names. Throws std::runtime_error where
-// there is none.
-class WindowWatch
+// Watches the X display in $DISPLAY for new windows. The constructor throws std::runtime_error if
+// there is no display.
+class WindowWatcher
 {
 public:
-    WindowWatch();
-    ~WindowWatch();
+    WindowWatcher();
+    ~WindowWatcher();
 
-    // Returns when a top-level window of the process has been mapped; throws after half a minute.
+    // Waits until a top-level window of that process is mapped. Throws std::runtime_error after 30
+    // seconds.
     void waitForWindowOf(long process);
 
 private:

@@ -1,4 +1,4 @@
-#include "WindowWatch.h"
+#include "WindowWatcher.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -8,12 +8,12 @@
 
 using namespace std::chrono;
 
-struct WindowWatch::Server {
+struct WindowWatcher::Server {
     Server()
         : display(XOpenDisplay(nullptr))
     {
         if (display == nullptr)
-            throw std::runtime_error("there is no X display");
+            throw std::runtime_error("the X display cannot be opened");
         processProperty = XInternAtom(display, "_NET_WM_PID", False);
     }
     ~Server() { XCloseDisplay(display); }
@@ -24,18 +24,19 @@ struct WindowWatch::Server {
     Atom processProperty;
 };
 
-WindowWatch::WindowWatch()
+WindowWatcher::WindowWatcher()
     : m_server(std::make_unique<Server>())
 {
-    // Windows may be gone before they are asked for; that is no failure.
+    // A window may be destroyed before its properties are read. Xlib's default handler would then
+    // end this process.
     XSetErrorHandler([](Display *, XErrorEvent *) { return 0; });
     XSelectInput(m_server->display, DefaultRootWindow(m_server->display), SubstructureNotifyMask);
     XSync(m_server->display, False);
 }
 
-WindowWatch::~WindowWatch() = default;
+WindowWatcher::~WindowWatcher() = default;
 
-void WindowWatch::waitForWindowOf(long process)
+void WindowWatcher::waitForWindowOf(long process)
 {
     const auto end = steady_clock::now() + seconds(30);
     while (true) {
@@ -47,17 +48,17 @@ void WindowWatch::waitForWindowOf(long process)
     }
 }
 
-void WindowWatch::waitForEvents(steady_clock::time_point end)
+void WindowWatcher::waitForEvents(steady_clock::time_point end)
 {
     pollfd connection{ConnectionNumber(m_server->display), POLLIN, 0};
     const auto left = duration_cast<milliseconds>(end - steady_clock::now()).count();
     if (left <= 0 || poll(&connection, 1, static_cast<int>(left)) <= 0)
-        throw std::runtime_error("no window has come up");
+        throw std::runtime_error("no window has appeared");
 }
 
-// A window manager puts the window into a frame of its own before it maps it, so that its mapping
-// is seen by asking the window itself.
-bool WindowWatch::isNextEventOf(long process)
+// Selects the events of each new window, because the window manager reparents it before it is
+// mapped: the root window then no longer receives its MapNotify.
+bool WindowWatcher::isNextEventOf(long process)
 {
     XEvent event;
     XNextEvent(m_server->display, &event);
@@ -66,7 +67,7 @@ bool WindowWatch::isNextEventOf(long process)
     return event.type == MapNotify && processOf(event.xmap.window) == process;
 }
 
-long WindowWatch::processOf(unsigned long window)
+long WindowWatcher::processOf(unsigned long window)
 {
     Atom type = 0;
     int format = 0;
@@ -76,6 +77,6 @@ long WindowWatch::processOf(unsigned long window)
     XGetWindowProperty(m_server->display, window, m_server->processProperty, 0, 1, False,
                        XA_CARDINAL, &type, &format, &count, &left, &data);
     const std::unique_ptr<unsigned char, decltype(&XFree)> owner(data, XFree);
-    // Xlib hands out 32-bit values as longs.
+    // Xlib returns 32-bit values as longs.
     return count == 1 && format == 32 ? *reinterpret_cast<const long *>(data) : 0;
 }

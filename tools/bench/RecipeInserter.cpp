@@ -1,4 +1,4 @@
-#include "PlainWriter.h"
+#include "RecipeInserter.h"
 
 #include "data/Schema.h"
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-SQLite::Database created(const std::string &path)
+SQLite::Database createDatabase(const std::string &path)
 {
     SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     database.exec("PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL;"
@@ -17,8 +17,8 @@ SQLite::Database created(const std::string &path)
 
 } // namespace
 
-PlainWriter::PlainWriter(const std::string &path)
-    : m_database(created(path))
+RecipeInserter::RecipeInserter(const std::string &path)
+    : m_database(createDatabase(path))
     , m_recipe(m_database.getHandle(),
                "INSERT INTO Recipes (RecipeName, Description, Author, RecipeType, Instructions, "
                "Rating, Serves) VALUES (?, ?, ?, ?, ?, ?, ?)")
@@ -34,7 +34,7 @@ PlainWriter::PlainWriter(const std::string &path)
 {
 }
 
-qint64 PlainWriter::addIngredient(int number)
+qint64 RecipeInserter::addIngredient(int number)
 {
     const GeneratedIngredient ingredient = generatedIngredient(number);
     m_ingredient.bind(1, ingredient.name);
@@ -45,7 +45,7 @@ qint64 PlainWriter::addIngredient(int number)
     return lastKey();
 }
 
-qint64 PlainWriter::addUtensil(int number)
+qint64 RecipeInserter::addUtensil(int number)
 {
     const std::string name = generatedUtensilName(number);
     m_utensil.bind(1, name);
@@ -53,9 +53,9 @@ qint64 PlainWriter::addUtensil(int number)
     return lastKey();
 }
 
-void PlainWriter::addRecipe(const GeneratedRecipe &recipe,
-                            const std::vector<qint64> &ingredientKeys,
-                            const std::vector<qint64> &utensilKeys)
+void RecipeInserter::addRecipe(const GeneratedRecipe &recipe,
+                               const std::vector<qint64> &ingredientKeys,
+                               const std::vector<qint64> &utensilKeys)
 {
     m_recipe.bind(1, recipe.name);
     m_recipe.bind(2, recipe.description);
@@ -81,21 +81,21 @@ void PlainWriter::addRecipe(const GeneratedRecipe &recipe,
 
 void generateDatabase(const std::string &path, int recipes)
 {
-    PlainWriter writer(path);
+    RecipeInserter inserter(path);
     const CatalogSizes catalogs = catalogSizes(recipes);
-    writer.begin();
+    inserter.begin();
     std::vector<qint64> ingredientKeys(static_cast<std::size_t>(catalogs.ingredients));
     std::generate(ingredientKeys.begin(), ingredientKeys.end(),
-                  [&, i = 0]() mutable { return writer.addIngredient(i++); });
+                  [&, i = 0]() mutable { return inserter.addIngredient(i++); });
     std::vector<qint64> utensilKeys(static_cast<std::size_t>(catalogs.utensils));
     std::generate(utensilKeys.begin(), utensilKeys.end(),
-                  [&, i = 0]() mutable { return writer.addUtensil(i++); });
+                  [&, i = 0]() mutable { return inserter.addUtensil(i++); });
     for (int i = 0; i < recipes; ++i)
-        writer.addRecipe(generatedRecipe(i, catalogs), ingredientKeys, utensilKeys);
-    writer.commit();
+        inserter.addRecipe(generatedRecipe(i, catalogs), ingredientKeys, utensilKeys);
+    inserter.commit();
 }
 
 void generateEmptyDatabase(const std::string &path)
 {
-    const PlainWriter writer(path);
+    const RecipeInserter inserter(path);
 }

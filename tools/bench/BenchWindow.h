@@ -1,29 +1,29 @@
 #pragma once
 
-#include "NoInteraction.h"
+#include "FailingInteraction.h"
 #include "frame/Frame.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
 
-// A main window with a frame, in which the program's windows are opened and left as a cook does it.
-// A box is a failure of the measurement.
-class BenchFrame
+// A main window with a frame, in which the program's windows are opened and closed as a user does.
+// A message box makes the benchmark fail.
+class BenchWindow
 {
 public:
-    BenchFrame()
+    BenchWindow()
     {
         m_window.setCentralWidget(&m_area);
         m_window.resize(1000, 700);
         m_window.show();
     }
-    ~BenchFrame()
+    ~BenchWindow()
     {
         frame.unloadAll();
         m_window.takeCentralWidget();
     }
 
-    // Shows the window and lets what is queued happen: its activation, and the painting.
+    // Shows the window and processes the queued events, which activate and paint it.
     template <typename Window, typename... Args>
     Window &open(Args &&...args)
     {
@@ -42,9 +42,9 @@ public:
     }
 
 private:
-    Q_DISABLE_COPY_MOVE(BenchFrame)
+    Q_DISABLE_COPY_MOVE(BenchWindow)
 
-    NoInteraction m_interaction;
+    FailingInteraction m_interaction;
     QMainWindow m_window;
     QMdiArea m_area;
 

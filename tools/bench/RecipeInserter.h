@@ -1,24 +1,27 @@
 #pragma once
 
 #include "GeneratedRecipe.h"
-#include "PlainStatement.h"
+#include "PlainSqlite.h"
 
 #include <SQLiteCpp/Database.h>
 
-// Writes generated recipes with prepared inserts and nothing else; the engine gives out the keys.
-class PlainWriter
+// Writes generated recipes into a new database with prepared INSERT statements alone. SQLite
+// assigns the keys.
+class RecipeInserter
 {
 public:
-    // Makes the file with the program's tables. Throws where it exists.
-    explicit PlainWriter(const std::string &path);
+    // Creates the file with the program's tables. Throws if it exists.
+    explicit RecipeInserter(const std::string &path);
 
     void begin() { m_database.exec("BEGIN IMMEDIATE"); }
     void commit() { m_database.exec("COMMIT"); }
 
+    // Both insert a generated catalog entry and return its key.
     qint64 addIngredient(int number);
     qint64 addUtensil(int number);
 
-    // With its links to the catalogs' rows, which have these keys by number.
+    // Inserts the recipe and its links to the catalogs. The vectors hold the keys of the catalog
+    // entries by their numbers.
     void addRecipe(const GeneratedRecipe &recipe, const std::vector<qint64> &ingredientKeys,
                    const std::vector<qint64> &utensilKeys);
 
@@ -33,8 +36,9 @@ private:
     PlainStatement m_recipeUtensil;
 };
 
-// A recipe file of that many recipes in storage order, with whole catalogs.
+// Creates a database with complete catalogs and that many recipes, stored in the order of their
+// keys.
 void generateDatabase(const std::string &path, int recipes);
 
-// A recipe file without any row.
+// Creates a database without any rows.
 void generateEmptyDatabase(const std::string &path);

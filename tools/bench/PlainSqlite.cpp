@@ -1,4 +1,6 @@
-#include "PlainStatement.h"
+#include "PlainSqlite.h"
+
+#include "data/TextComparison.h"
 
 #include <sqlite3.h>
 
@@ -6,7 +8,13 @@
 
 namespace {
 
-// What any reader has to do at least: ask for the type, the value and, of a text, the length.
+int collate(void *, int leftSize, const void *left, int rightSize, const void *right)
+{
+    return compareTexts({static_cast<const char *>(left), static_cast<std::size_t>(leftSize)},
+                        {static_cast<const char *>(right), static_cast<std::size_t>(rightSize)});
+}
+
+// The least that every reader does: it asks for the type, the value and the length of a text.
 void fetch(sqlite3_stmt *statement, int column)
 {
     switch (sqlite3_column_type(statement, column)) {
@@ -25,6 +33,15 @@ void fetch(sqlite3_stmt *statement, int column)
 }
 
 } // namespace
+
+SQLite::Database plainConnection(const std::string &path)
+{
+    SQLite::Database database(path, SQLite::OPEN_READWRITE);
+    sqlite3_create_collation_v2(database.getHandle(), "NOCASE", SQLITE_UTF8, nullptr, collate,
+                                nullptr);
+    database.exec("PRAGMA cache_size = -16000");
+    return database;
+}
 
 void PlainStatement::Finalizer::operator()(sqlite3_stmt *statement) const
 {
