@@ -118,7 +118,8 @@ private:
 
 // A scope whose changes happen completely or not at all: they are rolled back unless commit() is
 // called before the scope ends. Scopes nest; the changes of an inner one are permanent when the
-// outermost one has committed.
+// outermost one has committed. The outermost one holds the write lock on the file. The constructor
+// and commit() throw DatabaseError; if commit() throws, the scope is rolled back when it ends.
 class Transaction
 {
 public:
@@ -135,7 +136,8 @@ private:
 };
 
 // A scope in which everything is read from one snapshot of the file, and SQLite checks only once
-// whether another program has changed it. Nothing may be written inside.
+// whether another program has changed it. Nothing may be written inside. Has no effect inside
+// another transaction. The constructor throws DatabaseError.
 class ReadTransaction
 {
 public:

@@ -14,7 +14,8 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(DatabaseError)
 };
 
-// Such a file begins with four bytes and the name of its engine.
+// Returns whether the file begins as one in the Access format does: with four bytes and the name
+// of the database engine.
 bool isAccessFormat(const QString &path)
 {
     QFile file(path);

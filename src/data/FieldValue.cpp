@@ -25,8 +25,8 @@ QStringView withoutSign(QStringView text)
     return text.startsWith(u'+') || text.startsWith(u'-') ? text.sliced(1) : text;
 }
 
-// Nearly all numbers are few enough digits for a double to be exact. Converting those here takes a
-// twentieth of the time of QStringView::toDouble().
+// Nearly all numbers have so few digits that a double holds them exactly. Converting them here
+// takes a twentieth of the time of QStringView::toDouble().
 double valueOfDigits(QStringView digits)
 {
     double value = 0;

@@ -22,9 +22,9 @@ struct Blob {
     bool operator==(const Blob &) const = default;
 };
 
-// The value of one cell: null, an integer, a floating-point number, UTF-8 text or a blob. Each cell
-// has its own type, whatever its column declares. The bytes of a text or a blob belong to the
-// row that the cell was read from.
+// The value of one cell: null, an integer, a floating-point number, UTF-8 text or a blob. SQLite
+// stores a type with each cell, which may differ from the one that the column declares. The bytes
+// of a text or a blob belong to the row that the cell was read from.
 using Cell = std::variant<std::monostate, qint64, double, std::string_view, Blob>;
 
 // A cell's value that owns its text: what is written and what is searched for, which is never a

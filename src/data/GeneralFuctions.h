@@ -2,8 +2,8 @@
 
 #include <QString>
 
-// The text itself if it has none of the twelve characters \ / : * ? " ' < > | ( ), else empty text.
-// Callers check for empty text first.
+// Returns the text unchanged if it contains none of the twelve characters \ / : * ? " ' < > | ( ),
+// and otherwise an empty text. Callers must check for an empty text before.
 QString ContainsInvalidChars(const QString &text);
 
 // The text without the spaces at its ends. Unlike QStringView::trimmed(), it keeps all other

@@ -55,8 +55,8 @@ public:
     // Writes the buffer to the file. The position stays as it was.
     void Update();
 
-    // Deletes the current row from the file. There is no current row then until the next move or
-    // search; MoveNext() goes to the row that followed the deleted one. Reads.
+    // Deletes the current row from the file. Afterwards there is no current row until the next move
+    // or search; MoveNext() goes to the row that followed the deleted one. Reads.
     void Delete();
 
     // Drops the rows if the file or the source's text has changed, and moves to the first row.

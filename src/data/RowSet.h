@@ -5,8 +5,8 @@
 
 // The rows of a record source as they were in the file when they were read, followed by those that
 // have been appended since. What others write shows after a refresh(). Only read() reads, and it
-// reads all rows; size(), cell() and the like never do. The set writes nothing itself: whoever
-// writes a row to the file reports it by append(), replace() or erase().
+// reads all rows; size(), cell() and the like never do. The set writes nothing itself: code that
+// writes a row to the file then calls append(), replace() or erase().
 class RowSet
 {
 public:

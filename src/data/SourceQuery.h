@@ -22,8 +22,8 @@ struct sqlite3_stmt;
 QString inLinkOrder(const QString &join, QLatin1StringView linkTable);
 
 // A record source, prepared by the database: which columns it has and what can be written through
-// it. Its text is one SELECT statement or the bare name of a table, which stands for all rows of
-// the table in the order in which they were stored.
+// it. Its text is one SELECT statement or the bare name of a table, which means all rows of the
+// table in the order in which they were stored.
 class SourceQuery
 {
     Q_DECLARE_TR_FUNCTIONS(SourceQuery)

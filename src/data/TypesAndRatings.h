@@ -8,5 +8,6 @@ QStringList recipeTypes();
 QStringList recipeRatings();
 QStringList ingredientTypes();
 
+// The numbers that a new recipe gets, and that a stored null is shown as.
 inline constexpr int defaultRecipeType = 0;
 inline constexpr int defaultRating = 5;

@@ -119,6 +119,7 @@ void frmImport::cmdDeselectAll_Click()
     SetAllSelected(false);
 }
 
+// Lists the files again if the directory has been deleted or can no longer be read: none are found.
 void frmImport::emptyIfVanished()
 {
     if (!platform::canBeOpened(m_directories.current()))

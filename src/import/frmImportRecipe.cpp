@@ -160,7 +160,7 @@ frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)
                                                                         : Outcome::NotImported;
 }
 
-// If one file of a batch is bad or already imported, many may be: so every box can stop the batch.
+// Many files of a batch may be bad or already imported, so every box offers to stop the batch.
 Button frmImportRecipe::show(MessageBox box)
 {
     m_commits.commit();

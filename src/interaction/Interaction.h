@@ -35,16 +35,17 @@ struct FileChooser {
     QString description; // names the kind of files: "HTML Documents"
     QStringList patterns; // select the files to list: "*.htm"
     QString defaultSuffix; // is added to a typed name that has none: "htm"
-    QString directory; // is listed first
+    QString directory; // the one that is shown when the chooser opens
 };
 
 struct FolderChooser {
     QString title;
-    QString directory; // is listed first
+    QString directory; // the one that is shown when the chooser opens
 };
 
 // All message boxes, input boxes, choosers and progress boxes go through this interface, so that
-// code without widgets can use them and tests can answer them. Whoever needs it gets a reference.
+// code without widgets can use them and tests can answer them. Code that needs it is given a
+// reference.
 class Interaction
 {
 public:

@@ -53,7 +53,8 @@ bool contains(const fs::path &directory, const fs::path &path)
     return differs.first == directory.end();
 }
 
-// Whether the volume is on a disk or on another machine; the system makes up all others.
+// Returns whether the volume is on a disk or on another machine. All others, such as /proc and
+// tmpfs, are provided by the kernel and keep no files of the user.
 bool storesFiles(const MountedVolume &volume)
 {
     const std::string_view device = volume.device;

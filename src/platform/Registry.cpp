@@ -76,15 +76,22 @@ QString markName(const QString &key)
 // takes a file of unchanged size and time for unchanged, so it can miss a change that another
 // program makes within a few milliseconds of its own. Settings are changed by hand, and the entries
 // written at the start are the same for all programs, so this does not happen in practice.
+//
+// A killed program can leave the lock file of QSettings. If it names a process that no longer
+// runs on this computer, the next write removes it at once, otherwise when it is 30 seconds old.
 
 bool isDamaged(QSettings &settings)
 {
     settings.allKeys(); // parses all groups, which sets the status
     if (settings.status() == QSettings::FormatError)
         return true;
-    // QSettings would replace these bytes without an error.
+    // QSettings would replace invalid UTF-8 without an error. It never writes a zero byte, but a
+    // disk that lost power can leave some within a value.
     QFile file(settings.fileName());
-    return file.open(QIODevice::ReadOnly) && !file.readAll().isValidUtf8();
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = file.readAll();
+    return !bytes.isValidUtf8() || bytes.contains('\0');
 }
 
 // Without this, the next write would destroy what QSettings could not read.
@@ -172,7 +179,8 @@ HKEY openKey(const QString &key, quint32 access)
     return number;
 }
 
-// Sets `key` if that is open for one of the kinds of access.
+// Sets `key` to the path in QSettings of the open key with this number. Fails if that is not open
+// for at least one of these kinds of access.
 qint32 findOpenKey(HKEY number, quint32 access, QString &key)
 {
     const auto found = openKeys().find(number);

@@ -42,7 +42,7 @@ std::optional<FileReadError> findObstacle(const struct stat &status, qsizetype l
 // the next call.
 std::variant<QByteArray, FileReadError> readToEnd(QFile &file, qsizetype expected, qsizetype limit)
 {
-    QByteArray bytes(expected + 1, Qt::Uninitialized); // one more, to meet the end without growing
+    QByteArray bytes(expected + 1, Qt::Uninitialized); // one more, to detect the end
     qsizetype size = 0;
     while (size <= limit) {
         if (size == bytes.size())

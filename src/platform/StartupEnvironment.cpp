@@ -28,7 +28,7 @@ std::filesystem::path commandLinePath(std::span<const char *const> arguments)
     if (path.empty())
         return {};
     const bool quoted = path.size() > 2 && path.starts_with('"') && path.ends_with('"');
-    std::error_code error; // if it cannot be told, the file is taken not to exist
+    std::error_code error; // if exists() fails, it returns false
     if (quoted && !std::filesystem::exists(absolutePath(path), error))
         return absolutePath(path.substr(1, path.size() - 2));
     return absolutePath(path);

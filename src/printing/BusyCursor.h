@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-// Shows in the mouse cursor that the user has to wait.
+// A mouse cursor that shows that the user has to wait.
 class BusyCursor
 {
 public:

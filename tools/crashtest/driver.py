@@ -10,7 +10,7 @@ TIMEOUT = 20  # seconds
 
 
 class TimedOut(Exception):
-    """The program did not show in time what it should."""
+    """The program did not show in time what was expected."""
 
 
 def wait_until(condition, seconds=TIMEOUT, pause=0.01):

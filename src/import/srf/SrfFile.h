@@ -8,8 +8,9 @@
 #include <filesystem>
 #include <variant>
 
-// Larger files are not read. A hundred times the longest recipe we know of fits, and so does what
-// the parser makes of it into the memory of a small machine.
+// The size in bytes above which a file is rejected without being read. It is a hundred times that
+// of the longest known recipe, and what the parser makes of such a file fits into the memory of a
+// small machine.
 constexpr qsizetype largestSrfFile = qsizetype(8) << 20;
 
 struct SrfFileError {
@@ -17,7 +18,7 @@ struct SrfFileError {
     QString message; // for the user: names the file and says what to do
 };
 
-// Returns the bytes of the recipe file at path.
+// Returns the bytes of the recipe file at path, or why it cannot be read.
 std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path);
 
 // Returns the text of a recipe file. Valid UTF-8 is decoded as UTF-8, without a byte order mark at
