@@ -58,7 +58,8 @@ public:
     // Returns the window that is active or is to become active, or null.
     ChildWindow *activeChild() const { return m_activation.requested(); }
 
-    void show(ChildWindow &child); // restores it if it is minimised, and activates it
+    // Restores the window if it is minimised, and activates it; refreshes it if it is active.
+    void show(ChildWindow &child);
     void activate(ChildWindow &child); // does nothing if it is hidden
     void hide(ChildWindow &child); // and activates the window that was active before it
     void unload(ChildWindow &child); // hides it; it is destroyed after the running handler returns

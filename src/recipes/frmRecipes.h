@@ -23,6 +23,7 @@ protected:
     void Form_Load() override;
     void openDataSources() override;
     void Form_Activate() override;
+    void refresh() override { Form_Activate(); }
 
 private:
     void setUpColumns();
