@@ -2,9 +2,11 @@
 
 #include <QTreeView>
 
-// A table of rows. Its first two columns share the width that it gains beyond its size hint. It can
-// show a grey placeholder text while it is empty. Typed letters search the first column, whichever
-// column was clicked.
+#include <array>
+
+// A table of rows. Its first two columns share the width that it has beyond its size hint; a column
+// that the user has resized keeps its width. It can show a grey placeholder text while it is empty.
+// Typed letters search the first column, whichever column was clicked.
 class RecipeTable final : public QTreeView
 {
     Q_OBJECT
@@ -16,6 +18,8 @@ public:
     QString placeholderText() const { return m_placeholderText; }
     void setPlaceholderText(const QString &text) { m_placeholderText = text; }
 
+    void setColumnWidths(const QList<int> &widths); // in pixels, at the size hint
+
     void keyboardSearch(const QString &letters) override;
     QSize sizeHint() const override;
 
@@ -24,5 +28,12 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void onSectionResized(int column, int oldWidth, int width);
+    int automaticWidth(int column) const;
+
+    static constexpr int stretchingColumns = 2;
+
     QString m_placeholderText;
+    QList<int> m_widths; // at the size hint
+    std::array<bool, stretchingColumns> m_isUserWidth{};
 };

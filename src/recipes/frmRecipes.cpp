@@ -34,13 +34,14 @@ frmRecipes::~frmRecipes() = default;
 
 void frmRecipes::setUpColumns()
 {
-    constexpr std::array widths{2.0, 2.25, 0.5, 0.5}; // inches
+    QList<int> widths;
+    for (const double width : {2.0, 2.25, 0.5, 0.5}) // inches
+        widths += inches(*this, width, 0).width();
+    m_ui->lvwRecipes->setColumnWidths(widths);
     QHeaderView *header = m_ui->lvwRecipes->header();
     header->setSortIndicator(m_recipes.sortColumn(), Qt::AscendingOrder);
     connect(header, &QHeaderView::sectionClicked, this, &frmRecipes::lvwRecipes_ColumnClick);
     for (int column = 0; column < RecipeListModel::columns; ++column) {
-        header->resizeSection(column,
-                              inches(*this, widths[static_cast<std::size_t>(column)], 0).width());
         // QHeaderView takes no focus, so each column gets a shortcut.
         auto *key =
             new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + column)), this);

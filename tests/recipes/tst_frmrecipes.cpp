@@ -4,6 +4,7 @@
 #include "support/WindowFixture.h"
 
 #include <QHeaderView>
+#include <QMdiSubWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -135,6 +136,45 @@ private Q_SLOTS:
         press(*list.opened(), u"cmdDone"_s);
         QTest::keyClick(&table, Qt::Key_Escape);
         QVERIFY(!list.frame.find<frmRecipes>());
+    }
+
+    void columnWidths_data()
+    {
+        QTest::addColumn<int>("dragged"); // column, or -1 for none
+        QTest::addColumn<QList<int>>("sizes");
+        const QList<int> inSteps{801, 802, 803, 804, 1000, 997, 994,
+                                 991, 500, 700, 699, 698,  697, 900};
+        QTest::newRow("in steps") << -1 << inSteps;
+        QTest::newRow("the user's width of the first") << 0 << inSteps;
+        QTest::newRow("the user's width of the second") << 1 << inSteps;
+    }
+    // The columns depend on the last width alone.
+    void columnWidths()
+    {
+        QFETCH(int, dragged);
+        QFETCH(QList<int>, sizes);
+        ListFixture list("");
+        const QHeaderView &header = *list.table.header();
+        const auto resize = [&](int width) { list.form.parentWidget()->resize(width, 500); };
+        const auto widths = [&] {
+            return QList{header.sectionSize(0), header.sectionSize(1), header.sectionSize(2)};
+        };
+        const QList<int> narrow = widths();
+        resize(900);
+        QVERIFY(widths().at(0) > narrow.at(0) && widths().at(1) > narrow.at(1));
+        if (dragged >= 0) {
+            const QPoint edge(header.sectionViewportPosition(dragged + 1) - 1, 10);
+            QTest::mousePress(header.viewport(), Qt::LeftButton, {}, edge);
+            QTest::mouseMove(header.viewport(), edge - QPoint(50, 0));
+            QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, edge - QPoint(50, 0));
+        }
+        const QList<int> before = widths();
+        for (const int size : sizes) {
+            resize(size);
+            if (dragged >= 0)
+                QCOMPARE(widths().at(dragged), before.at(dragged));
+        }
+        QCOMPARE(widths(), before);
     }
 };
 
