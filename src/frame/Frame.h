@@ -10,6 +10,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 class Interaction;
@@ -57,6 +58,10 @@ public:
 
     // Returns the window that is active or is to become active, or null.
     ChildWindow *activeChild() const { return m_activation.requested(); }
+
+    // The global position of the mouse press that activates a window, while its Form_Activate runs.
+    // The control under the mouse gets the press afterwards.
+    std::optional<QPoint> pendingPress() const { return m_inputFilter.pendingPress(); }
 
     // Restores the window if it is minimised, and activates it; refreshes it if it is active.
     void show(ChildWindow &child);

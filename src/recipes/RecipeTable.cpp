@@ -4,9 +4,13 @@
 #include "widgets/TextListView.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QStyleOptionHeader>
+
+#include <utility>
 
 namespace {
 
@@ -76,6 +80,7 @@ RecipeTable::RecipeTable(QWidget *parent)
     header()->setSectionsClickable(true); // QTreeView::setHeader() clears this and the next one
     header()->setSortIndicatorShown(true);
     connect(header(), &QHeaderView::sectionResized, this, &RecipeTable::onSectionResized);
+    setVerticalScrollMode(ScrollPerItem); // the scroll bar counts rows, see firstVisibleRow()
 }
 
 void RecipeTable::keyboardSearch(const QString &letters)
@@ -97,6 +102,13 @@ void RecipeTable::paintEvent(QPaintEvent *event)
     QTreeView::paintEvent(event);
     if (model())
         paintPlaceholderText(*this, m_placeholderText);
+}
+
+void RecipeTable::setPlaceholderText(const QString &text)
+{
+    m_placeholderText = text;
+    setAccessibleDescription(text);
+    viewport()->update();
 }
 
 // Column widths
@@ -129,4 +141,46 @@ void RecipeTable::resizeEvent(QResizeEvent *event)
         if (!m_isUserWidth[static_cast<std::size_t>(column)])
             header()->resizeSection(column, automaticWidth(column));
     }
+}
+
+// Rows
+
+int RecipeTable::firstVisibleRow() const
+{
+    return verticalScrollBar()->value();
+}
+
+int RecipeTable::rowAt(QPoint globalPosition) const
+{
+    const QPoint position = viewport()->mapFromGlobal(globalPosition);
+    return viewport()->rect().contains(position) ? indexAt(position).row() : -1;
+}
+
+void RecipeTable::selectRow(int row)
+{
+    setAutoScroll(false);
+    setCurrentIndex(model()->index(row, 0));
+    setAutoScroll(true);
+}
+
+void RecipeTable::scrollToRow(int row, int rowsAbove)
+{
+    executeDelayedItemsLayout(); // sets the range of the scroll bar
+    verticalScrollBar()->setValue(row - rowsAbove);
+}
+
+void RecipeTable::mousePressEvent(QMouseEvent *event)
+{
+    if (!std::exchange(m_discardsPress, false))
+        QTreeView::mousePressEvent(event);
+}
+
+void RecipeTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (model()->rowCount() == 0)
+        Q_EMIT emptyTableDoubleClicked();
+    else
+        QTreeView::mouseDoubleClickEvent(event);
 }

@@ -27,6 +27,7 @@ protected:
 
 private:
     void setUpColumns();
+    void showState();
     void lvwRecipes_ColumnClick(int column); // from 0
     void lvwRecipes_DblClick();
     void lvwRecipes_SelectionChange();
