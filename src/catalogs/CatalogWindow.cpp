@@ -52,6 +52,12 @@ void CatalogWindow::Form_Activate()
         m_catalog.name->setFocus();
 }
 
+void CatalogWindow::refresh()
+{
+    if (!m_changed)
+        Form_Activate();
+}
+
 void CatalogWindow::fillList()
 {
     m_catalog.list->setTexts({});

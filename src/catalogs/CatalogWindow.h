@@ -37,6 +37,7 @@ protected:
     DataSources &sources() { return m_sources; } // for the declaration of the catalog's source
     void openDataSources() final;
     void Form_Activate() final;
+    void refresh() final; // unless there are unsaved changes
     bool keepsActivationFrom(const ChildWindow & /*next*/) const noexcept final { return true; }
 
     virtual void showNew(); // an override empties its own fields, then calls this one

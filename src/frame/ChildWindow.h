@@ -40,6 +40,10 @@ protected:
     virtual void Form_Activate() { }
     virtual void Form_Deactivate() { }
 
+    // Called if the window is shown while it is active already. A window that shows what other
+    // programs may change reads it again.
+    virtual void refresh() { }
+
     // Returns whether this window takes the activation back when next is about to be activated. Not
     // called while this window is hidden or unloaded.
     virtual bool keepsActivationFrom(const ChildWindow &next) const noexcept;

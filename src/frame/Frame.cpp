@@ -62,12 +62,15 @@ void Frame::add(ChildWindow &child)
 void Frame::show(ChildWindow &child)
 {
     ChildSubWindow &subWindow = subWindowOf(child);
+    const bool wasActive = m_activation.isActive(child);
     m_activation.requestActivation(child);
     if (subWindow.isMinimized())
         subWindow.showNormal();
     else
         subWindow.show();
     activate(child);
+    if (wasActive)
+        m_boundary.run(child.title(), [&] { child.refresh(); });
 }
 
 void Frame::activate(ChildWindow &child)

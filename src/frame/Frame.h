@@ -10,6 +10,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 class Interaction;
@@ -58,7 +59,12 @@ public:
     // Returns the window that is active or is to become active, or null.
     ChildWindow *activeChild() const { return m_activation.requested(); }
 
-    void show(ChildWindow &child); // restores it if it is minimised, and activates it
+    // The global position of the mouse press that activates a window, while its Form_Activate runs.
+    // The control under the mouse gets the press afterwards.
+    std::optional<QPoint> pendingPress() const { return m_inputFilter.pendingPress(); }
+
+    // Restores the window if it is minimised, and activates it; refreshes it if it is active.
+    void show(ChildWindow &child);
     void activate(ChildWindow &child); // does nothing if it is hidden
     void hide(ChildWindow &child); // and activates the window that was active before it
     void unload(ChildWindow &child); // hides it; it is destroyed after the running handler returns

@@ -8,6 +8,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QShortcutEvent>
 #include <QWheelEvent>
 #include <QWindow>
@@ -57,6 +58,7 @@ bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)
     if (type == QEvent::MouseMove || m_discardsMouse)
         return m_discardsMouse;
 
+    const QScopedValueRollback pendingPress(m_pendingPress, std::optional(globalPosition));
     // If the press moved the focus before it arrives here, the child is requested already.
     ChildWindow *child = childAt(globalPosition);
     if (child && child != m_activation.requested()) {

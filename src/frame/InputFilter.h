@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QPoint>
 
+#include <optional>
+
 class Activation;
 class ChildWindow;
 class QMdiArea;
@@ -24,6 +26,10 @@ class InputFilter final : public QObject
 public:
     InputFilter(QMdiArea &area, Activation &activation);
 
+    // The global position of the mouse press whose activations are running, if there is one. The
+    // control under the mouse gets the press afterwards.
+    std::optional<QPoint> pendingPress() const { return m_pendingPress; }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -36,5 +42,6 @@ private:
 
     QMdiArea &m_area;
     Activation &m_activation;
+    std::optional<QPoint> m_pendingPress;
     bool m_discardsMouse = false; // from a discarded press to its release
 };

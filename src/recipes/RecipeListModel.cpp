@@ -97,8 +97,10 @@ void RecipeListModel::sortRows(const RowSet &rows)
 void RecipeListModel::sort(int column, Qt::SortOrder /*order*/)
 {
     m_sortColumn = column;
-    if (!m_rows)
+    if (!m_rows) {
+        m_generation = 0; // show() must sort
         return;
+    }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const std::vector<int> before = m_order;
     sortRows(*m_rows);
@@ -119,7 +121,16 @@ QVariant RecipeListModel::value(int row, int rowSetColumn) const
 
 qint64 RecipeListModel::recipeIdAt(int row) const
 {
-    return value(row, m_idColumn).toLongLong();
+    return row >= 0 && row < rowCount() ? value(row, m_idColumn).toLongLong() : 0;
+}
+
+int RecipeListModel::rowOf(qint64 recipeId) const
+{
+    for (int row = 0; row < rowCount(); ++row) {
+        if (recipeIdAt(row) == recipeId)
+            return row;
+    }
+    return -1;
 }
 
 int RecipeListModel::rowCount(const QModelIndex &parent) const

@@ -25,12 +25,16 @@ public:
     // Shows the rows, which must have been read, sorted by the column that was sorted by last.
     void show(const RowSet &rows);
 
+    // Whether it shows rows, of which there may be 0.
+    bool isRead() const { return m_rows; }
+
     // The order is always ascending. Numbers are compared as texts; rows with equal texts keep the
     // order of the row set.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     int sortColumn() const { return m_sortColumn; }
 
-    qint64 recipeIdAt(int row) const;
+    qint64 recipeIdAt(int row) const; // 0 if there is no such row
+    int rowOf(qint64 recipeId) const; // -1 if there is no such recipe
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

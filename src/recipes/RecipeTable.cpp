@@ -4,9 +4,13 @@
 #include "widgets/TextListView.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QStyleOptionHeader>
+
+#include <utility>
 
 namespace {
 
@@ -75,6 +79,8 @@ RecipeTable::RecipeTable(QWidget *parent)
     setHeader(new SortHeader(this));
     header()->setSectionsClickable(true); // QTreeView::setHeader() clears this and the next one
     header()->setSortIndicatorShown(true);
+    connect(header(), &QHeaderView::sectionResized, this, &RecipeTable::onSectionResized);
+    setVerticalScrollMode(ScrollPerItem); // the scroll bar counts rows, see firstVisibleRow()
 }
 
 void RecipeTable::keyboardSearch(const QString &letters)
@@ -98,13 +104,83 @@ void RecipeTable::paintEvent(QPaintEvent *event)
         paintPlaceholderText(*this, m_placeholderText);
 }
 
-// Adds the difference to the widths, so that those which the user has set are kept.
+void RecipeTable::setPlaceholderText(const QString &text)
+{
+    m_placeholderText = text;
+    setAccessibleDescription(text);
+    viewport()->update();
+}
+
+// Column widths
+
+void RecipeTable::setColumnWidths(const QList<int> &widths)
+{
+    m_widths = widths;
+    for (int column = 0; column < widths.size(); ++column)
+        header()->resizeSection(column, automaticWidth(column));
+}
+
+int RecipeTable::automaticWidth(int column) const
+{
+    const int gained = qMax(width() - sizeHint().width(), 0);
+    const int shares[stretchingColumns] = {gained / 2, gained - gained / 2};
+    return m_widths[column] + (column < stretchingColumns ? shares[column] : 0);
+}
+
+// A width that the table does not give to the column is the user's.
+void RecipeTable::onSectionResized(int column, int /*oldWidth*/, int width)
+{
+    if (column < stretchingColumns)
+        m_isUserWidth[static_cast<std::size_t>(column)] = width != automaticWidth(column);
+}
+
 void RecipeTable::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
-    const int first = sizeHint().width();
-    const int gained =
-        qMax(event->size().width() - first, 0) - qMax(event->oldSize().width() - first, 0);
-    header()->resizeSection(0, header()->sectionSize(0) + gained / 2);
-    header()->resizeSection(1, header()->sectionSize(1) + gained - gained / 2);
+    for (int column = 0; column < stretchingColumns; ++column) {
+        if (!m_isUserWidth[static_cast<std::size_t>(column)])
+            header()->resizeSection(column, automaticWidth(column));
+    }
+}
+
+// Rows
+
+int RecipeTable::firstVisibleRow() const
+{
+    return verticalScrollBar()->value();
+}
+
+int RecipeTable::rowAt(QPoint globalPosition) const
+{
+    const QPoint position = viewport()->mapFromGlobal(globalPosition);
+    return viewport()->rect().contains(position) ? indexAt(position).row() : -1;
+}
+
+void RecipeTable::selectRow(int row)
+{
+    setAutoScroll(false);
+    setCurrentIndex(model()->index(row, 0));
+    setAutoScroll(true);
+}
+
+void RecipeTable::scrollToRow(int row, int rowsAbove)
+{
+    executeDelayedItemsLayout(); // sets the range of the scroll bar
+    verticalScrollBar()->setValue(row - rowsAbove);
+}
+
+void RecipeTable::mousePressEvent(QMouseEvent *event)
+{
+    if (!std::exchange(m_discardsPress, false))
+        QTreeView::mousePressEvent(event);
+}
+
+void RecipeTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (model()->rowCount() == 0)
+        Q_EMIT emptyTableDoubleClicked();
+    else
+        QTreeView::mouseDoubleClickEvent(event);
 }

@@ -8,6 +8,7 @@
 #include "widgets/StandardWidgets.h"
 
 #include <QHeaderView>
+#include <QScopeGuard>
 #include <QShortcut>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,6 +25,8 @@ frmRecipes::frmRecipes(Frame &frame)
     setUpColumns();
     connect(m_ui->lvwRecipes, &QAbstractItemView::doubleClicked, this,
             &frmRecipes::lvwRecipes_DblClick);
+    connect(m_ui->lvwRecipes, &RecipeTable::emptyTableDoubleClicked, this,
+            &frmRecipes::lvwRecipes_DblClick);
     connect(m_ui->lvwRecipes->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmRecipes::lvwRecipes_SelectionChange);
     connect(m_ui->cmdView, &QPushButton::clicked, this, &frmRecipes::cmdView_Click);
@@ -34,13 +37,14 @@ frmRecipes::~frmRecipes() = default;
 
 void frmRecipes::setUpColumns()
 {
-    constexpr std::array widths{2.0, 2.25, 0.5, 0.5}; // inches
+    QList<int> widths;
+    for (const double width : {2.0, 2.25, 0.5, 0.5}) // inches
+        widths += inches(*this, width, 0).width();
+    m_ui->lvwRecipes->setColumnWidths(widths);
     QHeaderView *header = m_ui->lvwRecipes->header();
     header->setSortIndicator(m_recipes.sortColumn(), Qt::AscendingOrder);
     connect(header, &QHeaderView::sectionClicked, this, &frmRecipes::lvwRecipes_ColumnClick);
     for (int column = 0; column < RecipeListModel::columns; ++column) {
-        header->resizeSection(column,
-                              inches(*this, widths[static_cast<std::size_t>(column)], 0).width());
         // QHeaderView takes no focus, so each column gets a shortcut.
         auto *key =
             new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + column)), this);
@@ -69,15 +73,41 @@ void frmRecipes::openDataSources()
     m_sources.open();
 }
 
+// Selects the first row. The recipe under a pressed mouse button stays there; if it cannot, the
+// press has no effect, since a double click would open another recipe. Without a press, the view
+// does not scroll if the rows above it are as many as before.
 void frmRecipes::Form_Activate()
 {
+    RecipeTable &table = *m_ui->lvwRecipes;
+    const std::optional<QPoint> press = frame().pendingPress();
+    const int top = table.firstVisibleRow();
+    const int pressedRow = press ? table.rowAt(*press) : -1;
+    const qint64 pressed = m_recipes.recipeIdAt(pressedRow);
+    const int keptRow = pressed != 0 ? pressedRow : top;
+    const qint64 kept = m_recipes.recipeIdAt(keptRow);
+
+    const auto atEnd = qScopeGuard([this] { showState(); });
     m_recipes.clear();
     m_sources.requery();
     m_recipes.show(datRecipes.Recordset().rows());
-    if (m_recipes.rowCount() > 0) {
-        m_ui->lvwRecipes->setCurrentIndex(m_recipes.index(0, 0));
-        m_ui->lvwRecipes->scrollToTop();
-    }
+
+    table.selectRow(0);
+    const int row = m_recipes.rowOf(kept);
+    table.scrollToRow(pressed != 0 || row == top ? row : 0, keptRow - top);
+    if (press && m_recipes.recipeIdAt(table.rowAt(*press)) != pressed)
+        table.discardNextPress();
+}
+
+// Says why there are no rows. A list that has not been activated yet says nothing.
+void frmRecipes::showState()
+{
+    QString text;
+    if (!m_recipes.isRead())
+        text = tr("The recipes could not be read. Press F5 to try again.");
+    else if (m_recipes.rowCount() == 0)
+        text = tr("No recipes yet.\nTo write your first one, press View and then New.\n"
+                  "To bring in recipe files, choose File, Import.");
+    m_ui->lvwRecipes->setPlaceholderText(text);
     lvwRecipes_SelectionChange(); // a model reset emits no selectionChanged()
 }
 
@@ -96,18 +126,20 @@ void frmRecipes::lvwRecipes_DblClick()
 
 void frmRecipes::lvwRecipes_SelectionChange()
 {
-    m_ui->cmdView->setEnabled(m_ui->lvwRecipes->selectionModel()->hasSelection());
+    const bool isEmpty = m_recipes.isRead() && m_recipes.rowCount() == 0;
+    m_ui->cmdView->setEnabled(isEmpty || m_ui->lvwRecipes->selectionModel()->hasSelection());
 }
 
-// Finds the recipe by its key, since several recipes may have the same title.
+// Finds the recipe by its key, since several recipes may have the same title. Without recipes, the
+// window opens for a new one.
 void frmRecipes::cmdView_Click()
 {
-    const QModelIndexList selected = m_ui->lvwRecipes->selectionModel()->selectedRows();
-    if (selected.isEmpty())
+    if (!m_ui->cmdView->isEnabled()) // for a double click
         return;
+    const QModelIndexList selected = m_ui->lvwRecipes->selectionModel()->selectedRows();
     auto &recipe = frame().load<frmRecipe>();
     frame().show(recipe);
-    recipe.CurrentRecipeID = m_recipes.recipeIdAt(selected.constFirst().row());
+    recipe.CurrentRecipeID = m_recipes.recipeIdAt(selected.value(0).row());
 }
 
 void frmRecipes::cmdClose_Click()

@@ -23,9 +23,11 @@ protected:
     void Form_Load() override;
     void openDataSources() override;
     void Form_Activate() override;
+    void refresh() override { Form_Activate(); }
 
 private:
     void setUpColumns();
+    void showState();
     void lvwRecipes_ColumnClick(int column); // from 0
     void lvwRecipes_DblClick();
     void lvwRecipes_SelectionChange();

@@ -3,6 +3,7 @@
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QDesktopServices>
 #include <QLineEdit>
@@ -11,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,6 +32,8 @@ private Q_SLOTS:
     void disablesWhatHasNoAction_data();
     void disablesWhatHasNoAction();
     void exportsWebPages();
+    void readsAgain_data();
+    void readsAgain();
     void quits_data();
     void quits();
 };
@@ -127,6 +131,49 @@ void tst_frmMain::exportsWebPages()
     window.findChild<QAction *>(u"mnuExport"_s)->trigger();
     QDesktopServices::unsetUrlHandler(u"file"_s);
     QCOMPARE(m_opened, QUrl::fromLocalFile(place.filePath(u"other/Pantrywise/index.html"_s)));
+}
+
+void tst_frmMain::readsAgain_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<QString>("edit"); // whose changes are not saved; empty for none
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("Recipes") << Qt::Key_F5 << u"lvwRecipes"_s << QString() << u"Salt"_s;
+    QTest::newRow("Ingredients") << Qt::Key_F6 << u"lstIngredients"_s << QString() << u"Salt"_s;
+    QTest::newRow("Ingredients, unsaved")
+        << Qt::Key_F6 << u"lstIngredients"_s << u"txtIngredient"_s << QString();
+    QTest::newRow("Utensils") << Qt::Key_F7 << u"lstUtensils"_s << QString() << u"Salt"_s;
+    QTest::newRow("Utensils, unsaved")
+        << Qt::Key_F7 << u"lstUtensils"_s << u"txtUtensilName"_s << QString();
+}
+
+// The key of a window that is in front shows what another program has written, unless that would
+// lose unsaved changes.
+void tst_frmMain::readsAgain()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const QString, list);
+    QFETCH(const QString, edit);
+    RecipeFile file;
+    DatabasePath = file.path();
+    MockInteraction interaction;
+    frmMain window(interaction);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(window.windowHandle(), key);
+    QCoreApplication::processEvents();
+    if (!edit.isEmpty())
+        window.findChild<QLineEdit *>(edit)->insert(u"Pepper"_s);
+    file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Salt');"
+               "INSERT INTO Ingredients (IngredientName) VALUES ('Salt');"
+               "INSERT INTO Utensils (UtensilName) VALUES ('Salt')"_s);
+    QTest::keyClick(window.windowHandle(), key);
+    const auto *view = window.findChild<QAbstractItemView *>(list);
+    QTEST(view->model()->index(0, 0).data().toString(), "shown");
+    if (!edit.isEmpty())
+        QCOMPARE(window.findChild<QLineEdit *>(edit)->text(), u"Pepper"_s);
 }
 
 void tst_frmMain::quits_data()

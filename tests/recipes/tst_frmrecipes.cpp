@@ -1,11 +1,16 @@
+#include "catalogs/frmIngredient.h"
+#include "data/Database.h"
 #include "recipes/RecipeTable.h"
 #include "recipes/frmRecipe.h"
 #include "recipes/frmRecipes.h"
 #include "support/WindowFixture.h"
 
 #include <QHeaderView>
+#include <QMdiSubWindow>
+#include <QScrollBar>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -33,6 +38,18 @@ struct ListFixture : WindowFixture {
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           {header->sectionViewportPosition(column) + 20, header->height() / 2});
     }
+    // Sends a double click to the main window, as the platform does.
+    void doubleClick(QPoint inTable)
+    {
+        const QPoint position = table.viewport()->mapTo(&static_cast<QWidget &>(*this), inTable);
+        QTest::mouseDClick(windowHandle(), Qt::LeftButton, {}, position);
+    }
+    QPoint middleOf(const QString &name) const
+    {
+        const QModelIndexList found = table.model()->match(table.model()->index(0, 0), 0, name);
+        return table.visualRect(found.value(0)).center();
+    }
+    bool canView() const { return control<QPushButton>(form, u"cmdView"_s).isEnabled(); }
     frmRecipe *opened()
     {
         QCoreApplication::processEvents();
@@ -40,6 +57,8 @@ struct ListFixture : WindowFixture {
         return recipe && frame.activeChild() == recipe ? recipe : nullptr;
     }
 
+    // Windows use this connection as well; a lock of another program fails soon.
+    std::shared_ptr<Database> database = Database::open(file.path(), 50ms);
     frmRecipes &form = open<frmRecipes>();
     RecipeTable &table = control<RecipeTable>(form, u"lvwRecipes"_s);
 };
@@ -98,6 +117,7 @@ private Q_SLOTS:
             QCOMPARE(list.frame.activeChild(), &list.form);
             QCOMPARE(list.column(0), order);
             QCOMPARE(list.selected(), order.first(1));
+            QCOMPARE(list.form.focusWidget()->objectName(), u"cmdView"_s);
         }
     }
 
@@ -114,14 +134,10 @@ private Q_SLOTS:
 
     void openingAndClosing()
     {
-        ListFixture empty("");
-        QTest::keyClick(&empty.table, Qt::Key_Return);
-        QVERIFY(!empty.opened());
-
         ListFixture list("INSERT INTO Recipes (RecipeName) VALUES ('Recipe b'), ('aa'), ('Rice')");
         RecipeTable &table = list.table;
         table.clearSelection();
-        QVERIFY(!control<QPushButton>(list.form, u"cmdView"_s).isEnabled());
+        QVERIFY(!list.canView());
         QTest::keyClick(&table, Qt::Key_Return);
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, {250, 5}); // in another column
         QTest::keyClicks(&table, u"re"_s);
@@ -130,11 +146,162 @@ private Q_SLOTS:
         QVERIFY(!list.opened());
         const QPoint row = table.visualRect(table.currentIndex()).center();
         QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseDClick(table.viewport(), Qt::RightButton, {}, row);
+        QVERIFY(!list.opened());
         QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, row);
         QCOMPARE(list.opened()->title(), u"Recipe b"_s);
         press(*list.opened(), u"cmdDone"_s);
         QTest::keyClick(&table, Qt::Key_Escape);
         QVERIFY(!list.frame.find<frmRecipes>());
+    }
+
+    void opensForTheFirstRecipe_data()
+    {
+        QTest::addColumn<std::function<void(ListFixture &)>>("open");
+        const auto row = [](const char *name, const std::function<void(ListFixture &)> &open) {
+            QTest::newRow(name) << open;
+        };
+        row("View", [](ListFixture &list) { press(list.form, u"cmdView"_s); });
+        row("Enter", [](ListFixture &list) { QTest::keyClick(&list.table, Qt::Key_Return); });
+        row("double click", [](ListFixture &list) { list.doubleClick({200, 100}); });
+    }
+    void opensForTheFirstRecipe()
+    {
+        QFETCH(const std::function<void(ListFixture &)>, open);
+        ListFixture list("");
+        QVERIFY(list.table.placeholderText().startsWith("No recipes yet."_L1));
+        open(list);
+        QVERIFY(list.opened());
+        QCOMPARE(list.opened()->CurrentRecipeID, 0);
+    }
+
+    void doubleClickInTheListBehind_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QByteArray>("change"); // by another program
+        QTest::addColumn<QString>("pointedAt");
+        QTest::addColumn<bool>("opens");
+        const QString name = u"Recipe 056"_s;
+        const auto row = [&](const char *label, const QByteArray &sql, bool isOpened) {
+            QTest::newRow(label) << 100 << sql << name << isOpened;
+        };
+        row("same rows", "", true);
+        row("a row before", "INSERT INTO Recipes (RecipeName) VALUES ('A')", true);
+        row("rows before gone", "DELETE FROM Recipes WHERE RecipeID < 20", true);
+        row("a row between", "INSERT INTO Recipes (RecipeName) VALUES ('Recipe 050b')", true);
+        row("rows at the top gone", "DELETE FROM Recipes WHERE RecipeID IN (46, 47, 48)", true);
+        row("that row gone", "DELETE FROM Recipes WHERE RecipeID = 56", false);
+        QTest::newRow("cannot be scrolled")
+            << 3 << QByteArray("INSERT INTO Recipes (RecipeName) VALUES ('A')") << u"Recipe 002"_s
+            << false;
+    }
+    // It opens the recipe under the mouse or none.
+    void doubleClickInTheListBehind()
+    {
+        QFETCH(int, count);
+        QFETCH(QByteArray, change);
+        QFETCH(QString, pointedAt);
+        QFETCH(bool, opens);
+        ListFixture list("WITH RECURSIVE n(i) AS (SELECT 1 UNION SELECT i + 1 FROM n WHERE i < "
+                         + QByteArray::number(count)
+                         + ") INSERT INTO Recipes (RecipeName)"
+                           " SELECT printf('Recipe %03d', i) FROM n");
+        list.resize(1500, 800);
+        list.form.parentWidget()->resize(400, 500);
+        list.table.verticalScrollBar()->setValue(45);
+        list.table.horizontalScrollBar()->setValue(70);
+        list.open<frmRecipe>().parentWidget()->move(700, 0);
+
+        list.sql(change);
+        list.doubleClick(list.middleOf(pointedAt));
+        QCOMPARE(list.opened() != nullptr, opens);
+        if (!opens)
+            return;
+        QCOMPARE(list.opened()->title(), pointedAt);
+        press(*list.opened(), u"cmdDone"_s);
+        QCOMPARE(list.selected(), list.table.model()->index(0, 0).data().toString());
+        QCOMPARE(list.table.horizontalScrollBar()->value(), 70);
+        if (change.isEmpty())
+            QCOMPARE(list.table.verticalScrollBar()->value(), 45);
+        list.sql("INSERT INTO Recipes (RecipeName) VALUES ('0')");
+        list.open<frmRecipes>();
+        QCOMPARE(list.selected(), u"0"_s);
+        QCOMPARE(list.table.verticalScrollBar()->value(), 0);
+    }
+
+    void columnWidths_data()
+    {
+        QTest::addColumn<int>("dragged"); // column, or -1 for none
+        QTest::addColumn<QList<int>>("sizes");
+        const QList<int> inSteps{801, 802, 803, 804, 1000, 997, 994,
+                                 991, 500, 700, 699, 698,  697, 900};
+        QTest::newRow("in steps") << -1 << inSteps;
+        QTest::newRow("the user's width of the first") << 0 << inSteps;
+        QTest::newRow("the user's width of the second") << 1 << inSteps;
+    }
+    // The columns depend on the last width alone.
+    void columnWidths()
+    {
+        QFETCH(int, dragged);
+        QFETCH(QList<int>, sizes);
+        ListFixture list("");
+        const QHeaderView &header = *list.table.header();
+        const auto resize = [&](int width) { list.form.parentWidget()->resize(width, 500); };
+        const auto widths = [&] {
+            return QList{header.sectionSize(0), header.sectionSize(1), header.sectionSize(2)};
+        };
+        const QList<int> narrow = widths();
+        resize(900);
+        QVERIFY(widths().at(0) > narrow.at(0) && widths().at(1) > narrow.at(1));
+        if (dragged >= 0) {
+            const QPoint edge(header.sectionViewportPosition(dragged + 1) - 1, 10);
+            QTest::mousePress(header.viewport(), Qt::LeftButton, {}, edge);
+            QTest::mouseMove(header.viewport(), edge - QPoint(50, 0));
+            QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, edge - QPoint(50, 0));
+        }
+        const QList<int> before = widths();
+        for (const int size : sizes) {
+            resize(size);
+            if (dragged >= 0)
+                QCOMPARE(widths().at(dragged), before.at(dragged));
+        }
+        QCOMPARE(widths(), before);
+    }
+
+    // A list that cannot be read says so, and the rows follow what was clicked in that time.
+    void failedRead()
+    {
+        ListFixture list("INSERT INTO Recipes (RecipeName, Serves) VALUES ('a', 2), ('b', 1)");
+        QVERIFY(list.canView());
+        SQLite::Database other = list.file.other();
+        other.exec("BEGIN EXCLUSIVE");
+        list.interaction.expect(WindowFixture::failure(
+            u"Recipes"_s,
+            u"The recipe file %1 is in use by another program. Nothing was stored. Wait until that program is done, or end it, and try again."_s
+                .arg(list.file.path())));
+        list.open<frmRecipes>(); // reads again, since it is active
+        QVERIFY(list.table.placeholderText().startsWith("The recipes could not be read."_L1));
+        QVERIFY(!list.canView());
+        list.doubleClick({200, 100});
+        QVERIFY(!list.opened());
+        list.clickHeader(3);
+        other.exec("COMMIT");
+        list.open<frmRecipes>();
+        QCOMPARE(list.column(0), u"b|a"_s);
+        QCOMPARE(list.selected(), u"b"_s);
+        QVERIFY(list.canView());
+    }
+
+    // Ingredients keeps the activation, so that the list waits behind it.
+    void notReadYet()
+    {
+        WindowFixture main("INSERT INTO Recipes (RecipeName) VALUES ('a')");
+        main.open<frmIngredient>();
+        const auto &list = main.open<frmRecipes>();
+        const auto &table = control<RecipeTable>(list, u"lvwRecipes"_s);
+        QCOMPARE(main.frame.activeChild(), main.frame.find<frmIngredient>());
+        QCOMPARE(table.placeholderText(), QString());
+        QVERIFY(!control<QPushButton>(list, u"cmdView"_s).isEnabled());
     }
 };
 
