@@ -1,9 +1,9 @@
 #include "about/frmAbout.h"
 #include "frame/ErrorBoundary.h"
 #include "support/MockInteraction.h"
+#include "support/Rows.h"
 
 #include <QLabel>
-#include <QTest>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,16 +18,14 @@ class tst_frmAbout : public QObject
 private Q_SLOTS:
     void closesByKey_data()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("Return") << Qt::Key_Return;
-        QTest::newRow("Escape") << Qt::Key_Escape;
+        addRows<Qt::Key>({{"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape}});
     }
 
     void closesByKey()
     {
-        QFETCH(const Qt::Key, key);
+        const auto [key] = fetchRow<Qt::Key>();
         frmAbout about(m_boundary);
-        QTimer::singleShot(0, &about, [&] { QTest::keyClick(&about, key); });
+        QTimer::singleShot(0, &about, [&, key = key] { QTest::keyClick(&about, key); });
         about.exec(); // would not return otherwise
     }
 

@@ -1,5 +1,7 @@
 #include "support/FileBytes.h"
 #include "support/RecipeFile.h"
+#include "support/Rows.h"
+#include "support/SrfText.h"
 #include "support/TemporaryHome.h"
 
 #include <QProcess>
@@ -9,9 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
-                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
-                        "<Utensils>\rPot\r</Utensils>\r";
+const QByteArray soup = srf({});
 
 // Runs the program without a desktop, in a temporary program folder.
 class tst_Program : public QObject
@@ -56,17 +56,16 @@ private Q_SLOTS:
 
     void importsAFileAndEnds_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QStringList>("arguments"); // %1 is the program folder
-        QTest::newRow("absolute path") << u"soup.srf"_s << QStringList{u"%1/soup.srf"_s};
-        QTest::newRow("unquoted space") << u"my soup.srf"_s << QStringList{u"my"_s, u"soup.srf"_s};
-        QTest::newRow("like an option") << u"-style.srf"_s << QStringList{u"-style.srf"_s};
+        // %1 is the program folder.
+        addRows<QString, QStringList>(
+            {{"absolute path", u"soup.srf"_s, {u"%1/soup.srf"_s}},
+             {"unquoted space", u"my soup.srf"_s, {u"my"_s, u"soup.srf"_s}},
+             {"like an option", u"-style.srf"_s, {u"-style.srf"_s}}});
     }
 
     void importsAFileAndEnds()
     {
-        QFETCH(const QString, name);
-        QFETCH(QStringList, arguments);
+        auto [name, arguments] = fetchRow<QString, QStringList>();
         setBytes(inFolder(name), soup);
         QCOMPARE(run(arguments.replaceInStrings(u"%1"_s, m_file->folder())), u"0 "_s);
         QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"), u"Soup"_s);
@@ -74,23 +73,20 @@ private Q_SLOTS:
 
     void saysWhyNothingWasImported_data()
     {
-        QTest::addColumn<QByteArray>("recipe"); // null if there is no file
-        QTest::addColumn<QByteArray>("database"); // null for an empty recipe file
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no file")
-            << QByteArray() << QByteArray()
-            << u"Could not find file.  Try importing file though File, Import."_s;
-        QTest::newRow("cut off") << soup.chopped(12) << QByteArray() << u"soup.srf"_s;
-        QTest::newRow("no recipe file to import into")
-            << soup << QByteArray("no database at all, but some text in it")
-            << u"data.rbk is not a recipe file"_s;
+        // The recipe, null if there is no file, and the database, null for an empty recipe file.
+        addRows<QByteArray, QByteArray, QString>(
+            {{"no file",
+              {},
+              {},
+              u"Could not find file.  Try importing file though File, Import."_s},
+             {"cut off", soup.chopped(12), {}, u"soup.srf"_s},
+             {"no recipe file to import into", soup, "no database at all, but some text in it",
+              u"data.rbk is not a recipe file"_s}});
     }
 
     void saysWhyNothingWasImported()
     {
-        QFETCH(const QByteArray, recipe);
-        QFETCH(const QByteArray, database);
-        QFETCH(const QString, message);
+        const auto [recipe, database, message] = fetchRow<QByteArray, QByteArray, QString>();
         if (!recipe.isNull())
             setBytes(inFolder(u"soup.srf"_s), recipe);
         if (!database.isNull())
@@ -107,7 +103,7 @@ private Q_SLOTS:
     // the answer is No.
     void showsControlCharactersAsText()
     {
-        setBytes(inFolder(u"soup.srf"_s), QByteArray(soup).replace("Soup", "So\xC2\x9Bup"));
+        setBytes(inFolder(u"soup.srf"_s), srf({.title = "So\xC2\x9Bup"}));
         run({u"soup.srf"_s});
         QCOMPARE(run({u"soup.srf"_s}),
                  u"1 Already in database: So<U+009B>up is already in the database.  Do you want to "
@@ -116,17 +112,14 @@ private Q_SLOTS:
 
     void asksOnTheTerminal_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<bool>("isYes");
-        QTest::newRow("Yes") << QByteArray("YES\n") << true;
-        QTest::newRow("other word") << QByteArray("yesterday\n") << false;
-        QTest::newRow("end of input") << QByteArray("\4") << false;
+        addRows<QByteArray, bool>({{"Yes", "YES\n", true},
+                                   {"other word", "yesterday\n", false},
+                                   {"end of input", "\4", false}});
     }
 
     void asksOnTheTerminal()
     {
-        QFETCH(const QByteArray, answer);
-        QFETCH(const bool, isYes);
+        const auto [answer, isYes] = fetchRow<QByteArray, bool>();
         setBytes(inFolder(u"soup.srf"_s), soup);
         run({u"soup.srf"_s});
         int terminal = -1;
@@ -146,14 +139,12 @@ private Q_SLOTS:
 
     void needsADesktopForItsWindow_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("no argument") << QStringList();
-        QTest::newRow("empty argument") << QStringList(u""_s);
+        addRows<QStringList>({{"no argument", {}}, {"empty argument", {u""_s}}});
     }
 
     void needsADesktopForItsWindow()
     {
-        QFETCH(const QStringList, arguments);
+        const auto [arguments] = fetchRow<QStringList>();
         const QString said = run(arguments);
         QVERIFY2(said.startsWith(u"1 "_s) && said.contains(u"needs a desktop"_s), qPrintable(said));
     }
@@ -180,11 +171,10 @@ private Q_SLOTS:
     {
         QFETCH(const int, killedAfter);
         constexpr int ingredients = 20000;
-        QByteArray lines;
+        QByteArrayList lines;
         for (int i = 0; i < ingredients; ++i)
-            lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup\r";
-        setBytes(inFolder(u"large.srf"_s),
-                 QByteArray(soup).replace("Salt|3|999|True||1 tsp\r", lines));
+            lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup";
+        setBytes(inFolder(u"large.srf"_s), srf({.ingredients = lines}));
 
         QProcess program;
         start(program, {u"large.srf"_s});

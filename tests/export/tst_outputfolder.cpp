@@ -1,8 +1,7 @@
 #include "export/ExportError.h"
 #include "platform/DirectoryExchange.h"
 #include "support/ExportFixture.h"
-
-#include <QTest>
+#include "support/Rows.h"
 
 #include <csignal>
 #include <sys/resource.h>
@@ -50,146 +49,131 @@ class tst_OutputFolder : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void failedWriting_data();
-    void failedWriting();
-    void stopped();
-    void otherFileAddedWhileExporting();
-    void twoExportsAtOnce();
-    void foreignEntries_data();
-    void foreignEntries();
-    void folderInPlaceOfAPage();
-    void linkToAFolderOfPages();
-    void removesOldFiles();
-    void exchangesInSteps();
+    void failedWriting_data()
+    {
+        addRows<rlim_t>(
+            {{"of the list", 10}, {"of the style sheet", 1000}, {"of a recipe", 100'000}});
+    }
+
+    void failedWriting()
+    {
+        const auto [size] = fetchRow<rlim_t>();
+        OldPages old;
+        old.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
+        limitFiles(size);
+        const QString message = old.run();
+        limitFiles(RLIM_INFINITY);
+        QVERIFY2(message.contains(old.path(u"Pantrywise: File too large"_s)), qPrintable(message));
+        QVERIFY(old.areKept());
+    }
+
+    void stopped()
+    {
+        OldPages old;
+        old.progress.stopAt = 1;
+        QCOMPARE(old.run(), QString());
+        QVERIFY(old.areKept());
+    }
+
+    void otherFileAddedWhileExporting()
+    {
+        OldPages old;
+        old.progress.onProgress = [&] { setBytes(old.page(u"shopping.txt"_s), "eggs"); };
+        QVERIFY(old.run().contains(u"contains shopping.txt,"_s));
+        QVERIFY(QFile::remove(old.page(u"shopping.txt"_s)));
+        QVERIFY(old.areKept());
+    }
+
+    void twoExportsAtOnce()
+    {
+        OldPages old;
+        old.progress.onProgress = [&] {
+            RecordingProgress progress;
+            QVERIFY_THROWS_EXCEPTION(
+                ExportError,
+                exportPages(old.file.path(), old.folder.path(), old.settings, progress));
+        };
+        QCOMPARE(old.run(), QString());
+    }
+
+    void foreignEntries_data()
+    {
+        addRows<QString, QByteArray>(
+            {{"file with the folder's name", u"Pantrywise"_s, "a file"},
+             {"hidden file", u"Pantrywise/.hidden"_s, "x"},
+             {"another list", u"Pantrywise/pantrywise-files.txt"_s, "mine\nindex.html"}});
+    }
+
+    void foreignEntries()
+    {
+        const auto [name, bytes] = fetchRow<QString, QByteArray>();
+        ExportFixture fixture;
+        setBytes(fixture.path(name), bytes);
+        QVERIFY(fixture.run().startsWith(fixture.path(u"Pantrywise was not made by an export"_s)));
+        QCOMPARE(bytesOf(fixture.path(name)), bytes);
+        QCOMPARE(fixture.entries().size(), 1);
+    }
+
+    void folderInPlaceOfAPage()
+    {
+        OldPages old;
+        QVERIFY(QFile::remove(old.page(u"style.css"_s)));
+        setBytes(old.page(u"style.css/mine.txt"_s), "");
+        QVERIFY(old.run().contains(u"contains style.css,"_s));
+        QVERIFY(QFile::exists(old.page(u"style.css/mine.txt"_s)));
+    }
+
+    void linkToAFolderOfPages()
+    {
+        OldPages old;
+        QVERIFY(QDir().rename(old.page({}), old.path(u"elsewhere"_s)));
+        QVERIFY(QFile::link(u"elsewhere"_s, old.path(u"Pantrywise"_s)));
+        QVERIFY(old.run().contains(u"was not made by an export"_s));
+        QVERIFY(QFile::exists(old.path(u"elsewhere/soup.html"_s)));
+    }
+
+    // The pages of deleted recipes, and what a killed export has left.
+    void removesOldFiles()
+    {
+        ExportFixture fixture;
+        QCOMPARE(fixture.run(), QString());
+        const QString staging = fixture.path(u"Pantrywise.new"_s);
+        QVERIFY(QDir().rename(fixture.page({}), staging));
+        QVERIFY(QFile::remove(staging + "/style.css"_L1));
+        QFile list(staging + "/pantrywise-files.txt"_L1);
+        QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
+        list.close();
+        setBytes(fixture.path(u"precious.txt"_s), "mine");
+        setBytes(fixture.path(u"Pantrywise.new+/mine.txt"_s), "mine");
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
+        QCOMPARE(fixture.run(), QString());
+        fixture.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
+        fixture.progress.names.clear();
+        exportPages(fixture.file.path(), fixture.page({}), {},
+                    fixture.progress); // into the folder itself
+        QCOMPARE(fixture.pages(),
+                 QStringList({u"index.html"_s, u"new.html"_s, u"pantrywise-files.txt"_s,
+                              u"style.css"_s, u"type_misc.html"_s}));
+        QCOMPARE(fixture.entries(),
+                 QStringList({u"Pantrywise"_s, u"Pantrywise.new+"_s, u"precious.txt"_s}));
+    }
+
+    // As on file systems that cannot exchange directories in one step.
+    void exchangesInSteps()
+    {
+        QTemporaryDir folder;
+        const auto exchange = [&folder](const char *name, const char *with) {
+            const std::filesystem::path path = folder.path().toStdString();
+            return !platform::exchangeDirectoriesInSteps(path / name, path / with);
+        };
+        setBytes(folder.filePath(u"a/a.txt"_s), "a");
+        setBytes(folder.filePath(u"b/b.txt"_s), "b");
+        QVERIFY(exchange("a", "b") && exchange("b", "c") && !exchange("none", "a"));
+        QCOMPARE(bytesOf(folder.filePath(u"a/b.txt"_s)), "b");
+        QCOMPARE(bytesOf(folder.filePath(u"c/a.txt"_s)), "a");
+        QCOMPARE(QDir(folder.path()).count(), 4U); // with . and ..
+    }
 };
-
-void tst_OutputFolder::failedWriting_data()
-{
-    QTest::addColumn<rlim_t>("size");
-    QTest::newRow("of the list") << rlim_t(10);
-    QTest::newRow("of the style sheet") << rlim_t(1000);
-    QTest::newRow("of a recipe") << rlim_t(100'000);
-}
-
-void tst_OutputFolder::failedWriting()
-{
-    QFETCH(const rlim_t, size);
-    OldPages old;
-    old.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
-    limitFiles(size);
-    const QString message = old.run();
-    limitFiles(RLIM_INFINITY);
-    QVERIFY2(message.contains(old.path(u"Pantrywise: File too large"_s)), qPrintable(message));
-    QVERIFY(old.areKept());
-}
-
-void tst_OutputFolder::stopped()
-{
-    OldPages old;
-    old.progress.stopAt = 1;
-    QCOMPARE(old.run(), QString());
-    QVERIFY(old.areKept());
-}
-
-void tst_OutputFolder::otherFileAddedWhileExporting()
-{
-    OldPages old;
-    old.progress.onProgress = [&] { setBytes(old.page(u"shopping.txt"_s), "eggs"); };
-    QVERIFY(old.run().contains(u"contains shopping.txt,"_s));
-    QVERIFY(QFile::remove(old.page(u"shopping.txt"_s)));
-    QVERIFY(old.areKept());
-}
-
-void tst_OutputFolder::twoExportsAtOnce()
-{
-    OldPages old;
-    old.progress.onProgress = [&] {
-        RecordingProgress progress;
-        QVERIFY_THROWS_EXCEPTION(
-            ExportError, exportPages(old.file.path(), old.folder.path(), old.settings, progress));
-    };
-    QCOMPARE(old.run(), QString());
-}
-
-void tst_OutputFolder::foreignEntries_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("file with the folder's name") << u"Pantrywise"_s << "a file"_ba;
-    QTest::newRow("hidden file") << u"Pantrywise/.hidden"_s << "x"_ba;
-    QTest::newRow("another list") << u"Pantrywise/pantrywise-files.txt"_s << "mine\nindex.html"_ba;
-}
-
-void tst_OutputFolder::foreignEntries()
-{
-    QFETCH(const QString, name);
-    QFETCH(const QByteArray, bytes);
-    ExportFixture fixture;
-    setBytes(fixture.path(name), bytes);
-    QVERIFY(fixture.run().startsWith(fixture.path(u"Pantrywise was not made by an export"_s)));
-    QCOMPARE(bytesOf(fixture.path(name)), bytes);
-    QCOMPARE(fixture.entries().size(), 1);
-}
-
-void tst_OutputFolder::folderInPlaceOfAPage()
-{
-    OldPages old;
-    QVERIFY(QFile::remove(old.page(u"style.css"_s)));
-    setBytes(old.page(u"style.css/mine.txt"_s), "");
-    QVERIFY(old.run().contains(u"contains style.css,"_s));
-    QVERIFY(QFile::exists(old.page(u"style.css/mine.txt"_s)));
-}
-
-void tst_OutputFolder::linkToAFolderOfPages()
-{
-    OldPages old;
-    QVERIFY(QDir().rename(old.page({}), old.path(u"elsewhere"_s)));
-    QVERIFY(QFile::link(u"elsewhere"_s, old.path(u"Pantrywise"_s)));
-    QVERIFY(old.run().contains(u"was not made by an export"_s));
-    QVERIFY(QFile::exists(old.path(u"elsewhere/soup.html"_s)));
-}
-
-// The pages of deleted recipes, and what a killed export has left.
-void tst_OutputFolder::removesOldFiles()
-{
-    ExportFixture fixture;
-    QCOMPARE(fixture.run(), QString());
-    const QString staging = fixture.path(u"Pantrywise.new"_s);
-    QVERIFY(QDir().rename(fixture.page({}), staging));
-    QVERIFY(QFile::remove(staging + "/style.css"_L1));
-    QFile list(staging + "/pantrywise-files.txt"_L1);
-    QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
-    list.close();
-    setBytes(fixture.path(u"precious.txt"_s), "mine");
-    setBytes(fixture.path(u"Pantrywise.new+/mine.txt"_s), "mine");
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
-    QCOMPARE(fixture.run(), QString());
-    fixture.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
-    fixture.progress.names.clear();
-    exportPages(fixture.file.path(), fixture.page({}), {},
-                fixture.progress); // into the folder itself
-    QCOMPARE(fixture.pages(),
-             QStringList({u"index.html"_s, u"new.html"_s, u"pantrywise-files.txt"_s, u"style.css"_s,
-                          u"type_misc.html"_s}));
-    QCOMPARE(fixture.entries(),
-             QStringList({u"Pantrywise"_s, u"Pantrywise.new+"_s, u"precious.txt"_s}));
-}
-
-// As on file systems that cannot exchange directories in one step.
-void tst_OutputFolder::exchangesInSteps()
-{
-    QTemporaryDir folder;
-    const auto exchange = [&folder](const char *name, const char *with) {
-        const std::filesystem::path path = folder.path().toStdString();
-        return !platform::exchangeDirectoriesInSteps(path / name, path / with);
-    };
-    setBytes(folder.filePath(u"a/a.txt"_s), "a");
-    setBytes(folder.filePath(u"b/b.txt"_s), "b");
-    QVERIFY(exchange("a", "b") && exchange("b", "c") && !exchange("none", "a"));
-    QCOMPARE(bytesOf(folder.filePath(u"a/b.txt"_s)), "b");
-    QCOMPARE(bytesOf(folder.filePath(u"c/a.txt"_s)), "a");
-    QCOMPARE(QDir(folder.path()).count(), 4U); // with . and ..
-}
 
 QTEST_GUILESS_MAIN(tst_OutputFolder)
 #include "tst_outputfolder.moc"

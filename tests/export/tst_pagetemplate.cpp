@@ -1,7 +1,6 @@
 #include "export/PageFields.h"
 #include "support/ExportFixture.h"
-
-#include <QTest>
+#include "support/Rows.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -77,155 +76,132 @@ class tst_PageTemplate : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void badTemplates_data();
-    void badTemplates();
-    void missingTemplate();
-    void goodTemplates_data();
-    void goodTemplates();
-    void fields_data();
-    void fields();
-    void exampleInTheDocument();
+    void badTemplates_data()
+    {
+        addRows<QByteArray, QString>({
+            {"missing", {}, u"mine.html cannot be used. There is no"_s},
+            {"blank", " \n", u"is empty"_s},
+            {"Latin-1", "\xE9t\xE9", u"not UTF-8 text"_s},
+            {"null character", QByteArray("a\0b", 3), u"not UTF-8 text"_s},
+            {"too large", QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s},
+            {"tag is not closed", "\n{{", u"Line 2: A tag is not closed"_s},
+            {"tag lacks a brace", "{{{jsonLd}}", u"A tag is not closed"_s},
+            {"unknown field", "{{titel}}", u"no field \"titel\""_s},
+            {"empty tag", "{{}}{{title}}", u"no field \"\""_s},
+            {"implicit iterator", "{{.}}", u"no field \".\""_s},
+            {"section is not closed", "\r\n\r\n{{#next}}{{title}}",
+             u"Line 3: The section next is not closed"_s},
+            {"section is not open", "{{/next}}", u"section next ends here, but it has not begun"_s},
+            {"sections overlap", "{{#next}}{{#author}}{{/next}}{{/author}}",
+             u"section next ends here"_s},
+            {"section inside itself", "{{#next}}{{^next}}{{/next}}{{/next}}",
+             u"section next is inside itself"_s},
+            {"unescaped by braces", "{{{title}}}", u"field title between two braces"_s},
+            {"unescaped by &", "{{& title}}", u"field title between two braces"_s},
+            {"escaped JSON-LD", "{{jsonLd}}", u"field jsonLd between three braces"_s},
+            {"partial", "{{>title}}", u"cannot include another"_s},
+            {"delimiters", "{{=<% %>=}}<%title%>", u"Delimiters other than"_s},
+        });
+    }
+
+    void badTemplates()
+    {
+        const auto [text, reason] = fetchRow<QByteArray, QString>();
+        ExportFixture fixture;
+        const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        if (!text.isNull())
+            setBytes(path, text);
+        const QString message = fixture.run();
+        QVERIFY2(message.contains(path) && message.contains(reason), qPrintable(message));
+        QVERIFY(fixture.entries().isEmpty());
+    }
+
+    void goodTemplates_data()
+    {
+        addRows<QByteArray, QByteArray>({
+            {"byte order mark and spaces", "\xEF\xBB\xBF{{ title }}", "A &amp; B"},
+            {"inverted section", "{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last"},
+            {"section of no field, comment", "{{#author}}by {{author}}{{/author}}{{! none }}", ""},
+            {"list",
+             "{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
+             "1 &lt;cup&gt; Salt.Salt."},
+            {"empty list and braces",
+             "{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}"},
+        });
+    }
+
+    void goodTemplates()
+    {
+        const auto [text, page] = fetchRow<QByteArray, QByteArray>();
+        ExportFixture fixture;
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
+                           "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
+                           "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
+        fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        setBytes(fixture.settings.recipeTemplate, text);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(fixture.pages().constFirst())), page);
+    }
+
+    void fields_data()
+    {
+        addRows<PageKind, int, QString>(
+            {{"main menu", PageKind::MainMenu, 3,
+              u"stylesheet mainMenu count recipeCount hasRecipes "
+              "types types/name types/link types/count types/recipeCount "
+              "letters letters/letter letters/anchor letters/recipes "
+              "letters/recipes/title letters/recipes/link"_s},
+             {"recipe type", PageKind::Category, 4,
+              u"stylesheet mainMenu name link count recipeCount "
+              "recipes recipes/title recipes/link"_s},
+             {"recipe", PageKind::Recipe, 5,
+              u"stylesheet mainMenu title type typeLink author servings rating "
+              "vegetarian hasDescription description description/paragraph "
+              "hasIngredients ingredients ingredients/name ingredients/quantity "
+              "hasUtensils utensils utensils/name "
+              "hasInstructions instructions instructions/paragraph "
+              "previous previous/title previous/link next next/title next/link "
+              "jsonLd"_s}});
+    }
+
+    // The fields that a page sets are those that its templates may use and that the section of the
+    // document describes.
+    void fields()
+    {
+        const auto [kind, section, fields] = fetchRow<PageKind, int, QString>();
+        QStringList paths = fields.split(u' ');
+        QSet<QString> found;
+        collectPaths(allFields(kind), {}, found);
+        QStringList set(found.begin(), found.end());
+        set.sort();
+        paths.sort();
+        QCOMPARE(set.join(u' '), paths.join(u' '));
+
+        QSet<QString> names;
+        for (const QString &path : paths)
+            names += path.section(u'/', -1);
+        QSet<QString> known;
+        for (const QByteArrayView name : knownFields(kind).names)
+            known += toString(name);
+        QCOMPARE(known, names);
+
+        const QStringList sections = document().split(u"\n## "_s);
+        for (const QString &path : paths)
+            QVERIFY2(isDescribed(path, sections[2] + sections[section]), qPrintable(path));
+    }
+
+    void exampleInTheDocument()
+    {
+        ExportFixture fixture;
+        fixture.settings.recipeTemplate = fixture.home.data(u"example.html"_s);
+        const QString example = document().section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
+        setBytes(fixture.settings.recipeTemplate, example.toUtf8());
+        fixture.file.write(
+            u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+    }
 };
-
-void tst_PageTemplate::badTemplates_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("reason");
-    const auto row = [](const char *name, const QByteArray &text, const QString &reason) {
-        QTest::newRow(name) << text << reason;
-    };
-    row("blank", " \n", u"is empty"_s);
-    row("Latin-1", "\xE9t\xE9", u"not UTF-8 text"_s);
-    row("null character", QByteArray("a\0b", 3), u"not UTF-8 text"_s);
-    row("too large", QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s);
-    row("tag is not closed", "\n{{", u"Line 2: A tag is not closed"_s);
-    row("tag lacks a brace", "{{{jsonLd}}", u"A tag is not closed"_s);
-    row("unknown field", "{{titel}}", u"no field \"titel\""_s);
-    row("empty tag", "{{}}{{title}}", u"no field \"\""_s);
-    row("implicit iterator", "{{.}}", u"no field \".\""_s);
-    row("section is not closed", "\r\n\r\n{{#next}}{{title}}",
-        u"Line 3: The section next is not closed"_s);
-    row("section is not open", "{{/next}}", u"section next ends here, but it has not begun"_s);
-    row("sections overlap", "{{#next}}{{#author}}{{/next}}{{/author}}",
-        u"section next ends here"_s);
-    row("section inside itself", "{{#next}}{{^next}}{{/next}}{{/next}}",
-        u"section next is inside itself"_s);
-    row("unescaped by braces", "{{{title}}}", u"field title between two braces"_s);
-    row("unescaped by &", "{{& title}}", u"field title between two braces"_s);
-    row("escaped JSON-LD", "{{jsonLd}}", u"field jsonLd between three braces"_s);
-    row("partial", "{{>title}}", u"cannot include another"_s);
-    row("delimiters", "{{=<% %>=}}<%title%>", u"Delimiters other than"_s);
-}
-
-void tst_PageTemplate::badTemplates()
-{
-    QFETCH(const QByteArray, text);
-    QFETCH(const QString, reason);
-    ExportFixture fixture;
-    const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
-    setBytes(path, text);
-    const QString message = fixture.run();
-    QVERIFY2(message.contains(path) && message.contains(reason), qPrintable(message));
-    QVERIFY(fixture.entries().isEmpty());
-}
-
-void tst_PageTemplate::missingTemplate()
-{
-    ExportFixture fixture;
-    const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
-    QVERIFY(fixture.run().contains(u"recipe template %1 cannot be used. There is no"_s.arg(path)));
-    QVERIFY(fixture.entries().isEmpty());
-}
-
-void tst_PageTemplate::goodTemplates_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("page");
-    const auto row = [](const char *name, const QByteArray &text, const QByteArray &page) {
-        QTest::newRow(name) << text << page;
-    };
-    row("byte order mark and spaces", "\xEF\xBB\xBF{{ title }}", "A &amp; B");
-    row("inverted section", "{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last");
-    row("section of no field, comment", "{{#author}}by {{author}}{{/author}}{{! none }}", "");
-    row("list", "{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
-        "1 &lt;cup&gt; Salt.Salt.");
-    row("empty list and braces",
-        "{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}");
-}
-
-void tst_PageTemplate::goodTemplates()
-{
-    QFETCH(const QByteArray, text);
-    ExportFixture fixture;
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
-                       "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
-                       "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
-    fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
-    setBytes(fixture.settings.recipeTemplate, text);
-    QCOMPARE(fixture.run(), QString());
-    QTEST(bytesOf(fixture.page(fixture.pages().constFirst())), "page");
-}
-
-void tst_PageTemplate::fields_data()
-{
-    QTest::addColumn<PageKind>("kind");
-    QTest::addColumn<int>("section"); // of the document
-    QTest::addColumn<QStringList>("paths");
-    QTest::newRow("main menu") << PageKind::MainMenu << 3
-                               << u"stylesheet mainMenu count recipeCount hasRecipes "
-                                  "types types/name types/link types/count types/recipeCount "
-                                  "letters letters/letter letters/anchor letters/recipes "
-                                  "letters/recipes/title letters/recipes/link"_s.split(u' ');
-    QTest::newRow("recipe type") << PageKind::Category << 4
-                                 << u"stylesheet mainMenu name link count recipeCount "
-                                    "recipes recipes/title recipes/link"_s.split(u' ');
-    QTest::newRow("recipe") << PageKind::Recipe << 5
-                            << u"stylesheet mainMenu title type typeLink author servings rating "
-                               "vegetarian hasDescription description description/paragraph "
-                               "hasIngredients ingredients ingredients/name ingredients/quantity "
-                               "hasUtensils utensils utensils/name "
-                               "hasInstructions instructions instructions/paragraph "
-                               "previous previous/title previous/link next next/title next/link "
-                               "jsonLd"_s.split(u' ');
-}
-
-// The fields that a page sets are those that its templates may use and that the document describes.
-void tst_PageTemplate::fields()
-{
-    QFETCH(const PageKind, kind);
-    QFETCH(const int, section);
-    QFETCH(QStringList, paths);
-    QSet<QString> found;
-    collectPaths(allFields(kind), {}, found);
-    QStringList set(found.begin(), found.end());
-    set.sort();
-    paths.sort();
-    QCOMPARE(set.join(u' '), paths.join(u' '));
-
-    QSet<QString> names;
-    for (const QString &path : paths)
-        names += path.section(u'/', -1);
-    QSet<QString> known;
-    for (const QByteArrayView name : knownFields(kind).names)
-        known += toString(name);
-    QCOMPARE(known, names);
-
-    const QStringList sections = document().split(u"\n## "_s);
-    for (const QString &path : paths)
-        QVERIFY2(isDescribed(path, sections[2] + sections[section]), qPrintable(path));
-}
-
-void tst_PageTemplate::exampleInTheDocument()
-{
-    ExportFixture fixture;
-    fixture.settings.recipeTemplate = fixture.home.data(u"example.html"_s);
-    const QString example = document().section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
-    setBytes(fixture.settings.recipeTemplate, example.toUtf8());
-    fixture.file.write(
-        u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
-    QCOMPARE(fixture.run(), QString());
-    QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
-}
 
 QTEST_GUILESS_MAIN(tst_PageTemplate)
 #include "tst_pagetemplate.moc"

@@ -1,28 +1,13 @@
 #include "export/SiteMap.h"
 #include "support/ExportFixture.h"
+#include "support/Rows.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
-
-class tst_WebPages : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void names_data();
-    void names();
-    void namesAreUnique();
-    void links();
-    void contents();
-    void hostileText();
-    void order();
-    void changedWhileExporting();
-};
 
 namespace {
 
@@ -52,157 +37,161 @@ QStringList matches(const QByteArray &page, const QString &pattern)
 
 } // namespace
 
-void tst_WebPages::names_data()
+class tst_WebPages : public QObject
 {
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("pattern");
-    const auto row = [](const char *name, const QString &title, const QString &pattern) {
-        QTest::newRow(name) << title << pattern;
-    };
-    row("complete", u"Autumn Soup 2"_s, u"autumn-soup-2"_s);
-    row("accent", u"Crème"_s, u"creme_[0-9a-f]{6}"_s);
-    row("combining accent", u"CRE\u0301ME"_s, u"creme_.{6}"_s);
-    row("other letters", u"Straße Łódź Ærø kısır"_s, u"strasse-lodz-aero-kisir_.{6}"_s);
-    row("punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s);
-    row("path", u"../../etc/passwd"_s, u"etc-passwd_.{6}"_s);
-    row("no Latin letters", u"борщ"_s, u"recipe_.{6}"_s);
-    row("null character", u"Soup\0.exe"_s, u"soup-exe_.{6}"_s);
-    row("reserved", u"CON"_s, u"con_.{6}"_s);
-    row("long", u"a "_s.repeated(500), u"a(-a){29}_.{6}"_s);
-}
+    Q_OBJECT
 
-// A name is the same whatever the recipe's key is.
-void tst_WebPages::names()
-{
-    QFETCH(const QString, title);
-    QFETCH(const QString, pattern);
-    const QString name = RecipePageNames().take(title, 1);
-    QVERIFY2(QRegularExpression(u"\\A"_s + pattern + u"\\.html\\z"_s).match(name).hasMatch(),
-             qPrintable(name));
-    QCOMPARE(RecipePageNames().take(title, 2), name);
-}
+private Q_SLOTS:
+    void names_data()
+    {
+        addRows<QString, QString>({
+            {"complete", u"Autumn Soup 2"_s, u"autumn-soup-2"_s},
+            {"accent", u"Crème"_s, u"creme_[0-9a-f]{6}"_s},
+            {"combining accent", u"CRE\u0301ME"_s, u"creme_.{6}"_s},
+            {"other letters", u"Straße Łódź Ærø kısır"_s, u"strasse-lodz-aero-kisir_.{6}"_s},
+            {"punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s},
+            {"path", u"../../etc/passwd"_s, u"etc-passwd_.{6}"_s},
+            {"no Latin letters", u"борщ"_s, u"recipe_.{6}"_s},
+            {"null character", u"Soup\0.exe"_s, u"soup-exe_.{6}"_s},
+            {"reserved", u"CON"_s, u"con_.{6}"_s},
+            {"long", u"a "_s.repeated(500), u"a(-a){29}_.{6}"_s},
+        });
+    }
 
-void tst_WebPages::namesAreUnique()
-{
-    RecipePageNames names;
-    QCOMPARE(names.take(u"Creme"_s, 1), u"creme.html"_s);
-    const QString accented = names.take(u"Crème"_s, 2);
-    QVERIFY(accented.startsWith(u"creme_"));
-    QVERIFY(names.take(u"CRE\u0301ME"_s, 3) != accented);
-    QCOMPARE(names.take(u"CREME"_s, 7), u"creme_7.html"_s);
-    QCOMPARE(typePageName(u"Grains/Bean/Rice"_s), u"type_grains-bean-rice.html"_s);
-}
+    // A name is the same whatever the recipe's key is.
+    void names()
+    {
+        const auto [title, pattern] = fetchRow<QString, QString>();
+        const QString name = RecipePageNames().take(title, 1);
+        QVERIFY2(QRegularExpression(u"\\A"_s + pattern + u"\\.html\\z"_s).match(name).hasMatch(),
+                 qPrintable(name));
+        QCOMPARE(RecipePageNames().take(title, 2), name);
+    }
 
-// Every page can be reached from the main menu, and no link is broken.
-void tst_WebPages::links()
-{
-    ExportFixture fixture;
-    addDishes(fixture.file, 600);
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
-    QCOMPARE(fixture.run(), QString());
+    void namesAreUnique()
+    {
+        RecipePageNames names;
+        QCOMPARE(names.take(u"Creme"_s, 1), u"creme.html"_s);
+        const QString accented = names.take(u"Crème"_s, 2);
+        QVERIFY(accented.startsWith(u"creme_"));
+        QVERIFY(names.take(u"CRE\u0301ME"_s, 3) != accented);
+        QCOMPARE(names.take(u"CREME"_s, 7), u"creme_7.html"_s);
+        QCOMPARE(typePageName(u"Grains/Bean/Rice"_s), u"type_grains-bean-rice.html"_s);
+    }
 
-    QMap<QString, bool> reached{{u"index.html"_s, true}, {u"pantrywise-files.txt"_s, true}};
-    for (QStringList unread = reached.keys(); !unread.isEmpty();) {
-        const QByteArray page = bytesOf(fixture.page(unread.takeLast()));
-        for (const QString &link : matches(page, u"href=\"([^\"]*)\""_s)) {
-            if (link.startsWith(u'#'))
-                QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
-            else if (!std::exchange(reached[link], true))
-                unread += link;
+    // Every page can be reached from the main menu, and no link is broken.
+    void links()
+    {
+        ExportFixture fixture;
+        addDishes(fixture.file, 600);
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
+        QCOMPARE(fixture.run(), QString());
+
+        QMap<QString, bool> reached{{u"index.html"_s, true}, {u"pantrywise-files.txt"_s, true}};
+        for (QStringList unread = reached.keys(); !unread.isEmpty();) {
+            const QByteArray page = bytesOf(fixture.page(unread.takeLast()));
+            for (const QString &link : matches(page, u"href=\"([^\"]*)\""_s)) {
+                if (link.startsWith(u'#'))
+                    QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
+                else if (!std::exchange(reached[link], true))
+                    unread += link;
+            }
         }
+        QCOMPARE(reached.keys(), fixture.pages());
+        QCOMPARE(
+            matches(bytesOf(fixture.page(u"index.html"_s)), u"<small>([^<]*)"_s),
+            QStringList({u"200 recipes"_s, u"200 recipes"_s, u"200 recipes"_s, u"1 recipe"_s}));
     }
-    QCOMPARE(reached.keys(), fixture.pages());
-    QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), u"<small>([^<]*)"_s),
-             QStringList({u"200 recipes"_s, u"200 recipes"_s, u"200 recipes"_s, u"1 recipe"_s}));
-}
 
-void tst_WebPages::contents()
-{
-    ExportFixture fixture;
-    fixture.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
-                       "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
-                       "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"
-                       "(2,1,'2 tsp (fine)');"
-                       "INSERT INTO RecipeUtensils VALUES (1,2),(1,1);"
-                       "INSERT INTO Recipes VALUES (1,'Ham Soup','Good.','Ann',1,"
-                       "'Boil.'||char(13,10,13,10)||' Serve.'||char(13,10),2,2.5),"
-                       "(2,'Bare','','',1,'',0,0),(3,'None','','',1,'',0,0)"_s);
-    QCOMPARE(fixture.run(), QString());
-    const QByteArray page = bytesOf(fixture.page(u"ham-soup.html"_s));
-    QCOMPARE(
-        QJsonDocument(jsonOf(page)).toJson(QJsonDocument::Compact),
-        R"({"@context":"https://schema.org","@type":"Recipe","aggregateRating":{)"
-        R"("@type":"AggregateRating","bestRating":5,"ratingCount":1,)"
-        R"("ratingExplanation":"2 - Well recieved","ratingValue":4,"worstRating":1},)"
-        R"("author":{"@type":"Person","name":"Ann"},"description":"Good.","name":"Ham Soup",)"
-        R"("recipeCategory":"Soup","recipeIngredient":["1 lb Ham","Salt"],)"
-        R"("recipeInstructions":["Boil.","Serve."],"recipeYield":"2.5","tool":["Sieve","Pan"]})");
-    for (const char *shown : {"<b>1 lb</b> Ham", "<li dir=\"auto\">Salt</li>", "Serves 2.5",
-                              "2 - Well recieved", "<p dir=\"auto\">Serve.</p>"})
-        QVERIFY2(page.contains(shown), shown);
-    QVERIFY(!page.contains("Vegetarian"));
+    void contents()
+    {
+        ExportFixture fixture;
+        fixture.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
+                           "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
+                           "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"
+                           "(2,1,'2 tsp (fine)');"
+                           "INSERT INTO RecipeUtensils VALUES (1,2),(1,1);"
+                           "INSERT INTO Recipes VALUES (1,'Ham Soup','Good.','Ann',1,"
+                           "'Boil.'||char(13,10,13,10)||' Serve.'||char(13,10),2,2.5),"
+                           "(2,'Bare','','',1,'',0,0),(3,'None','','',1,'',0,0)"_s);
+        QCOMPARE(fixture.run(), QString());
+        const QByteArray page = bytesOf(fixture.page(u"ham-soup.html"_s));
+        QCOMPARE(
+            QJsonDocument(jsonOf(page)).toJson(QJsonDocument::Compact),
+            R"({"@context":"https://schema.org","@type":"Recipe","aggregateRating":{)"
+            R"("@type":"AggregateRating","bestRating":5,"ratingCount":1,)"
+            R"("ratingExplanation":"2 - Well recieved","ratingValue":4,"worstRating":1},)"
+            R"("author":{"@type":"Person","name":"Ann"},"description":"Good.","name":"Ham Soup",)"
+            R"("recipeCategory":"Soup","recipeIngredient":["1 lb Ham","Salt"],)"
+            R"("recipeInstructions":["Boil.","Serve."],"recipeYield":"2.5","tool":["Sieve","Pan"]})");
+        for (const char *shown : {"<b>1 lb</b> Ham", "<li dir=\"auto\">Salt</li>", "Serves 2.5",
+                                  "2 - Well recieved", "<p dir=\"auto\">Serve.</p>"})
+            QVERIFY2(page.contains(shown), shown);
+        QVERIFY(!page.contains("Vegetarian"));
 
-    const QByteArray bare = bytesOf(fixture.page(u"bare.html"_s));
-    QVERIFY(bare.contains(">Vegetarian<"));
-    QVERIFY(jsonOf(bare).contains(u"suitableForDiet"));
-    QVERIFY(
-        bytesOf(fixture.page(u"none.html"_s)).contains(">Vegetarian<")); // as in the recipe window
-    for (const char *hidden : {"Serves", "ating", "Utensils", ">Instructions", "\"author", "Yield"})
-        QVERIFY2(!bare.contains(hidden), hidden);
-}
-
-void tst_WebPages::hostileText()
-{
-    const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
-    ExportFixture fixture;
-    fixture.file.write(QString(u"INSERT INTO Recipes SELECT 1, char(0,27,128)||t, t, t, 99, "
-                               "t||char(0,7,65534,10)||t, 'x', t FROM (SELECT '%1' AS t);"
-                               "INSERT INTO Recipes (RecipeName) VALUES (' '||char(9))"_s)
-                           .arg(QString(hostile).replace(u'\'', u"''"_s)));
-    QCOMPARE(fixture.run(), QString());
-    QCOMPARE(fixture.progress.names, QStringList({hostile, u"Untitled recipe"_s}));
-
-    static const QRegularExpression control(u"[^\\P{Cc}\\n]|\\x{FFFE}"_s);
-    for (const QString &name : fixture.pages()) {
-        const QByteArray page = bytesOf(fixture.page(name));
-        QVERIFY2(!QString::fromUtf8(page).contains(control), qPrintable(name));
-        QCOMPARE(page.count("<b>") + page.count("<!--"), 0);
-        QCOMPARE(page.count("</script>"), page.count("<script"));
+        const QByteArray bare = bytesOf(fixture.page(u"bare.html"_s));
+        QVERIFY(bare.contains(">Vegetarian<"));
+        QVERIFY(jsonOf(bare).contains(u"suitableForDiet"));
+        QVERIFY(bytesOf(fixture.page(u"none.html"_s))
+                    .contains(">Vegetarian<")); // as in the recipe window
+        for (const char *hidden :
+             {"Serves", "ating", "Utensils", ">Instructions", "\"author", "Yield"})
+            QVERIFY2(!bare.contains(hidden), hidden);
     }
-    const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
-    QVERIFY(page.contains("<h1 dir=\"auto\">&lt;/script&gt;&lt;!--"));
-    QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
-    QCOMPARE(jsonOf(page)[u"recipeInstructions"].toArray(), QJsonArray({hostile, hostile}));
-    QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
-}
 
-void tst_WebPages::order()
-{
-    ExportFixture fixture; // the default order is by type, then by title
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) "
-                       "VALUES ('b', 0), ('É', 2), ('a', 2), ('f', 0)"_s);
-    QCOMPARE(fixture.run(), QString());
-    QCOMPARE(matches(bytesOf(fixture.page(u"a.html"_s)), u"rel=\"(?:prev|next)\" href=\"(.)"_s),
-             QStringList({u"f"_s, u"e"_s}));
-    QCOMPARE(matches(bytesOf(fixture.page(u"b.html"_s)), u"rel=\"(.)"_s),
-             QStringList({u"s"_s, u"n"_s})); // the style sheet, the next one
-    QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), u"<h3[^>]*>([^<]*)"_s),
-             QStringList({u"A"_s, u"B"_s, u"E"_s, u"F"_s}));
-}
+    void hostileText()
+    {
+        const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
+        ExportFixture fixture;
+        fixture.file.write(QString(u"INSERT INTO Recipes SELECT 1, char(0,27,128)||t, t, t, 99, "
+                                   "t||char(0,7,65534,10)||t, 'x', t FROM (SELECT '%1' AS t);"
+                                   "INSERT INTO Recipes (RecipeName) VALUES (' '||char(9))"_s)
+                               .arg(QString(hostile).replace(u'\'', u"''"_s)));
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(fixture.progress.names, QStringList({hostile, u"Untitled recipe"_s}));
 
-// Other programs can change the recipes, because the database is not locked while pages are
-// written.
-void tst_WebPages::changedWhileExporting()
-{
-    ExportFixture fixture;
-    addDishes(fixture.file, 300);
-    fixture.progress.onProgress = [&] {
-        if (fixture.progress.names.size() == 3)
-            fixture.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
-    };
-    QVERIFY(fixture.run().contains(u"Another program has changed the recipes"_s));
-    QVERIFY(fixture.entries().isEmpty());
-}
+        static const QRegularExpression control(u"[^\\P{Cc}\\n]|\\x{FFFE}"_s);
+        for (const QString &name : fixture.pages()) {
+            const QByteArray page = bytesOf(fixture.page(name));
+            QVERIFY2(!QString::fromUtf8(page).contains(control), qPrintable(name));
+            QCOMPARE(page.count("<b>") + page.count("<!--"), 0);
+            QCOMPARE(page.count("</script>"), page.count("<script"));
+        }
+        const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
+        QVERIFY(page.contains("<h1 dir=\"auto\">&lt;/script&gt;&lt;!--"));
+        QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
+        QCOMPARE(jsonOf(page)[u"recipeInstructions"].toArray(), QJsonArray({hostile, hostile}));
+        QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
+    }
+
+    void order()
+    {
+        ExportFixture fixture; // the default order is by type, then by title
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) "
+                           "VALUES ('b', 0), ('É', 2), ('a', 2), ('f', 0)"_s);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(matches(bytesOf(fixture.page(u"a.html"_s)), u"rel=\"(?:prev|next)\" href=\"(.)"_s),
+                 QStringList({u"f"_s, u"e"_s}));
+        QCOMPARE(matches(bytesOf(fixture.page(u"b.html"_s)), u"rel=\"(.)"_s),
+                 QStringList({u"s"_s, u"n"_s})); // the style sheet, the next one
+        QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), u"<h3[^>]*>([^<]*)"_s),
+                 QStringList({u"A"_s, u"B"_s, u"E"_s, u"F"_s}));
+    }
+
+    // Other programs can change the recipes, because the database is not locked while pages are
+    // written.
+    void changedWhileExporting()
+    {
+        ExportFixture fixture;
+        addDishes(fixture.file, 300);
+        fixture.progress.onProgress = [&] {
+            if (fixture.progress.names.size() == 3)
+                fixture.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
+        };
+        QVERIFY(fixture.run().contains(u"Another program has changed the recipes"_s));
+        QVERIFY(fixture.entries().isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_WebPages)
 #include "tst_webpages.moc"

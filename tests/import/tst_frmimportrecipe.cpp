@@ -4,15 +4,12 @@
 #include "support/FileBytes.h"
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
+#include "support/Rows.h"
 #include "support/SrfText.h"
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
 using Outcome = frmImportRecipe::Outcome;
-
-} // namespace
 
 class tst_frmImportRecipe : public QObject
 {
@@ -109,52 +106,42 @@ private Q_SLOTS:
 
     void badNumbers_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("line");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("found");
-        const auto row = [](const char *name, const SrfText &text, int line,
-                            const QString &expected, const QString &found) {
-            QTest::newRow(name) << srf(text) << line << expected << found;
-        };
         const auto egg = [](const QByteArray &fields) {
             return SrfText{.ingredients = {"Salt|3|999|True||", "Egg|" + fields + '|'}};
         };
-        row("recipe type", {.type = "32768"}, 4, u"the number of a recipe type"_s, u"32768"_s);
-        row("servings", {.serves = ""}, 5, u"the number of servings"_s, u""_s);
-        row("ingredient type", egg("1.5|1|True|"), 11, u"the number of an ingredient type"_s,
-            u"1.5"_s);
-        row("shelf life", egg("1|a week|True|"), 11, u"a shelf life in days"_s, u"a week"_s);
-        row("vegetarian", egg("1|1|yes|"), 11, u"True or False for vegetarian"_s, u"yes"_s);
-        row("missing shelf life", egg("1||q"), 11, u"the shelf life of a new ingredient"_s,
-            u"Egg|1||q|"_s);
+        addRows<SrfText, int, QString, QString>({
+            {"recipe type", {.type = "32768"}, 4, u"the number of a recipe type"_s, u"32768"_s},
+            {"servings", {.serves = ""}, 5, u"the number of servings"_s, u""_s},
+            {"ingredient type", egg("1.5|1|True|"), 11, u"the number of an ingredient type"_s,
+             u"1.5"_s},
+            {"shelf life", egg("1|a week|True|"), 11, u"a shelf life in days"_s, u"a week"_s},
+            {"vegetarian", egg("1|1|yes|"), 11, u"True or False for vegetarian"_s, u"yes"_s},
+            {"missing shelf life", egg("1||q"), 11, u"the shelf life of a new ingredient"_s,
+             u"Egg|1||q|"_s},
+        });
     }
 
     void badNumbers()
     {
-        QFETCH(const QByteArray, text);
-        QFETCH(const int, line);
-        QFETCH(const QString, expected);
-        QFETCH(const QString, found);
+        const auto [text, line, expected, found] = fetchRow<SrfText, int, QString, QString>();
         m_interaction->expect(
             {srfErrorText({line, expected, found}, path()), u"Error"_s, Icon::Exclamation});
-        QCOMPARE(import(text), Outcome::NotImported);
+        QCOMPARE(import(srf(text)), Outcome::NotImported);
         QCOMPARE(stored(), u" /  /  /  / "_s);
     }
 
     void takenTitles_data()
     {
-        QTest::addColumn<QByteArray>("title");
-        QTest::newRow("accent") << "Éclair"_ba;
-        QTest::newRow("quotes") << "Baba's \"Nudeln\""_ba;
-        QTest::newRow("pattern characters") << "100% *?_ soup"_ba;
-        QTest::newRow("spaces and a line feed") << " a\nb "_ba;
+        addRows<QByteArray>({{"accent", "Éclair"},
+                             {"quotes", "Baba's \"Nudeln\""},
+                             {"pattern characters", "100% *?_ soup"},
+                             {"spaces and a line feed", " a\nb "}});
     }
 
     // The names of the catalogs are found again as well.
     void takenTitles()
     {
-        QFETCH(const QByteArray, title);
+        const auto [title] = fetchRow<QByteArray>();
         const QString name = QString::fromUtf8(title);
         const QByteArray text =
             srf({.title = title, .ingredients = {title + "|1|1|True||1"}, .utensils = {title}});

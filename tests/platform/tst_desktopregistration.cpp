@@ -1,5 +1,6 @@
 #include "platform/DesktopRegistration.h"
 #include "support/FileBytes.h"
+#include "support/Rows.h"
 #include "support/TemporaryHome.h"
 
 #include <QMimeDatabase>
@@ -38,46 +39,39 @@ private Q_SLOTS:
 
     void changesTheDefaultApplication_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-        QTest::newRow("empty file")
-            << QByteArray() << QByteArray("[Default Applications]\nt/x=p.desktop;\n");
-        QTest::newRow("no section") << QByteArray("# mine\n[Added Associations]\nt/x=o")
-                                    << QByteArray("# mine\n[Added Associations]\nt/x=o\n\n"
-                                                  "[Default Applications]\nt/x=p.desktop;\n");
-        QTest::newRow("no entry")
-            << QByteArray("[Default Applications]\r\na/b = c;\r\n\n[X]\nt/x=o\n")
-            << QByteArray("[Default Applications]\r\nt/x=p.desktop;\na/b = c;\r\n\n[X]\nt/x=o\n");
-        QTest::newRow("not the first one")
-            << QByteArray("[Default Applications]\nt/xy=q\n t/x = o;p.desktop;\na/b=c\n")
-            << QByteArray("[Default Applications]\nt/xy=q\nt/x=p.desktop;o;\na/b=c\n");
+        addRows<QByteArray, QByteArray>(
+            {{"empty file", {}, "[Default Applications]\nt/x=p.desktop;\n"},
+             {"no section", "# mine\n[Added Associations]\nt/x=o",
+              "# mine\n[Added Associations]\nt/x=o\n\n[Default Applications]\nt/x=p.desktop;\n"},
+             {"no entry", "[Default Applications]\r\na/b = c;\r\n\n[X]\nt/x=o\n",
+              "[Default Applications]\r\nt/x=p.desktop;\na/b = c;\r\n\n[X]\nt/x=o\n"},
+             {"not the first one", "[Default Applications]\nt/xy=q\n t/x = o;p.desktop;\na/b=c\n",
+              "[Default Applications]\nt/xy=q\nt/x=p.desktop;o;\na/b=c\n"}});
     }
 
     void changesTheDefaultApplication()
     {
-        QFETCH(const QByteArray, before);
-        QFETCH(const QByteArray, after);
+        const auto [before, after] = fetchRow<QByteArray, QByteArray>();
         QCOMPARE(withDefaultApplication(before, "t/x", "p.desktop"), after);
         QCOMPARE(withDefaultApplication(after, "t/x", "p.desktop"), after);
     }
 
     void launchesFromAnOddFolder_data()
     {
-        QTest::addColumn<QString>("folder");
-        QTest::newRow("quotes") << u"\"a quoted\" it's"_s;
-        QTest::newRow("percent sign") << u"50% off"_s;
-        QTest::newRow("field code") << u"%f"_s;
-        QTest::newRow("shell expansion") << u"$HOME back\\slash\\\\ `tick`"_s;
-        QTest::newRow("shell operators") << u"(a)&;<b>|*?#~"_s;
-        QTest::newRow("control characters") << u"é日 tab\there\nline"_s;
-        QTest::newRow("equals sign") << u"a=b"_s;
+        addRows<QString>({{"quotes", u"\"a quoted\" it's"_s},
+                          {"percent sign", u"50% off"_s},
+                          {"field code", u"%f"_s},
+                          {"shell expansion", u"$HOME back\\slash\\\\ `tick`"_s},
+                          {"shell operators", u"(a)&;<b>|*?#~"_s},
+                          {"control characters", u"é日 tab\there\nline"_s},
+                          {"equals sign", u"a=b"_s}});
     }
 
     // The desktop's own launcher must find the program and pass the whole path of the file. The
     // launcher does not wait for the program, but `cat` waits for the end of its output.
     void launchesFromAnOddFolder()
     {
-        QFETCH(const QString, folder);
+        const auto [folder] = fetchRow<QString>();
         const QString program = m_home.data(u"programs/"_s) + folder + "/Pantrywise"_L1;
         setBytes(program, "#!/bin/sh\nprintf '<%s>' \"$0\" \"$@\"\n");
         QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));

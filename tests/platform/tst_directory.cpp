@@ -1,10 +1,9 @@
 #include "platform/Directory.h"
 #include "platform/Paths.h"
 #include "support/FileBytes.h"
+#include "support/Rows.h"
 
 #include <QTemporaryDir>
-
-#include <algorithm>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
@@ -46,36 +45,31 @@ private Q_SLOTS:
 
     void findsTheDriveOfADirectory_data()
     {
-        QTest::addColumn<QByteArray>("directory");
-        QTest::addColumn<std::size_t>("drive");
-        QTest::newRow("root") << QByteArray("/opt") << std::size_t{0};
-        QTest::newRow("drive itself") << QByteArray("/home/ann") << std::size_t{1};
-        QTest::newRow("inner drive") << QByteArray("/home/ann/STICK/recipes") << std::size_t{3};
-        QTest::newRow("longer name") << QByteArray("/home/ann/STICKS") << std::size_t{1};
+        addRows<QByteArray, std::size_t>({{"root", "/opt", 0},
+                                          {"drive itself", "/home/ann", 1},
+                                          {"inner drive", "/home/ann/STICK/recipes", 3},
+                                          {"longer name", "/home/ann/STICKS", 1}});
     }
 
     void findsTheDriveOfADirectory()
     {
-        QFETCH(const QByteArray, directory);
+        const auto [directory, drive] = fetchRow<QByteArray, std::size_t>();
         const std::vector<fs::path> drives = {"/", "/home/ann", "/home", "/home/ann/STICK"};
-        QTEST(driveOf(directory.toStdString(), drives), "drive");
+        QCOMPARE(driveOf(directory.toStdString(), drives), drive);
     }
 
     void startsInTheProgramsFolder_data()
     {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<PathStyle>("style");
-        QTest::addColumn<QString>("directory");
-        QTest::newRow("Unix") << u"/opt/apps"_s << PathStyle::Unix << u"/opt/apps/recipes"_s;
-        QTest::newRow("drive") << u"D:\\Apps"_s << PathStyle::Windows << u"D:\\Apps\\recipes"_s;
-        QTest::newRow("network share") << u"\\\\server\\Apps"_s << PathStyle::Windows << u"c:\\"_s;
+        addRows<QString, PathStyle, QString>(
+            {{"Unix", u"/opt/apps"_s, PathStyle::Unix, u"/opt/apps/recipes"_s},
+             {"drive", u"D:\\Apps"_s, PathStyle::Windows, u"D:\\Apps\\recipes"_s},
+             {"network share", u"\\\\server\\Apps"_s, PathStyle::Windows, u"c:\\"_s}});
     }
 
     void startsInTheProgramsFolder()
     {
-        QFETCH(const QString, program);
-        QFETCH(const PathStyle, style);
-        QTEST(startingDirectory(program, u"recipes"_s, style), "directory");
+        const auto [program, style, directory] = fetchRow<QString, PathStyle, QString>();
+        QCOMPARE(startingDirectory(program, u"recipes"_s, style), directory);
     }
 };
 
