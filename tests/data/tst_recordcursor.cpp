@@ -51,95 +51,6 @@ void check(bool holds, const char *what)
         throw std::runtime_error(what);
 }
 
-// What a cursor must show: a plain list of rows and a position in it.
-class CursorModel
-{
-public:
-    bool isEmpty() const { return m_rows.empty(); }
-    bool isOnRow() const { return m_place == Place::On; }
-    Row &current() { return m_rows[m_at]; }
-
-    void setRows(const QList<Row> &rows)
-    {
-        m_rows = rows;
-        moveTo(0);
-    }
-
-    void moveTo(qsizetype at)
-    {
-        m_at = m_rows.empty() ? 0 : at;
-        m_place = m_at < 0 ? Place::Before : m_at < m_rows.size() ? Place::On : Place::After;
-    }
-
-    void moveLast() { moveTo(m_rows.size() - 1); }
-
-    bool moveNext()
-    {
-        const bool moves = !m_rows.empty() && m_place != Place::After;
-        if (moves)
-            moveTo(nextRow());
-        return moves;
-    }
-
-    bool movePrevious()
-    {
-        const bool moves = !m_rows.empty() && m_place != Place::Before;
-        if (moves)
-            moveTo((m_place == Place::After ? m_rows.size() : m_at) - 1);
-        return moves;
-    }
-
-    template <typename Predicate>
-    void find(bool fromStart, Predicate matches)
-    {
-        const auto from = m_rows.begin() + (fromStart ? 0 : nextRow());
-        const auto found = std::find_if(from, m_rows.end(), matches);
-        m_noMatch = found == m_rows.end();
-        if (!m_noMatch)
-            moveTo(found - m_rows.begin());
-    }
-
-    void add(const Row &row) { m_rows.append(row); }
-
-    void remove()
-    {
-        m_rows.removeAt(m_at);
-        m_place = Place::Gap;
-    }
-
-    void compare(RecordCursor &cursor) const
-    {
-        check(cursor.AtBOF() == (m_rows.empty() || m_place == Place::Before), "BOF");
-        check(cursor.AtEOF() == (m_rows.empty() || m_place == Place::After), "EOF");
-        check(cursor.RecordCount() == m_rows.size(), "RecordCount");
-        check(cursor.NoMatch() == m_noMatch, "NoMatch");
-        const Row row = isOnRow() ? m_rows[m_at] : Row();
-        for (auto field = row.begin(); field != row.end(); ++field) {
-            const QByteArray name = field.key().toLatin1();
-            if (name == "#")
-                continue;
-            const QVariant value = cursor.value(QLatin1StringView(name));
-            check(value == *field && value.typeId() == field->typeId(), name.constData());
-        }
-    }
-
-private:
-    enum class Place { Before, On, Gap, After }; // Gap: before the row m_at
-
-    qsizetype nextRow() const
-    {
-        return m_place == Place::Before ? 0
-            : m_place == Place::After   ? m_rows.size()
-            : m_place == Place::On      ? m_at + 1
-                                        : m_at;
-    }
-
-    QList<Row> m_rows;
-    qsizetype m_at = 0;
-    Place m_place = Place::After;
-    bool m_noMatch = false;
-};
-
 using Operation = std::function<void(RecordCursor &, const std::shared_ptr<Database> &)>;
 
 struct Source {
@@ -150,8 +61,8 @@ struct Source {
     QString keyField;
 };
 
-// Random operations on a cursor and on its model, with writes that bypass the cursor: in the same
-// program, in another one and in transactions that are rolled back.
+// Random operations on a cursor and on a list of rows with a position, with writes that bypass the
+// cursor: in the same program, in another one and in transactions that are rolled back.
 class RandomWalk
 {
 public:
@@ -164,13 +75,13 @@ public:
     {
         for (SQLite::Database *connection : {&m_database->connection(), &m_other})
             connection->exec("PRAGMA synchronous = OFF"); // makes the test ten times as fast
-        m_model.compare(m_cursor);
+        compare();
     }
 
     // As seen by a program whose NOCASE folds only ASCII.
     bool isSound() { return m_other.execAndGet("PRAGMA integrity_check").getString() == "ok"; }
 
-    // One random step; throws if cursor and model differ.
+    // One random step; throws if the cursor differs from the list.
     void step()
     {
         const bool isUpdatable = m_source.tables.size() == 1;
@@ -181,15 +92,15 @@ public:
             kind < 7 ? add() : oneIn(2) ? edit() : remove();
         } else if (kind < 10) {
             m_cursor.Requery();
-            readModel();
+            readRows();
             // The next operation may find rows that have not been read.
-            isUpdatable && !m_model.isEmpty() && oneIn(2) ? add() : oneIn(2) ? move() : find();
+            isUpdatable && !m_rows.empty() && oneIn(2) ? add() : oneIn(2) ? move() : find();
         } else if (kind == 10) {
             writeElsewhere();
         } else {
             oneIn(2) ? begin() : end();
         }
-        m_model.compare(m_cursor);
+        compare();
     }
 
 private:
@@ -209,7 +120,6 @@ private:
     {
         return texts[static_cast<int>(below(static_cast<unsigned>(texts.size())))];
     }
-
     QString name()
     {
         return oneOf({u"Salt"_s, u"SALT"_s, u"Salted"_s, u"' OR N=''"_s, u"5?"_s, u"É"_s, u"é"_s,
@@ -218,7 +128,37 @@ private:
 
     static bool works(const std::function<void()> &action) { return failureOf(action).isNull(); }
 
-    void readModel() { m_model.setRows(rowsOf(*m_database, m_source.plainSelect)); }
+    bool isOnRow() const { return m_at % 2 == 1; }
+    Row &current() { return m_rows[m_at / 2]; }
+    qsizetype nextRow() const
+    {
+        return m_at == before ? 0 : m_at == after ? m_rows.size() : (m_at + 1) / 2;
+    }
+    void moveTo(qsizetype row)
+    {
+        m_at = m_rows.empty() || row >= m_rows.size() ? after : row < 0 ? before : 2 * row + 1;
+    }
+
+    void readRows()
+    {
+        m_rows = rowsOf(*m_database, m_source.plainSelect);
+        moveTo(0);
+    }
+
+    void compare()
+    {
+        check(m_cursor.AtBOF() == (m_rows.empty() || m_at == before), "BOF");
+        check(m_cursor.AtEOF() == (m_rows.empty() || m_at == after), "EOF");
+        check(m_cursor.RecordCount() == m_rows.size(), "RecordCount");
+        check(m_cursor.NoMatch() == m_noMatch, "NoMatch");
+        const Row row = isOnRow() ? current() : Row();
+        for (auto field = row.begin(); field != row.end(); ++field) {
+            if (field.key() == u'#')
+                continue;
+            const QVariant value = m_cursor.value(QLatin1StringView(field.key().toLatin1()));
+            check(value == *field && value.typeId() == field->typeId(), "value");
+        }
+    }
 
     // Values, as they will be read, for at least one of the fields except the table's key.
     Row fields(const QString &tableName)
@@ -239,42 +179,42 @@ private:
         return row;
     }
 
-    static void write(RecordCursor &cursor, const Row &fields)
+    void update(const Row &fields)
     {
         for (auto field = fields.begin(); field != fields.end(); ++field)
-            cursor.setValue(QLatin1StringView(field.key().toLatin1()), *field);
+            m_cursor.setValue(QLatin1StringView(field.key().toLatin1()), *field);
+        m_cursor.Update();
     }
 
-    // The row as it is in the file; empty if there is none.
-    Row stored(const QVariant &number)
+    // The rows of the table as they are in the file.
+    QList<Row> contents(const QString &condition = u"true"_s)
     {
-        return rowsOf(*m_database,
-                      u"SELECT rowid AS \"#\", * FROM %1 WHERE rowid = %2"_s.arg(
-                          m_source.tables.front(), number.toString()))
-            .value(0);
+        return rowsOf(
+            *m_database,
+            u"SELECT rowid AS \"#\", * FROM %1 WHERE %2"_s.arg(m_source.tables.front(), condition));
     }
-
-    QList<Row> contents()
-    {
-        return rowsOf(*m_database, u"SELECT rowid AS \"#\", * FROM "_s + m_source.tables.front());
-    }
+    Row stored(qint64 rowid) { return contents(u"rowid = %1"_s.arg(rowid)).value(0); }
+    bool isInFile() { return isOnRow() && !stored(current()[u"#"_s].toLongLong()).empty(); }
 
     void move()
     {
-        switch (below(5)) {
-        case 0:
+        const unsigned kind = below(5);
+        if (kind == 0) {
             m_cursor.MoveFirst();
-            m_model.moveTo(0);
-            break;
-        case 1:
+            moveTo(0);
+        } else if (kind == 1) {
             m_cursor.MoveLast();
-            m_model.moveLast();
-            break;
-        case 2:
-            check(works([&] { m_cursor.MovePrevious(); }) == m_model.movePrevious(), "Previous");
-            break;
-        default:
-            check(works([&] { m_cursor.MoveNext(); }) == m_model.moveNext(), "MoveNext");
+            moveTo(m_rows.size() - 1);
+        } else if (kind == 2) {
+            const bool moves = !m_rows.empty() && m_at != before;
+            check(works([&] { m_cursor.MovePrevious(); }) == moves, "MovePrevious");
+            if (moves)
+                moveTo((m_at == after ? m_rows.size() : m_at / 2) - 1);
+        } else {
+            const bool moves = !m_rows.empty() && m_at != after;
+            check(works([&] { m_cursor.MoveNext(); }) == moves, "MoveNext");
+            if (moves)
+                moveTo(nextRow());
         }
     }
 
@@ -299,8 +239,12 @@ private:
         for (unsigned times = 1 + below(5); times > 0; --times) {
             const bool fromStart = oneIn(3);
             fromStart ? m_cursor.FindFirst(criteria) : m_cursor.FindNext(criteria);
-            m_model.find(fromStart, matches);
-            m_model.compare(m_cursor);
+            const auto from = m_rows.begin() + (fromStart ? 0 : nextRow());
+            const auto found = std::find_if(from, m_rows.end(), matches);
+            m_noMatch = found == m_rows.end();
+            if (!m_noMatch)
+                moveTo(found - m_rows.begin());
+            compare();
         }
     }
 
@@ -308,18 +252,15 @@ private:
     {
         const Row written = fields(m_source.tables.front());
         m_cursor.AddNew();
-        write(m_cursor, written);
-        m_cursor.Update();
+        update(written);
         m_wroteInTransaction = !m_transactions.empty();
-        const Row row = stored(qint64{m_database->connection().getLastInsertRowid()});
+        const Row row = stored(m_database->connection().getLastInsertRowid());
         for (auto field = row.begin(); field != row.end(); ++field)
             check(*field == written[field.key()] || field.key() == u'#'
                       || field.key() == m_source.keyField,
                   "stored");
-        m_model.add(row);
+        m_rows.append(row);
     }
-
-    bool isInFile() { return m_model.isOnRow() && !stored(m_model.current()[u"#"_s]).empty(); }
 
     void edit()
     {
@@ -327,37 +268,35 @@ private:
         const bool expected = isInFile();
         const bool worked = works([&] {
             m_cursor.Edit();
-            write(m_cursor, written);
-            m_cursor.Update();
+            update(written);
         });
         check(worked == expected, "Edit");
-        m_wroteInTransaction |= m_model.isOnRow() && !m_transactions.empty();
-        if (!worked)
-            return;
-        m_model.current().insert(written);
-        const Row row = stored(m_model.current()[u"#"_s]);
-        for (auto field = written.begin(); field != written.end(); ++field)
-            check(row[field.key()] == *field, "stored");
+        m_wroteInTransaction |= isOnRow() && !m_transactions.empty();
+        if (worked) {
+            current().insert(written);
+            const Row row = stored(current()[u"#"_s].toLongLong());
+            for (auto field = written.begin(); field != written.end(); ++field)
+                check(row[field.key()] == *field, "stored");
+        }
     }
 
     void remove()
     {
         const bool expected = isInFile();
         check(works([&] { m_cursor.Delete(); }) == expected, "Delete");
-        m_wroteInTransaction |= m_model.isOnRow() && !m_transactions.empty();
+        m_wroteInTransaction |= isOnRow() && !m_transactions.empty();
         check(!isInFile(), "deleted");
         if (expected)
-            m_model.remove();
+            m_rows.removeAt(m_at-- / 2);
     }
 
     void writeElsewhere()
     {
-        const QString table = oneOf(m_source.tables);
-        if (m_transactions.empty() && oneIn(2)) {
-            m_other.exec(statement(table).toStdString());
-        } else {
-            m_database->Execute(statement(table));
-        }
+        const QString text = statement(oneOf(m_source.tables));
+        if (m_transactions.empty() && oneIn(2))
+            m_other.exec(text.toStdString());
+        else
+            m_database->Execute(text);
     }
 
     QString statement(const QString &table)
@@ -370,11 +309,10 @@ private:
         for (const QVariant &value : row)
             values += value.isValid() ? u'\'' + value.toString().replace(u'\'', u"''"_s) + u'\''
                                       : u"NULL"_s;
-        if (oneIn(2))
-            return u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(table, row.keys().join(u','),
-                                                            values.join(u','));
-        return u"UPDATE %1 SET %2 = %3 WHERE rowid = %4"_s.arg(
-            table, row.firstKey(), values.front(), QString::number(1 + below(12)));
+        const QString names = row.keys().join(u',');
+        return oneIn(2) ? u"INSERT INTO %1 (%2) VALUES (%3)"_s.arg(table, names, values.join(u','))
+                        : u"UPDATE %1 SET (%2) = (%3) WHERE rowid = %4"_s.arg(
+                            table, names, values.join(u','), QString::number(1 + below(12)));
     }
 
     void begin()
@@ -396,7 +334,7 @@ private:
         const QList<Row> found = m_contentsBefore.takeLast();
         check(commits || contents() == found, "rolled back");
         if (!commits && m_wroteInTransaction)
-            readModel();
+            readRows();
         if (m_transactions.empty())
             m_wroteInTransaction = false;
     }
@@ -407,7 +345,11 @@ private:
     std::shared_ptr<Database> m_database;
     SQLite::Database m_other;
     RecordCursor m_cursor;
-    CursorModel m_model;
+    QList<Row> m_rows; // what the cursor must show
+    static constexpr qsizetype before = -2;
+    static constexpr qsizetype after = 1 << 20;
+    qsizetype m_at = after; // 2n + 1 is on row n, 2n before it if the row there was deleted
+    bool m_noMatch = false;
     std::vector<std::unique_ptr<Transaction>> m_transactions;
     QList<QList<Row>> m_contentsBefore; // of the table, for each open transaction
     bool m_wroteInTransaction = false;
