@@ -29,18 +29,12 @@ private Q_SLOTS:
         about.exec(); // would not return otherwise
     }
 
-    void showsTheProgramAndItsVersion()
+    void showsTheVersion()
     {
         frmAbout about(m_boundary);
         about.Form_Load();
-        const auto text = [&](const QString &label) {
-            return about.findChild<QLabel *>(label)->text();
-        };
-        QCOMPARE(about.windowTitle(), u"About Pantrywise"_s);
-        QCOMPARE(text(u"lblTitle"_s), u"Pantrywise"_s);
-        QCOMPARE(text(u"lblVersion"_s), u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
-        QCOMPARE(text(u"lblDisclaimer"_s).count(u'\n'), 1);
-        QVERIFY(!text(u"lblDescription"_s).isEmpty());
+        QCOMPARE(about.findChild<QLabel *>(u"lblVersion"_s)->text(),
+                 u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
         QVERIFY(!(about.windowFlags() & Qt::WindowMinMaxButtonsHint));
     }
 };

@@ -422,13 +422,13 @@ private Q_SLOTS:
         const auto database = Database::open(file.path());
         const QString source = u"Utensils"_s;
         RecordCursor cursor(database, source);
-        cursor.Requery();
+        QCOMPARE(cursor.RecordCount(), 0);
         cursor.AddNew();
         cursor.Update();
         database->Execute(u"INSERT INTO Recipes DEFAULT VALUES"_s);
         cursor.Requery();
-        QCOMPARE(cursor.rows().generation(), 1);
         QCOMPARE(cursor.RecordCount(), 1);
+        QCOMPARE(cursor.rows().generation(), 1);
     }
 
     // Another program replaces the table by one with its fields in another order and one field

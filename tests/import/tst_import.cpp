@@ -297,37 +297,31 @@ private Q_SLOTS:
 
     void takenTitles_data()
     {
-        addRows<QByteArray>({{"accent", "Éclair"},
-                             {"quotes", "Baba's \"Nudeln\""},
-                             {"pattern characters", "100% *?_ soup"},
-                             {"spaces and a line feed", " a\nb "}});
+        addRows<QString, QString>({{"other case", u"Éclair"_s, u"éCLAIR"_s},
+                                   {"quotes", u"Baba's \"Nudeln\""_s, u"Baba's \"Nudeln\""_s},
+                                   {"pattern characters", u"100% *?_ soup"_s, u"100% *?_ soup"_s},
+                                   {"spaces and a line feed", u" a\nb "_s, u" a\nb "_s}});
     }
 
     // The names of the catalogs are found again as well.
     void takenTitles()
     {
-        const auto [title] = fetchRow<QByteArray>();
-        const QString name = QString::fromUtf8(title);
-        const QByteArray text =
-            srf({.title = title, .ingredients = {title + "|1|1|True||1"}, .utensils = {title}});
-        QCOMPARE(import(text), Outcome::Imported);
-        expectQuestion(name, Button::No);
-        QCOMPARE(import(text), Outcome::NotImported);
-        expectQuestion(name, Button::Yes);
-        QCOMPARE(import(text), Outcome::Imported);
-        QCOMPARE(titles(), u"%1, %1 1"_s.arg(name));
+        const auto [title, again] = fetchRow<QString, QString>();
+        const auto recipe = [](const QString &title) {
+            const QByteArray name = title.toUtf8();
+            return srf({.title = name, .ingredients = {name + "|1|1|True||1"}, .utensils = {name}});
+        };
+        QCOMPARE(import(recipe(title)), Outcome::Imported);
+        const QString next = title.toUpper() + " 1"_L1;
+        QCOMPARE(import(srf({.title = next.toUtf8()})), Outcome::Imported);
+        expectQuestion(again, Button::No);
+        QCOMPARE(import(recipe(again)), Outcome::NotImported);
+        expectQuestion(again, Button::Yes);
+        QCOMPARE(import(recipe(again)), Outcome::Imported);
+        QCOMPARE(titles(), QStringList({title, next, again + " 2"_L1}).join(u", "_s));
         QCOMPARE(
             m_fixture->stored("SELECT (SELECT count(*) FROM Ingredients), count(*) FROM Utensils"),
             u"1|1"_s);
-    }
-
-    void takenTitleInOtherCase()
-    {
-        import(srf({.title = "Éclair"}));
-        import(srf({.title = "ÉCLAIR 1"}));
-        expectQuestion(u"éCLAIR"_s, Button::Yes);
-        QCOMPARE(import(srf({.title = "éCLAIR"})), Outcome::Imported);
-        QCOMPARE(titles(), u"Éclair, ÉCLAIR 1, éCLAIR 2"_s);
     }
 
     void aBatchKeepsTheGoodFiles()

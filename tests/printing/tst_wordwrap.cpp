@@ -83,6 +83,9 @@ class tst_WordWrap : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain() { qputenv("LC_ALL", "C.UTF-8"); } // its date format
+
 private Q_SLOTS:
     void texts_data()
     {

@@ -1,9 +1,9 @@
 #include "data/settings/RegistryFunctions.h"
 #include "frame/ErrorBoundary.h"
 #include "settings/frmSettings.h"
-#include "support/MockInteraction.h"
 #include "support/Rows.h"
 #include "support/TemporaryHome.h"
+#include "support/WindowFixture.h"
 
 #include <QAccessible>
 #include <QComboBox>
@@ -69,13 +69,11 @@ class tst_frmSettings : public QObject
         m_settings->Form_Load();
         m_settings->show();
     }
-    template <class Control = QWidget>
-    Control *control(const QString &name) const
-    {
-        return m_settings->findChild<Control *>(name);
-    }
     void press(Qt::Key key) { QTest::keyClick(m_settings->windowHandle(), key); }
-    void click(const QString &name) { QTest::mouseClick(control(name), Qt::LeftButton); }
+    void click(const QString &name)
+    {
+        QTest::mouseClick(&control<QWidget>(*m_settings, name), Qt::LeftButton);
+    }
 
 private Q_SLOTS:
     void init() { QDir(m_home.config({})).removeRecursively(); }
@@ -140,9 +138,9 @@ private Q_SLOTS:
         const auto [key] = fetchRow<Qt::Key>();
         open({});
         m_interaction.expect(templateChooser(), u"/new.htm"_s);
-        control(u"txtCategoryTemplate"_s)->setFocus();
+        control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s).setFocus();
         press(key);
-        QCOMPARE(control<QLineEdit>(u"txtCategoryTemplate"_s)->text(), u"/new.htm"_s);
+        QCOMPARE(control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s).text(), u"/new.htm"_s);
         QVERIFY(m_settings->isVisible()); // the key did not also press the default button
     }
 
@@ -150,13 +148,13 @@ private Q_SLOTS:
     {
         const QString gone = u"/no/such/"_s + u"x"_s.repeated(200) + u"/menu.htm"_s;
         open(u"0;0;%1;%2;;False;"_s.arg(QCoreApplication::applicationFilePath(), gone));
-        const auto *missing = control<QLineEdit>(u"txtMainMenuTemplate"_s);
-        QCOMPARE(missing->cursorPosition(), gone.size()); // shows the end of the path
-        QVERIFY(missing->actions().constFirst()->isVisible());
-        QCOMPARE(missing->toolTip(), gone + u'\n' + missing->accessibleDescription());
-        const auto *present = control<QLineEdit>(u"txtCategoryTemplate"_s);
-        QVERIFY(!present->actions().constFirst()->isVisible());
-        QCOMPARE(present->toolTip(), present->text());
+        const auto &missing = control<QLineEdit>(*m_settings, u"txtMainMenuTemplate"_s);
+        QCOMPARE(missing.cursorPosition(), gone.size()); // shows the end of the path
+        QVERIFY(missing.actions().constFirst()->isVisible());
+        QCOMPARE(missing.toolTip(), gone + u'\n' + missing.accessibleDescription());
+        const auto &present = control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s);
+        QVERIFY(!present.actions().constFirst()->isVisible());
+        QCOMPARE(present.toolTip(), present.text());
     }
 
     void storesOnlyOnOk_data()
@@ -172,7 +170,7 @@ private Q_SLOTS:
         open(u"0;0;;;/old.htm;False;"_s);
         click(u"cmdClearRecipeTemplate"_s);
         click(u"Image2"_s);
-        control<QComboBox>(u"cmbRecipes"_s)->setCurrentIndex(1);
+        control<QComboBox>(*m_settings, u"cmbRecipes"_s).setCurrentIndex(1);
         QCOMPARE(stored(), u"0;0;;;/old.htm;False;"_s);
         button.isEmpty() ? void(m_settings->close()) : click(button);
         QCOMPARE(stored(), after);

@@ -42,13 +42,13 @@ struct ExportFixture {
     }
     QStringList pages() const { return entries(QStringLiteral("Pantrywise")); }
 
-    // Exports the pages. Returns the error's text, or a null text if the export succeeds or is
-    // stopped.
-    QString run()
+    // Exports the pages, to the folder unless another one is given. Returns the error's text, or a
+    // null text if the export succeeds or is stopped.
+    QString run(const QString &to = {})
     {
         progress.names.clear();
         try {
-            exportPages(file.path(), folder.path(), settings, progress);
+            exportPages(file.path(), to.isEmpty() ? folder.path() : to, settings, progress);
         } catch (const std::runtime_error &error) {
             return QString::fromUtf8(error.what());
         }
