@@ -51,8 +51,6 @@ void check(bool holds, const char *what)
         throw std::runtime_error(what);
 }
 
-using Operation = std::function<void(RecordCursor &, const std::shared_ptr<Database> &)>;
-
 struct Source {
     QString text;
     QStringList tables; // the one that the cursor can write, or those that it only reads
@@ -355,6 +353,23 @@ private:
     bool m_wroteInTransaction = false;
 };
 
+// Performs the operation, or finds the criterion.
+void perform(RecordCursor &cursor, const QString &operation)
+{
+    if (operation == "AddNew"_L1)
+        cursor.AddNew();
+    else if (operation == "Update"_L1)
+        cursor.Update();
+    else if (operation == "MoveFirst"_L1)
+        cursor.MoveFirst();
+    else if (operation == "value"_L1)
+        cursor.value("ShelfLife"_L1);
+    else if (operation == "setValue"_L1)
+        cursor.setValue("ShelfLife"_L1, u"much"_s);
+    else
+        cursor.FindFirst(operation);
+}
+
 } // namespace
 
 class tst_RecordCursor : public QObject
@@ -452,56 +467,39 @@ private Q_SLOTS:
     void failsWithText_data()
     {
         const QString table = u"Ingredients"_s;
-        const auto reads = [](auto &cursor, auto &) { cursor.value("ShelfLife"_L1); };
-        const auto sets = [](auto &cursor, auto &) { cursor.setValue("ShelfLife"_L1, u"much"_s); };
-        const auto updates = [](auto &cursor, auto &) { cursor.Update(); };
-        const auto finds = [](const QString &criterion) -> Operation {
-            return [criterion](auto &cursor, auto &) { cursor.FindFirst(criterion); };
-        };
-        const auto opens = [](const QString &source) -> Operation {
-            return [source](auto &, auto &database) { RecordCursor(database, source); };
-        };
-        const auto adds = [](auto &, auto &database) {
-            RecordCursor(database, recipeList).AddNew();
-        };
-        const auto afterAddNew = [](const Operation &operation) -> Operation {
-            return [operation](auto &cursor, auto &database) {
-                cursor.AddNew();
-                operation(cursor, database);
-            };
-        };
-        const auto move = [](auto &cursor, auto &) {
-            cursor.MoveFirst();
-            cursor.Update();
-        };
-        QList<std::tuple<QByteArray, Operation, QStringList>> rows{
-            {"value without a current row", reads, {table}},
-            {"Update without a buffer", updates, {table}},
-            {"Update after a move", afterAddNew(move), {table}},
-            {"setValue without a buffer", sets, {u"ShelfLife"_s, table}},
-            {"text in a number field", afterAddNew(sets), {u"ShelfLife"_s, u"much"_s}},
-            {"criterion with an unknown field", finds(u"Nme = 1"_s), {u"Nme"_s, table}},
-            {"AddNew in grouped rows", adds, {recipeList}},
-            {"source that does not exist", opens(u"Nowhere"_s), {u"Nowhere"_s}},
-            {"source that writes", opens(u"DELETE FROM Recipes"_s), {u"DELETE FROM Recipes"_s}},
+        // The source, the operations, and what the text must contain.
+        QList<std::tuple<QByteArray, QString, QStringList, QStringList>> rows{
+            {"value without a current row", table, {u"value"_s}, {table}},
+            {"Update without a buffer", table, {u"Update"_s}, {table}},
+            {"Update after a move", table, {u"AddNew"_s, u"MoveFirst"_s, u"Update"_s}, {table}},
+            {"setValue without a buffer", table, {u"setValue"_s}, {u"ShelfLife"_s, table}},
+            {"text in a number field",
+             table,
+             {u"AddNew"_s, u"setValue"_s},
+             {u"ShelfLife"_s, u"much"_s}},
+            {"criterion with an unknown field", table, {u"Nme = 1"_s}, {u"Nme"_s, table}},
+            {"AddNew in grouped rows", recipeList, {u"AddNew"_s}, {recipeList}},
+            {"source that does not exist", u"Nowhere"_s, {}, {u"Nowhere"_s}},
+            {"source that writes", u"DELETE FROM Recipes"_s, {}, {u"DELETE FROM Recipes"_s}},
         };
         for (const QString &bad :
              {u""_s, u"N"_s, u"N ="_s, u"N 'a'"_s, u"N == 'a'"_s, u"NLIKE 'a'"_s, u"N LIKE 5"_s,
               u"N='a"_s, u"N='a'b'"_s, u"N='a''"_s, u"N=\"a\""_s, u"N=5x"_s, u"N=-"_s, u"N=5.0"_s,
               u"N=99999999999999999999"_s, u"T.N=5"_s, u"N=5 AND N=6"_s})
-            rows.append({"criterion: " + bad.toUtf8(), finds(bad), {u": "_s + bad}});
+            rows.append({"criterion: " + bad.toUtf8(), table, {bad}, {u": "_s + bad}});
         addRows(rows);
     }
 
     void failsWithText()
     {
-        const auto [operation, parts] = fetchRow<Operation, QStringList>();
+        const auto [source, operations, parts] = fetchRow<QString, QStringList, QStringList>();
         const RecipeFile file;
         const auto database = Database::open(file.path());
-        const QString table = u"Ingredients"_s;
-        RecordCursor cursor(database, table);
-        const QString failure =
-            failureOf([&, &operation = operation] { operation(cursor, database); });
+        const QString failure = failureOf([&, &source = source, &operations = operations] {
+            RecordCursor cursor(database, source);
+            for (const QString &operation : operations)
+                perform(cursor, operation);
+        });
         for (const QString &part : parts)
             QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
     }

@@ -225,13 +225,14 @@ private Q_SLOTS:
 
     void stops()
     {
-        for (const char *name : {"1", "2", "3", "4"})
-            write(name + ".srf"_ba, name);
+        const QByteArrayList names{"1.srf", "2.srf", "3.srf", "4.srf"};
+        for (const QByteArray &name : names)
+            write(name, name);
         enter(u"recipes"_s);
         m_fixture->interaction.expectProgressAndCancel(2);
         press(*m_window, u"cmdImport"_s);
         QCOMPARE(titles().count(u','), 1);
-        for (const char *name : {"1.srf", "2.srf", "3.srf", "4.srf"})
+        for (const QByteArray &name : names)
             write(name, "Bad", "x");
         expectBad(recipes().constFirst(), Button::Stop);
         press(*m_window, u"cmdImport"_s);

@@ -27,11 +27,6 @@ QByteArray firstLines(int count)
     return wholeFile.split('\r').first(count).join('\r');
 }
 
-QByteArray withUnixLineEnds(QByteArray text)
-{
-    return text.replace("\r\n", "\n");
-}
-
 // All that was read, one item per line, with the line numbers of ingredients and utensils.
 QString shown(const SrfRecipe &recipe)
 {
@@ -170,6 +165,7 @@ private Q_SLOTS:
             u"expected an ingredient as name|type|shelf life|vegetarian||quantity, "
             "or the line \"</Ingredients>\", found "_s;
         const QString longName = u"\U0001F35D"_s.repeated(100);
+        const QByteArray unixFile = QByteArray(wholeFile).replace("\r\n", "\n");
 
         addRows<QByteArray, int, QString>({
             {"empty file", "", 1, u"a first line with any text, found the end of the file."_s},
@@ -195,9 +191,8 @@ private Q_SLOTS:
             {"a long line is cut between two characters",
              srf({.ingredients = {"a" + longName.toUtf8()}}), 10,
              entry + u"\"a"_s + longName.left(78) + u"...\"."_s},
-            {"LF line ends", withUnixLineEnds(wholeFile), 1,
-             u"Its lines end in a line feed alone."_s},
-            {"LF line ends but for one", withUnixLineEnds(wholeFile).replace("Cook\n", "Cook\r"), 3,
+            {"LF line ends", unixFile, 1, u"Its lines end in a line feed alone."_s},
+            {"LF line ends but for one", QByteArray(unixFile).replace("Cook\n", "Cook\r"), 3,
              u"found the end"_s},
         });
     }

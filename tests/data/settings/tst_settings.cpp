@@ -33,13 +33,6 @@ QVariant read(const QString &name, const QString &path = key)
     return ReadRegistryValue(HKEY_CURRENT_USER, path, name);
 }
 
-// Returns whether the file is whole: it contains the text and ends with a complete line.
-bool isWhole(QByteArrayView text)
-{
-    const QByteArray bytes = bytesOf(storeFile());
-    return bytes.contains(text) && bytes.endsWith('\n');
-}
-
 // Names and values.
 const QList<std::tuple<QByteArray, QString, QVariant>> oddValues{
     {"number, default value", u""_s, 5},
@@ -173,8 +166,10 @@ private Q_SLOTS:
         for (int i = 1; !other.waitForFinished(0); ++i) {
             if (i <= writes)
                 write(u"Recipes"_s, QString::number(i));
-            for (int look = 0; look < 20; ++look)
-                QVERIFY(isWhole("First=kept"));
+            for (int look = 0; look < 20; ++look) {
+                const QByteArray bytes = bytesOf(storeFile());
+                QVERIFY(bytes.contains("First=kept") && bytes.endsWith('\n'));
+            }
         }
         QCOMPARE(other.exitCode(), 0);
         QVERIFY(read(u"Recipes"_s).isValid());
