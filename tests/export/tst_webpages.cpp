@@ -1,8 +1,13 @@
 #include "export/ExportError.h"
+#include "export/PageFields.h"
 #include "export/SiteMap.h"
+#include "export/WebPages.h"
+#include "interaction/Progress.h"
 #include "platform/DirectoryExchange.h"
-#include "support/ExportFixture.h"
+#include "support/FileBytes.h"
+#include "support/RecipeFile.h"
 #include "support/Rows.h"
+#include "support/TemporaryHome.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,6 +20,94 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+// Records the names of the items, and stops at one of them.
+class RecordingProgress final : public Progress
+{
+public:
+    qsizetype stopAt = -1; // number of the item, counted from 1
+    std::function<void()> onProgress = [] {}; // called at each item
+    QStringList names;
+
+    bool update(qsizetype done, qsizetype, const QString &label) override
+    {
+        names += label;
+        onProgress();
+        return done + 1 == names.size() && done + 1 != stopAt;
+    }
+};
+
+// A database and a folder to export its pages to.
+struct ExportFixture {
+    TemporaryHome home; // has no settings
+    RecipeFile file;
+    QTemporaryDir folder;
+    PageSettings settings;
+    RecordingProgress progress;
+
+    QString path(const QString &name) const { return folder.filePath(name); }
+    QString page(const QString &name) const { return path(u"Pantrywise/"_s + name); }
+
+    // The names of all entries of the folder or of one in it, hidden files included.
+    QStringList entries(const QString &name = {}) const
+    {
+        return QDir(path(name)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    QStringList pages() const { return entries(u"Pantrywise"_s); }
+
+    // Exports the pages, to the folder unless another one is given. Returns the error's text, or a
+    // null text if the export succeeds or is stopped.
+    QString run(const QString &to = {})
+    {
+        progress.names.clear();
+        try {
+            exportPages(file.path(), to.isEmpty() ? folder.path() : to, settings, progress);
+        } catch (const std::runtime_error &error) {
+            return QString::fromUtf8(error.what());
+        }
+        return {};
+    }
+};
+
+// Adds the paths of all fields, such as "types/link". mustache::data cannot list its fields, so the
+// names that any page may have are tried.
+void collectPaths(const kainjow::mustache::data &fields, const QString &prefix,
+                  QSet<QString> &paths)
+{
+    if (fields.is_list()) {
+        for (const kainjow::mustache::data &item : fields.list_value())
+            collectPaths(item, prefix, paths);
+    }
+    for (const PageKind kind : {PageKind::MainMenu, PageKind::Category, PageKind::Recipe}) {
+        for (const QByteArrayView name : knownFields(kind).names) {
+            const QString path = prefix + QString::fromUtf8(name);
+            if (const auto *field = fields.get(name.toByteArray().toStdString())) {
+                paths += path;
+                collectPaths(*field, path + u'/', paths);
+            }
+        }
+    }
+}
+
+// A page of each kind that has every field.
+kainjow::mustache::data allFields(PageKind kind)
+{
+    const SiteMap site = siteMapOf({{1, u"A"_s, 0, {}}, {2, u"B"_s, 0, {}}, {3, u"C"_s, 1, {}}});
+    RecipeDetails details;
+    details.title = details.author = details.servings = details.ratingText = u"B"_s;
+    details.description = details.utensils = details.instructions = {u"b"_s};
+    details.ingredients = {{u"1"_s, u"b"_s}};
+    if (kind == PageKind::MainMenu)
+        return mainMenuFields(site);
+    if (kind == PageKind::Category)
+        return categoryFields(site, site.types.front());
+    return recipeFields(site, 1, details);
+}
+
+QString document()
+{
+    return QString::fromUtf8(bytesOf(QStringLiteral(TEMPLATES_DOCUMENT)));
+}
 
 // Recipes of three types in turn.
 void addDishes(const RecipeFile &file, int count)
@@ -51,24 +144,21 @@ void limitFiles(rlim_t size)
 }
 
 // The pages of one recipe, exported earlier.
-class OldPages : public ExportFixture
-{
-public:
+struct OldPages : ExportFixture {
     OldPages()
     {
         file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
         QCOMPARE(run(), QString());
-        m_soup = bytesOf(page(u"soup.html"_s));
+        soup = bytesOf(page(u"soup.html"_s));
     }
 
     bool areKept() const
     {
         return entries() == QStringList{u"Pantrywise"_s} && pages().size() == 5
-            && bytesOf(page(u"soup.html"_s)) == m_soup;
+            && bytesOf(page(u"soup.html"_s)) == soup;
     }
 
-private:
-    QByteArray m_soup;
+    QByteArray soup;
 };
 
 } // namespace
@@ -227,8 +317,138 @@ private Q_SLOTS:
         QVERIFY(fixture.entries().isEmpty());
     }
 
-    // New pages replace the old ones completely or not at all, and nothing else: the functions
-    // below see to that.
+    void badTemplates_data()
+    {
+        addRows<QByteArray, QString>({
+            {"missing", {}, u"mine.html cannot be used. There is no"_s},
+            {"blank", " \n", u"is empty"_s},
+            {"Latin-1", "\xE9t\xE9", u"not UTF-8 text"_s},
+            {"null character", QByteArray("a\0b", 3), u"not UTF-8 text"_s},
+            {"too large", QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s},
+            {"tag is not closed", "\n{{", u"Line 2: A tag is not closed"_s},
+            {"tag lacks a brace", "{{{jsonLd}}", u"A tag is not closed"_s},
+            {"unknown field", "{{titel}}", u"no field \"titel\""_s},
+            {"empty tag", "{{}}{{title}}", u"no field \"\""_s},
+            {"implicit iterator", "{{.}}", u"no field \".\""_s},
+            {"section is not closed", "\r\n\r\n{{#next}}{{title}}",
+             u"Line 3: The section next is not closed"_s},
+            {"section is not open", "{{/next}}", u"section next ends here, but it has not begun"_s},
+            {"sections overlap", "{{#next}}{{#author}}{{/next}}{{/author}}",
+             u"section next ends here"_s},
+            {"section inside itself", "{{#next}}{{^next}}{{/next}}{{/next}}",
+             u"section next is inside itself"_s},
+            {"unescaped by braces", "{{{title}}}", u"field title between two braces"_s},
+            {"unescaped by &", "{{& title}}", u"field title between two braces"_s},
+            {"escaped JSON-LD", "{{jsonLd}}", u"field jsonLd between three braces"_s},
+            {"partial", "{{>title}}", u"cannot include another"_s},
+            {"delimiters", "{{=<% %>=}}<%title%>", u"Delimiters other than"_s},
+        });
+    }
+
+    void badTemplates()
+    {
+        const auto [text, reason] = fetchRow<QByteArray, QString>();
+        ExportFixture fixture;
+        const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        if (!text.isNull())
+            setBytes(path, text);
+        const QString message = fixture.run();
+        QVERIFY2(message.contains(path) && message.contains(reason), qPrintable(message));
+        QVERIFY(fixture.entries().isEmpty());
+    }
+
+    void goodTemplates_data()
+    {
+        addRows<QByteArray, QByteArray>({
+            {"byte order mark and spaces", "\xEF\xBB\xBF{{ title }}", "A &amp; B"},
+            {"inverted section", "{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last"},
+            {"section of no field, comment", "{{#author}}by {{author}}{{/author}}{{! none }}", ""},
+            {"list",
+             "{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
+             "1 &lt;cup&gt; Salt.Salt."},
+            {"empty list and braces",
+             "{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}"},
+        });
+    }
+
+    void goodTemplates()
+    {
+        const auto [text, page] = fetchRow<QByteArray, QByteArray>();
+        ExportFixture fixture;
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
+                           "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
+                           "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
+        fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        setBytes(fixture.settings.recipeTemplate, text);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(fixture.pages().constFirst())), page);
+    }
+
+    void fields_data()
+    {
+        addRows<PageKind, int, QString>(
+            {{"main menu", PageKind::MainMenu, 3,
+              u"stylesheet mainMenu count recipeCount hasRecipes "
+              "types types/name types/link types/count types/recipeCount "
+              "letters letters/letter letters/anchor letters/recipes "
+              "letters/recipes/title letters/recipes/link"_s},
+             {"recipe type", PageKind::Category, 4,
+              u"stylesheet mainMenu name link count recipeCount "
+              "recipes recipes/title recipes/link"_s},
+             {"recipe", PageKind::Recipe, 5,
+              u"stylesheet mainMenu title type typeLink author servings rating "
+              "vegetarian hasDescription description description/paragraph "
+              "hasIngredients ingredients ingredients/name ingredients/quantity "
+              "hasUtensils utensils utensils/name "
+              "hasInstructions instructions instructions/paragraph "
+              "previous previous/title previous/link next next/title next/link "
+              "jsonLd"_s}});
+    }
+
+    // The fields that a page sets are those that its templates may use and that the section of the
+    // document describes.
+    void fields()
+    {
+        const auto [kind, section, fields] = fetchRow<PageKind, int, QString>();
+        QStringList paths = fields.split(u' ');
+        QSet<QString> found;
+        collectPaths(allFields(kind), {}, found);
+        QStringList set(found.begin(), found.end());
+        set.sort();
+        paths.sort();
+        QCOMPARE(set.join(u' '), paths.join(u' '));
+
+        QSet<QString> names;
+        for (const QString &path : paths)
+            names += path.section(u'/', -1);
+        QSet<QString> known;
+        for (const QByteArrayView name : knownFields(kind).names)
+            known += QString::fromUtf8(name);
+        QCOMPARE(known, names);
+
+        const QStringList sections = document().split(u"\n## "_s);
+        // A field has a row in a table, or is described in the row of the field that it belongs to.
+        for (const QString &path : paths) {
+            const QString names = path.section(u'/', -2).replace(u'/', u"`[^|]*\\|.*`"_s);
+            QVERIFY2((sections[2] + sections[section])
+                         .contains(QRegularExpression(u"\n\\| [^|]*`%1`"_s.arg(names))),
+                     qPrintable(path));
+        }
+    }
+
+    void exampleInTheDocument()
+    {
+        ExportFixture fixture;
+        fixture.settings.recipeTemplate = fixture.home.data(u"example.html"_s);
+        const QString example = document().section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
+        setBytes(fixture.settings.recipeTemplate, example.toUtf8());
+        fixture.file.write(
+            u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+    }
+
+    // From here on: new pages replace the old ones completely or not at all, and nothing else.
     void failedWriting_data()
     {
         addRows<rlim_t>(
