@@ -448,7 +448,7 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
     }
 
-    // From here on: new pages replace the old ones completely or not at all, and nothing else.
+    // In the tests below, new pages replace the old ones completely or not at all.
     void failedWriting_data()
     {
         addRows<rlim_t>(
