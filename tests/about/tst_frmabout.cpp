@@ -1,9 +1,9 @@
 #include "about/frmAbout.h"
 #include "frame/ErrorBoundary.h"
 #include "support/MockInteraction.h"
+#include "support/Rows.h"
 
 #include <QLabel>
-#include <QTest>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,31 +18,23 @@ class tst_frmAbout : public QObject
 private Q_SLOTS:
     void closesByKey_data()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("Return") << Qt::Key_Return;
-        QTest::newRow("Escape") << Qt::Key_Escape;
+        addRows<Qt::Key>({{"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape}});
     }
 
     void closesByKey()
     {
-        QFETCH(const Qt::Key, key);
+        const auto [key] = fetchRow<Qt::Key>();
         frmAbout about(m_boundary);
-        QTimer::singleShot(0, &about, [&] { QTest::keyClick(&about, key); });
+        QTimer::singleShot(0, &about, [&, key = key] { QTest::keyClick(&about, key); });
         about.exec(); // would not return otherwise
     }
 
-    void showsTheProgramAndItsVersion()
+    void showsTheVersion()
     {
         frmAbout about(m_boundary);
         about.Form_Load();
-        const auto text = [&](const QString &label) {
-            return about.findChild<QLabel *>(label)->text();
-        };
-        QCOMPARE(about.windowTitle(), u"About Pantrywise"_s);
-        QCOMPARE(text(u"lblTitle"_s), u"Pantrywise"_s);
-        QCOMPARE(text(u"lblVersion"_s), u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
-        QCOMPARE(text(u"lblDisclaimer"_s).count(u'\n'), 1);
-        QVERIFY(!text(u"lblDescription"_s).isEmpty());
+        QCOMPARE(about.findChild<QLabel *>(u"lblVersion"_s)->text(),
+                 u"Version "_s + QStringLiteral(PANTRYWISE_VERSION));
         QVERIFY(!(about.windowFlags() & Qt::WindowMinMaxButtonsHint));
     }
 };

@@ -1,17 +1,18 @@
 #include "support/FileBytes.h"
 #include "support/RecipeFile.h"
+#include "support/Rows.h"
+#include "support/SrfText.h"
 #include "support/TemporaryHome.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <pty.h>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-const QByteArray soup = "book\rSoup\rCook\r1\r4\rGood\r<Instructions>\rBoil.\r</Instructions>\r"
-                        "<Ingredients>\rSalt|3|999|True||1 tsp\r</Ingredients>\r"
-                        "<Utensils>\rPot\r</Utensils>\r";
+const QByteArray soup = srf({});
 
 // Runs the program without a desktop, in a temporary program folder.
 class tst_Program : public QObject
@@ -54,80 +55,63 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(QString::fromLocal8Bit(PROGRAM), inFolder(u"pantrywise"_s)));
     }
 
-    void importsAFileAndEnds_data()
+    void endsWithoutADesktop_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QStringList>("arguments"); // %1 is the program folder
-        QTest::newRow("absolute path") << u"soup.srf"_s << QStringList{u"%1/soup.srf"_s};
-        QTest::newRow("unquoted space") << u"my soup.srf"_s << QStringList{u"my"_s, u"soup.srf"_s};
-        QTest::newRow("like an option") << u"-style.srf"_s << QStringList{u"-style.srf"_s};
+        // A file, its bytes, the arguments (%1 is the program folder), and the exit code and the
+        // error output as a pattern.
+        addRows<QString, QByteArray, QStringList, QString>({
+            {"absolute path", u"soup.srf"_s, soup, {u"%1/soup.srf"_s}, u"0 "_s},
+            {"unquoted space", u"my soup.srf"_s, soup, {u"my"_s, u"soup.srf"_s}, u"0 "_s},
+            {"like an option", u"-style.srf"_s, soup, {u"-style.srf"_s}, u"0 "_s},
+            {"no file",
+             u"soup.srf"_s,
+             soup,
+             {u"none.srf"_s},
+             u"1 Error: Could not find file.  Try importing file though File, Import.\n"_s},
+            {"cut off",
+             u"soup.srf"_s,
+             soup.chopped(12),
+             {u"soup.srf"_s},
+             u"1 Error: .*soup.srf.*"_s},
+            {"no recipe file to import into",
+             u"data.rbk"_s,
+             "no database at all, but some text in it",
+             {u"soup.srf"_s},
+             u"1 Error: .*data.rbk is not a recipe file.*"_s},
+            {"no argument", u"soup.srf"_s, soup, {}, u"1 .*needs a desktop.*"_s},
+            {"empty argument", u"soup.srf"_s, soup, {u""_s}, u"1 .*needs a desktop.*"_s},
+        });
     }
 
-    void importsAFileAndEnds()
+    void endsWithoutADesktop()
     {
-        QFETCH(const QString, name);
-        QFETCH(QStringList, arguments);
-        setBytes(inFolder(name), soup);
-        QCOMPARE(run(arguments.replaceInStrings(u"%1"_s, m_file->folder())), u"0 "_s);
-        QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"), u"Soup"_s);
-    }
-
-    void saysWhyNothingWasImported_data()
-    {
-        QTest::addColumn<QByteArray>("recipe"); // null if there is no file
-        QTest::addColumn<QByteArray>("database"); // null for an empty recipe file
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no file")
-            << QByteArray() << QByteArray()
-            << u"Could not find file.  Try importing file though File, Import."_s;
-        QTest::newRow("cut off") << soup.chopped(12) << QByteArray() << u"soup.srf"_s;
-        QTest::newRow("no recipe file to import into")
-            << soup << QByteArray("no database at all, but some text in it")
-            << u"data.rbk is not a recipe file"_s;
-    }
-
-    void saysWhyNothingWasImported()
-    {
-        QFETCH(const QByteArray, recipe);
-        QFETCH(const QByteArray, database);
-        QFETCH(const QString, message);
-        if (!recipe.isNull())
-            setBytes(inFolder(u"soup.srf"_s), recipe);
-        if (!database.isNull())
-            setBytes(m_file->path(), database);
-        const QString said = run({u"soup.srf"_s});
-        QVERIFY2(said.startsWith(u"1 Error: "_s) && said.contains(message)
-                     && said.count(u"Error: "_s) == 1,
+        auto [name, bytes, arguments, pattern] =
+            fetchRow<QString, QByteArray, QStringList, QString>();
+        setBytes(inFolder(u"soup.srf"_s), soup);
+        setBytes(inFolder(name), bytes);
+        const QString said = run(arguments.replaceInStrings(u"%1"_s, m_file->folder()));
+        const QRegularExpression expected(QRegularExpression::anchoredPattern(pattern),
+                                          QRegularExpression::DotMatchesEverythingOption);
+        QVERIFY2(expected.match(said).hasMatch() && said.count(u"Error: "_s) <= 1,
                  qPrintable(said));
-        if (database.isNull())
-            QCOMPARE(m_file->stored("SELECT * FROM Recipes"), u""_s);
-    }
-
-    // U+009B in the title would start a control sequence of the terminal. If nobody can be asked,
-    // the answer is No.
-    void showsControlCharactersAsText()
-    {
-        setBytes(inFolder(u"soup.srf"_s), QByteArray(soup).replace("Soup", "So\xC2\x9Bup"));
-        run({u"soup.srf"_s});
-        QCOMPARE(run({u"soup.srf"_s}),
-                 u"1 Already in database: So<U+009B>up is already in the database.  Do you want to "
-                 "import it anyways?\nNo\n"_s);
+        if (name != "data.rbk"_L1)
+            QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"),
+                     pattern == "0 "_L1 ? u"Soup"_s : u""_s);
     }
 
     void asksOnTheTerminal_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<bool>("isYes");
-        QTest::newRow("Yes") << QByteArray("YES\n") << true;
-        QTest::newRow("other word") << QByteArray("yesterday\n") << false;
-        QTest::newRow("end of input") << QByteArray("\4") << false;
+        addRows<QByteArray, bool>({{"Yes", "YES\n", true},
+                                   {"other word", "yesterday\n", false},
+                                   {"end of input", "\4", false},
+                                   {"no terminal", {}, false}});
     }
 
+    // U+009B in the title would start a control sequence of the terminal.
     void asksOnTheTerminal()
     {
-        QFETCH(const QByteArray, answer);
-        QFETCH(const bool, isYes);
-        setBytes(inFolder(u"soup.srf"_s), soup);
+        const auto [answer, isYes] = fetchRow<QByteArray, bool>();
+        setBytes(inFolder(u"soup.srf"_s), srf({.title = "So\xC2\x9Bup"}));
         run({u"soup.srf"_s});
         int terminal = -1;
         int programSide = -1;
@@ -135,27 +119,17 @@ private Q_SLOTS:
         QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
         QCOMPARE(write(terminal, answer.constData(), static_cast<std::size_t>(answer.size())),
                  answer.size());
-        const QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
+        const QString input = QString::fromLatin1(name);
+        const QString said =
+            run({u"soup.srf"_s}, u"pantrywise"_s, answer.isNull() ? QProcess::nullDevice() : input);
         close(terminal);
         close(programSide);
-        QVERIFY2(said.startsWith(isYes ? u"0 "_s : u"1 "_s)
+        const QString question =
+            u"%1 Already in database: So<U+009B>up is already in the database.  Do you want to import it anyways?"_s;
+        QVERIFY2(said.startsWith(question.arg(isYes ? 0 : 1))
                      && said.endsWith(isYes ? u"Yes\n"_s : u"No\n"_s),
                  qPrintable(said));
         QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), isYes ? u"2"_s : u"1"_s);
-    }
-
-    void needsADesktopForItsWindow_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("no argument") << QStringList();
-        QTest::newRow("empty argument") << QStringList(u""_s);
-    }
-
-    void needsADesktopForItsWindow()
-    {
-        QFETCH(const QStringList, arguments);
-        const QString said = run(arguments);
-        QVERIFY2(said.startsWith(u"1 "_s) && said.contains(u"needs a desktop"_s), qPrintable(said));
     }
 
     void registersItsCurrentPath()
@@ -180,11 +154,10 @@ private Q_SLOTS:
     {
         QFETCH(const int, killedAfter);
         constexpr int ingredients = 20000;
-        QByteArray lines;
+        QByteArrayList lines;
         for (int i = 0; i < ingredients; ++i)
-            lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup\r";
-        setBytes(inFolder(u"large.srf"_s),
-                 QByteArray(soup).replace("Salt|3|999|True||1 tsp\r", lines));
+            lines += "Ingredient " + QByteArray::number(i) + "|1|1|True||1 cup";
+        setBytes(inFolder(u"large.srf"_s), srf({.ingredients = lines}));
 
         QProcess program;
         start(program, {u"large.srf"_s});

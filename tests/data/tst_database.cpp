@@ -1,9 +1,9 @@
 #include "data/DataSource.h"
 #include "support/FileBytes.h"
 #include "support/RecipeFile.h"
+#include "support/Rows.h"
 
 #include <QElapsedTimer>
-#include <QTest>
 
 #include <csignal>
 #include <functional>
@@ -15,8 +15,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QFileDevice::Permissions mayRead{0x5555};
-constexpr QFileDevice::Permissions mayWrite{0x7777};
+using Permissions = QFileDevice::Permissions;
+constexpr Permissions mayRead{0x5555};
+constexpr Permissions mayWrite{0x7777};
 
 // Permissions do not restrict root, so the action runs as another user then.
 template <typename Action>
@@ -74,46 +75,39 @@ class tst_Database : public QObject
 private Q_SLOTS:
     void rejectsBadFile_data()
     {
-        QTest::addColumn<Damage>("damage");
-        QTest::addColumn<QString>("message");
-        const auto row = [](const char *name, const Damage &damage, const QString &message) {
-            QTest::newRow(name) << damage << message;
-        };
         const auto overwrite = [](const QByteArray &bytes) -> Damage {
             return [bytes](const RecipeFile &file) { setBytes(file.path(), bytes); };
         };
         const auto execute = [](const QString &statement) -> Damage {
             return [statement](const RecipeFile &file) { file.write(statement); };
         };
-        const QByteArray access("\0\1\0\0Standard Jet DB\0", 20);
-        row(
-            "missing", [](const RecipeFile &file) { QFile::remove(file.path()); },
-            u"is missing. Put your copy"_s);
-        row(
-            "folder",
-            [](const RecipeFile &file) {
-                QVERIFY(QFile::remove(file.path()) && QDir().mkpath(file.path()));
-            },
-            u"is a folder"_s);
-        row(
-            "unreadable", [](const RecipeFile &file) { QFile::setPermissions(file.path(), {}); },
-            u"may not be read. Give yourself the right"_s);
-        row("empty", overwrite({}), u"is empty. Put your last copy"_s);
-        row("other database", overwrite(access.leftJustified(4096, '\1')), u"Access format"_s);
-        row("text file", overwrite(QByteArray("Soup\r\n").repeated(500)),
-            u"is not a recipe file. Put your copy"_s);
-        row(
-            "cut off", [](const RecipeFile &file) { QFile::resize(file.path(), 4096 * 7 - 2048); },
-            u"is damaged"_s);
-        row("table missing", execute(u"DROP TABLE RecipeUtensils"_s),
-            u"the table RecipeUtensils is missing"_s);
-        row("newer version", execute(u"PRAGMA user_version = 2"_s), u"made by a newer version"_s);
+        const Damage remove = [](const RecipeFile &file) { QFile::remove(file.path()); };
+        const Damage makeFolder = [remove](const RecipeFile &file) {
+            remove(file);
+            QVERIFY(QDir().mkpath(file.path()));
+        };
+        const Damage close = [](const RecipeFile &file) { QFile::setPermissions(file.path(), {}); };
+        const Damage cutOff = [](const RecipeFile &file) { QFile::resize(file.path(), 26624); };
+        const QByteArray access =
+            QByteArray("\0\1\0\0Standard Jet DB\0", 20).leftJustified(4096, '\1');
+        addRows<Damage, QString>({
+            {"missing", remove, u"is missing. Put your copy"_s},
+            {"folder", makeFolder, u"is a folder"_s},
+            {"unreadable", close, u"may not be read. Give yourself the right"_s},
+            {"empty", overwrite({}), u"is empty. Put your last copy"_s},
+            {"other database", overwrite(access), u"Access format"_s},
+            {"text file", overwrite("Soup\r\n"_ba.repeated(500)),
+             u"is not a recipe file. Put your copy"_s},
+            {"cut off", cutOff, u"is damaged"_s},
+            {"table missing", execute(u"DROP TABLE RecipeUtensils"_s),
+             u"the table RecipeUtensils is missing"_s},
+            {"newer version", execute(u"PRAGMA user_version = 2"_s), u"made by a newer version"_s},
+        });
     }
 
     void rejectsBadFile()
     {
-        QFETCH(Damage, damage);
-        QFETCH(QString, message);
+        const auto [damage, message] = fetchRow<Damage, QString>();
         const RecipeFile file;
         const QByteArray good = bytesOf(file.path());
         QFile::setPermissions(file.folder(), mayWrite);
@@ -121,7 +115,9 @@ private Q_SLOTS:
         const QByteArray before = bytesOf(file.path());
 
         Utensils utensils(file);
-        asNobody([&] { QVERIFY(utensils.fails(message, [&] { utensils.count(); })); });
+        asNobody([&, &message = message] {
+            QVERIFY(utensils.fails(message, [&] { utensils.count(); }));
+        });
         QCOMPARE(bytesOf(file.path()), before);
 
         // The same window works after a good file has been put in the place of the bad one.
@@ -145,23 +141,19 @@ private Q_SLOTS:
 
     void readsWithoutWritePermission_data()
     {
-        QTest::addColumn<QFileDevice::Permissions>("ofFile");
-        QTest::addColumn<QFileDevice::Permissions>("ofFolder");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("file") << mayRead << mayWrite << u"since it is read-only"_s;
-        QTest::newRow("folder") << mayWrite << mayRead << u"since its folder is read-only"_s;
+        addRows<Permissions, Permissions, QString>(
+            {{"file", mayRead, mayWrite, u"since it is read-only"_s},
+             {"folder", mayWrite, mayRead, u"since its folder is read-only"_s}});
     }
 
     void readsWithoutWritePermission()
     {
-        QFETCH(QFileDevice::Permissions, ofFile);
-        QFETCH(QFileDevice::Permissions, ofFolder);
-        QFETCH(QString, message);
+        const auto [ofFile, ofFolder, message] = fetchRow<Permissions, Permissions, QString>();
         const RecipeFile file;
         const QByteArray before = bytesOf(file.path());
         QFile::setPermissions(file.path(), ofFile);
         QFile::setPermissions(file.folder(), ofFolder);
-        asNobody([&] {
+        asNobody([&, &message = message] {
             Utensils utensils(file);
             QCOMPARE(utensils.count(), 0);
             QVERIFY(utensils.fails(message, [&] { utensils.add(); }));
@@ -172,14 +164,12 @@ private Q_SLOTS:
 
     void noticesThatTheFileIsGone_data()
     {
-        QTest::addColumn<bool>("isReplaced");
-        QTest::newRow("removed") << false;
-        QTest::newRow("replaced") << true;
+        addRows<bool>({{"removed", false}, {"replaced", true}});
     }
 
     void noticesThatTheFileIsGone()
     {
-        QFETCH(bool, isReplaced);
+        const auto [isReplaced] = fetchRow<bool>();
         const RecipeFile file;
         const QByteArray other = isReplaced ? bytesOf(file.path()) : QByteArray();
         file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot')"_s);
@@ -194,14 +184,12 @@ private Q_SLOTS:
 
     void survivesFullDisk_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::newRow("fails at the commit") << 200'000;
-        QTest::newRow("fails before the commit") << 40'000'000;
+        addRows<int>({{"fails at the commit", 200'000}, {"fails before the commit", 40'000'000}});
     }
 
     void survivesFullDisk()
     {
-        QFETCH(int, length);
+        const auto [length] = fetchRow<int>();
         const QString name(length, u'x');
         const RecipeFile file;
         const QByteArray before = bytesOf(file.path());

@@ -1,7 +1,6 @@
 #include "data/TextComparison.h"
 #include "support/RandomSeed.h"
-
-#include <QTest>
+#include "support/Rows.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,29 +20,24 @@ class tst_TextComparison : public QObject
 private Q_SLOTS:
     void compares_data()
     {
-        QTest::addColumn<std::string>("a");
-        QTest::addColumn<std::string>("b");
-        QTest::addColumn<int>("expected");
-        const auto row = [](const char *name, const char *a, const char *b, int expected) {
-            QTest::newRow(name) << std::string(a) << std::string(b) << expected;
-        };
-        row("accent next to its letter", "E", "é", -1);
-        row("letters decide before accents", "éa", "eb", -1);
-        row("shorter text first", "é", "ea", -1);
-        row("first accent decides", "eé", "ée", -1);
-        row("sharp s is one letter", "ß", "ss", 1);
-        row("all forms of sigma", "σςΣ", "ΣΣΣ", 0);
-        row("Hangul syllables", "가", "각", -1);
-        row("invalid byte after all characters", "\xE9", "\U0010FFFD", 1);
-        row("overlong form", "\xE0\x81\x81", "a", 1);
-        row("number outside Unicode", "\xF4\x90\x83\xA9", "\xE9", 1);
+        addRows<std::string, std::string, int>({
+            {"accent next to its letter", "E", "é", -1},
+            {"letters decide before accents", "éa", "eb", -1},
+            {"shorter text first", "é", "ea", -1},
+            {"first accent decides", "eé", "ée", -1},
+            {"sharp s is one letter", "ß", "ss", 1},
+            {"all forms of sigma", "σςΣ", "ΣΣΣ", 0},
+            {"Hangul syllables", "가", "각", -1},
+            {"invalid byte after all characters", "\xE9", "\U0010FFFD", 1},
+            {"overlong form", "\xE0\x81\x81", "a", 1},
+            {"number outside Unicode", "\xF4\x90\x83\xA9", "\xE9", 1},
+        });
     }
 
     void compares()
     {
-        QFETCH(std::string, a);
-        QFETCH(std::string, b);
-        QTEST(sign(compareTexts(a, b)), "expected");
+        const auto [a, b, expected] = fetchRow<std::string, std::string, int>();
+        QCOMPARE(sign(compareTexts(a, b)), expected);
     }
 
     void agreesWithItself()
@@ -89,33 +83,28 @@ private Q_SLOTS:
 
     void matches_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<bool>("expected");
-        const struct {
-            QString pattern;
-            QStringList matching;
-            QStringList others;
-        } table[] = {
-            {u"*🍲"_s, {u"ab🍲"_s}, {u""_s, u"🍲a"_s}},
-            {u"?"_s, {u"a"_s, u"🍲"_s, u"가"_s}, {u""_s, u"ab"_s}},
-            {u"a*B*c"_s, {u"abc"_s, u"AxxBxxC"_s, u"abcbc"_s}, {u"acb"_s, u"ab"_s, u"abcd"_s}},
-            {u"[a]#%_"_s, {u"[A]#%_"_s}, {u"a#%_"_s, u"[a]1xx"_s}},
+        using Texts = QByteArrayList;
+        const std::tuple<QByteArray, Texts, Texts> table[] = {
+            {"*🍲", {"ab🍲"}, {"", "🍲a"}},
+            {"?", {"a", "🍲", "가"}, {"", "ab"}},
+            {"a*B*c", {"abc", "AxxBxxC", "abcbc"}, {"acb", "ab", "abcd"}},
+            {"[a]#%_", {"[A]#%_"}, {"a#%_", "[a]1xx"}},
+            // Each run fails late; trying all their lengths would take years.
+            {"*a*a*a*a*a*a*a*a*b", {}, {QByteArray(20'000, 'a')}},
         };
+        QList<std::tuple<QByteArray, QByteArray, QByteArray, bool>> rows;
         for (const auto &[pattern, matching, others] : table) {
-            for (const QString &text : matching + others)
-                QTest::addRow("'%s' like '%s'", qUtf8Printable(text), qUtf8Printable(pattern))
-                    << text << pattern << matching.contains(text);
+            for (const QByteArray &text : matching + others)
+                rows.append(
+                    {text.left(20) + " like " + pattern, text, pattern, matching.contains(text)});
         }
-        // Each run fails late; trying all their lengths would take years.
-        QTest::newRow("many runs") << u"a"_s.repeated(20'000) << u"*a*a*a*a*a*a*a*a*b"_s << false;
+        addRows(rows);
     }
 
     void matches()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, pattern);
-        QTEST(textMatches(text.toStdString(), pattern.toStdString()), "expected");
+        const auto [text, pattern, expected] = fetchRow<QByteArray, QByteArray, bool>();
+        QCOMPARE(textMatches(text.toStdString(), pattern.toStdString()), expected);
     }
 };
 

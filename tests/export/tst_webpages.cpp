@@ -1,30 +1,113 @@
+#include "export/ExportError.h"
+#include "export/PageFields.h"
 #include "export/SiteMap.h"
-#include "support/ExportFixture.h"
+#include "export/WebPages.h"
+#include "interaction/Progress.h"
+#include "platform/DirectoryExchange.h"
+#include "support/FileBytes.h"
+#include "support/RecipeFile.h"
+#include "support/Rows.h"
+#include "support/TemporaryHome.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_WebPages : public QObject
-{
-    Q_OBJECT
+namespace {
 
-private Q_SLOTS:
-    void names_data();
-    void names();
-    void namesAreUnique();
-    void links();
-    void contents();
-    void hostileText();
-    void order();
-    void changedWhileExporting();
+// Records the names of the items, and stops at one of them.
+class RecordingProgress final : public Progress
+{
+public:
+    qsizetype stopAt = -1; // number of the item, counted from 1
+    std::function<void()> onProgress = [] {}; // called at each item
+    QStringList names;
+
+    bool update(qsizetype done, qsizetype, const QString &label) override
+    {
+        names += label;
+        onProgress();
+        return done + 1 == names.size() && done + 1 != stopAt;
+    }
 };
 
-namespace {
+// A database and a folder to export its pages to.
+struct ExportFixture {
+    TemporaryHome home; // has no settings
+    RecipeFile file;
+    QTemporaryDir folder;
+    PageSettings settings;
+    RecordingProgress progress;
+
+    QString path(const QString &name) const { return folder.filePath(name); }
+    QString page(const QString &name) const { return path(u"Pantrywise/"_s + name); }
+
+    // The names of all entries of the folder or of one in it, hidden files included.
+    QStringList entries(const QString &name = {}) const
+    {
+        return QDir(path(name)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    QStringList pages() const { return entries(u"Pantrywise"_s); }
+
+    // Exports the pages, to the folder unless another one is given. Returns the error's text, or a
+    // null text if the export succeeds or is stopped.
+    QString run(const QString &to = {})
+    {
+        progress.names.clear();
+        try {
+            exportPages(file.path(), to.isEmpty() ? folder.path() : to, settings, progress);
+        } catch (const std::runtime_error &error) {
+            return QString::fromUtf8(error.what());
+        }
+        return {};
+    }
+};
+
+// Adds the paths of all fields, such as "types/link". mustache::data cannot list its fields, so the
+// names that any page may have are tried.
+void collectPaths(const kainjow::mustache::data &fields, const QString &prefix,
+                  QSet<QString> &paths)
+{
+    if (fields.is_list()) {
+        for (const kainjow::mustache::data &item : fields.list_value())
+            collectPaths(item, prefix, paths);
+    }
+    for (const PageKind kind : {PageKind::MainMenu, PageKind::Category, PageKind::Recipe}) {
+        for (const QByteArrayView name : knownFields(kind).names) {
+            const QString path = prefix + QString::fromUtf8(name);
+            if (const auto *field = fields.get(name.toByteArray().toStdString())) {
+                paths += path;
+                collectPaths(*field, path + u'/', paths);
+            }
+        }
+    }
+}
+
+// A page of each kind that has every field.
+kainjow::mustache::data allFields(PageKind kind)
+{
+    const SiteMap site = siteMapOf({{1, u"A"_s, 0, {}}, {2, u"B"_s, 0, {}}, {3, u"C"_s, 1, {}}});
+    RecipeDetails details;
+    details.title = details.author = details.servings = details.ratingText = u"B"_s;
+    details.description = details.utensils = details.instructions = {u"b"_s};
+    details.ingredients = {{u"1"_s, u"b"_s}};
+    if (kind == PageKind::MainMenu)
+        return mainMenuFields(site);
+    if (kind == PageKind::Category)
+        return categoryFields(site, site.types.front());
+    return recipeFields(site, 1, details);
+}
+
+QString document()
+{
+    return QString::fromUtf8(bytesOf(QStringLiteral(TEMPLATES_DOCUMENT)));
+}
 
 // Recipes of three types in turn.
 void addDishes(const RecipeFile &file, int count)
@@ -41,168 +124,452 @@ QJsonObject jsonOf(const QByteArray &page)
     return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>") - start)).object();
 }
 
-QStringList matches(const QByteArray &page, const QString &pattern)
+QStringList matches(const QByteArray &page, const char *pattern)
 {
     QStringList found;
-    auto all = QRegularExpression(pattern).globalMatch(QString::fromUtf8(page));
-    while (all.hasNext())
-        found += all.next().captured(1);
+    for (const auto &match :
+         QRegularExpression(QString::fromLatin1(pattern)).globalMatch(QString::fromUtf8(page)))
+        found += match.captured(1);
     return found;
 }
 
+// Writing beyond that size fails, as on a full disk, for root too.
+void limitFiles(rlim_t size)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = std::min(size, limit.rlim_max);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+}
+
+// The pages of one recipe, exported earlier.
+struct OldPages : ExportFixture {
+    OldPages()
+    {
+        file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
+        QCOMPARE(run(), QString());
+        soup = bytesOf(page(u"soup.html"_s));
+    }
+
+    bool areKept() const
+    {
+        return entries() == QStringList{u"Pantrywise"_s} && pages().size() == 5
+            && bytesOf(page(u"soup.html"_s)) == soup;
+    }
+
+    QByteArray soup;
+};
+
 } // namespace
 
-void tst_WebPages::names_data()
+class tst_WebPages : public QObject
 {
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("pattern");
-    const auto row = [](const char *name, const QString &title, const QString &pattern) {
-        QTest::newRow(name) << title << pattern;
-    };
-    row("complete", u"Autumn Soup 2"_s, u"autumn-soup-2"_s);
-    row("accent", u"Crème"_s, u"creme_[0-9a-f]{6}"_s);
-    row("combining accent", u"CRE\u0301ME"_s, u"creme_.{6}"_s);
-    row("other letters", u"Straße Łódź Ærø kısır"_s, u"strasse-lodz-aero-kisir_.{6}"_s);
-    row("punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s);
-    row("path", u"../../etc/passwd"_s, u"etc-passwd_.{6}"_s);
-    row("no Latin letters", u"борщ"_s, u"recipe_.{6}"_s);
-    row("null character", u"Soup\0.exe"_s, u"soup-exe_.{6}"_s);
-    row("reserved", u"CON"_s, u"con_.{6}"_s);
-    row("long", u"a "_s.repeated(500), u"a(-a){29}_.{6}"_s);
-}
+    Q_OBJECT
 
-// A name is the same whatever the recipe's key is.
-void tst_WebPages::names()
-{
-    QFETCH(const QString, title);
-    QFETCH(const QString, pattern);
-    const QString name = RecipePageNames().take(title, 1);
-    QVERIFY2(QRegularExpression(u"\\A"_s + pattern + u"\\.html\\z"_s).match(name).hasMatch(),
-             qPrintable(name));
-    QCOMPARE(RecipePageNames().take(title, 2), name);
-}
+private Q_SLOTS:
+    void names_data()
+    {
+        addRows<QString, QString>({
+            {"complete", u"Autumn Soup 2"_s, u"autumn-soup-2"_s},
+            {"accent", u"Crème"_s, u"creme_[0-9a-f]{6}"_s},
+            {"combining accent", u"CRE\u0301ME"_s, u"creme_.{6}"_s},
+            {"other letters", u"Straße Łódź Ærø kısır"_s, u"strasse-lodz-aero-kisir_.{6}"_s},
+            {"punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s},
+            {"path", u"../../etc/passwd"_s, u"etc-passwd_.{6}"_s},
+            {"no Latin letters", u"борщ"_s, u"recipe_.{6}"_s},
+            {"null character", u"Soup\0.exe"_s, u"soup-exe_.{6}"_s},
+            {"reserved", u"CON"_s, u"con_.{6}"_s},
+            {"long", u"a "_s.repeated(500), u"a(-a){29}_.{6}"_s},
+        });
+    }
 
-void tst_WebPages::namesAreUnique()
-{
-    RecipePageNames names;
-    QCOMPARE(names.take(u"Creme"_s, 1), u"creme.html"_s);
-    const QString accented = names.take(u"Crème"_s, 2);
-    QVERIFY(accented.startsWith(u"creme_"));
-    QVERIFY(names.take(u"CRE\u0301ME"_s, 3) != accented);
-    QCOMPARE(names.take(u"CREME"_s, 7), u"creme_7.html"_s);
-    QCOMPARE(typePageName(u"Grains/Bean/Rice"_s), u"type_grains-bean-rice.html"_s);
-}
+    // A name is the same whatever the recipe's key is.
+    void names()
+    {
+        const auto [title, pattern] = fetchRow<QString, QString>();
+        const QString name = RecipePageNames().take(title, 1);
+        QVERIFY2(QRegularExpression(u"\\A"_s + pattern + u"\\.html\\z"_s).match(name).hasMatch(),
+                 qPrintable(name));
+        QCOMPARE(RecipePageNames().take(title, 2), name);
+    }
 
-// Every page can be reached from the main menu, and no link is broken.
-void tst_WebPages::links()
-{
-    ExportFixture fixture;
-    addDishes(fixture.file, 600);
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
-    QCOMPARE(fixture.run(), QString());
+    void namesAreUnique()
+    {
+        RecipePageNames names;
+        QCOMPARE(names.take(u"Creme"_s, 1), u"creme.html"_s);
+        const QString accented = names.take(u"Crème"_s, 2);
+        QVERIFY(accented.startsWith(u"creme_"));
+        QVERIFY(names.take(u"CRE\u0301ME"_s, 3) != accented);
+        QCOMPARE(names.take(u"CREME"_s, 7), u"creme_7.html"_s);
+        QCOMPARE(typePageName(u"Grains/Bean/Rice"_s), u"type_grains-bean-rice.html"_s);
+    }
 
-    QMap<QString, bool> reached{{u"index.html"_s, true}, {u"pantrywise-files.txt"_s, true}};
-    for (QStringList unread = reached.keys(); !unread.isEmpty();) {
-        const QByteArray page = bytesOf(fixture.page(unread.takeLast()));
-        for (const QString &link : matches(page, u"href=\"([^\"]*)\""_s)) {
-            if (link.startsWith(u'#'))
-                QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
-            else if (!std::exchange(reached[link], true))
-                unread += link;
+    // Every page can be reached from the main menu, and no link is broken.
+    void links()
+    {
+        ExportFixture fixture;
+        addDishes(fixture.file, 600);
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
+        QCOMPARE(fixture.run(), QString());
+
+        QMap<QString, bool> reached{{u"index.html"_s, true}, {u"pantrywise-files.txt"_s, true}};
+        for (QStringList unread = reached.keys(); !unread.isEmpty();) {
+            const QByteArray page = bytesOf(fixture.page(unread.takeLast()));
+            for (const QString &link : matches(page, "href=\"([^\"]*)\"")) {
+                if (link.startsWith(u'#'))
+                    QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
+                else if (!std::exchange(reached[link], true))
+                    unread += link;
+            }
+        }
+        QCOMPARE(reached.keys(), fixture.pages());
+        QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), "<small>([^<]*)").join(u", "_s),
+                 u"200 recipes, 200 recipes, 200 recipes, 1 recipe"_s);
+    }
+
+    void contents()
+    {
+        ExportFixture fixture;
+        fixture.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
+                           "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
+                           "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"
+                           "(2,1,'2 tsp (fine)');"
+                           "INSERT INTO RecipeUtensils VALUES (1,2),(1,1);"
+                           "INSERT INTO Recipes VALUES (1,'Ham Soup','Good.','Ann',1,"
+                           "'Boil.'||char(13,10,13,10)||' Serve.'||char(13,10),2,2.5),"
+                           "(2,'Bare','','',1,'',0,0),(3,'None','','',1,'',0,0)"_s);
+        QCOMPARE(fixture.run(), QString());
+        const QByteArray page = bytesOf(fixture.page(u"ham-soup.html"_s));
+        QCOMPARE(
+            QJsonDocument(jsonOf(page)).toJson(QJsonDocument::Compact),
+            R"({"@context":"https://schema.org","@type":"Recipe","aggregateRating":{)"
+            R"("@type":"AggregateRating","bestRating":5,"ratingCount":1,)"
+            R"("ratingExplanation":"2 - Well recieved","ratingValue":4,"worstRating":1},)"
+            R"("author":{"@type":"Person","name":"Ann"},"description":"Good.","name":"Ham Soup",)"
+            R"("recipeCategory":"Soup","recipeIngredient":["1 lb Ham","Salt"],)"
+            R"("recipeInstructions":["Boil.","Serve."],"recipeYield":"2.5","tool":["Sieve","Pan"]})");
+        for (const char *shown : {"<b>1 lb</b> Ham", "<li dir=\"auto\">Salt</li>", "Serves 2.5",
+                                  "2 - Well recieved", "<p dir=\"auto\">Serve.</p>"})
+            QVERIFY2(page.contains(shown), shown);
+        QVERIFY(!page.contains("Vegetarian"));
+
+        const QByteArray bare = bytesOf(fixture.page(u"bare.html"_s));
+        QVERIFY(bare.contains(">Vegetarian<"));
+        QVERIFY(jsonOf(bare).contains(u"suitableForDiet"));
+        QVERIFY(bytesOf(fixture.page(u"none.html"_s))
+                    .contains(">Vegetarian<")); // as in the recipe window
+        for (const char *hidden :
+             {"Serves", "ating", "Utensils", ">Instructions", "\"author", "Yield"})
+            QVERIFY2(!bare.contains(hidden), hidden);
+    }
+
+    void hostileText()
+    {
+        const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
+        ExportFixture fixture;
+        fixture.file.write(QString(u"INSERT INTO Recipes SELECT 1, char(0,27,128)||t, t, t, 99, "
+                                   "t||char(0,7,65534,10)||t, 'x', t FROM (SELECT '%1' AS t);"
+                                   "INSERT INTO Recipes (RecipeName) VALUES (' '||char(9))"_s)
+                               .arg(QString(hostile).replace(u'\'', u"''"_s)));
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(fixture.progress.names, QStringList({hostile, u"Untitled recipe"_s}));
+
+        static const QRegularExpression control(u"[^\\P{Cc}\\n]|\\x{FFFE}"_s);
+        for (const QString &name : fixture.pages()) {
+            const QByteArray page = bytesOf(fixture.page(name));
+            QVERIFY2(!QString::fromUtf8(page).contains(control), qPrintable(name));
+            QCOMPARE(page.count("<b>") + page.count("<!--"), 0);
+            QCOMPARE(page.count("</script>"), page.count("<script"));
+        }
+        const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
+        QVERIFY(page.contains("<h1 dir=\"auto\">&lt;/script&gt;&lt;!--"));
+        QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
+        QCOMPARE(jsonOf(page)[u"recipeInstructions"].toArray(), QJsonArray({hostile, hostile}));
+        QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
+    }
+
+    void order()
+    {
+        ExportFixture fixture; // the default order is by type, then by title
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) "
+                           "VALUES ('b', 0), ('É', 2), ('a', 2), ('f', 0)"_s);
+        QCOMPARE(fixture.run(), QString());
+        const auto found = [&fixture](const QString &page, const char *pattern) {
+            return matches(bytesOf(fixture.page(page)), pattern).join(u' ');
+        };
+        QCOMPARE(found(u"a.html"_s, "rel=\"(?:prev|next)\" href=\"(.)"), u"f e"_s);
+        QCOMPARE(found(u"b.html"_s, "rel=\"(.)"), u"s n"_s); // the style sheet, the next one
+        QCOMPARE(found(u"index.html"_s, "<h3[^>]*>([^<]*)"), u"A B E F"_s);
+    }
+
+    // Other programs can change the recipes, because the database is not locked while pages are
+    // written.
+    void changedWhileExporting()
+    {
+        ExportFixture fixture;
+        addDishes(fixture.file, 300);
+        fixture.progress.onProgress = [&] {
+            if (fixture.progress.names.size() == 3)
+                fixture.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
+        };
+        QVERIFY(fixture.run().contains(u"Another program has changed the recipes"_s));
+        QVERIFY(fixture.entries().isEmpty());
+    }
+
+    void badTemplates_data()
+    {
+        addRows<QByteArray, QString>({
+            {"missing", {}, u"mine.html cannot be used. There is no"_s},
+            {"blank", " \n", u"is empty"_s},
+            {"Latin-1", "\xE9t\xE9", u"not UTF-8 text"_s},
+            {"null character", QByteArray("a\0b", 3), u"not UTF-8 text"_s},
+            {"too large", QByteArray((1 << 20) + 1, ' '), u"larger than 1 MiB"_s},
+            {"tag is not closed", "\n{{", u"Line 2: A tag is not closed"_s},
+            {"tag lacks a brace", "{{{jsonLd}}", u"A tag is not closed"_s},
+            {"unknown field", "{{titel}}", u"no field \"titel\""_s},
+            {"empty tag", "{{}}{{title}}", u"no field \"\""_s},
+            {"implicit iterator", "{{.}}", u"no field \".\""_s},
+            {"section is not closed", "\r\n\r\n{{#next}}{{title}}",
+             u"Line 3: The section next is not closed"_s},
+            {"section is not open", "{{/next}}", u"section next ends here, but it has not begun"_s},
+            {"sections overlap", "{{#next}}{{#author}}{{/next}}{{/author}}",
+             u"section next ends here"_s},
+            {"section inside itself", "{{#next}}{{^next}}{{/next}}{{/next}}",
+             u"section next is inside itself"_s},
+            {"unescaped by braces", "{{{title}}}", u"field title between two braces"_s},
+            {"unescaped by &", "{{& title}}", u"field title between two braces"_s},
+            {"escaped JSON-LD", "{{jsonLd}}", u"field jsonLd between three braces"_s},
+            {"partial", "{{>title}}", u"cannot include another"_s},
+            {"delimiters", "{{=<% %>=}}<%title%>", u"Delimiters other than"_s},
+        });
+    }
+
+    void badTemplates()
+    {
+        const auto [text, reason] = fetchRow<QByteArray, QString>();
+        ExportFixture fixture;
+        const QString path = fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        if (!text.isNull())
+            setBytes(path, text);
+        const QString message = fixture.run();
+        QVERIFY2(message.contains(path) && message.contains(reason), qPrintable(message));
+        QVERIFY(fixture.entries().isEmpty());
+    }
+
+    void goodTemplates_data()
+    {
+        addRows<QByteArray, QByteArray>({
+            {"byte order mark and spaces", "\xEF\xBB\xBF{{ title }}", "A &amp; B"},
+            {"inverted section", "{{^next}}last{{/next}}{{#next}}{{link}}{{/next}}", "last"},
+            {"section of no field, comment", "{{#author}}by {{author}}{{/author}}{{! none }}", ""},
+            {"list",
+             "{{#ingredients}}{{#quantity}}{{quantity}} {{/quantity}}{{name}}.{{/ingredients}}",
+             "1 &lt;cup&gt; Salt.Salt."},
+            {"empty list and braces",
+             "{{#hasUtensils}}a{{/hasUtensils}}{{^utensils}}none{{/utensils}}}}", "none}}"},
+        });
+    }
+
+    void goodTemplates()
+    {
+        const auto [text, page] = fetchRow<QByteArray, QByteArray>();
+        ExportFixture fixture;
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('A & B');"
+                           "INSERT INTO Ingredients VALUES (1,'Salt',0,0,1);"
+                           "INSERT INTO RecipeIngredients VALUES (1,1,'1 <cup>'),(1,1,'')"_s);
+        fixture.settings.recipeTemplate = fixture.home.data(u"mine.html"_s);
+        setBytes(fixture.settings.recipeTemplate, text);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(fixture.pages().constFirst())), page);
+    }
+
+    void fields_data()
+    {
+        addRows<PageKind, int, QString>(
+            {{"main menu", PageKind::MainMenu, 3,
+              u"stylesheet mainMenu count recipeCount hasRecipes "
+              "types types/name types/link types/count types/recipeCount "
+              "letters letters/letter letters/anchor letters/recipes "
+              "letters/recipes/title letters/recipes/link"_s},
+             {"recipe type", PageKind::Category, 4,
+              u"stylesheet mainMenu name link count recipeCount "
+              "recipes recipes/title recipes/link"_s},
+             {"recipe", PageKind::Recipe, 5,
+              u"stylesheet mainMenu title type typeLink author servings rating "
+              "vegetarian hasDescription description description/paragraph "
+              "hasIngredients ingredients ingredients/name ingredients/quantity "
+              "hasUtensils utensils utensils/name "
+              "hasInstructions instructions instructions/paragraph "
+              "previous previous/title previous/link next next/title next/link "
+              "jsonLd"_s}});
+    }
+
+    // The fields that a page sets are those that its templates may use and that the section of the
+    // document describes.
+    void fields()
+    {
+        const auto [kind, section, fields] = fetchRow<PageKind, int, QString>();
+        QStringList paths = fields.split(u' ');
+        QSet<QString> found;
+        collectPaths(allFields(kind), {}, found);
+        QStringList set(found.begin(), found.end());
+        set.sort();
+        paths.sort();
+        QCOMPARE(set.join(u' '), paths.join(u' '));
+
+        QSet<QString> names;
+        for (const QString &path : paths)
+            names += path.section(u'/', -1);
+        QSet<QString> known;
+        for (const QByteArrayView name : knownFields(kind).names)
+            known += QString::fromUtf8(name);
+        QCOMPARE(known, names);
+
+        const QStringList sections = document().split(u"\n## "_s);
+        // A field has a row in a table, or is described in the row of the field that it belongs to.
+        for (const QString &path : paths) {
+            const QString names = path.section(u'/', -2).replace(u'/', u"`[^|]*\\|.*`"_s);
+            QVERIFY2((sections[2] + sections[section])
+                         .contains(QRegularExpression(u"\n\\| [^|]*`%1`"_s.arg(names))),
+                     qPrintable(path));
         }
     }
-    QCOMPARE(reached.keys(), fixture.pages());
-    QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), u"<small>([^<]*)"_s),
-             QStringList({u"200 recipes"_s, u"200 recipes"_s, u"200 recipes"_s, u"1 recipe"_s}));
-}
 
-void tst_WebPages::contents()
-{
-    ExportFixture fixture;
-    fixture.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
-                       "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
-                       "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"
-                       "(2,1,'2 tsp (fine)');"
-                       "INSERT INTO RecipeUtensils VALUES (1,2),(1,1);"
-                       "INSERT INTO Recipes VALUES (1,'Ham Soup','Good.','Ann',1,"
-                       "'Boil.'||char(13,10,13,10)||' Serve.'||char(13,10),2,2.5),"
-                       "(2,'Bare','','',1,'',0,0),(3,'None','','',1,'',0,0)"_s);
-    QCOMPARE(fixture.run(), QString());
-    const QByteArray page = bytesOf(fixture.page(u"ham-soup.html"_s));
-    QCOMPARE(
-        QJsonDocument(jsonOf(page)).toJson(QJsonDocument::Compact),
-        R"({"@context":"https://schema.org","@type":"Recipe","aggregateRating":{)"
-        R"("@type":"AggregateRating","bestRating":5,"ratingCount":1,)"
-        R"("ratingExplanation":"2 - Well recieved","ratingValue":4,"worstRating":1},)"
-        R"("author":{"@type":"Person","name":"Ann"},"description":"Good.","name":"Ham Soup",)"
-        R"("recipeCategory":"Soup","recipeIngredient":["1 lb Ham","Salt"],)"
-        R"("recipeInstructions":["Boil.","Serve."],"recipeYield":"2.5","tool":["Sieve","Pan"]})");
-    for (const char *shown : {"<b>1 lb</b> Ham", "<li dir=\"auto\">Salt</li>", "Serves 2.5",
-                              "2 - Well recieved", "<p dir=\"auto\">Serve.</p>"})
-        QVERIFY2(page.contains(shown), shown);
-    QVERIFY(!page.contains("Vegetarian"));
-
-    const QByteArray bare = bytesOf(fixture.page(u"bare.html"_s));
-    QVERIFY(bare.contains(">Vegetarian<"));
-    QVERIFY(jsonOf(bare).contains(u"suitableForDiet"));
-    QVERIFY(
-        bytesOf(fixture.page(u"none.html"_s)).contains(">Vegetarian<")); // as in the recipe window
-    for (const char *hidden : {"Serves", "ating", "Utensils", ">Instructions", "\"author", "Yield"})
-        QVERIFY2(!bare.contains(hidden), hidden);
-}
-
-void tst_WebPages::hostileText()
-{
-    const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
-    ExportFixture fixture;
-    fixture.file.write(QString(u"INSERT INTO Recipes SELECT 1, char(0,27,128)||t, t, t, 99, "
-                               "t||char(0,7,65534,10)||t, 'x', t FROM (SELECT '%1' AS t);"
-                               "INSERT INTO Recipes (RecipeName) VALUES (' '||char(9))"_s)
-                           .arg(QString(hostile).replace(u'\'', u"''"_s)));
-    QCOMPARE(fixture.run(), QString());
-    QCOMPARE(fixture.progress.names, QStringList({hostile, u"Untitled recipe"_s}));
-
-    static const QRegularExpression control(u"[^\\P{Cc}\\n]|\\x{FFFE}"_s);
-    for (const QString &name : fixture.pages()) {
-        const QByteArray page = bytesOf(fixture.page(name));
-        QVERIFY2(!QString::fromUtf8(page).contains(control), qPrintable(name));
-        QCOMPARE(page.count("<b>") + page.count("<!--"), 0);
-        QCOMPARE(page.count("</script>"), page.count("<script"));
+    void exampleInTheDocument()
+    {
+        ExportFixture fixture;
+        fixture.settings.recipeTemplate = fixture.home.data(u"example.html"_s);
+        const QString example = document().section(u"```html\n"_s, 1).section(u"```"_s, 0, 0);
+        setBytes(fixture.settings.recipeTemplate, example.toUtf8());
+        fixture.file.write(
+            u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
     }
-    const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
-    QVERIFY(page.contains("<h1 dir=\"auto\">&lt;/script&gt;&lt;!--"));
-    QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
-    QCOMPARE(jsonOf(page)[u"recipeInstructions"].toArray(), QJsonArray({hostile, hostile}));
-    QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
-}
 
-void tst_WebPages::order()
-{
-    ExportFixture fixture; // the default order is by type, then by title
-    fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) "
-                       "VALUES ('b', 0), ('É', 2), ('a', 2), ('f', 0)"_s);
-    QCOMPARE(fixture.run(), QString());
-    QCOMPARE(matches(bytesOf(fixture.page(u"a.html"_s)), u"rel=\"(?:prev|next)\" href=\"(.)"_s),
-             QStringList({u"f"_s, u"e"_s}));
-    QCOMPARE(matches(bytesOf(fixture.page(u"b.html"_s)), u"rel=\"(.)"_s),
-             QStringList({u"s"_s, u"n"_s})); // the style sheet, the next one
-    QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), u"<h3[^>]*>([^<]*)"_s),
-             QStringList({u"A"_s, u"B"_s, u"E"_s, u"F"_s}));
-}
+    // In the tests below, new pages replace the old ones completely or not at all.
+    void failedWriting_data()
+    {
+        addRows<rlim_t>(
+            {{"of the list", 10}, {"of the style sheet", 1000}, {"of a recipe", 100'000}});
+    }
 
-// Other programs can change the recipes, because the database is not locked while pages are
-// written.
-void tst_WebPages::changedWhileExporting()
-{
-    ExportFixture fixture;
-    addDishes(fixture.file, 300);
-    fixture.progress.onProgress = [&] {
-        if (fixture.progress.names.size() == 3)
-            fixture.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
-    };
-    QVERIFY(fixture.run().contains(u"Another program has changed the recipes"_s));
-    QVERIFY(fixture.entries().isEmpty());
-}
+    void failedWriting()
+    {
+        const auto [size] = fetchRow<rlim_t>();
+        OldPages old;
+        old.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
+        limitFiles(size);
+        const QString message = old.run();
+        limitFiles(RLIM_INFINITY);
+        QVERIFY2(message.contains(old.path(u"Pantrywise: File too large"_s)), qPrintable(message));
+        QVERIFY(old.areKept());
+    }
+
+    void stopped()
+    {
+        OldPages old;
+        old.progress.stopAt = 1;
+        QCOMPARE(old.run(), QString());
+        QVERIFY(old.areKept());
+    }
+
+    void otherFileAddedWhileExporting()
+    {
+        OldPages old;
+        old.progress.onProgress = [&] { setBytes(old.page(u"shopping.txt"_s), "eggs"); };
+        QVERIFY(old.run().contains(u"contains shopping.txt,"_s));
+        QVERIFY(QFile::remove(old.page(u"shopping.txt"_s)));
+        QVERIFY(old.areKept());
+    }
+
+    void twoExportsAtOnce()
+    {
+        OldPages old;
+        old.progress.onProgress = [&] {
+            RecordingProgress progress;
+            QVERIFY_THROWS_EXCEPTION(
+                ExportError,
+                exportPages(old.file.path(), old.folder.path(), old.settings, progress));
+        };
+        QCOMPARE(old.run(), QString());
+    }
+
+    void foreignEntries_data()
+    {
+        addRows<QString, QByteArray>(
+            {{"file with the folder's name", u"Pantrywise"_s, "a file"},
+             {"hidden file", u"Pantrywise/.hidden"_s, "x"},
+             {"another list", u"Pantrywise/pantrywise-files.txt"_s, "mine\nindex.html"}});
+    }
+
+    void foreignEntries()
+    {
+        const auto [name, bytes] = fetchRow<QString, QByteArray>();
+        ExportFixture fixture;
+        setBytes(fixture.path(name), bytes);
+        QVERIFY(fixture.run().startsWith(fixture.path(u"Pantrywise was not made by an export"_s)));
+        QCOMPARE(bytesOf(fixture.path(name)), bytes);
+        QCOMPARE(fixture.entries().size(), 1);
+    }
+
+    void folderInPlaceOfAPage()
+    {
+        OldPages old;
+        QVERIFY(QFile::remove(old.page(u"style.css"_s)));
+        setBytes(old.page(u"style.css/mine.txt"_s), "");
+        QVERIFY(old.run().contains(u"contains style.css,"_s));
+        QVERIFY(QFile::exists(old.page(u"style.css/mine.txt"_s)));
+    }
+
+    void linkToAFolderOfPages()
+    {
+        OldPages old;
+        QVERIFY(QDir().rename(old.page({}), old.path(u"elsewhere"_s)));
+        QVERIFY(QFile::link(u"elsewhere"_s, old.path(u"Pantrywise"_s)));
+        QVERIFY(old.run().contains(u"was not made by an export"_s));
+        QVERIFY(QFile::exists(old.path(u"elsewhere/soup.html"_s)));
+    }
+
+    // The pages of deleted recipes, and what a killed export has left.
+    void removesOldFiles()
+    {
+        ExportFixture fixture;
+        QCOMPARE(fixture.run(), QString());
+        const QString staging = fixture.path(u"Pantrywise.new"_s);
+        QVERIFY(QDir().rename(fixture.page({}), staging));
+        QVERIFY(QFile::remove(staging + "/style.css"_L1));
+        QFile list(staging + "/pantrywise-files.txt"_L1);
+        QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
+        list.close();
+        setBytes(fixture.path(u"precious.txt"_s), "mine");
+        setBytes(fixture.path(u"Pantrywise.new+/mine.txt"_s), "mine");
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
+        QCOMPARE(fixture.run(), QString());
+        fixture.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
+        QCOMPARE(fixture.run(fixture.page({})), QString()); // into the folder itself
+        QCOMPARE(fixture.pages().join(u' '),
+                 u"index.html new.html pantrywise-files.txt style.css type_misc.html"_s);
+        QCOMPARE(fixture.entries().join(u' '), u"Pantrywise Pantrywise.new+ precious.txt"_s);
+    }
+
+    // As on file systems that cannot exchange directories in one step.
+    void exchangesInSteps()
+    {
+        QTemporaryDir folder;
+        const auto exchange = [&folder](const char *name, const char *with) {
+            const std::filesystem::path path = folder.path().toStdString();
+            return !platform::exchangeDirectoriesInSteps(path / name, path / with);
+        };
+        setBytes(folder.filePath(u"a/a.txt"_s), "a");
+        setBytes(folder.filePath(u"b/b.txt"_s), "b");
+        QVERIFY(exchange("a", "b") && exchange("b", "c") && !exchange("none", "a"));
+        QCOMPARE(bytesOf(folder.filePath(u"a/b.txt"_s)), "b");
+        QCOMPARE(bytesOf(folder.filePath(u"c/a.txt"_s)), "a");
+        QCOMPARE(QDir(folder.path()).count(), 4U); // with . and ..
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_WebPages)
 #include "tst_webpages.moc"

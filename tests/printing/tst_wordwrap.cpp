@@ -1,8 +1,12 @@
 #include "printing/BusyCursor.h"
 #include "printing/CWordWrap.h"
-#include "printing/Printer.h"
+#include "printing/PagedPrinter.h"
+#include "support/Rows.h"
 
-#include <QTest>
+#include <QPdfWriter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include <cmath>
 
@@ -85,45 +89,42 @@ public:
 private Q_SLOTS:
     void texts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("record");
-        const auto row = [](const char *name, const QString &text, const QString &record) {
-            QTest::newRow(name) << text << record;
-        };
-        row("empty", u""_s, u"|end"_s);
-        row("one word", u"leek"_s, u"|10,20 leek|end"_s);
-        row("as wide as the line", u"123456 78901"_s, u"|10,20 123456 78901|end"_s);
-        row("wider than the line", u"123456 789012"_s, u"|10,20 123456 |10,40 789012|end"_s);
-        row("a word wider than the line", u"ab 1234567890123 cd"_s,
-            u"|10,20 ab |10,40 1234567890123 |10,60 cd|end"_s);
-        row("a wide word first, after an empty line", u"1234567890123"_s,
-            u"|10,40 1234567890123|end"_s);
-        row("line feeds", u"a\r\nb\n\nc"_s, u"|10,20 a|10,40 b|10,80 c|end"_s);
-        row("spaces", u" a   b "_s, u"|10,20  a   b |end"_s);
-        row("spaces past the margin", u"12345678901  a"_s, u"|10,20 12345678901  |10,40 a|end"_s);
-        row("tab first", u"\ta"_s, u"|110,20 a|end"_s);
-        row("tab before the stop", u"123456789\ta"_s, u"|10,20 123456789|110,20 a|end"_s);
-        row("tab half a digit before the stop", u"123456789i\ta"_s,
-            u"|10,20 123456789i|10,40 a|end"_s);
-        row("tab at the stop", u"1234567890\ta"_s, u"|10,20 1234567890|10,40 a|end"_s);
-        row("control characters", u"a\x01\u0000b\u00A0c"_s + QChar(0) + u"d"_s,
-            u"|10,20 ab\u00A0cd|end"_s);
-        row("no Latin letters", u"\u6C64\U0001F345 x"_s, u"|10,20 \u6C64\U0001F345 x|end"_s);
-        row("a second page", u"1\n2\n3\n4\n5"_s,
-            u"|10,20 1|10,40 2|10,60 3|10,80 4|new 2|10,20 5|end"_s);
-        row("a second page within a line", u"1\n2\n3\n4 5678901 2345"_s,
-            u"|10,20 1|10,40 2|10,60 3|10,80 4 5678901 |new 2|10,20 2345|end"_s);
+        addRows<QString, QString>({
+            {"empty", u""_s, u"|end"_s},
+            {"one word", u"leek"_s, u"|10,20 leek|end"_s},
+            {"as wide as the line", u"123456 78901"_s, u"|10,20 123456 78901|end"_s},
+            {"wider than the line", u"123456 789012"_s, u"|10,20 123456 |10,40 789012|end"_s},
+            {"a word wider than the line", u"ab 1234567890123 cd"_s,
+             u"|10,20 ab |10,40 1234567890123 |10,60 cd|end"_s},
+            {"a wide word first, after an empty line", u"1234567890123"_s,
+             u"|10,40 1234567890123|end"_s},
+            {"line feeds", u"a\r\nb\n\nc"_s, u"|10,20 a|10,40 b|10,80 c|end"_s},
+            {"spaces", u" a   b "_s, u"|10,20  a   b |end"_s},
+            {"spaces past the margin", u"12345678901  a"_s, u"|10,20 12345678901  |10,40 a|end"_s},
+            {"tab first", u"\ta"_s, u"|110,20 a|end"_s},
+            {"tab before the stop", u"123456789\ta"_s, u"|10,20 123456789|110,20 a|end"_s},
+            {"tab half a digit before the stop", u"123456789i\ta"_s,
+             u"|10,20 123456789i|10,40 a|end"_s},
+            {"tab at the stop", u"1234567890\ta"_s, u"|10,20 1234567890|10,40 a|end"_s},
+            {"control characters", u"a\x01\u0000b\u00A0c"_s + QChar(0) + u"d"_s,
+             u"|10,20 ab\u00A0cd|end"_s},
+            {"no Latin letters", u"\u6C64\U0001F345 x"_s, u"|10,20 \u6C64\U0001F345 x|end"_s},
+            {"a second page", u"1\n2\n3\n4\n5"_s,
+             u"|10,20 1|10,40 2|10,60 3|10,80 4|new 2|10,20 5|end"_s},
+            {"a second page within a line", u"1\n2\n3\n4 5678901 2345"_s,
+             u"|10,20 1|10,40 2|10,60 3|10,80 4 5678901 |new 2|10,20 2345|end"_s},
+        });
     }
 
     void texts()
     {
-        QFETCH(const QString, text);
+        const auto [text, record] = fetchRow<QString, QString>();
         RecordingPrinter printer;
         CWordWrap wrap(printer, printer);
         wrap.setPrintHeader(false);
         wrap.setPrintFooter(false);
         wrap.PrintText(text);
-        QTEST(printer.record, "record");
+        QCOMPARE(printer.record, record);
     }
 
     void pages()
@@ -165,17 +166,14 @@ private Q_SLOTS:
 
     void marginsWithoutRoom_data()
     {
-        QTest::addColumn<float>("left");
-        QTest::addColumn<float>("top");
-        QTest::newRow("as wide as the page") << 6.5F << 1.F;
-        QTest::newRow("as high as the page") << 1.F << 2.F;
-        QTest::newRow("not a number") << std::nanf("") << 1.F;
+        addRows<float, float>({{"as wide as the page", 6.5F, 1.F},
+                               {"as high as the page", 1.F, 2.F},
+                               {"not a number", std::nanf(""), 1.F}});
     }
 
     void marginsWithoutRoom()
     {
-        QFETCH(const float, left);
-        QFETCH(const float, top);
+        const auto [left, top] = fetchRow<float, float>();
         RecordingPrinter printer;
         CWordWrap wrap(printer, printer);
         wrap.setMarginLeft(left);
@@ -197,7 +195,38 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(PrintError, wrap.PrintText(u"tomato tomatoes"_s));
         QCOMPARE(printer.busy, 0);
     }
+
+    void printsOnPaper()
+    {
+        const QTemporaryDir folder;
+        QString text =
+            u"Cr\u00E8me\tbr\u00FBl\u00E9e\r\n\u05DE\u05E8\u05E7 \u05E2\u05D2\u05D1\r\n"_s;
+        for (int i = 1; i <= 700; ++i)
+            text += QString::number(i) + u" eggs "_s;
+        const auto print = [&](const QString &name) {
+            QPdfWriter writer(folder.filePath(name));
+            PagedPrinter printer(writer, QFont(u"DejaVu Sans"_s, 12));
+            WaitCursor cursor;
+            CWordWrap wrap(printer, cursor);
+            wrap.setHeaderText(u"Tomato Soup"_s);
+            wrap.PrintText(text);
+        };
+        QVERIFY_THROWS_EXCEPTION(PrintError, print(u"no/such/folder.pdf"_s));
+        print(u"soup.pdf"_s);
+
+        QProcess reader;
+        reader.start(u"pdftotext"_s, {folder.filePath(u"soup.pdf"_s), u"-"_s});
+        QVERIFY(reader.waitForFinished());
+        const QString read = QString::fromUtf8(reader.readAllStandardOutput());
+        const QStringList lines = read.split(QRegularExpression(u"[\n\f]+"_s));
+        QCOMPARE(lines.count(u"Tomato Soup"_s), 2);
+        for (const QString &line :
+             {u"Page 1"_s, u"Page 2"_s, u"Cr\u00E8me"_s, u"br\u00FBl\u00E9e"_s})
+            QCOMPARE(lines.count(line), 1);
+        QCOMPARE(lines.filter(u"eggs"_s).join(u' ') + u' ', text.section(u'\n', 2));
+        QVERIFY(QString(read).remove(u' ').contains(u"\u05DE\u05E8\u05E7\u05E2\u05D2\u05D1"_s));
+    }
 };
 
-QTEST_GUILESS_MAIN(tst_WordWrap)
+QTEST_MAIN(tst_WordWrap)
 #include "tst_wordwrap.moc"

@@ -1,52 +1,44 @@
 #include "data/settings/RegistryFunctions.h"
 #include "frame/ErrorBoundary.h"
 #include "settings/frmSettings.h"
-#include "support/MockInteraction.h"
+#include "support/Rows.h"
 #include "support/TemporaryHome.h"
+#include "support/WindowFixture.h"
 
 #include <QAccessible>
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
-#include <QTest>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct StoredValue {
-    QString key;
-    QString name;
-};
-
-const StoredValue storedValues[] = {
+// The keys and the names of the stored values.
+const std::pair<QString, QString> storedValues[] = {
     {u"Sorting"_s, u"Ingredients"_s},   {u"Sorting"_s, u"Recipes"_s},
     {u"HTML"_s, u"CategoryTemplate"_s}, {u"HTML"_s, u"MainMenuTemplate"_s},
     {u"HTML"_s, u"RecipeTemplate"_s},   {u"HTML"_s, u"HTMLStyle"_s},
 };
-
-QString keyPath(const StoredValue &value)
-{
-    return u"Software\\Quillmoor\\Pantrywise\\"_s + value.key;
-}
+const QString keyPath = u"Software\\Quillmoor\\Pantrywise\\"_s;
 
 // The values in the order above, each followed by a semicolon.
 QString stored()
 {
     QString text;
-    for (const StoredValue &value : storedValues)
-        text += ReadRegistryValue(HKEY_CURRENT_USER, keyPath(value), value.name).toString() + u';';
+    for (const auto &[key, name] : storedValues)
+        text += ReadRegistryValue(HKEY_CURRENT_USER, keyPath + key, name).toString() + u';';
     return text;
 }
 
 void store(const QString &values)
 {
     for (int i = 0; i < values.count(u';'); ++i) {
-        const StoredValue &value = storedValues[i];
-        CreateRegistryKey(HKEY_CURRENT_USER, keyPath(value));
-        WriteRegistryValue(HKEY_CURRENT_USER, keyPath(value), value.name,
-                           values.section(u';', i, i), REG_SZ);
+        const auto &[key, name] = storedValues[i];
+        CreateRegistryKey(HKEY_CURRENT_USER, keyPath + key);
+        WriteRegistryValue(HKEY_CURRENT_USER, keyPath + key, name, values.section(u';', i, i),
+                           REG_SZ);
     }
 }
 
@@ -77,13 +69,11 @@ class tst_frmSettings : public QObject
         m_settings->Form_Load();
         m_settings->show();
     }
-    template <class Control = QWidget>
-    Control *control(const QString &name) const
-    {
-        return m_settings->findChild<Control *>(name);
-    }
     void press(Qt::Key key) { QTest::keyClick(m_settings->windowHandle(), key); }
-    void click(const QString &name) { QTest::mouseClick(control(name), Qt::LeftButton); }
+    void click(const QString &name)
+    {
+        QTest::mouseClick(&control<QWidget>(*m_settings, name), Qt::LeftButton);
+    }
 
 private Q_SLOTS:
     void init() { QDir(m_home.config({})).removeRecursively(); }
@@ -95,42 +85,34 @@ private Q_SLOTS:
 
     void storesWhatItShows_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("afterOk");
-        QTest::newRow("first start") << u""_s << u"0;0;;;;False;"_s;
-        QTest::newRow("recipes by name") << u"0;7;a; ;"_s << u"0;1;a; ;;False;"_s;
-        QTest::newRow("ingredients by name") << u"-1;x;;;;1;"_s << u"1;0;;;;True;"_s;
-        QTest::newRow("style that makes no sense") << u"1;0;;;;x;"_s << u"1;0;;;;False;"_s;
+        addRows<QString, QString>(
+            {{"first start", u""_s, u"0;0;;;;False;"_s},
+             {"recipes by name", u"0;7;a; ;;True;"_s, u"0;1;a; ;;True;"_s},
+             {"ingredients by name", u"-1;x;;;;1;"_s, u"1;0;;;;True;"_s},
+             {"style that makes no sense", u"1;0;;;;x;"_s, u"1;0;;;;False;"_s}});
     }
 
     void storesWhatItShows()
     {
-        QFETCH(const QString, before);
+        const auto [before, afterOk] = fetchRow<QString, QString>();
         open(before);
         press(Qt::Key_Return);
-        QTEST(stored(), "afterOk");
+        QCOMPARE(stored(), afterOk);
     }
 
     void choosesAndClearsATemplate_data()
     {
-        QTest::addColumn<QString>("edit");
-        QTest::addColumn<QString>("clearButton");
-        QTest::addColumn<QString>("chosen"); // %1 is the chosen file
-        QTest::addColumn<QString>("cleared");
-        QTest::newRow("recipe categories")
-            << u"txtCategoryTemplate"_s << u"cmdClearCategoryTemplate"_s << u"0;0;%1;b;c;False;"_s
-            << u"0;0;;b;c;False;"_s;
-        QTest::newRow("main menu") << u"txtMainMenuTemplate"_s << u"cmdClearMainMenuTemplate"_s
-                                   << u"0;0;a;%1;c;False;"_s << u"0;0;a;;c;False;"_s;
-        QTest::newRow("recipe") << u"txtRecipeTemplate"_s << u"cmdClearRecipeTemplate"_s
-                                << u"0;0;a;b;%1;False;"_s << u"0;0;a;b;;False;"_s;
+        // Whose template it is, and what is stored after choosing file %1 and after clearing.
+        addRows<QString, QString, QString>(
+            {{"recipe categories", u"Category"_s, u"0;0;%1;b;c;False;"_s, u"0;0;;b;c;False;"_s},
+             {"main menu", u"MainMenu"_s, u"0;0;a;%1;c;False;"_s, u"0;0;a;;c;False;"_s},
+             {"recipe", u"Recipe"_s, u"0;0;a;b;%1;False;"_s, u"0;0;a;b;;False;"_s}});
     }
 
     void choosesAndClearsATemplate()
     {
-        QFETCH(const QString, edit);
-        QFETCH(const QString, clearButton);
-        QFETCH(const QString, chosen);
+        const auto [page, chosen, cleared] = fetchRow<QString, QString, QString>();
+        const QString edit = u"txt%1Template"_s.arg(page);
         const QString file = QCoreApplication::applicationFilePath();
         open(u"0;0;a;b;c;False;"_s);
         m_interaction.expect(templateChooser(), file);
@@ -140,27 +122,25 @@ private Q_SLOTS:
         click(u"cmdOk"_s);
         QCOMPARE(stored(), chosen.arg(file));
         open({});
-        click(clearButton);
+        click(u"cmdClear%1Template"_s.arg(page));
         click(u"cmdOk"_s);
-        QTEST(stored(), "cleared");
+        QCOMPARE(stored(), cleared);
     }
 
     void choosesATemplateByKey_data()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("Return") << Qt::Key_Return;
-        QTest::newRow("Enter") << Qt::Key_Enter;
-        QTest::newRow("Space") << Qt::Key_Space;
+        addRows<Qt::Key>(
+            {{"Return", Qt::Key_Return}, {"Enter", Qt::Key_Enter}, {"Space", Qt::Key_Space}});
     }
 
     void choosesATemplateByKey()
     {
-        QFETCH(const Qt::Key, key);
+        const auto [key] = fetchRow<Qt::Key>();
         open({});
         m_interaction.expect(templateChooser(), u"/new.htm"_s);
-        control(u"txtCategoryTemplate"_s)->setFocus();
+        control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s).setFocus();
         press(key);
-        QCOMPARE(control<QLineEdit>(u"txtCategoryTemplate"_s)->text(), u"/new.htm"_s);
+        QCOMPARE(control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s).text(), u"/new.htm"_s);
         QVERIFY(m_settings->isVisible()); // the key did not also press the default button
     }
 
@@ -168,34 +148,32 @@ private Q_SLOTS:
     {
         const QString gone = u"/no/such/"_s + u"x"_s.repeated(200) + u"/menu.htm"_s;
         open(u"0;0;%1;%2;;False;"_s.arg(QCoreApplication::applicationFilePath(), gone));
-        const auto *missing = control<QLineEdit>(u"txtMainMenuTemplate"_s);
-        QCOMPARE(missing->cursorPosition(), gone.size()); // shows the end of the path
-        QVERIFY(missing->actions().constFirst()->isVisible());
-        QCOMPARE(missing->toolTip(), gone + u'\n' + missing->accessibleDescription());
-        const auto *present = control<QLineEdit>(u"txtCategoryTemplate"_s);
-        QVERIFY(!present->actions().constFirst()->isVisible());
-        QCOMPARE(present->toolTip(), present->text());
+        const auto &missing = control<QLineEdit>(*m_settings, u"txtMainMenuTemplate"_s);
+        QCOMPARE(missing.cursorPosition(), gone.size()); // shows the end of the path
+        QVERIFY(missing.actions().constFirst()->isVisible());
+        QCOMPARE(missing.toolTip(), gone + u'\n' + missing.accessibleDescription());
+        const auto &present = control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s);
+        QVERIFY(!present.actions().constFirst()->isVisible());
+        QCOMPARE(present.toolTip(), present.text());
     }
 
     void storesOnlyOnOk_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("Ok") << u"cmdOk"_s << u"0;1;;;;True;"_s;
-        QTest::newRow("Cancel") << u"cmdCancel"_s << u"0;0;;;/old.htm;False;"_s;
-        QTest::newRow("closed") << u""_s << u"0;0;;;/old.htm;False;"_s;
+        addRows<QString, QString>({{"Ok", u"cmdOk"_s, u"0;1;;;;True;"_s},
+                                   {"Cancel", u"cmdCancel"_s, u"0;0;;;/old.htm;False;"_s},
+                                   {"closed", u""_s, u"0;0;;;/old.htm;False;"_s}});
     }
 
     void storesOnlyOnOk()
     {
-        QFETCH(const QString, button);
+        const auto [button, after] = fetchRow<QString, QString>();
         open(u"0;0;;;/old.htm;False;"_s);
         click(u"cmdClearRecipeTemplate"_s);
         click(u"Image2"_s);
-        control<QComboBox>(u"cmbRecipes"_s)->setCurrentIndex(1);
+        control<QComboBox>(*m_settings, u"cmbRecipes"_s).setCurrentIndex(1);
         QCOMPARE(stored(), u"0;0;;;/old.htm;False;"_s);
         button.isEmpty() ? void(m_settings->close()) : click(button);
-        QTEST(stored(), "after");
+        QCOMPARE(stored(), after);
     }
 
     void tabMovesThroughControlsWithNames()

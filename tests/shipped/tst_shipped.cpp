@@ -7,6 +7,7 @@
 #include "platform/Paths.h"
 #include "support/FileBytes.h"
 #include "support/MockInteraction.h"
+#include "support/Rows.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -52,24 +53,20 @@ private Q_SLOTS:
 
     void badLines_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("message");
-        const auto row = [](const char *name, const QByteArray &line, const QString &message) {
-            QTest::newRow(name) << line << message;
-        };
-        row("missing field", "Salt|Seasoning|999", u"3 fields instead of 4"_s);
-        row("parenthesis", "Salt (fine)|Seasoning|999|True", u"contains a character"_s);
-        row("name in other case", "apple|Fruit|30|True", u"apple is listed twice"_s);
-        row("out of order", "Ale|Misc|30|True", u"Ale must come before Apple"_s);
-        row("unknown type", "Salt|Spice|999|True", u"the type must be one of Misc, Fruit,"_s);
-        row("long shelf life", "Salt|Seasoning|1000|True", u"the shelf life"_s);
-        row("vegetarian", "Salt|Seasoning|999|perhaps", u"Vegetarian"_s);
+        addRows<QByteArray, QString>({
+            {"missing field", "Salt|Seasoning|999", u"3 fields instead of 4"_s},
+            {"parenthesis", "Salt (fine)|Seasoning|999|True", u"contains a character"_s},
+            {"name in other case", "apple|Fruit|30|True", u"apple is listed twice"_s},
+            {"out of order", "Ale|Misc|30|True", u"Ale must come before Apple"_s},
+            {"unknown type", "Salt|Spice|999|True", u"the type must be one of Misc, Fruit,"_s},
+            {"long shelf life", "Salt|Seasoning|1000|True", u"the shelf life"_s},
+            {"vegetarian", "Salt|Seasoning|999|perhaps", u"Vegetarian"_s},
+        });
     }
 
     void badLines()
     {
-        QFETCH(const QByteArray, line);
-        QFETCH(const QString, message);
+        const auto [line, message] = fetchRow<QByteArray, QString>();
         const QString table = m_folder.filePath(u"table.txt"_s);
         setBytes(table, "# fruit\nApple | Fruit | 30 | True\n" + line + '\n');
         const QString output = make(m_folder.filePath(u"bad.rbk"_s), table);
