@@ -38,7 +38,7 @@ class tst_ChildWindow : public QObject
 
     // Expects the error of the handler that throws during the act.
     void failIn(const QString &handler, const std::function<void()> &act,
-                std::source_location line = std::source_location::current())
+                SourceLine line = SourceLine::current())
     {
         TestWindow::failing = handler;
         m_main->interaction.expect(

@@ -7,11 +7,10 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // Without a line the failure is reported for the whole test function.
-void fail(const QString &message, const std::optional<std::source_location> &line = {})
+void fail(const QString &message, const std::optional<SourceLine> &line = {})
 {
     if (QTest::currentTestFunction())
-        QTest::qFail(qUtf8Printable(message), line ? line->file_name() : nullptr,
-                     line ? static_cast<int>(line->line()) : 0);
+        QTest::qFail(qUtf8Printable(message), line ? line->file : nullptr, line ? line->line : 0);
     else
         qFatal("%s", qUtf8Printable(message));
 }
@@ -56,7 +55,7 @@ void MockInteraction::checkAllCame()
         fail(u"no progress to cancel"_s, cancellation->line);
 }
 
-void MockInteraction::expectProgressAndCancel(qsizetype index, std::source_location line)
+void MockInteraction::expectProgressAndCancel(qsizetype index, SourceLine line)
 {
     m_cancellation = {index, line};
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "interaction/Interaction.h"
+#include "support/SourceLine.h"
 
 #include <QList>
 
 #include <optional>
-#include <source_location>
 #include <variant>
 
 // Answers the boxes in a test. The test fails if a box is not the next expected one in all of its
@@ -20,14 +20,13 @@ public:
     using Answer = std::variant<QString, Button>;
     template <class Box = MessageBox>
     void expect(const Box &box, const Answer &answer = Button::Ok,
-                std::source_location line = std::source_location::current())
+                SourceLine line = SourceLine::current())
     {
         m_expected.append({describe(box), answer, line});
     }
 
     // Cancels the next work that shows progress, before its item at this index, from 0.
-    void expectProgressAndCancel(qsizetype index,
-                                 std::source_location line = std::source_location::current());
+    void expectProgressAndCancel(qsizetype index, SourceLine line = SourceLine::current());
 
     // Fails the test if something expected has not come. The destructor does the same; call this in
     // cleanup() if the object is older than the test function.
@@ -58,11 +57,11 @@ private:
     struct Expected {
         QString box;
         Answer answer;
-        std::source_location line;
+        SourceLine line;
     };
     struct Cancellation {
         qsizetype index;
-        std::source_location line;
+        SourceLine line;
     };
     QList<Expected> m_expected;
     std::optional<Cancellation> m_cancellation;

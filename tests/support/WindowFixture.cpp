@@ -62,8 +62,7 @@ WindowFixture::WindowFixture(const QByteArray &statements)
         qFatal("the window does not become active");
 }
 
-void WindowFixture::perform(const ChildWindow &window, const QString &steps,
-                            std::source_location line)
+void WindowFixture::perform(const ChildWindow &window, const QString &steps, SourceLine line)
 {
     for (const QString &step : steps.split(u", "_s, Qt::SkipEmptyParts)) {
         const QString action = step.section(u'?', 0, 0);
@@ -80,7 +79,7 @@ void WindowFixture::perform(const ChildWindow &window, const QString &steps,
 }
 
 void WindowFixture::expectQuestion(const ChildWindow &window, const QString &button,
-                                   const QString &answer, std::source_location line)
+                                   const QString &answer, SourceLine line)
 {
     const QString what = QString::fromLatin1(window.metaObject()->className()).sliced(3).toLower();
     MessageBox box{u"Do you want to save changes to this "_s + what,

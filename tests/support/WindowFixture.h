@@ -39,10 +39,10 @@ public:
     //   cmbType 2      selects the entry at this position, from 0
     //   lstUtensils 2  clicks on the row at this position, from 0
     void perform(const ChildWindow &window, const QString &steps,
-                 std::source_location line = std::source_location::current());
+                 SourceLine line = SourceLine::current());
     // Expects the question that the button asks: whether to delete for cmdDelete, else to save.
     void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer,
-                        std::source_location line = std::source_location::current());
+                        SourceLine line = SourceLine::current());
     // Returns the title and the contents of all controls but buttons, in the order of the form.
     static QString shown(const ChildWindow &window);
 
