@@ -3,6 +3,7 @@
 #include "frame/ChildWindow.h"
 
 #include <QHelpEvent>
+#include <QMdiArea>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
 #include <QToolTip>
@@ -36,12 +37,24 @@ ChildSubWindow::ChildSubWindow(ChildWindow &child)
     : m_child(child)
 {
     setWidget(&child);
+    // QMdiArea connects to the signal later, so that this runs before it hides any window.
+    connect(this, &QMdiSubWindow::aboutToActivate, this, &ChildSubWindow::takeFocusFromOthers);
 }
 
 void ChildSubWindow::cascade(int number)
 {
     const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
     setGeometry(cascaded(number, sizeHint(), parentWidget()->size(), step));
+}
+
+void ChildSubWindow::reopenAt(const QRect &geometry)
+{
+    setGeometry(constrainedTo(geometry, parentWidget()->size()));
+}
+
+QRect ChildSubWindow::restoredGeometry() const
+{
+    return isMinimized() || isMaximized() ? m_restoredGeometry : geometry();
 }
 
 void ChildSubWindow::keepInside()
@@ -59,13 +72,42 @@ bool ChildSubWindow::event(QEvent *event)
                                u"<qt>%1</qt>"_s.arg(m_child.title().toHtmlEscaped()), this);
             return true;
         }
-    } else if (event->type() == QEvent::WindowStateChange) {
-        const auto before = static_cast<QWindowStateChangeEvent *>(event)->oldState();
-        // It is restored to the geometry that it had when the area may have been larger.
-        if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
-            QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);
     }
+    if (event->type() == QEvent::WindowStateChange)
+        return changeState(static_cast<QWindowStateChangeEvent &>(*event));
     return QMdiSubWindow::event(event);
+}
+
+bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)
+{
+    const Qt::WindowStates before = event.oldState();
+    // An override corrects the state after the geometry has changed.
+    if (!(before & (Qt::WindowMinimized | Qt::WindowMaximized)) && !event.isOverride())
+        m_restoredGeometry = geometry();
+    if (!(before & Qt::WindowMinimized) && isMinimized())
+        m_minimizedFocus = m_child.focusWidget();
+
+    const bool handled = QMdiSubWindow::event(&event);
+
+    // QMdiSubWindow gives the focus back too early, when the control is not visible yet.
+    if (!isMinimized() && m_minimizedFocus && mdiArea()->activeSubWindow() == this) {
+        m_minimizedFocus->setFocus();
+        m_minimizedFocus.clear();
+    }
+    // It is restored to the geometry that it had when the area may have been larger.
+    if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
+        QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);
+    return handled;
+}
+
+// QMdiArea hides and shows a maximised window when it activates another one. If the window had the
+// focus then, QWidget::hide() would move it to the next control. The focus waits in the area until
+// QMdiArea gives it to the activated window, and every window keeps its focusWidget().
+void ChildSubWindow::takeFocusFromOthers()
+{
+    const QWidget *focus = window()->focusWidget();
+    if (focus && mdiArea()->isAncestorOf(focus) && !isAncestorOf(focus))
+        mdiArea()->setFocus();
 }
 
 bool ChildSubWindow::isTitleAt(QPoint position) const

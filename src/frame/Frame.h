@@ -6,8 +6,10 @@
 #include "frame/InputFilter.h"
 
 #include <QApplication>
+#include <QHash>
 #include <QList>
 #include <QObject>
+#include <QRect>
 
 #include <functional>
 #include <utility>
@@ -16,7 +18,8 @@ class Interaction;
 class QMdiArea;
 
 // Loads, shows, activates, hides and unloads the child windows in a QMdiArea; there is at most one
-// window of each class. Form_Activate and Form_Deactivate run after the handler that caused them
+// window of each class. A window that is loaded again is where its predecessor was, and as large.
+// Form_Activate and Form_Deactivate run after the handler that caused them
 // has returned, so a handler may show a window first and set its content afterwards.
 //
 // The main window has a Frame as a member, and calls unloadAll() in its closeEvent.
@@ -77,5 +80,6 @@ private:
     Activation m_activation;
     InputFilter m_inputFilter;
     QList<ChildWindow *> m_windows; // owned by the area
-    int m_loadedCount = 0; // windows loaded so far, for ChildSubWindow::cascade()
+    QHash<QByteArray, QRect> m_geometries; // of the unloaded windows, by class name
+    int m_loadedCount = 0; // windows placed by ChildSubWindow::cascade() so far
 };
