@@ -2,8 +2,10 @@
 
 #include "frame/ChildWindow.h"
 
+#include <QAction>
 #include <QHelpEvent>
 #include <QMdiArea>
+#include <QMenu>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
 #include <QToolTip>
@@ -37,6 +39,10 @@ ChildSubWindow::ChildSubWindow(ChildWindow &child)
     : m_child(child)
 {
     setWidget(&child);
+    // The shortcut of Close would close the window as its close box does, without a question.
+    const auto actions = systemMenu()->actions();
+    for (QAction *action : actions)
+        action->setShortcut({});
     // QMdiArea connects to the signal later, so that this runs before it hides any window.
     connect(this, &QMdiSubWindow::aboutToActivate, this, &ChildSubWindow::takeFocusFromOthers);
 }

@@ -67,6 +67,16 @@ void ChildWindow::setCancelButton(QPushButton *button)
     m_cancelButton = button;
 }
 
+void ChildWindow::setCloseButton(QPushButton *button)
+{
+    m_closeButton = button;
+}
+
+void ChildWindow::setAutoRepeatButtons(const QList<QAbstractButton *> &buttons)
+{
+    m_autoRepeatButtons = buttons;
+}
+
 bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
 {
     // A focused default button handles Enter itself and would be pressed again and again while
@@ -88,6 +98,8 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
             button = m_defaultButton;
     } else if (event->matches(QKeySequence::Cancel)) {
         button = m_cancelButton;
+    } else if (event->matches(QKeySequence::Close)) {
+        button = m_closeButton;
     }
 
     if (!button) {

@@ -3,15 +3,17 @@
 #include "frame/Activation.h"
 #include "frame/ChildWindow.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QShortcutEvent>
 #include <QWheelEvent>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 InputFilter::InputFilter(QMdiArea &area, Activation &activation)
@@ -27,6 +29,7 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ShortcutOverride: // comes before a shortcut or a control handles the key
+        m_isAutoRepeat = static_cast<const QKeyEvent *>(event)->isAutoRepeat();
         m_activation.processPending();
         return false;
     case QEvent::WindowUnblocked: // the last modal window is closed
@@ -34,7 +37,7 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
             m_activation.schedule();
         return false;
     case QEvent::Shortcut:
-        return filterShortcut(static_cast<const QShortcutEvent &>(*event));
+        return filterShortcut(watched, static_cast<const QShortcutEvent &>(*event));
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
@@ -68,20 +71,40 @@ bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)
     return m_discardsMouse;
 }
 
-bool InputFilter::filterShortcut(const QShortcutEvent &event) const
+// QAbstractButton would press itself 100 ms later, after keys that the user types in between, and
+// again whenever a held key repeats.
+bool InputFilter::filterShortcut(QObject *watched, const QShortcutEvent &event)
+{
+    auto *button =
+        event.isAmbiguous() ? findButton(event.key()) : qobject_cast<QAbstractButton *>(watched);
+    if (!button)
+        return false;
+    if (!m_isAutoRepeat || isAutoRepeatButton(button)) {
+        if (button->isCheckable())
+            button->setFocus(Qt::ShortcutFocusReason);
+        button->click();
+    }
+    return true;
+}
+
+QAbstractButton *InputFilter::findButton(const QKeySequence &accessKey) const
 {
     const ChildWindow *child = m_activation.requested();
-    if (!event.isAmbiguous() || !child || QApplication::activeModalWidget())
-        return false;
-    const auto buttons = child->findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        if (button->isVisible() && button->isEnabled()
-            && QKeySequence::mnemonic(button->text()) == event.key()) {
-            button->animateClick();
-            return true;
-        }
-    }
-    return false;
+    if (!child || QApplication::activeModalWidget())
+        return nullptr;
+    const auto buttons = child->findChildren<QAbstractButton *>();
+    const auto hasKey = [&](const QAbstractButton *button) {
+        return button->isVisible() && button->isEnabled()
+            && QKeySequence::mnemonic(button->text()) == accessKey;
+    };
+    const auto found = std::find_if(buttons.begin(), buttons.end(), hasKey);
+    return found == buttons.end() ? nullptr : *found;
+}
+
+bool InputFilter::isAutoRepeatButton(QAbstractButton *button) const
+{
+    const ChildWindow *child = m_activation.requested();
+    return child && child->m_autoRepeatButtons.contains(button);
 }
 
 bool InputFilter::isRefused(const QPoint &globalPosition) const

@@ -6,6 +6,8 @@
 
 class Activation;
 class ChildWindow;
+class QAbstractButton;
+class QKeySequence;
 class QMdiArea;
 class QShortcutEvent;
 
@@ -15,8 +17,9 @@ class QShortcutEvent;
 // the same effect as slow input. If the active window refuses the activation to another window, the
 // mouse press, its release and the wheel have no effect in the other window.
 //
-// An access key that a button of the active window shares with the menu bar presses the button. Qt
-// would alternate between the two and only move the focus.
+// An access key presses its button at once, and once however long it is held, unless the window
+// lists the button in setAutoRepeatButtons(). A key that a button of the active window shares with
+// the menu bar presses the button; Qt would alternate between the two and only move the focus.
 class InputFilter final : public QObject
 {
     Q_OBJECT
@@ -29,12 +32,15 @@ protected:
 
 private:
     bool filterMouse(QEvent::Type type, const QPoint &globalPosition);
-    bool filterShortcut(const QShortcutEvent &event) const;
+    bool filterShortcut(QObject *watched, const QShortcutEvent &event);
+    QAbstractButton *findButton(const QKeySequence &accessKey) const;
+    bool isAutoRepeatButton(QAbstractButton *button) const;
     bool isRefused(const QPoint &globalPosition) const;
     bool belongsToFrame(const QObject *watched) const;
     ChildWindow *childAt(const QPoint &globalPosition) const;
 
     QMdiArea &m_area;
     Activation &m_activation;
+    bool m_isAutoRepeat = false; // of the key event that comes before a shortcut event
     bool m_discardsMouse = false; // from a discarded press to its release
 };

@@ -24,6 +24,8 @@ TestWindow::TestWindow(Frame &frame)
     connect(&done, &QPushButton::clicked, this, &TestWindow::leave);
     setDefaultButton(&button);
     setCancelButton(&done);
+    setCloseButton(&done);
+    setAutoRepeatButtons({&next});
     setWindowTitle(u"TestWindow's 100%1"_s);
 }
 
