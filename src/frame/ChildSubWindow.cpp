@@ -86,20 +86,19 @@ bool ChildSubWindow::event(QEvent *event)
 
 bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)
 {
+    if (event.isOverride()) // only corrects the state, within another change
+        return QMdiSubWindow::event(&event);
     const Qt::WindowStates before = event.oldState();
-    // An override corrects the state after the geometry has changed.
-    if (!(before & (Qt::WindowMinimized | Qt::WindowMaximized)) && !event.isOverride())
+    if (!(before & (Qt::WindowMinimized | Qt::WindowMaximized)))
         m_restoredGeometry = geometry();
-    if (!(before & Qt::WindowMinimized) && isMinimized())
-        m_minimizedFocus = m_child.focusWidget();
+    if (!(before & Qt::WindowMinimized))
+        m_focus = m_child.focusWidget();
 
     const bool handled = QMdiSubWindow::event(&event);
 
-    // QMdiSubWindow gives the focus back too early, when the control is not visible yet.
-    if (!isMinimized() && m_minimizedFocus && mdiArea()->activeSubWindow() == this) {
-        m_minimizedFocus->setFocus();
-        m_minimizedFocus.clear();
-    }
+    // QMdiSubWindow hides the control in between, which moves the focus to the next one.
+    if (!isMinimized() && m_focus && mdiArea()->activeSubWindow() == this)
+        m_focus->setFocus();
     // It is restored to the geometry that it had when the area may have been larger.
     if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
         QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);

@@ -38,5 +38,5 @@ private:
 
     ChildWindow &m_child;
     QRect m_restoredGeometry; // while it is minimised or maximised
-    QPointer<QWidget> m_minimizedFocus; // the control that had the focus before it was minimised
+    QPointer<QWidget> m_focus; // the control that had it before the last change of the state
 };

@@ -115,6 +115,8 @@ class tst_Activation : public QObject
             click(middle(window(object)->list), 2);
         else if (verb == u"disable"_s)
             window(object)->done.setEnabled(false);
+        else if (verb == u"normal"_s) // a maximised window has its title bar in the menu bar
+            window(object)->parentWidget()->showNormal();
         else if (verb == u"focus"_s) // as a screen reader moves it
             window(object)->list.setFocus();
         else
@@ -234,6 +236,8 @@ private Q_SLOTS:
                                 {u"type F8"_s, u"Record.button"_s}};
         QTest::newRow("side by side") << open + switches;
         QTest::newRow("maximised") << maximised + switches;
+        QTest::newRow("maximised and restored")
+            << maximised + Steps{{u"normal Record"_s, u"Record.done"_s}} + switches;
         QTest::newRow("its control is disabled in between") << open + disabled;
         QTest::newRow("its control is disabled in between, maximised") << maximised + disabled;
         QTest::newRow("screen reader") << open + screenReader;
