@@ -105,9 +105,9 @@ bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)
     return handled;
 }
 
-// QMdiArea hides and shows a maximised window when it activates another one. If the window had the
-// focus then, QWidget::hide() would move it to the next control. The focus waits in the area until
-// QMdiArea gives it to the activated window, and every window keeps its focusWidget().
+// QMdiSubWindow clears the focus of a window that is deactivated, and may give it back to a control
+// that had it long before. The focus waits in the area instead, so that the window keeps its
+// focusWidget() and has it again when it is activated.
 void ChildSubWindow::takeFocusFromOthers()
 {
     const QWidget *focus = window()->focusWidget();
