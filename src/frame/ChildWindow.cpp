@@ -83,7 +83,7 @@ bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
     // the key is held.
     if (event->type() == QEvent::KeyPress && watched == m_defaultButton) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
-        if (key.isAutoRepeat() && isPlainEnter(key))
+        if (m_frame.input().isAutoRepeat() && isPlainEnter(key))
             return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -104,7 +104,7 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
 
     if (!button) {
         QWidget::keyPressEvent(event);
-    } else if (!event->isAutoRepeat() && button->isVisible() && button->isEnabled()) {
+    } else if (!m_frame.input().isAutoRepeat() && button->isVisible() && button->isEnabled()) {
         button->click();
     }
 }

@@ -29,8 +29,15 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ShortcutOverride: // comes before a shortcut or a control handles the key
-        m_isAutoRepeat = static_cast<const QKeyEvent *>(event)->isAutoRepeat();
+        notePress(static_cast<const QKeyEvent &>(*event));
         m_activation.processPending();
+        return false;
+    case QEvent::KeyPress:
+        notePress(static_cast<const QKeyEvent &>(*event));
+        return false;
+    case QEvent::KeyRelease:
+        m_releasedKey = static_cast<const QKeyEvent *>(event)->key();
+        m_releaseTime = static_cast<const QKeyEvent *>(event)->timestamp();
         return false;
     case QEvent::WindowUnblocked: // the last modal window is closed
         if (watched == m_area.window())
@@ -51,6 +58,15 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
     default:
         return false;
     }
+}
+
+// X repeats a key by a release and a press at the same time. QKeyEvent::isAutoRepeat() is false if
+// the release is handled before the press has arrived.
+void InputFilter::notePress(const QKeyEvent &press)
+{
+    m_isAutoRepeat = press.isAutoRepeat()
+        || (press.key() == m_releasedKey && press.timestamp() == m_releaseTime
+            && m_releaseTime != 0);
 }
 
 bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)

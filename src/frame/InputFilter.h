@@ -7,6 +7,7 @@
 class Activation;
 class ChildWindow;
 class QAbstractButton;
+class QKeyEvent;
 class QKeySequence;
 class QMdiArea;
 class QShortcutEvent;
@@ -27,10 +28,14 @@ class InputFilter final : public QObject
 public:
     InputFilter(QMdiArea &area, Activation &activation);
 
+    // Returns whether the latest key press is the repetition of a key that is held.
+    bool isAutoRepeat() const { return m_isAutoRepeat; }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void notePress(const QKeyEvent &press);
     bool filterMouse(QEvent::Type type, const QPoint &globalPosition);
     bool filterShortcut(QObject *watched, const QShortcutEvent &event);
     QAbstractButton *findButton(const QKeySequence &accessKey) const;
@@ -41,6 +46,8 @@ private:
 
     QMdiArea &m_area;
     Activation &m_activation;
-    bool m_isAutoRepeat = false; // of the key event that comes before a shortcut event
+    bool m_isAutoRepeat = false;
+    int m_releasedKey = 0; // the latest
+    quint64 m_releaseTime = 0; // QInputEvent::timestamp(), 0 if the event has none
     bool m_discardsMouse = false; // from a discarded press to its release
 };
