@@ -25,6 +25,7 @@ void CatalogWindow::setCatalog(const Catalog &catalog)
 {
     m_catalog = catalog;
     setDefaultButton(m_catalog.save);
+    setAutoRepeatButtons({m_catalog.previous, m_catalog.next});
     using Window = CatalogWindow;
     connect(m_catalog.previous, &QPushButton::clicked, this, &Window::cmdPrevious_Click);
     connect(m_catalog.next, &QPushButton::clicked, this, &Window::cmdNext_Click);

@@ -39,6 +39,7 @@ frmIngredient::frmIngredient(Frame &frame)
                 .save = m_ui->cmdSave,
                 .saveQuestion = tr("Do you want to save changes to this ingredient")});
     setCancelButton(m_ui->cmdDone);
+    setCloseButton(m_ui->cmdDone);
     connectHandlers();
 }
 

@@ -24,6 +24,7 @@ frmUtensil::frmUtensil(Frame &frame)
                 .newRow = m_ui->cmdNew,
                 .save = m_ui->cmdSave,
                 .saveQuestion = tr("Do you want to save changes to this utensil")});
+    setCloseButton(m_ui->cmdDone);
 
     using Window = frmUtensil;
     connect(m_ui->lstUtensils, &ListBox::rowSelected, this, &Window::lstUtensils_Click);

@@ -19,6 +19,7 @@ void CompositionEditor::setComposition(const Composition &composition)
 {
     m_composition = composition;
     setCancelButton(m_composition.cancel);
+    setCloseButton(m_composition.done);
     auto *deleteKey = new QShortcut(QKeySequence::Delete, m_composition.lineList);
     deleteKey->setContext(Qt::WidgetShortcut);
     using Window = CompositionEditor;

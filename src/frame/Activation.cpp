@@ -126,6 +126,8 @@ void Activation::restore(ChildWindow &child)
         runActivate(*editor);
         runDeactivate(*editor);
     }
+    if (QMdiSubWindow *subWindow = subWindowOf(child); subWindow->isMinimized())
+        subWindow->showNormal(); // the user must see which window keeps the activation
     m_beep();
 }
 
@@ -163,4 +165,10 @@ ChildWindow *Activation::nextInHistory() const
 void Activation::bringToFront(ChildWindow *child)
 {
     m_area.setActiveSubWindow(child ? subWindowOf(*child) : nullptr);
+    // QMdiArea gives the focus to no control if the one that had it is disabled.
+    QWidget *focus = child ? child->focusWidget() : nullptr;
+    if (focus && !focus->isEnabled()) {
+        focus->clearFocus();
+        child->focusNextChild(); // the first one
+    }
 }

@@ -2,7 +2,10 @@
 
 #include "frame/ChildWindow.h"
 
+#include <QAction>
 #include <QHelpEvent>
+#include <QMdiArea>
+#include <QMenu>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
 #include <QToolTip>
@@ -36,12 +39,28 @@ ChildSubWindow::ChildSubWindow(ChildWindow &child)
     : m_child(child)
 {
     setWidget(&child);
+    // The shortcut of Close would close the window as its close box does, without a question.
+    const auto actions = systemMenu()->actions();
+    for (QAction *action : actions)
+        action->setShortcut({});
+    // QMdiArea connects to the signal later, so that this runs before it hides any window.
+    connect(this, &QMdiSubWindow::aboutToActivate, this, &ChildSubWindow::takeFocusFromOthers);
 }
 
 void ChildSubWindow::cascade(int number)
 {
     const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
     setGeometry(cascaded(number, sizeHint(), parentWidget()->size(), step));
+}
+
+void ChildSubWindow::reopenAt(const QRect &geometry)
+{
+    setGeometry(constrainedTo(geometry, parentWidget()->size()));
+}
+
+QRect ChildSubWindow::restoredGeometry() const
+{
+    return isMinimized() || isMaximized() ? m_restoredGeometry : geometry();
 }
 
 void ChildSubWindow::keepInside()
@@ -59,13 +78,41 @@ bool ChildSubWindow::event(QEvent *event)
                                u"<qt>%1</qt>"_s.arg(m_child.title().toHtmlEscaped()), this);
             return true;
         }
-    } else if (event->type() == QEvent::WindowStateChange) {
-        const auto before = static_cast<QWindowStateChangeEvent *>(event)->oldState();
-        // It is restored to the geometry that it had when the area may have been larger.
-        if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
-            QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);
     }
+    if (event->type() == QEvent::WindowStateChange)
+        return changeState(static_cast<QWindowStateChangeEvent &>(*event));
     return QMdiSubWindow::event(event);
+}
+
+bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)
+{
+    if (event.isOverride()) // only corrects the state, within another change
+        return QMdiSubWindow::event(&event);
+    const Qt::WindowStates before = event.oldState();
+    if (!(before & (Qt::WindowMinimized | Qt::WindowMaximized)))
+        m_restoredGeometry = geometry();
+    if (!(before & Qt::WindowMinimized))
+        m_focus = m_child.focusWidget();
+
+    const bool handled = QMdiSubWindow::event(&event);
+
+    // QMdiSubWindow hides the control in between, which moves the focus to the next one.
+    if (!isMinimized() && m_focus && mdiArea()->activeSubWindow() == this)
+        m_focus->setFocus();
+    // It is restored to the geometry that it had when the area may have been larger.
+    if (before & (Qt::WindowMinimized | Qt::WindowMaximized))
+        QMetaObject::invokeMethod(this, &ChildSubWindow::keepInside, Qt::QueuedConnection);
+    return handled;
+}
+
+// QMdiSubWindow clears the focus of a window that is deactivated, and may give it back to a control
+// that had it long before. The focus waits in the area instead, so that the window keeps its
+// focusWidget() and has it again when it is activated.
+void ChildSubWindow::takeFocusFromOthers()
+{
+    const QWidget *focus = window()->focusWidget();
+    if (focus && mdiArea()->isAncestorOf(focus) && !isAncestorOf(focus))
+        mdiArea()->setFocus();
 }
 
 bool ChildSubWindow::isTitleAt(QPoint position) const

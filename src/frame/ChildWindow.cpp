@@ -67,13 +67,23 @@ void ChildWindow::setCancelButton(QPushButton *button)
     m_cancelButton = button;
 }
 
+void ChildWindow::setCloseButton(QPushButton *button)
+{
+    m_closeButton = button;
+}
+
+void ChildWindow::setAutoRepeatButtons(const QList<QAbstractButton *> &buttons)
+{
+    m_autoRepeatButtons = buttons;
+}
+
 bool ChildWindow::eventFilter(QObject *watched, QEvent *event)
 {
     // A focused default button handles Enter itself and would be pressed again and again while
     // the key is held.
     if (event->type() == QEvent::KeyPress && watched == m_defaultButton) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
-        if (key.isAutoRepeat() && isPlainEnter(key))
+        if (m_frame.input().isAutoRepeat() && isPlainEnter(key))
             return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -88,11 +98,13 @@ void ChildWindow::keyPressEvent(QKeyEvent *event)
             button = m_defaultButton;
     } else if (event->matches(QKeySequence::Cancel)) {
         button = m_cancelButton;
+    } else if (event->matches(QKeySequence::Close)) {
+        button = m_closeButton;
     }
 
     if (!button) {
         QWidget::keyPressEvent(event);
-    } else if (!event->isAutoRepeat() && button->isVisible() && button->isEnabled()) {
+    } else if (!m_frame.input().isAutoRepeat() && button->isVisible() && button->isEnabled()) {
         button->click();
     }
 }

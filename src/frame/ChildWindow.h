@@ -3,10 +3,12 @@
 #include "frame/ErrorBoundary.h"
 
 #include <QByteArrayView>
+#include <QList>
 #include <QWidget>
 
 class Interaction;
 class Frame;
+class QAbstractButton;
 class QPushButton;
 
 // A window inside the frame. Frame creates, shows, activates, hides and destroys it and finds it by
@@ -14,7 +16,7 @@ class QPushButton;
 // controls and connects them.
 //
 // Enter presses the focused button or else the default button, Esc presses the cancel button,
-// unless the focused control uses the key itself.
+// unless the focused control uses the key itself. Ctrl+W presses the close button.
 class ChildWindow : public QWidget
 {
     Q_OBJECT
@@ -63,6 +65,10 @@ protected:
     // Call each at most once, in the constructor; the window must own the button.
     void setDefaultButton(QPushButton *button);
     void setCancelButton(QPushButton *button);
+    // The button with which the user leaves the window without losing anything unasked.
+    void setCloseButton(QPushButton *button);
+    // The access keys of these buttons press again and again while they are held.
+    void setAutoRepeatButtons(const QList<QAbstractButton *> &buttons);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -71,6 +77,7 @@ protected:
 private:
     friend class Frame;
     friend class Activation;
+    friend class InputFilter;
 
     const ErrorBoundary &boundary() const;
 
@@ -78,4 +85,6 @@ private:
     QString m_title;
     QPushButton *m_defaultButton = nullptr;
     QPushButton *m_cancelButton = nullptr;
+    QPushButton *m_closeButton = nullptr;
+    QList<QAbstractButton *> m_autoRepeatButtons;
 };

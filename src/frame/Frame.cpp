@@ -56,7 +56,11 @@ void Frame::add(ChildWindow &child)
         destroyLater(child);
         throw error;
     }
-    subWindow->cascade(m_loadedCount++);
+    const auto earlier = m_geometries.constFind(child.metaObject()->className());
+    if (earlier == m_geometries.constEnd())
+        subWindow->cascade(m_loadedCount++);
+    else
+        subWindow->reopenAt(*earlier);
 }
 
 void Frame::show(ChildWindow &child)
@@ -93,6 +97,7 @@ void Frame::hide(ChildWindow &child)
 
 void Frame::unload(ChildWindow &child)
 {
+    m_geometries.insert(child.metaObject()->className(), subWindowOf(child).restoredGeometry());
     hide(child);
     destroyLater(child);
 }

@@ -6,8 +6,10 @@
 #include "frame/InputFilter.h"
 
 #include <QApplication>
+#include <QHash>
 #include <QList>
 #include <QObject>
+#include <QRect>
 
 #include <functional>
 #include <optional>
@@ -17,7 +19,8 @@ class Interaction;
 class QMdiArea;
 
 // Loads, shows, activates, hides and unloads the child windows in a QMdiArea; there is at most one
-// window of each class. Form_Activate and Form_Deactivate run after the handler that caused them
+// window of each class. A window that is loaded again is where its predecessor was, and as large.
+// Form_Activate and Form_Deactivate run after the handler that caused them
 // has returned, so a handler may show a window first and set its content afterwards.
 //
 // The main window has a Frame as a member, and calls unloadAll() in its closeEvent.
@@ -33,6 +36,7 @@ public:
 
     Interaction &interaction() const { return m_interaction; }
     const ErrorBoundary &boundary() const { return m_boundary; }
+    const InputFilter &input() const { return m_inputFilter; }
 
     // Returns the window of this class. If it is not loaded yet, creates it with the frame and
     // args, runs its Form_Load and openDataSources, and does not show it. Throws LoadError, and the
@@ -83,5 +87,6 @@ private:
     Activation m_activation;
     InputFilter m_inputFilter;
     QList<ChildWindow *> m_windows; // owned by the area
-    int m_loadedCount = 0; // windows loaded so far, for ChildSubWindow::cascade()
+    QHash<QByteArray, QRect> m_geometries; // of the unloaded windows, by class name
+    int m_loadedCount = 0; // windows placed by ChildSubWindow::cascade() so far
 };

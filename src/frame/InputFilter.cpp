@@ -3,16 +3,18 @@
 #include "frame/Activation.h"
 #include "frame/ChildWindow.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QShortcutEvent>
 #include <QWheelEvent>
 #include <QWindow>
 
+#include <algorithm>
 #include <utility>
 
 InputFilter::InputFilter(QMdiArea &area, Activation &activation)
@@ -28,14 +30,22 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ShortcutOverride: // comes before a shortcut or a control handles the key
+        notePress(static_cast<const QKeyEvent &>(*event));
         m_activation.processPending();
+        return false;
+    case QEvent::KeyPress:
+        notePress(static_cast<const QKeyEvent &>(*event));
+        return false;
+    case QEvent::KeyRelease:
+        m_releasedKey = static_cast<const QKeyEvent *>(event)->key();
+        m_releaseTime = static_cast<const QKeyEvent *>(event)->timestamp();
         return false;
     case QEvent::WindowUnblocked: // the last modal window is closed
         if (watched == m_area.window())
             m_activation.schedule();
         return false;
     case QEvent::Shortcut:
-        return filterShortcut(static_cast<const QShortcutEvent &>(*event));
+        return filterShortcut(watched, static_cast<const QShortcutEvent &>(*event));
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
@@ -49,6 +59,15 @@ bool InputFilter::eventFilter(QObject *watched, QEvent *event)
     default:
         return false;
     }
+}
+
+// X repeats a key by a release and a press at the same time. QKeyEvent::isAutoRepeat() is false if
+// the release is handled before the press has arrived.
+void InputFilter::notePress(const QKeyEvent &press)
+{
+    m_isAutoRepeat = press.isAutoRepeat()
+        || (press.key() == m_releasedKey && press.timestamp() == m_releaseTime
+            && m_releaseTime != 0);
 }
 
 bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)
@@ -70,20 +89,40 @@ bool InputFilter::filterMouse(QEvent::Type type, const QPoint &globalPosition)
     return m_discardsMouse;
 }
 
-bool InputFilter::filterShortcut(const QShortcutEvent &event) const
+// QAbstractButton would press itself 100 ms later, after keys that the user types in between, and
+// again whenever a held key repeats.
+bool InputFilter::filterShortcut(QObject *watched, const QShortcutEvent &event)
+{
+    auto *button =
+        event.isAmbiguous() ? findButton(event.key()) : qobject_cast<QAbstractButton *>(watched);
+    if (!button)
+        return false;
+    if (!m_isAutoRepeat || isAutoRepeatButton(button)) {
+        if (button->isCheckable())
+            button->setFocus(Qt::ShortcutFocusReason);
+        button->click();
+    }
+    return true;
+}
+
+QAbstractButton *InputFilter::findButton(const QKeySequence &accessKey) const
 {
     const ChildWindow *child = m_activation.requested();
-    if (!event.isAmbiguous() || !child || QApplication::activeModalWidget())
-        return false;
-    const auto buttons = child->findChildren<QPushButton *>();
-    for (QPushButton *button : buttons) {
-        if (button->isVisible() && button->isEnabled()
-            && QKeySequence::mnemonic(button->text()) == event.key()) {
-            button->animateClick();
-            return true;
-        }
-    }
-    return false;
+    if (!child || QApplication::activeModalWidget())
+        return nullptr;
+    const auto buttons = child->findChildren<QAbstractButton *>();
+    const auto hasKey = [&](const QAbstractButton *button) {
+        return button->isVisible() && button->isEnabled()
+            && QKeySequence::mnemonic(button->text()) == accessKey;
+    };
+    const auto found = std::find_if(buttons.begin(), buttons.end(), hasKey);
+    return found == buttons.end() ? nullptr : *found;
+}
+
+bool InputFilter::isAutoRepeatButton(QAbstractButton *button) const
+{
+    const ChildWindow *child = m_activation.requested();
+    return child && child->m_autoRepeatButtons.contains(button);
 }
 
 bool InputFilter::isRefused(const QPoint &globalPosition) const

@@ -25,6 +25,7 @@ frmImport::frmImport(Frame &frame, frmImportRecipe &importer)
     m_ui->dirRecipes->setModel(&m_directories);
     m_ui->lstRecipes->setModel(&m_files);
     setCancelButton(m_ui->cmdCancel);
+    setCloseButton(m_ui->cmdCancel);
     connect(m_ui->drvRecipes, &QComboBox::activated, this, &frmImport::drvRecipes_Change);
     connect(m_ui->dirRecipes, &QAbstractItemView::activated, this, &frmImport::dirRecipes_Open);
     connect(m_ui->lstRecipes->selectionModel(), &QItemSelectionModel::selectionChanged, this,

@@ -38,6 +38,8 @@ frmRecipe::frmRecipe(Frame &frame)
     , m_ui(std::make_unique<Ui::frmRecipe>())
 {
     m_ui->setupUi(this);
+    setCloseButton(m_ui->cmdDone);
+    setAutoRepeatButtons({m_ui->cmdPrevious, m_ui->cmdNext});
     connectHandlers();
     LockFields(true);
 }

@@ -22,6 +22,7 @@ frmRecipes::frmRecipes(Frame &frame)
     m_ui->cmdView->setEnabled(false);
     setDefaultButton(m_ui->cmdView);
     setCancelButton(m_ui->cmdClose);
+    setCloseButton(m_ui->cmdClose);
     setUpColumns();
     connect(m_ui->lvwRecipes, &QAbstractItemView::doubleClicked, this,
             &frmRecipes::lvwRecipes_DblClick);

@@ -78,6 +78,18 @@ class tst_Activation : public QObject
         QCoreApplication::processEvents();
     }
 
+    // Returns which control of which child has the focus: "List.done".
+    static QString focused()
+    {
+        const QWidget *focus = QApplication::focusWidget();
+        const QWidget *child = focus;
+        while (child && !qobject_cast<const ChildWindow *>(child))
+            child = child->parentWidget();
+        return child
+            ? QLatin1StringView(child->metaObject()->className()) + u'.' + focus->objectName()
+            : QString();
+    }
+
     TestWindow *window(const QString &name) const
     {
         return static_cast<TestWindow *>(m_main->frame.find(name.toLatin1()));
@@ -88,6 +100,7 @@ class tst_Activation : public QObject
         static const QHash<QString, QStyle::SubControl> parts{
             {u"title"_s, QStyle::SC_TitleBarLabel},
             {u"close"_s, QStyle::SC_TitleBarCloseButton},
+            {u"restore"_s, QStyle::SC_TitleBarNormalButton},
             {u"minimise"_s, QStyle::SC_TitleBarMinButton},
             {u"maximise"_s, QStyle::SC_TitleBarMaxButton}};
         const QString verb = step.section(u' ', 0, 0);
@@ -100,6 +113,12 @@ class tst_Activation : public QObject
             QTest::mouseClick(&window(object)->button, Qt::LeftButton);
         else if (verb == u"double"_s)
             click(middle(window(object)->list), 2);
+        else if (verb == u"disable"_s)
+            window(object)->done.setEnabled(false);
+        else if (verb == u"normal"_s) // a maximised window has its title bar in the menu bar
+            window(object)->parentWidget()->showNormal();
+        else if (verb == u"focus"_s) // as a screen reader moves it
+            window(object)->list.setFocus();
         else
             click(onTitleBar(*window(object), parts.value(verb)));
         waitUntilIdle();
@@ -163,6 +182,22 @@ private Q_SLOTS:
                         {u"maximise Plants"_s, u""_s},
                         {u"type F8"_s, u"Plants>Record "_s + back},
                         {u"type Escape"_s, u"Plants>Editor Editor+"_s}};
+        QTest::newRow("a minimised window that takes the activation back is restored")
+            << Steps{{u"type F6"_s, u"Plants+"_s},
+                     {u"minimise Plants"_s, u""_s},
+                     {u"type F5"_s, u"Plants>List * Plants+"_s},
+                     {u"press Plants"_s, u"Plants!"_s}};
+        QTest::newRow("an access key presses before the next key")
+            << Steps{{u"type F5"_s, u"List+"_s},
+                     {u"type alt+p F8"_s, u"List! List>Record Record+"_s},
+                     {u"type alt+p ctrl+w"_s, u"Record! Record>List List+"_s},
+                     {u"type alt+o F8"_s, u"List> Record+"_s}};
+        QTest::newRow("Ctrl+W presses the button that leaves the window")
+            << Steps{{u"type F5 F8"_s, u"List+ List>Record Record+"_s},
+                     {u"disable Record"_s, u""_s},
+                     {u"type ctrl+w"_s, u""_s},
+                     {u"type alt+p"_s, u"Record!"_s},
+                     {u"type F5 ctrl+w"_s, u"Record>List List+ List>Record Record+"_s}};
     }
 
     void input()
@@ -177,6 +212,99 @@ private Q_SLOTS:
             QVERIFY(!active || !active->isVisible()
                     || active->isAncestorOf(QApplication::focusWidget()));
         }
+    }
+
+    void focus_data()
+    {
+        QTest::addColumn<Steps>("steps"); // what the user does, and what has the focus then
+        const Steps open = {{u"type F5 Tab"_s, u"List.list"_s},
+                            {u"type F8 Tab Tab Tab"_s, u"Record.done"_s}};
+        const Steps maximised = open + Steps{{u"maximise Record"_s, u"Record.done"_s}};
+        const Steps switches = {
+            {u"type F5"_s, u"List.list"_s},           {u"type F8"_s, u"Record.done"_s},
+            {u"type ctrl+Tab"_s, u"List.list"_s},     {u"type ctrl+Tab"_s, u"Record.done"_s},
+            {u"type alt+v Return"_s, u"List.list"_s}, {u"type F8"_s, u"Record.done"_s},
+            {u"type F6"_s, u"Plants.button"_s},       {u"type F8"_s, u"Plants.button"_s},
+            {u"type Escape"_s, u"Record.done"_s},     {u"type Escape"_s, u"List.list"_s}};
+        const Steps screenReader = {{u"focus List"_s, u"List.list"_s},
+                                    {u"type shift+Tab"_s, u"List.button"_s},
+                                    {u"focus Record"_s, u"Record.list"_s},
+                                    {u"type F5"_s, u"List.button"_s},
+                                    {u"type F8"_s, u"Record.list"_s}};
+        const Steps disabled = {{u"type F5"_s, u"List.list"_s},
+                                {u"disable Record"_s, u"List.list"_s},
+                                {u"type F8"_s, u"Record.button"_s}};
+        QTest::newRow("side by side") << open + switches;
+        QTest::newRow("maximised") << maximised + switches;
+        QTest::newRow("maximised and restored")
+            << maximised + Steps{{u"normal Record"_s, u"Record.done"_s}} + switches;
+        QTest::newRow("its control is disabled in between") << open + disabled;
+        QTest::newRow("its control is disabled in between, maximised") << maximised + disabled;
+        QTest::newRow("screen reader") << open + screenReader;
+        QTest::newRow("mouse") << open
+                + Steps{{u"title List"_s, u"List.list"_s},
+                        {u"title Record"_s, u"Record.done"_s},
+                        {u"press List"_s, u"List.button"_s},
+                        {u"title Record"_s, u"Record.done"_s},
+                        {u"type F5"_s, u"List.button"_s}};
+        QTest::newRow("minimised") << open
+                + Steps{{u"minimise Record"_s, u""_s},    {u"type F5"_s, u"List.list"_s},
+                        {u"type F8"_s, u"Record.done"_s}, {u"minimise Record"_s, u""_s},
+                        {u"type F5"_s, u"List.list"_s},   {u"restore Record"_s, u"Record.done"_s}};
+    }
+
+    // A window has the focus where it had it last, however it becomes active.
+    void focus()
+    {
+        QFETCH(const Steps, steps);
+        for (const QStringList &step : steps) {
+            perform(step[0]);
+            QVERIFY2(focused() == step[1],
+                     qPrintable(u"%1: \"%2\", not \"%3\""_s.arg(step[0], focused(), step[1])));
+        }
+    }
+
+    void formActivateMovesTheFocus()
+    {
+        perform(u"type F5 F8"_s);
+        window(u"List"_s)->focusesList = true;
+        perform(u"type F5"_s);
+        QCOMPARE(focused(), u"List.list"_s);
+    }
+
+    void held_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("events");
+        QTest::addColumn<bool>("repeats");
+        QTest::newRow("access key") << u"alt p"_s << u"List!"_s << false;
+        QTest::newRow("access key of a button that repeats") << u"alt t"_s << u"List/"_s << true;
+        QTest::newRow("Enter") << u"Return"_s << u"List!"_s << false;
+        QTest::newRow("Ctrl+W") << u"ctrl w"_s << u"Record>List List+"_s << false;
+    }
+
+    // A held key presses once, unless the window says that the button repeats.
+    void held()
+    {
+        QFETCH(const QString, keys);
+        QFETCH(const bool, repeats);
+        perform(keys == u"ctrl w"_s ? u"type F5 F8"_s : u"type F5 Tab"_s);
+        eventLog.clear();
+        QStringList arguments;
+        for (const QString &key : keys.split(u' '))
+            arguments += {u"keydown"_s, key};
+        arguments += {u"sleep"_s, u"1.2"_s};
+        for (const QString &key : keys.split(u' '))
+            arguments += {u"keyup"_s, key};
+        QProcess process; // events must be handled while it runs
+        process.start(u"xdotool"_s, arguments);
+        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        waitUntilIdle();
+        if (repeats) {
+            QCOMPARE_GT(eventLog.size(), 2);
+            eventLog.resize(1);
+        }
+        QTEST(eventLog.join(u' '), "events");
     }
 
     void wheel_data()

@@ -127,7 +127,7 @@ private Q_SLOTS:
         QVERIFY(list.list.hasFocus());
         list.button.setEnabled(false);
         type(Qt::Key_V, Qt::AltModifier);
-        QTRY_VERIFY(m_main->menuBar()->activeAction());
+        QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
         QCOMPARE(eventLog.size(), 3);
     }
 
@@ -217,6 +217,43 @@ private Q_SLOTS:
         auto &late = m_main->frame.load<Tools>();
         m_main->frame.show(late);
         QTRY_VERIFY(isInside(*late.parentWidget()));
+    }
+
+    void reopened_data()
+    {
+        QTest::addColumn<bool>("maximised");
+        QTest::addColumn<bool>("beforeAnother");
+        QTest::newRow("as it was") << false << false;
+        QTest::newRow("maximised") << true << false;
+        QTest::newRow("maximised, before another window") << true << true;
+    }
+
+    // A window that is opened again is where it was, within the area, which may have become
+    // smaller.
+    void reopened()
+    {
+        QFETCH(const bool, maximised);
+        QFETCH(const bool, beforeAnother);
+        const QRect place(310, 205, 420, 390);
+        if (beforeAnother)
+            m_main->frame.show(m_main->frame.load<Record>());
+        List &first = show();
+        first.parentWidget()->setGeometry(place);
+        if (maximised)
+            first.parentWidget()->showMaximized();
+        m_main->frame.unload(first);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        QWidget *subWindow = show().parentWidget();
+        QCOMPARE(subWindow->isMaximized(), beforeAnother);
+        subWindow->showNormal();
+        QCOMPARE(subWindow->geometry(), place);
+        m_main->frame.unload(*m_main->frame.find<List>());
+        m_main->resize(600, 500);
+        QCoreApplication::processEvents();
+        QCOMPARE(show().parentWidget()->size(), place.size());
+        QVERIFY(m_main->area.viewport()->rect().contains(
+            m_main->frame.find<List>()->parentWidget()->geometry()));
     }
 };
 

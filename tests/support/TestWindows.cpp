@@ -11,14 +11,21 @@ TestWindow::TestWindow(Frame &frame)
     : ChildWindow(frame)
 {
     auto *layout = new QVBoxLayout(this);
-    for (QWidget *widget : std::initializer_list<QWidget *>{&button, &list, &done})
+    for (QWidget *widget : std::initializer_list<QWidget *>{&button, &list, &next, &done})
         layout->addWidget(widget);
+    button.setObjectName(u"button"_s);
+    list.setObjectName(u"list"_s);
+    next.setObjectName(u"next"_s);
+    done.setObjectName(u"done"_s);
     for (int i = 0; i < 50; ++i)
         list.addItem(QString::number(i));
     connect(&button, &QPushButton::clicked, this, &TestWindow::press);
+    connect(&next, &QPushButton::clicked, this, &TestWindow::step);
     connect(&done, &QPushButton::clicked, this, &TestWindow::leave);
     setDefaultButton(&button);
     setCancelButton(&done);
+    setCloseButton(&done);
+    setAutoRepeatButtons({&next});
     setWindowTitle(u"TestWindow's 100%1"_s);
 }
 

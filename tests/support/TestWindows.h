@@ -10,10 +10,11 @@
 #include <QPushButton>
 
 // The events in their order: "A+" is Form_Activate of A, "A>B" is Form_Deactivate of A while B is
-// the active child, "A!" is a press of the button of A, "*" is the beep.
+// the active child, "A!" is a press of the button of A, "A/" one of its Next, "*" is the beep.
 inline QStringList eventLog;
 
-// A window for tests of the frame with a default button, a list, and Done as its cancel button.
+// A window for tests of the frame with a default button, a list, a button whose access key repeats
+// while it is held, and Done as the button that leaves it.
 class TestWindow : public ChildWindow
 {
     Q_OBJECT
@@ -28,10 +29,12 @@ public:
 
     static inline QString failing; // the name of the handler that throws
 
-    QPushButton button{QStringLiteral("Press")};
-    QPushButton done{QStringLiteral("Done")};
+    QPushButton button{QStringLiteral("&Press")};
+    QPushButton next{QStringLiteral("Nex&t")};
+    QPushButton done{QStringLiteral("D&one")};
     QListWidget list;
     int key = 0; // if not 0, it is logged by Form_Activate
+    bool focusesList = false; // Form_Activate gives the focus to the list
 
 protected:
     void Form_Load() override { run("Form_Load"); }
@@ -39,6 +42,8 @@ protected:
     void Form_Activate() override
     {
         run("Form_Activate");
+        if (focusesList)
+            list.setFocus();
         eventLog += nameOf(this) + u'+' + (key ? QString::number(key) : QString());
     }
     void Form_Deactivate() override
@@ -58,6 +63,7 @@ private:
         run("press");
         eventLog += nameOf(this) + u'!';
     }
+    void step() { eventLog += nameOf(this) + u'/'; }
     void leave() { closeWindow(); }
 };
 
