@@ -6,7 +6,7 @@
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "widgets/ListBox.h"
-#include "widgets/MaxLengthEdit.h"
+#include "widgets/LineEdit.h"
 
 #include <QPushButton>
 

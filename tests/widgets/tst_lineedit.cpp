@@ -1,4 +1,4 @@
-#include "widgets/MaxLengthEdit.h"
+#include "widgets/LineEdit.h"
 
 #include <QClipboard>
 #include <QDropEvent>
@@ -14,11 +14,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using Input = std::function<void(MaxLengthEdit &)>;
+using Input = std::function<void(LineEdit &)>;
 
 Input typed(const QString &text)
 {
-    return [text](MaxLengthEdit &edit) {
+    return [text](LineEdit &edit) {
         for (const QString &character : text.split(u'_')) { // each is one key press
             QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, character);
             QCoreApplication::sendEvent(&edit, &key);
@@ -28,7 +28,7 @@ Input typed(const QString &text)
 
 Input pasted(const QString &text)
 {
-    return [text](MaxLengthEdit &edit) {
+    return [text](LineEdit &edit) {
         QGuiApplication::clipboard()->setText(text);
         QTest::keySequence(&edit, QKeySequence::Paste);
     };
@@ -36,7 +36,7 @@ Input pasted(const QString &text)
 
 Input pastedByMenu(const QString &text)
 {
-    return [text](MaxLengthEdit &edit) {
+    return [text](LineEdit &edit) {
         QGuiApplication::clipboard()->setText(text);
         edit.paste(); // the slot of the menu's action
         QCoreApplication::processEvents();
@@ -45,17 +45,17 @@ Input pastedByMenu(const QString &text)
 
 Input dropped(const QString &text)
 {
-    return [text](MaxLengthEdit &edit) {
+    return [text](LineEdit &edit) {
         QMimeData data;
         data.setText(text);
         QDropEvent drop(edit.rect().center(), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&edit, &drop);
+        edit.event(&drop); // QApplication would deliver it only after a drag
     };
 }
 
 Input composed(const QString &text)
 {
-    return [text](MaxLengthEdit &edit) {
+    return [text](LineEdit &edit) {
         QInputMethodEvent input;
         input.setCommitString(text);
         QCoreApplication::sendEvent(&edit, &input);
@@ -124,7 +124,7 @@ void tst_LineEdit::input()
     QFETCH(const Input, input);
     QFETCH(QString, expected);
     constexpr int limit = 5;
-    MaxLengthEdit edit;
+    LineEdit edit;
     edit.setMaxInputLength(limit);
     const auto selectionStart = static_cast<int>(stored.indexOf(u'['));
     const auto selectionEnd = static_cast<int>(stored.indexOf(u']')) - 1;
@@ -158,7 +158,7 @@ void tst_LineEdit::keepsTheStoredText_data()
 void tst_LineEdit::keepsTheStoredText()
 {
     QFETCH(const QString, stored);
-    MaxLengthEdit edit;
+    LineEdit edit;
     edit.setMaxInputLength(5);
     edit.showStored(stored);
     QCOMPARE(edit.text(), stored);
