@@ -1,4 +1,4 @@
-#include "recipes/LockableComboBox.h"
+#include "widgets/ComboBox.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -6,20 +6,20 @@
 #include <QStylePainter>
 #include <QWheelEvent>
 
-void LockableComboBox::setReadOnly(bool readOnly)
+void ComboBox::setReadOnly(bool readOnly)
 {
     m_isReadOnly = readOnly;
     update();
 }
 
-void LockableComboBox::showPopup()
+void ComboBox::showPopup()
 {
     if (!m_isReadOnly)
         QComboBox::showPopup();
 }
 
 // An ignored key goes to the window, which handles Enter and Esc.
-void LockableComboBox::keyPressEvent(QKeyEvent *event)
+void ComboBox::keyPressEvent(QKeyEvent *event)
 {
     if (m_isReadOnly)
         event->ignore();
@@ -27,7 +27,7 @@ void LockableComboBox::keyPressEvent(QKeyEvent *event)
         QComboBox::keyPressEvent(event);
 }
 
-void LockableComboBox::mousePressEvent(QMouseEvent *event)
+void ComboBox::mousePressEvent(QMouseEvent *event)
 {
     if (m_isReadOnly)
         event->ignore();
@@ -35,7 +35,7 @@ void LockableComboBox::mousePressEvent(QMouseEvent *event)
         QComboBox::mousePressEvent(event);
 }
 
-void LockableComboBox::wheelEvent(QWheelEvent *event)
+void ComboBox::wheelEvent(QWheelEvent *event)
 {
     if (m_isReadOnly)
         event->ignore();
@@ -44,7 +44,7 @@ void LockableComboBox::wheelEvent(QWheelEvent *event)
 }
 
 // When read-only, it looks like the read-only edits beside it.
-void LockableComboBox::paintEvent(QPaintEvent *event)
+void ComboBox::paintEvent(QPaintEvent *event)
 {
     if (!m_isReadOnly) {
         QComboBox::paintEvent(event);

@@ -4,7 +4,7 @@
 
 // A drop-down list that can be made read-only: it then looks like a read-only line edit and can
 // have the focus, but the user cannot choose another entry.
-class LockableComboBox final : public QComboBox
+class ComboBox final : public QComboBox
 {
     Q_OBJECT
 
