@@ -1,27 +1,79 @@
 #include "widgets/ComboBox.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
-#include <QStyleOptionFrame>
-#include <QStylePainter>
 #include <QWheelEvent>
 
+namespace {
+
+// Returns the text of the label whose buddy the control is.
+QString labelOf(QWidget *control)
+{
+    const auto labels =
+        QAccessible::queryAccessibleInterface(control)->relations(QAccessible::Label);
+    return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name);
+}
+
+} // namespace
+
+ComboBox::ComboBox(QWidget *parent)
+    : QComboBox(parent)
+    , m_readOnlyEdit(new QLineEdit(this))
+{
+    setFocusPolicy(Qt::StrongFocus); // the default policy lets the wheel move the focus
+    m_readOnlyEdit->hide();
+    m_readOnlyEdit->setReadOnly(true);
+    setReadOnlyLook();
+    connect(this, &QComboBox::currentIndexChanged, this, &ComboBox::showText);
+    connect(this, &QComboBox::currentTextChanged, this, &ComboBox::showText);
+}
+
+// The edit has the focus while it is visible, and is next to the combo box in the tab order.
 void ComboBox::setReadOnly(bool readOnly)
 {
-    m_isReadOnly = readOnly;
-    update();
+    if (readOnly == isReadOnly())
+        return;
+    if (readOnly) {
+        m_readOnlyEdit->setAccessibleName(labelOf(this)); // the label names only its buddy
+        setTabOrder(this, m_readOnlyEdit);
+        m_readOnlyEdit->show();
+        setFocusProxy(m_readOnlyEdit);
+    } else {
+        const bool hadFocus = hasFocus();
+        setFocusProxy(nullptr);
+        if (hadFocus)
+            setFocus();
+        m_readOnlyEdit->hide();
+    }
+}
+
+void ComboBox::showText()
+{
+    m_readOnlyEdit->setText(currentText());
+    m_readOnlyEdit->setCursorPosition(0);
+}
+
+// It looks like the read-only edits beside it.
+void ComboBox::setReadOnlyLook()
+{
+    QPalette look;
+    look.setBrush(QPalette::Base, palette().window());
+    m_readOnlyEdit->setPalette(look);
 }
 
 void ComboBox::showPopup()
 {
-    if (!m_isReadOnly)
+    if (!isReadOnly())
         QComboBox::showPopup();
 }
 
-// An ignored key goes to the window, which handles Enter and Esc.
+// What the read-only edit ignores arrives here. An ignored key goes on to the window, which handles
+// Enter and Esc.
 void ComboBox::keyPressEvent(QKeyEvent *event)
 {
-    if (m_isReadOnly)
+    if (isReadOnly())
         event->ignore();
     else
         QComboBox::keyPressEvent(event);
@@ -29,7 +81,7 @@ void ComboBox::keyPressEvent(QKeyEvent *event)
 
 void ComboBox::mousePressEvent(QMouseEvent *event)
 {
-    if (m_isReadOnly)
+    if (isReadOnly())
         event->ignore();
     else
         QComboBox::mousePressEvent(event);
@@ -37,29 +89,21 @@ void ComboBox::mousePressEvent(QMouseEvent *event)
 
 void ComboBox::wheelEvent(QWheelEvent *event)
 {
-    if (m_isReadOnly)
+    if (isReadOnly() || !hasFocus())
         event->ignore();
     else
         QComboBox::wheelEvent(event);
 }
 
-// When read-only, it looks like the read-only edits beside it.
-void ComboBox::paintEvent(QPaintEvent *event)
+void ComboBox::resizeEvent(QResizeEvent *event)
 {
-    if (!m_isReadOnly) {
-        QComboBox::paintEvent(event);
-        return;
-    }
-    QStylePainter painter(this);
-    QStyleOptionFrame panel;
-    panel.initFrom(this);
-    panel.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &panel, this);
-    panel.state |= QStyle::State_Sunken | QStyle::State_ReadOnly;
-    panel.palette.setBrush(QPalette::Base, palette().window());
-    painter.drawPrimitive(QStyle::PE_PanelLineEdit, panel);
-    const QRect inside =
-        style()->subElementRect(QStyle::SE_LineEditContents, &panel, this).adjusted(2, 0, -2, 0);
-    const QString text = fontMetrics().elidedText(currentText(), Qt::ElideRight, inside.width());
-    painter.drawItemText(inside, Qt::AlignLeft | Qt::AlignVCenter, palette(), true, text,
-                         QPalette::Text);
+    QComboBox::resizeEvent(event);
+    m_readOnlyEdit->setGeometry(rect());
+}
+
+void ComboBox::changeEvent(QEvent *event)
+{
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        setReadOnlyLook();
 }

@@ -2,16 +2,21 @@
 
 #include <QComboBox>
 
-// A drop-down list that can be made read-only: it then looks like a read-only line edit and can
-// have the focus, but the user cannot choose another entry.
+class QLineEdit;
+
+// A combo box that takes the wheel only while it has the focus, so that scrolling the window does
+// not change it.
+//
+// It can be made read-only: it then is a read-only line edit with the text of the current entry,
+// which the user can select and copy.
 class ComboBox final : public QComboBox
 {
     Q_OBJECT
 
 public:
-    using QComboBox::QComboBox;
+    explicit ComboBox(QWidget *parent = nullptr);
 
-    bool isReadOnly() const { return m_isReadOnly; }
+    bool isReadOnly() const { return focusProxy() != nullptr; }
     void setReadOnly(bool readOnly);
 
     void showPopup() override;
@@ -20,8 +25,12 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    bool m_isReadOnly = false;
+    void showText();
+    void setReadOnlyLook();
+
+    QLineEdit *m_readOnlyEdit; // covers the combo box while it is read-only
 };

@@ -1,7 +1,7 @@
-#include "widgets/ComboBox.h"
 #include "recipes/frmRecipe.h"
 #include "support/TemporaryHome.h"
 #include "support/WindowFixture.h"
+#include "widgets/ComboBox.h"
 
 #include <QAbstractItemView>
 #include <QWheelEvent>
