@@ -5,20 +5,54 @@
 
 #include <QAction>
 #include <QIcon>
-#include <QStyleOptionFocusRect>
+#include <QStyleOptionButton>
 #include <QStylePainter>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
-void StartLink::paintEvent(QPaintEvent *event)
+namespace {
+
+constexpr int linkMargin = 10; // in pixels, around the texts of a link
+
+} // namespace
+
+QFont StartLink::titleFont() const
 {
-    QCommandLinkButton::paintEvent(event);
-    if (!hasFocus())
-        return;
-    QStyleOptionFocusRect focus;
-    focus.initFrom(this);
-    focus.state |= QStyle::State_KeyboardFocusChange; // also before the first key
-    QStylePainter(this).drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+    QFont bold = font();
+    bold.setBold(true);
+    return bold;
+}
+
+QSize StartLink::sizeHint() const
+{
+    const QFontMetrics title(titleFont());
+    return QSize(std::max(title.horizontalAdvance(text()),
+                          fontMetrics().horizontalAdvance(accessibleDescription())),
+                 title.lineSpacing() + fontMetrics().lineSpacing())
+        .grownBy({linkMargin, linkMargin, linkMargin, linkMargin});
+}
+
+void StartLink::paintEvent(QPaintEvent * /*event*/)
+{
+    QStylePainter painter(this);
+    QStyleOptionButton button;
+    initStyleOption(&button);
+    if (underMouse() || isDown())
+        painter.drawPrimitive(QStyle::PE_PanelButtonCommand, button);
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.state |= QStyle::State_KeyboardFocusChange; // also before the first key
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+    }
+    const QRect inside = rect().adjusted(linkMargin, linkMargin, -linkMargin, -linkMargin);
+    style()->drawItemText(&painter, inside, Qt::AlignLeading | Qt::AlignBottom, palette(), true,
+                          accessibleDescription(), foregroundRole());
+    painter.setFont(titleFont());
+    style()->drawItemText(&painter, inside, Qt::AlignLeading | Qt::AlignTop, palette(), true,
+                          text(), foregroundRole());
 }
 
 StartPage::StartPage(QAction &recipes, QAction &import, QAction &ingredients, QAction &exportPages)

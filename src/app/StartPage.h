@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QCommandLinkButton>
+#include <QPushButton>
 #include <QScrollArea>
 
 #include <memory>
@@ -11,16 +11,24 @@ namespace Ui {
 class StartPage;
 }
 
-// A link that shows when it has the focus; QCommandLinkButton does not.
-class StartLink final : public QCommandLinkButton
+// A button that looks like a link, with its accessible description under its text. Unlike
+// QCommandLinkButton it shows the focus, and it needs no icon, which would take several
+// milliseconds to load.
+class StartLink final : public QPushButton
 {
     Q_OBJECT
 
 public:
-    using QCommandLinkButton::QCommandLinkButton;
+    using QPushButton::QPushButton;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QFont titleFont() const;
 };
 
 // What the main window shows while no child window is open: the program's picture and name, and

@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QComboBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
