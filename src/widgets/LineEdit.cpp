@@ -117,9 +117,7 @@ LineEdit::Input LineEdit::lastInput(const QString &text, qsizetype cursor) const
         std::mismatch(text.rbegin(), text.rend() - cursor, m_text.rbegin(), m_text.rend());
     const auto [head, oldHead] =
         std::mismatch(text.begin(), tail.base(), m_text.begin(), oldTail.base());
-    qsizetype position = head - text.begin();
-    if (position > 0 && text[position - 1].isHighSurrogate())
-        --position; // the input begins with a whole character
+    const qsizetype position = head - text.begin();
     const qsizetype end = tail.base() - text.begin();
     const qsizetype oldEnd = oldTail.base() - m_text.begin();
     return {position, oldEnd - position, text.sliced(position, end - position)};

@@ -41,11 +41,12 @@ struct Form {
 
     void turnWheel()
     {
-        const QPoint place = combo.mapTo(&area, combo.rect().center());
-        QWheelEvent event(place, area.mapToGlobal(place), {}, {0, -120}, Qt::NoButton,
+        QWidget *target = area.childAt(combo.mapTo(&area, combo.rect().center()));
+        const QPoint place = target->rect().center();
+        QWheelEvent event(place, target->mapToGlobal(place), {}, {0, -120}, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QSpontaneKeyEvent::setSpontaneous(&event); // only such an event moves the focus
-        QCoreApplication::instance()->notify(area.childAt(place), &event);
+        QCoreApplication::instance()->notify(target, &event);
     }
 
     QScrollArea area;
@@ -68,6 +69,7 @@ class tst_ComboBox : public QObject
 private Q_SLOTS:
     void wheel_data();
     void wheel();
+    void pastesOneLine();
     void readOnly();
 };
 
@@ -100,6 +102,17 @@ void tst_ComboBox::wheel()
     QCOMPARE(form.combo.hasFocus(), hasFocus);
     QTEST(form.combo.currentText(), "selected");
     QCOMPARE(form.area.verticalScrollBar()->value() > 0, form.combo.currentIndex() == 1);
+}
+
+void tst_ComboBox::pastesOneLine()
+{
+    Form form;
+    form.combo.setLineEdit(new LineEdit);
+    form.combo.setFocus();
+    QGuiApplication::clipboard()->setText(u"1\n1/2\n"_s);
+    QTest::keySequence(&form.combo, QKeySequence::SelectAll);
+    QTest::keySequence(&form.combo, QKeySequence::Paste);
+    QCOMPARE(form.combo.currentText(), u"1 1/2"_s);
 }
 
 void tst_ComboBox::readOnly()

@@ -38,8 +38,8 @@ Input pastedByMenu(const QString &text)
 {
     return [text](LineEdit &edit) {
         QGuiApplication::clipboard()->setText(text);
-        edit.paste(); // the slot of the menu's action
-        QCoreApplication::processEvents();
+        edit.paste(); // the slot of the menu's action, which comes without an event
+        QCoreApplication::sendPostedEvents(&edit, QEvent::MetaCall);
     };
 }
 
@@ -162,9 +162,13 @@ void tst_LineEdit::keepsTheStoredText()
     edit.setMaxInputLength(5);
     edit.showStored(stored);
     QCOMPARE(edit.text(), stored);
-    for (int i = 0; i < stored.size(); ++i)
-        QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClick(&edit, Qt::Key_End);
+    for (int i = 1; i < stored.size(); ++i)
+        QTest::keyClick(&edit, Qt::Key_Backspace);
     QCOMPARE(edit.text(), QString());
+    QTest::keySequence(&edit, QKeySequence::Undo);
+    QCOMPARE(edit.text(), stored.sliced(1));
     QTest::keySequence(&edit, QKeySequence::Undo);
     QCOMPARE(edit.text(), stored);
     QTest::keySequence(&edit, QKeySequence::SelectAll);
