@@ -3,8 +3,8 @@
 #include "data/DataSource.h"
 #include "frame/ChildWindow.h"
 
-class ListBox;
 class LineEdit;
+class ListBox;
 class QPushButton;
 
 // Returns the field's text of every row, in the cursor's order. Reads; throws DatabaseError.
