@@ -1,6 +1,7 @@
 #include "app/frmMain.h"
 
 #include "about/frmAbout.h"
+#include "app/StartPage.h"
 #include "catalogs/frmIngredient.h"
 #include "catalogs/frmUtensil.h"
 #include "export/ExportCommand.h"
@@ -30,6 +31,8 @@ frmMain::frmMain(Interaction &interaction)
     , m_frame(interaction, *m_ui->mdiArea)
     , m_importRecipe(std::make_unique<frmImportRecipe>(interaction))
 {
+    m_ui->mdiArea->setPlaceholder(
+        new StartPage(*m_ui->mnuRecipes, *m_ui->mnuImport, *m_ui->mnuIngredient, *m_ui->mnuExport));
     resize(size().boundedTo(screen()->availableSize() * 0.9)); // leaves room for the title bar
     const ErrorBoundary &boundary = m_frame.boundary();
     boundary.connect(m_ui->mnuImport, &QAction::triggered, this, &frmMain::mnuImport_Click);

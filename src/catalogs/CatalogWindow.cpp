@@ -5,8 +5,8 @@
 #include "data/DatabaseFunctions.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
+#include "widgets/LineEdit.h"
 #include "widgets/ListBox.h"
-#include "widgets/MaxLengthEdit.h"
 
 #include <QPushButton>
 

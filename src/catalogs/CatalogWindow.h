@@ -3,8 +3,8 @@
 #include "data/DataSource.h"
 #include "frame/ChildWindow.h"
 
+class LineEdit;
 class ListBox;
-class MaxLengthEdit;
 class QPushButton;
 
 // Returns the field's text of every row, in the cursor's order. Reads; throws DatabaseError.
@@ -23,7 +23,7 @@ protected:
         QLatin1StringView keyField;
         QLatin1StringView nameField;
         ListBox *list = nullptr; // row n of the list is row n of the source
-        MaxLengthEdit *name = nullptr;
+        LineEdit *name = nullptr;
         QPushButton *previous = nullptr;
         QPushButton *next = nullptr;
         QPushButton *newRow = nullptr;

@@ -6,6 +6,7 @@
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "ui_frmChangeIngredients.h"
+#include "widgets/LineEdit.h"
 
 #include <algorithm>
 
@@ -34,9 +35,10 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
     , m_ui(std::make_unique<Ui::frmChangeIngredients>())
 {
     m_ui->setupUi(this);
-    // The completer would replace what is typed: "1 1/4" for "1 ".
-    m_ui->cmbAmount->setCompleter(nullptr);
-    m_ui->cmbPreperation->setCompleter(nullptr);
+    for (ComboBox *combo : {m_ui->cmbAmount, m_ui->cmbPreperation}) {
+        combo->setLineEdit(new LineEdit); // the combo box takes ownership
+        combo->setCompleter(nullptr); // it would replace what is typed: "1 1/4" for "1 "
+    }
     setComposition(
         {.catalog = &datIngredients,
          .keyField = "IngredientID"_L1,

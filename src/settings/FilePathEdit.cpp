@@ -13,7 +13,7 @@ FilePathEdit::FilePathEdit(QWidget *parent)
 {
     setReadOnly(true);
     m_missingMark->setVisible(false);
-    m_missingMark->setToolTip(tr("There is no such file."));
+    m_missingMark->setText(tr("There is no such file."));
     connect(m_missingMark, &QAction::triggered, this, &FilePathEdit::clicked);
 }
 
@@ -23,7 +23,7 @@ void FilePathEdit::setPath(const QString &path)
     setText(path);
     const bool isMissing = !path.isEmpty() && !QFileInfo(path).isFile();
     m_missingMark->setVisible(isMissing);
-    const QString warning = isMissing ? m_missingMark->toolTip() : QString();
+    const QString warning = isMissing ? m_missingMark->text() : QString();
     setAccessibleDescription(warning);
     setToolTip(isMissing ? path + u'\n' + warning : path);
 }

@@ -1,19 +1,23 @@
 #include "widgets/DesktopInteraction.h"
 
 #include "interaction/ControlCharacters.h"
+#include "widgets/LineEdit.h"
 #include "widgets/StandardWidgets.h"
+#include "widgets/TextEdit.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QInputDialog>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextDocument>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <chrono>
@@ -71,6 +75,80 @@ QWidget *parentForBox()
             return window;
     }
     return nullptr;
+}
+
+// A QMessageBox grows with its text, beyond the screen. A longer text is moved into an edit, which
+// scrolls.
+void limitHeight(QMessageBox &box)
+{
+    const QSize room = box.screen()->availableSize() / 2;
+    const QSize size = inches(box, 5, 3.5).boundedTo(room);
+    const QRect text = box.fontMetrics().boundingRect(
+        QRect(QPoint(), size), Qt::TextWordWrap | Qt::TextWrapAnywhere, box.text());
+    if (text.height() <= size.height())
+        return;
+    auto *edit = new TextEdit;
+    edit->setPlainText(box.text());
+    edit->setReadOnly(true);
+    edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    edit->setAccessibleName(box.windowTitle());
+    edit->setMinimumSize(size);
+    auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
+    delete box.layout()->replaceWidget(label, edit);
+    label->hide();
+}
+
+// Asks for one line or several lines of text.
+class TextDialog final : public QDialog
+{
+public:
+    explicit TextDialog(const InputBox &box);
+
+    QString text() const; // with CR LF between lines
+
+private:
+    QString m_defaultText;
+    LineEdit *m_line = nullptr; // or else
+    TextEdit *m_lines = nullptr;
+};
+
+TextDialog::TextDialog(const InputBox &box)
+    : QDialog(parentForBox())
+    , m_defaultText(box.defaultText)
+{
+    setWindowTitle(box.title);
+    auto *prompt = new QLabel(box.prompt);
+    prompt->setTextFormat(Qt::PlainText);
+    QWidget *edit = nullptr;
+    if (box.lines == Lines::One) {
+        edit = m_line = new LineEdit;
+        m_line->setText(box.defaultText);
+        m_line->selectAll();
+    } else {
+        edit = m_lines = new TextEdit;
+        m_lines->setPlainText(box.defaultText);
+    }
+    prompt->setBuddy(edit);
+    edit->setAccessibleName(box.prompt);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto *layout = new QVBoxLayout(this);
+    for (QWidget *widget : std::initializer_list<QWidget *>{prompt, edit, buttons})
+        layout->addWidget(widget);
+    resize(inches(*this, 4, m_lines ? 2.5 : 0)
+               .expandedTo(sizeHint())
+               .boundedTo(screen()->availableSize() * 0.9)); // leaves room for the title bar
+}
+
+// The edit of several lines does not keep the kind of each line break, so that a text which the
+// user has not changed is returned as it was.
+QString TextDialog::text() const
+{
+    if (m_line)
+        return m_line->text();
+    return m_lines->document()->isModified() ? documentText(*m_lines->document()) : m_defaultText;
 }
 
 class ProgressBox final : public Progress
@@ -161,6 +239,7 @@ Button DesktopInteraction::show(const MessageBox &box)
             dialog.setEscapeButton(added); // QMessageBox would prefer Abort, which is our Stop
     }
     dialog.setDefaultButton(toQt(box.defaultButton));
+    limitHeight(dialog);
 
     const int pressed = dialog.exec();
     for (const Button button : box.buttons) {
@@ -172,24 +251,8 @@ Button DesktopInteraction::show(const MessageBox &box)
 
 QString DesktopInteraction::ask(const InputBox &box)
 {
-    QInputDialog dialog(parentForBox());
-    dialog.setWindowTitle(box.title);
-    dialog.setLabelText(box.prompt);
-    dialog.setOption(QInputDialog::UsePlainTextEditForTextInput, box.lines == Lines::Several);
-    dialog.setTextValue(box.defaultText);
-    dialog.findChild<QLabel *>()->setTextFormat(Qt::PlainText);
-    auto *edit = dialog.findChild<QPlainTextEdit *>();
-    if (edit) {
-        edit->setTabChangesFocus(true); // the keyboard must reach the buttons
-        edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
-    }
-    dialog.resize(inches(dialog, 4, edit ? 2.5 : 0).expandedTo(dialog.sizeHint()));
-
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    if (!edit)
-        return dialog.textValue();
-    return edit->document()->isModified() ? documentText(*edit->document()) : box.defaultText;
+    TextDialog dialog(box);
+    return dialog.exec() == QDialog::Accepted ? dialog.text() : QString();
 }
 
 QString DesktopInteraction::choose(const FileChooser &chooser)

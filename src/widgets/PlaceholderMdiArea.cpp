@@ -2,36 +2,38 @@
 
 #include <QEvent>
 #include <QMdiSubWindow>
-#include <QPainter>
 
 #include <algorithm>
 
-void PlaceholderMdiArea::setPlaceholderText(const QString &text)
+void PlaceholderMdiArea::setPlaceholder(QWidget *placeholder)
 {
-    m_placeholderText = text;
-    setAccessibleDescription(text);
+    m_placeholder = placeholder;
+    m_placeholder->setParent(this); // not the viewport, whose children are windows
+    m_placeholder->setGeometry(rect());
+    m_placeholder->setFocus();
+    m_placeholder->show();
 }
 
-void PlaceholderMdiArea::paintEvent(QPaintEvent *event)
+void PlaceholderMdiArea::resizeEvent(QResizeEvent *event)
 {
-    QMdiArea::paintEvent(event);
-    if (hasVisibleChild())
-        return;
-    QPainter painter(viewport());
-    QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 1.3);
-    painter.setFont(large);
-    // QPalette has no role for text on the background of a QMdiArea.
-    constexpr int medium = 128;
-    painter.setPen(background().color().lightness() < medium ? Qt::white : Qt::black);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_placeholderText);
+    QMdiArea::resizeEvent(event);
+    if (m_placeholder)
+        m_placeholder->setGeometry(rect());
 }
 
 bool PlaceholderMdiArea::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
-        viewport()->update();
-    return QMdiArea::eventFilter(watched, event);
+    const bool isFiltered = QMdiArea::eventFilter(watched, event);
+    const bool isChild =
+        event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
+    if (m_placeholder && isChild) {
+        const bool isEmpty = !hasVisibleChild();
+        const bool appears = isEmpty && m_placeholder->isHidden();
+        m_placeholder->setVisible(isEmpty);
+        if (appears)
+            m_placeholder->setFocus();
+    }
+    return isFiltered;
 }
 
 bool PlaceholderMdiArea::hasVisibleChild() const

@@ -2,24 +2,23 @@
 
 #include <QMdiArea>
 
-// A QMdiArea that shows a text while no child window is visible.
+// A QMdiArea that shows another widget in its place while no child window is visible, and gives it
+// the focus.
 class PlaceholderMdiArea final : public QMdiArea
 {
     Q_OBJECT
-    Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
 public:
     using QMdiArea::QMdiArea;
 
-    QString placeholderText() const { return m_placeholderText; }
-    void setPlaceholderText(const QString &text); // also the description for screen readers
+    void setPlaceholder(QWidget *placeholder); // call once; takes ownership
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override; // watches the children
 
 private:
     bool hasVisibleChild() const;
 
-    QString m_placeholderText;
+    QWidget *m_placeholder = nullptr;
 };

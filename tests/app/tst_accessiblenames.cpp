@@ -3,10 +3,13 @@
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
 #include "support/TemporaryHome.h"
+#include "widgets/ComboBox.h"
 #include "widgets/DesktopInteraction.h"
+#include "widgets/LineEdit.h"
 
 #include <QAccessible>
 #include <QAction>
+#include <QComboBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
@@ -31,15 +34,29 @@ static QString namelessControls(const QWidget &window)
     return found;
 }
 
+// Returns the combo boxes that the wheel changes although they do not have the focus, and the edits
+// into which line breaks can be pasted.
+static QString plainControls(const QWidget &window)
+{
+    QString found;
+    for (const QWidget *control : window.findChildren<QWidget *>()) {
+        const auto *edit = qobject_cast<const QLineEdit *>(control);
+        if ((edit && !edit->isReadOnly() && !qobject_cast<const LineEdit *>(edit))
+            || (control->inherits("QComboBox") && !qobject_cast<const ComboBox *>(control)))
+            found += window.objectName() + u'/' + control->objectName() + u' ';
+    }
+    return found;
+}
+
 class tst_AccessibleNames : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void areGivenInAllWindows();
+    void controlsOfAllWindows();
 };
 
-void tst_AccessibleNames::areGivenInAllWindows()
+void tst_AccessibleNames::controlsOfAllWindows()
 {
     const TemporaryHome home; // without settings
     const RecipeFile file;
@@ -50,7 +67,7 @@ void tst_AccessibleNames::areGivenInAllWindows()
     QVERIFY(!window.MDIForm_Load({}));
     window.show();
 
-    QString found;
+    QString found = namelessControls(*window.findChild<QWidget *>(u"StartPage"_s));
     QSet<QString> seen;
     const auto *area = window.findChild<QMdiArea *>();
     for (const QString &step : {u"mnuIngredient"_s, u"cmdDone"_s, u"mnuUtensil"_s, u"cmdDone"_s,
@@ -62,7 +79,7 @@ void tst_AccessibleNames::areGivenInAllWindows()
             area->activeSubWindow()->findChild<QPushButton *>(step)->click();
         QCoreApplication::processEvents();
         if (const QMdiSubWindow *child = area->activeSubWindow()) {
-            found += namelessControls(*child->widget());
+            found += namelessControls(*child->widget()) + plainControls(*child->widget());
             seen += child->widget()->objectName();
         }
     }
@@ -77,6 +94,7 @@ void tst_AccessibleNames::areGivenInAllWindows()
                     tabs->setCurrentIndex(page);
                 found += namelessControls(*dialog);
             }
+            found += plainControls(*dialog);
             dialog->close();
         });
         window.findChild<QAction *>(step)->trigger();

@@ -7,6 +7,8 @@
 #include <QAction>
 #include <QDesktopServices>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStandardPaths>
@@ -31,6 +33,8 @@ private Q_SLOTS:
     void hasUniqueAccessKeys();
     void disablesWhatHasNoAction_data();
     void disablesWhatHasNoAction();
+    void startPage_data();
+    void startPage();
     void exportsWebPages();
     void readsAgain_data();
     void readsAgain();
@@ -101,6 +105,60 @@ void tst_frmMain::disablesWhatHasNoAction()
     QVERIFY(!window.findChild<QMenu *>(u"mnuSearch"_s)->menuAction()->isEnabled());
     const QString name = QString::fromLatin1(QTest::currentDataTag());
     QTEST(window.findChild<QAction *>(name)->isEnabled(), "isEnabled");
+}
+
+void tst_frmMain::startPage_data()
+{
+    using Keys = QList<Qt::Key>;
+    QTest::addColumn<Keys>("keys");
+    QTest::addColumn<QString>("opened"); // null for the folder chooser of the export
+    QTest::newRow("Enter") << Keys{Qt::Key_Return} << u"frmRecipes"_s;
+    QTest::newRow("Down") << Keys{Qt::Key_Down, Qt::Key_Return} << u"frmImport"_s;
+    QTest::newRow("Tab and Space")
+        << Keys{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space} << u"frmIngredient"_s;
+    QTest::newRow("Up") << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Enter}
+                        << u"frmImport"_s;
+    QTest::newRow("last") << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}
+                          << QString();
+    QTest::newRow("shortcut") << Keys{Qt::Key_F7} << u"frmUtensil"_s;
+}
+
+// The page is there at first and after the last child window is closed, with the focus on its first
+// link.
+void tst_frmMain::startPage()
+{
+    QFETCH(const QList<Qt::Key>, keys);
+    QFETCH(const QString, opened);
+    RecipeFile file;
+    DatabasePath = file.path();
+    MockInteraction interaction;
+    if (opened.isNull()) {
+        interaction.expect(
+            FolderChooser{u"Choose a folder for the web pages"_s,
+                          QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)},
+            {});
+    }
+    frmMain window(interaction);
+    QVERIFY(!window.MDIForm_Load({}));
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const auto *page = window.findChild<QWidget *>(u"StartPage"_s);
+    const auto *area = window.findChild<QMdiArea *>();
+    const auto isReady = [&] {
+        return page->isVisible() && page->hasFocus() && page->size() == area->size();
+    };
+    QVERIFY(isReady());
+    for (const Qt::Key key : keys)
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QCoreApplication::processEvents();
+    if (opened.isNull())
+        return;
+    QVERIFY(!page->isVisible());
+    window.resize(800, 500);
+    QCOMPARE(area->activeSubWindow()->widget()->objectName(), opened);
+    area->activeSubWindow()->close();
+    QVERIFY(isReady());
 }
 
 // The first folder chosen contains files of the user, so that the user must choose another one.

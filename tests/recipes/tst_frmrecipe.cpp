@@ -1,7 +1,7 @@
-#include "recipes/LockableComboBox.h"
 #include "recipes/frmRecipe.h"
 #include "support/TemporaryHome.h"
 #include "support/WindowFixture.h"
+#include "widgets/ComboBox.h"
 
 #include <QAbstractItemView>
 #include <QWheelEvent>
@@ -40,7 +40,7 @@ class tst_frmRecipe : public QObject
         const auto is = [&form](const char *property, const QString &name) {
             return control<QWidget>(form, name).property(property).toBool();
         };
-        const bool locked = control<LockableComboBox>(form, u"cmbRecipeType"_s).isReadOnly();
+        const bool locked = control<ComboBox>(form, u"cmbRecipeType"_s).isReadOnly();
         bool isConsistent =
             is("enabled", u"cmdNew"_s) == locked && is("enabled", u"cmdEdit"_s) == locked;
         for (const QString &edit : {u"txtAuthor"_s, u"txtServes"_s, u"txtInstruction"_s})
@@ -169,7 +169,7 @@ private Q_SLOTS:
     {
         QFETCH(std::function<void(QComboBox &)>, input);
         RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('a', 2)");
-        auto &type = control<LockableComboBox>(fixture.form, u"cmbRecipeType"_s);
+        auto &type = control<ComboBox>(fixture.form, u"cmbRecipeType"_s);
         type.setFocus(Qt::TabFocusReason);
         QVERIFY(type.hasFocus());
         const auto hasEffect = [&] {

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QToolButton>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
@@ -150,7 +151,10 @@ private Q_SLOTS:
         open(u"0;0;%1;%2;;False;"_s.arg(QCoreApplication::applicationFilePath(), gone));
         const auto &missing = control<QLineEdit>(*m_settings, u"txtMainMenuTemplate"_s);
         QCOMPARE(missing.cursorPosition(), gone.size()); // shows the end of the path
-        QVERIFY(missing.actions().constFirst()->isVisible());
+        auto *mark = missing.findChild<QToolButton *>();
+        QVERIFY(mark->isVisible());
+        QCOMPARE(QAccessible::queryAccessibleInterface(mark)->text(QAccessible::Name),
+                 u"There is no such file."_s);
         QCOMPARE(missing.toolTip(), gone + u'\n' + missing.accessibleDescription());
         const auto &present = control<QLineEdit>(*m_settings, u"txtCategoryTemplate"_s);
         QVERIFY(!present.actions().constFirst()->isVisible());

@@ -1,9 +1,10 @@
 #include "widgets/DesktopInteraction.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
-#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -11,9 +12,12 @@
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <functional>
 
@@ -120,14 +124,49 @@ private Q_SLOTS:
         QTEST(m_interaction.show(box), "answer");
     }
 
+    void longMessage_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("lines") << u"Boil.\n"_s.repeated(300);
+        QTest::newRow("words") << u"Boil. "_s.repeated(3000);
+        QTest::newRow("one word") << QString(20000, u'x');
+    }
+
+    // A long text scrolls, and keeps its size if the wheel is turned with Ctrl.
+    void longMessage()
+    {
+        QFETCH(const QString, text);
+        whenOpen<QMessageBox>([&](QMessageBox &dialog) {
+            QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+            auto *edit = dialog.findChild<QPlainTextEdit *>();
+            QVERIFY(edit);
+            QCOMPARE(edit->toPlainText(), text);
+            QVERIFY(edit->isReadOnly());
+            QCOMPARE(QAccessible::queryAccessibleInterface(edit)->text(QAccessible::Name),
+                     u"Recipe Description"_s);
+            const int fontHeight = edit->fontMetrics().height();
+            const QPoint place = edit->rect().center();
+            QWheelEvent event(place, edit->mapToGlobal(place), {}, {0, -120}, Qt::NoButton,
+                              Qt::ControlModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(edit->viewport(), &event);
+            QCOMPARE(edit->fontMetrics().height(), fontHeight);
+            QVERIFY(edit->verticalScrollBar()->value() > 0);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+        m_interaction.show({.text = text, .title = u"Recipe Description"_s});
+    }
+
     void inputBox_data()
     {
         const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;
         QTest::addColumn<Lines>("lines");
         QTest::addColumn<QString>("defaultText");
-        QTest::addColumn<QString>("typed"); // at the end; null for Cancel
+        QTest::addColumn<QString>("typed"); // at the end, or pasted; null for Cancel
         QTest::addColumn<QString>("answer");
         QTest::newRow("spaces are kept") << Lines::One << u" Soup"_s << u"s "_s << u" Soups "_s;
+        QTest::newRow("default text") << Lines::One << u"Soup"_s << u""_s << u"Soup"_s;
+        QTest::newRow("line breaks are pasted")
+            << Lines::One << u"My "_s << u"Bean\nSoup\n"_s << u"My Bean Soup"_s;
         QTest::newRow("cancelled") << Lines::One << u"Soup"_s << QString() << QString();
         QTest::newRow("unchanged lines") << Lines::Several << mixed << u""_s << mixed;
         QTest::newRow("changed lines")
@@ -139,12 +178,18 @@ private Q_SLOTS:
         QFETCH(const Lines, lines);
         QFETCH(const QString, defaultText);
         QFETCH(const QString, typed);
-        whenOpen<QInputDialog>([&](QInputDialog &dialog) {
+        whenOpen<QDialog>([&](QDialog &dialog) {
             QCOMPARE(dialog.findChild<QLabel *>()->textFormat(), Qt::PlainText);
             QWidget *edit = dialog.focusWidget();
+            QCOMPARE(QAccessible::queryAccessibleInterface(edit)->text(QAccessible::Name),
+                     u"<i>Prompt</i>"_s);
             QTest::keyClick(edit, Qt::Key_End, Qt::ControlModifier);
             QTest::keyClick(edit, Qt::Key_End);
-            QTest::keyClicks(edit, typed);
+            QGuiApplication::clipboard()->setText(typed);
+            if (typed.contains(u'\n'))
+                QTest::keySequence(edit, QKeySequence::Paste);
+            else
+                QTest::keyClicks(edit, typed);
             if (lines == Lines::Several) { // Tab leads to the button
                 QTest::keyClick(edit, Qt::Key_Tab);
                 edit = dialog.focusWidget();
