@@ -21,9 +21,8 @@ public:
     explicit frmRecipe(Frame &frame);
     ~frmRecipe() override;
 
-    // The key of the recipe shown; 0 for a new one that is not stored yet. To show another recipe,
-    // set it after showing the window: the next activation shows that recipe.
-    qint64 CurrentRecipeID = 0;
+    // To show another recipe, call this after showing the window: the next activation shows it.
+    void setCurrentRecipeID(qint64 key) { CurrentRecipeID = key; }
 
     qint64 recipeId() const override { return CurrentRecipeID; }
     QList<IngredientLine> ingredientLines() const override { return m_ingredientLines; }
@@ -85,6 +84,8 @@ private:
     DataSource datIngredients{m_sources};
     DataSource datUtensils{m_sources};
 
+    // The key of the recipe shown; 0 for a new one that is not stored yet.
+    qint64 CurrentRecipeID = 0;
     bool RecipeChanged = false;
     bool AllVegetarian = false;
     QString RecipeDescription;

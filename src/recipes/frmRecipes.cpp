@@ -107,7 +107,7 @@ void frmRecipes::cmdView_Click()
         return;
     auto &recipe = frame().load<frmRecipe>();
     frame().show(recipe);
-    recipe.CurrentRecipeID = m_recipes.recipeIdAt(selected.constFirst().row());
+    recipe.setCurrentRecipeID(m_recipes.recipeIdAt(selected.constFirst().row()));
 }
 
 void frmRecipes::cmdClose_Click()

@@ -107,7 +107,7 @@ private Q_SLOTS:
         for (const int row : {0, 1}) {
             list.table.setCurrentIndex(list.table.model()->index(row, 0));
             press(list.form, u"cmdView"_s);
-            QCOMPARE(list.opened()->CurrentRecipeID, row + 1);
+            QCOMPARE(list.opened()->recipeId(), row + 1);
             press(*list.opened(), u"cmdDone"_s);
         }
     }
