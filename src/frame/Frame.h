@@ -57,6 +57,9 @@ public:
 
     // Returns the window that is active or is to become active, or null.
     ChildWindow *activeChild() const { return m_activation.requested(); }
+    // Returns whether the child's Form_Activate has run and no other handler is due or held up by a
+    // modal window.
+    bool isActive(const ChildWindow &child) const { return m_activation.isActive(child); }
 
     void show(ChildWindow &child); // restores it if it is minimised, and activates it
     void activate(ChildWindow &child); // does nothing if it is hidden
