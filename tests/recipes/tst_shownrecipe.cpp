@@ -233,8 +233,9 @@ private Q_SLOTS:
     void focusOnSave()
     {
         QFETCH(std::function<void(Windows &)>, saveIsDisabled);
-        Windows windows(QByteArray(recipes)
-                        + "INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('Apples', 0), ('Zwieback', 0)");
+        Windows windows(
+            QByteArray(recipes)
+            + "INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('Apples', 0), ('Zwieback', 0)");
         windows.perform(windows.recipe, u"cmdNext, cmbRating 2"_s);
         auto &save = control<QPushButton>(windows.recipe, u"cmdSave"_s);
         save.setFocus();
