@@ -31,6 +31,11 @@ Activation::Activation(QMdiArea &area, const ErrorBoundary &boundary, std::funct
     connect(&area, &QMdiArea::subWindowActivated, this, &Activation::onSubWindowActivated);
 }
 
+bool Activation::isActive(const ChildWindow &child) const
+{
+    return m_active == &child && m_requested == &child && !QApplication::activeModalWidget();
+}
+
 bool Activation::isRefusedTo(const ChildWindow &next) const
 {
     return m_requested && m_requested != &next && m_requested->keepsActivationFrom(next);

@@ -25,11 +25,9 @@ public:
     // The window that is active or is to become active, or null. It changes before the previous
     // window's Form_Deactivate runs.
     ChildWindow *requested() const { return m_requested; }
-    // Returns whether its Form_Activate ran and no other window is requested.
-    bool isActive(const ChildWindow &child) const
-    {
-        return m_active == &child && m_requested == &child;
-    }
+    // Returns whether the child's Form_Activate has run and no other handler is due or held up by a
+    // modal window.
+    bool isActive(const ChildWindow &child) const;
     // Returns whether the requested window would take the activation back from next.
     bool isRefusedTo(const ChildWindow &next) const;
 

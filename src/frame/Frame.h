@@ -62,6 +62,9 @@ public:
 
     // Returns the window that is active or is to become active, or null.
     ChildWindow *activeChild() const { return m_activation.requested(); }
+    // Returns whether the child's Form_Activate has run and no other handler is due or held up by a
+    // modal window.
+    bool isActive(const ChildWindow &child) const { return m_activation.isActive(child); }
 
     // The global position of the mouse press that activates a window, while its Form_Activate runs.
     // The control under the mouse gets the press afterwards.

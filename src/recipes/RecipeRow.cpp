@@ -5,10 +5,13 @@
 #include "data/Database.h"
 #include "data/DatabaseError.h"
 #include "data/DatabaseFunctions.h"
+#include "data/FieldValue.h"
 #include "data/GeneralFuctions.h"
 #include "interaction/Interaction.h"
 
 #include <QCoreApplication>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -43,6 +46,20 @@ constexpr Column columns[] = {
     {"Rating"_L1, valueOf<&RecipeFields::rating>},
     {"Serves"_L1, valueOfServes},
 };
+
+QString textOf(RecordCursor &cursor, QLatin1StringView field)
+{
+    return displayText(ValueOrDefault(cursor.value(field), QString()));
+}
+
+int positionOf(RecordCursor &cursor, QLatin1StringView field, int defaultPosition)
+{
+    const QVariant stored = ValueOrDefault(cursor.value(field), defaultPosition);
+    const qint64 position = stored.toLongLong();
+    const bool isInteger =
+        stored.typeId() == QMetaType::LongLong || stored.typeId() == QMetaType::Int;
+    return isInteger && std::in_range<int>(position) ? static_cast<int>(position) : -1;
+}
 
 qint64 addRecipe(RecordCursor &recipes, const RecipeFields &entered)
 {
@@ -84,6 +101,30 @@ void showNameError(Interaction &interaction, const QString &text)
 }
 
 } // namespace
+
+ShownRecipe readRecipe(RecordCursor &recipes, RecordCursor &ingredients, RecordCursor &utensils)
+{
+    ShownRecipe recipe;
+    recipe.key = ValueOrDefault(recipes.value("RecipeID"_L1), 0).toLongLong();
+    recipe.fields = {.name = textOf(recipes, "RecipeName"_L1),
+                     .description = textOf(recipes, "Description"_L1),
+                     .author = textOf(recipes, "Author"_L1),
+                     .type = positionOf(recipes, "RecipeType"_L1, defaultRecipeType),
+                     .instructions = textOf(recipes, "Instructions"_L1),
+                     .rating = positionOf(recipes, "Rating"_L1, defaultRating),
+                     .serves = textOf(recipes, "Serves"_L1)};
+    recipe.AllVegetarian = true;
+    const QString criteria = criterion("RecipeID"_L1, recipe.key);
+    for (utensils.FindFirst(criteria); !utensils.NoMatch(); utensils.FindNext(criteria))
+        recipe.utensils += textOf(utensils, "UtensilName"_L1);
+    for (ingredients.FindFirst(criteria); !ingredients.NoMatch(); ingredients.FindNext(criteria)) {
+        recipe.ingredients.append(
+            {textOf(ingredients, "IngredientName"_L1), textOf(ingredients, "Quantity"_L1)});
+        if (!ValueOrDefault(ingredients.value("Vegetarian"_L1), 0).toBool())
+            recipe.AllVegetarian = false;
+    }
+    return recipe;
+}
 
 QString askRecipeName(Interaction &interaction, const QString &currentName,
                       const std::function<bool(const QString &)> &isTaken)

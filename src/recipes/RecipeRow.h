@@ -1,8 +1,7 @@
 #pragma once
 
+#include "composition/ComposedRecipe.h"
 #include "data/TypesAndRatings.h"
-
-#include <QString>
 
 #include <functional>
 #include <optional>
@@ -24,9 +23,16 @@ struct RecipeFields {
 
 // A recipe as it was shown before the user edited it.
 struct ShownRecipe {
-    qint64 key = 0; // 0 for a new recipe, whose fields do not count
+    qint64 key = 0; // 0 for a new recipe
     RecipeFields fields;
+    QList<IngredientLine> ingredients; // in the order shown
+    QStringList utensils; // in the order shown
+    bool AllVegetarian = false;
 };
+
+// Reads the current row of `recipes`, and the lines of its recipe from the two joins. Moves the
+// joins' cursors. Throws DatabaseError.
+ShownRecipe readRecipe(RecordCursor &recipes, RecordCursor &ingredients, RecordCursor &utensils);
 
 // Asks for the name of a recipe until the user enters a valid one or cancels, and shows an error
 // for each invalid one. Returns the name without the spaces around it; empty text if the user

@@ -4,7 +4,6 @@
 #include "composition/frmChangeUtensils.h"
 #include "data/Criterion.h"
 #include "data/Database.h"
-#include "data/DatabaseFunctions.h"
 #include "data/DatabasePath.h"
 #include "data/FieldValue.h"
 #include "data/TypesAndRatings.h"
@@ -16,23 +15,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-QString textOf(RecordCursor &cursor, QLatin1StringView field)
-{
-    return displayText(ValueOrDefault(cursor.value(field), QString()));
-}
-
-void setLockedLook(QWidget &edit, bool locked)
-{
-    QPalette palette;
-    if (locked)
-        palette.setBrush(QPalette::Base, edit.palette().window());
-    edit.setPalette(palette);
-}
-
-} // namespace
-
 frmRecipe::frmRecipe(Frame &frame)
     : ChildWindow(frame)
     , m_ui(std::make_unique<Ui::frmRecipe>())
@@ -41,6 +23,8 @@ frmRecipe::frmRecipe(Frame &frame)
     setCloseButton(m_ui->cmdDone);
     setAutoRepeatButtons({m_ui->cmdPrevious, m_ui->cmdNext});
     connectHandlers();
+    makeCopyable(*m_ui->lstIngredient);
+    makeCopyable(*m_ui->lstUtensils);
     LockFields(true);
 }
 
@@ -92,91 +76,72 @@ void frmRecipe::Form_Load()
     m_ui->cmbRating->setCurrentIndex(0);
 }
 
-void frmRecipe::openDataSources()
-{
-    m_sources.open();
-}
-
 void frmRecipe::Form_Activate()
 {
     const ReadTransaction snapshot(datRecipe.Database());
     m_sources.requery();
+    showCurrentRecipe();
+}
+
+void frmRecipe::setCurrentRecipeID(qint64 key)
+{
+    CurrentRecipeID = key;
+    if (frame().isActive(*this))
+        frame().boundary().run(title(), [this] { Form_Activate(); });
+}
+
+// Display
+
+void frmRecipe::showCurrentRecipe()
+{
     RecordCursor &recipes = datRecipe.Recordset();
     recipes.FindFirst(criterion("RecipeID"_L1, CurrentRecipeID));
     if (recipes.RecordCount() != 0)
         ShowRecipe();
 }
 
-// Display
-
 void frmRecipe::ShowRecipe()
 {
-    RecordCursor &recipe = datRecipe.Recordset();
-    CurrentRecipeID = ValueOrDefault(recipe.value("RecipeID"_L1), 0).toLongLong();
-    m_rowKey = CurrentRecipeID;
-    setRecipeName(textOf(recipe, "RecipeName"_L1));
-    m_ui->txtAuthor->showStored(textOf(recipe, "Author"_L1));
-    selectStored(*m_ui->cmbRecipeType,
-                 ValueOrDefault(recipe.value("RecipeType"_L1), defaultRecipeType));
-    m_ui->txtInstruction->setPlainText(textOf(recipe, "Instructions"_L1));
-    showUtensils();
-    selectStored(*m_ui->cmbRating, ValueOrDefault(recipe.value("Rating"_L1), defaultRating));
-    m_ui->txtServes->showStored(textOf(recipe, "Serves"_L1));
-    showIngredients();
-    RecipeDescription = textOf(recipe, "Description"_L1);
-
-    m_shownFields = fieldsOnScreen();
-    setRecipeChanged(false);
-    setMode(Mode::Reading);
+    display(readRecipe(datRecipe.Recordset(), datIngredients.Recordset(), datUtensils.Recordset()));
+    m_rowKey = m_shown->key;
 }
 
-void frmRecipe::showUtensils()
+void frmRecipe::display(const ShownRecipe &recipe)
 {
+    const RecipeFields &fields = recipe.fields;
+    if (m_shown && m_shown->key == recipe.key)
+        updateText(*m_ui->txtInstruction, fields.instructions);
+    else
+        m_ui->txtInstruction->setPlainText(fields.instructions);
+    setTitle(fields.name);
+    m_ui->txtAuthor->showStored(fields.author);
+    m_ui->cmbRecipeType->setCurrentIndex(fields.type);
+    m_ui->cmbRating->setCurrentIndex(fields.rating);
+    m_ui->txtServes->showStored(fields.serves);
+    RecipeDescription = fields.description;
     m_ui->lstUtensils->clear();
-    RecordCursor &utensils = datUtensils.Recordset();
-    const QString criteria = criterion("RecipeID"_L1, CurrentRecipeID);
-    for (utensils.FindFirst(criteria); !utensils.NoMatch(); utensils.FindNext(criteria))
-        m_ui->lstUtensils->addItem(textOf(utensils, "UtensilName"_L1));
-}
-
-void frmRecipe::showIngredients()
-{
+    m_ui->lstUtensils->addItems(recipe.utensils);
     m_ui->lstIngredient->clear();
-    m_ingredientLines.clear();
-    AllVegetarian = true;
-    RecordCursor &ingredients = datIngredients.Recordset();
-    const QString criteria = criterion("RecipeID"_L1, CurrentRecipeID);
-    for (ingredients.FindFirst(criteria); !ingredients.NoMatch(); ingredients.FindNext(criteria)) {
-        AllVegetarian =
-            AllVegetarian && ValueOrDefault(ingredients.value("Vegetarian"_L1), 0).toBool();
-        m_ingredientLines.append(
-            {textOf(ingredients, "IngredientName"_L1), textOf(ingredients, "Quantity"_L1)});
-        m_ui->lstIngredient->addItem(m_ingredientLines.constLast().text());
-    }
+    for (const IngredientLine &line : recipe.ingredients)
+        m_ui->lstIngredient->addItem(line.text());
+
+    m_shown = recipe;
+    m_shown->fields = fieldsOnScreen(); // which may differ from what is stored
+    CurrentRecipeID = recipe.key;
     showVegetarian();
+    setRecipeChanged(false);
+    m_ui->cmdDontSave->setEnabled(false);
 }
 
 void frmRecipe::showVegetarian()
 {
-    m_ui->chkVegetarian->setChecked(AllVegetarian);
-}
-
-void frmRecipe::setRecipeName(const QString &name)
-{
-    m_hasRecipe = true;
-    setTitle(name);
+    m_ui->chkVegetarian->setChecked(m_shown && m_shown->AllVegetarian);
 }
 
 void frmRecipe::setRecipeChanged(bool changed)
 {
     RecipeChanged = changed;
-    m_ui->cmdSave->setEnabled(changed);
-}
-
-void frmRecipe::setMode(Mode mode)
-{
-    m_mode = mode;
-    m_ui->cmdDontSave->setEnabled(mode == Mode::Editing);
+    setEnabledPassingFocus(*m_ui->cmdSave, changed, *m_ui->lstIngredient);
 }
 
 void frmRecipe::LockFields(bool locked)
@@ -187,19 +152,33 @@ void frmRecipe::LockFields(bool locked)
     if (locked) // QPlainTextEdit::setReadOnly() takes away the selection by keyboard
         m_ui->txtInstruction->setTextInteractionFlags(Qt::TextSelectableByMouse
                                                       | Qt::TextSelectableByKeyboard);
-    m_ui->cmdEdit->setEnabled(locked);
-    m_ui->cmdNew->setEnabled(locked);
+    setEnabledPassingFocus(*m_ui->cmdEdit, locked, *m_ui->txtAuthor);
+    setEnabledPassingFocus(*m_ui->cmdNew, locked, *m_ui->txtAuthor);
     m_ui->txtAuthor->setReadOnly(locked);
-    setLockedLook(*m_ui->txtServes, locked);
-    setLockedLook(*m_ui->txtInstruction, locked);
-    setLockedLook(*m_ui->txtAuthor, locked);
+    showLockedColors();
+}
+
+void frmRecipe::showLockedColors()
+{
+    const bool locked = m_ui->txtAuthor->isReadOnly();
+    showReadOnlyColors(*m_ui->txtAuthor, locked);
+    showReadOnlyColors(*m_ui->txtServes, locked);
+    showReadOnlyColors(*m_ui->txtInstruction, locked);
+}
+
+// The locked colours are made from the window's palette, which the desktop may change.
+void frmRecipe::changeEvent(QEvent *event)
+{
+    ChildWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        showLockedColors();
 }
 
 // Browsing and leaving
 
 bool frmRecipe::promptToSave()
 {
-    if (!RecipeChanged)
+    if (!RecipeChanged || !m_shown)
         return true;
     return !interaction().confirm(tr("Save Changes"),
                                   tr("Do you want to save changes to this recipe"))
@@ -234,14 +213,22 @@ void frmRecipe::cmdPrevious_Click()
 
 void frmRecipe::cmdDone_Click()
 {
-    if (!promptToSave())
-        return;
-    closeWindow();
+    if (promptToSave())
+        closeWindow();
+}
+
+bool frmRecipe::requireRecipe()
+{
+    if (!m_shown) {
+        interaction().showError(tr("Error"), tr("No recipe is open. Press New to start one."),
+                                Icon::Information);
+    }
+    return m_shown.has_value();
 }
 
 bool frmRecipe::saveForComposition()
 {
-    return m_hasRecipe && (!RecipeChanged || SaveRecipe());
+    return requireRecipe() && (!RecipeChanged || SaveRecipe());
 }
 
 void frmRecipe::cmdChangeIngredients_Click()
@@ -254,14 +241,6 @@ void frmRecipe::cmdChangeUtensils_Click()
 {
     if (saveForComposition())
         frame().show(frame().load<frmChangeUtensils>());
-}
-
-QStringList frmRecipe::utensilLines() const
-{
-    QStringList lines;
-    for (int row = 0; row < m_ui->lstUtensils->count(); ++row)
-        lines += m_ui->lstUtensils->item(row)->text();
-    return lines;
 }
 
 // Names and the description
@@ -288,53 +267,35 @@ void frmRecipe::cmdNew_Click()
         interaction(), {}, [this](const QString &answer) { return isTaken(answer, 0); });
     if (name.isEmpty())
         return;
-    setRecipeName(name);
-    m_ui->lstUtensils->clear();
-    m_ui->lstIngredient->clear();
-    m_ingredientLines.clear();
-    m_ui->txtInstruction->clear();
-    m_ui->txtAuthor->showStored({});
-    RecipeDescription.clear();
-    AllVegetarian = false;
-    showVegetarian();
-    CurrentRecipeID = 0;
-    m_shownFields = {};
-    m_ui->cmbRecipeType->setCurrentIndex(defaultRecipeType);
-    m_ui->cmbRating->setCurrentIndex(defaultRating);
-    m_ui->txtServes->showStored({});
-    LockFields(false);
+    ShownRecipe recipe;
+    recipe.fields.name = name;
+    display(recipe);
     m_ui->txtAuthor->setFocus();
+    LockFields(false);
     setRecipeChanged(true);
-    setMode(Mode::Editing);
+    m_ui->cmdDontSave->setEnabled(true);
 }
 
 void frmRecipe::cmdEdit_Click()
 {
+    if (!requireRecipe())
+        return;
     const QString name = askRecipeName(interaction(), title(), [this](const QString &answer) {
-        return isTaken(answer, CurrentRecipeID);
+        return isTaken(answer, m_shown->key);
     });
     if (name.isEmpty())
         return;
     if (name != title())
         setRecipeChanged(true);
-    setMode(Mode::Editing);
-    m_ui->txtAuthor->setFocus(); // before LockFields() disables Edit, which would pass it to Done
+    m_ui->cmdDontSave->setEnabled(true);
     LockFields(false);
-    setRecipeName(name);
-}
-
-QString frmRecipe::storedDescription()
-{
-    if (CurrentRecipeID == 0 || datRecipe.Recordset().RecordCount() == 0)
-        return {};
-    restoreRow();
-    return textOf(datRecipe.Recordset(), "Description"_L1);
+    setTitle(name);
 }
 
 void frmRecipe::cmdDescription_Click()
 {
-    const QString stored = storedDescription();
-    if (m_mode == Mode::Reading) {
+    const QString stored = m_shown ? m_shown->fields.description : QString();
+    if (!m_ui->cmdDontSave->isEnabled()) {
         interaction().show(
             {.text = stored.isEmpty() ? tr("None") : stored, .title = tr("Recipe Description")});
         return;
@@ -350,20 +311,11 @@ void frmRecipe::cmdDescription_Click()
 
 // Saving
 
-// The focus must not stay on Save: once disabled, the button passes it on to Done, which the next
-// Enter would press.
-void frmRecipe::cmdSave_Click()
-{
-    const bool hasFocus = m_ui->cmdSave->hasFocus();
-    if (SaveRecipe() && hasFocus)
-        m_ui->txtInstruction->setFocus();
-}
-
 // A stored text is accepted as it is.
 bool frmRecipe::isServesValid() const
 {
     const QString text = m_ui->txtServes->text();
-    return text == m_shownFields.serves || isNotNegative(text);
+    return (m_shown && text == m_shown->fields.serves) || isNotNegative(text);
 }
 
 RecipeFields frmRecipe::fieldsOnScreen() const
@@ -387,24 +339,22 @@ bool frmRecipe::SaveRecipe()
         m_ui->txtServes->setFocus();
         return false;
     }
-    RecordCursor &recipes = datRecipe.Recordset();
-    if (m_hasRecipe) {
+    if (m_shown) {
         const RecipeFields entered = fieldsOnScreen();
-        const auto key = storeRecipe(datRecipe, {CurrentRecipeID, m_shownFields}, entered);
+        const auto key = storeRecipe(datRecipe, *m_shown, entered);
         if (!key) {
             showRecipeNameTaken(interaction());
             return false;
         }
-        CurrentRecipeID = *key;
+        m_shown->key = *key;
+        m_shown->fields = entered;
         m_rowKey = *key;
-        m_shownFields = entered;
+        CurrentRecipeID = *key;
     }
-    recipes.Requery();
-    recipes.FindFirst(criterion("RecipeID"_L1, CurrentRecipeID));
-    if (recipes.RecordCount() != 0)
-        ShowRecipe();
     LockFields(true);
     setRecipeChanged(false);
-    setMode(Mode::Reading);
+    m_ui->cmdDontSave->setEnabled(false);
+    datRecipe.Recordset().Requery();
+    showCurrentRecipe();
     return true;
 }

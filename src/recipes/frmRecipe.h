@@ -6,6 +6,7 @@
 #include "recipes/RecipeRow.h"
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class frmRecipe;
@@ -21,30 +22,35 @@ public:
     explicit frmRecipe(Frame &frame);
     ~frmRecipe() override;
 
-    // The key of the recipe shown; 0 for a new one that is not stored yet. To show another recipe,
-    // set it after showing the window: the next activation shows that recipe.
-    qint64 CurrentRecipeID = 0;
+    // Shows the recipe with this key, or the first one if there is no such key: at once if the
+    // window is active, else when it is activated next. Unsaved changes are lost.
+    void setCurrentRecipeID(qint64 key);
 
-    qint64 recipeId() const override { return CurrentRecipeID; }
-    QList<IngredientLine> ingredientLines() const override { return m_ingredientLines; }
-    QStringList utensilLines() const override;
+    qint64 recipeId() const override { return m_shown ? m_shown->key : 0; }
+    QList<IngredientLine> ingredientLines() const override
+    {
+        return m_shown ? m_shown->ingredients : QList<IngredientLine>();
+    }
+    QStringList utensilLines() const override
+    {
+        return m_shown ? m_shown->utensils : QStringList();
+    }
 
 protected:
     void Form_Load() override;
-    void openDataSources() override;
+    void openDataSources() override { m_sources.open(); }
     void Form_Activate() override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    // Whether the description is shown or edited. The fields are locked separately: LockFields().
-    enum class Mode { Reading, Editing };
-
     void connectHandlers();
 
-    void ShowRecipe();
-    void showIngredients();
-    void showUtensils();
+    // They throw DatabaseError if not everything can be read; then nothing changes.
+    void showCurrentRecipe();
+    void ShowRecipe(); // the one in the current row of datRecipe
+
+    void display(const ShownRecipe &recipe);
     void showVegetarian();
-    void setRecipeName(const QString &name);
 
     void txtAuthor_Change() { setRecipeChanged(true); }
     void txtInstruction_Change() { setRecipeChanged(true); }
@@ -59,18 +65,18 @@ private:
     void cmdNext_Click();
     void cmdNew_Click();
     void cmdEdit_Click();
-    void cmdSave_Click();
+    void cmdSave_Click() { SaveRecipe(); }
     void cmdDone_Click();
 
     void setRecipeChanged(bool changed);
-    void setMode(Mode mode);
     void LockFields(bool locked);
-    QString storedDescription();
+    void showLockedColors();
 
     // Each returns whether the caller may go on; false if what was entered cannot be saved, which
     // the user has then been told. They throw DatabaseError if saving fails.
     bool SaveRecipe();
     bool promptToSave();
+    bool requireRecipe(); // false if no recipe is shown
     bool saveForComposition();
 
     bool isServesValid() const;
@@ -85,12 +91,9 @@ private:
     DataSource datIngredients{m_sources};
     DataSource datUtensils{m_sources};
 
-    bool RecipeChanged = false;
-    bool AllVegetarian = false;
-    QString RecipeDescription;
-    QList<IngredientLine> m_ingredientLines; // in the order shown
-    Mode m_mode = Mode::Editing; // until the first display
-    bool m_hasRecipe = false; // whether a stored or new recipe is shown
-    RecipeFields m_shownFields; // as ShowRecipe() left them; default for a new recipe
+    qint64 CurrentRecipeID = 0; // of the recipe that the next activation shows
+    std::optional<ShownRecipe> m_shown; // nullopt until a recipe is shown
     qint64 m_rowKey = 0; // of datRecipe's row: the recipe shown, or the last one before a new one
+    bool RecipeChanged = false;
+    QString RecipeDescription; // as it will be saved
 };

@@ -140,7 +140,7 @@ void frmRecipes::cmdView_Click()
     const QModelIndexList selected = m_ui->lvwRecipes->selectionModel()->selectedRows();
     auto &recipe = frame().load<frmRecipe>();
     frame().show(recipe);
-    recipe.CurrentRecipeID = m_recipes.recipeIdAt(selected.value(0).row());
+    recipe.setCurrentRecipeID(m_recipes.recipeIdAt(selected.value(0).row()));
 }
 
 void frmRecipes::cmdClose_Click()

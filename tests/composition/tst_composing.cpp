@@ -30,7 +30,7 @@ constexpr auto oldLinks = u"17|2|1 (large) can, 18|3|1 cup, 17|4|as much as a la
 template <class Editor>
 Editor &compose(WindowFixture &fixture)
 {
-    fixture.frame.load<frmRecipe>().CurrentRecipeID = 17;
+    fixture.frame.load<frmRecipe>().setCurrentRecipeID(17);
     fixture.open<frmRecipe>();
     return fixture.open<Editor>();
 }
@@ -88,7 +88,7 @@ private Q_SLOTS:
         for (auto *combo : editor.findChildren<QComboBox *>())
             combo->setCurrentIndex(0);
         auto &recipe = *fixture.frame.find<frmRecipe>();
-        recipe.CurrentRecipeID = 18; // the editor stores for its own recipe
+        recipe.setCurrentRecipeID(18); // the editor stores for its own recipe
         fixture.perform(editor, u"cmdAdd, cmdDone"_s);
         QVERIFY(!fixture.frame.find<frmChangeIngredients>());
         QCOMPARE(fixture.stored(allIngredients),

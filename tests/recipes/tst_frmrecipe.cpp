@@ -16,7 +16,7 @@ struct RecipeWindowFixture : WindowFixture {
         : WindowFixture(statements)
     {
         frame.show(form);
-        form.CurrentRecipeID = key;
+        form.setCurrentRecipeID(key);
         QCoreApplication::processEvents();
     }
 
@@ -187,13 +187,27 @@ private Q_SLOTS:
     void noRecipe()
     {
         RecipeWindowFixture fixture({}, 0);
-        fixture.perform(u"cmdNext, cmdPrevious, cmdChangeIngredients, cmdChangeUtensils"_s);
+        const MessageBox none =
+            WindowFixture::error(u"No recipe is open. Press New to start one."_s);
+        for (const QString &button :
+             {u"cmdEdit"_s, u"cmdChangeIngredients"_s, u"cmdChangeUtensils"_s}) {
+            fixture.interaction.expect(none);
+            fixture.perform(button);
+        }
+        fixture.perform(u"cmdNext, cmdPrevious, cmbRating 3, cmdNew "_s);
         QCOMPARE(fixture.form.title(), u"Recipe"_s);
         QCOMPARE(stateOf(fixture.form), u"locked dontsave save"_s);
         fixture.interaction.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
-        fixture.perform(u"cmdSave, cmdDescription, cmdNew x, cmdSave"_s);
+        fixture.perform(u"cmdSave, cmdDescription, cmdNew x"_s);
+        QCOMPARE(fixture.shown(), u"x||no|Misc||5 - Disaster|||"_s);
+        QCOMPARE(fixture.stored("SELECT * FROM Recipes"), QString());
+        fixture.perform(u"cmdSave"_s);
         QCOMPARE(fixture.stored("SELECT * FROM Recipes"), u"1|x|||0||5|0"_s);
-        QCOMPARE(fixture.form.CurrentRecipeID, 1);
+        QCOMPARE(fixture.form.recipeId(), 1);
+
+        RecipeWindowFixture left({}, 0);
+        left.perform(u"cmdDone"_s);
+        QVERIFY(!left.frame.find<frmRecipe>());
     }
 
     void names_data()
@@ -272,7 +286,7 @@ private Q_SLOTS:
             fixture.frame.show(fixture.form);
             QTRY_COMPARE(fixture.shown(), shown);
         }
-        QCOMPARE(fixture.form.CurrentRecipeID, 1);
+        QCOMPARE(fixture.form.recipeId(), 1);
     }
 
     void untouched_data()
@@ -385,7 +399,7 @@ private Q_SLOTS:
         fixture.perform(button);
         fixture.interaction.checkAllCame();
         QCOMPARE(fixture.shown(), entered);
-        QCOMPARE(fixture.form.CurrentRecipeID, 2);
+        QCOMPARE(fixture.form.recipeId(), 2);
         QCOMPARE(fixture.stored("SELECT * FROM Recipes"), before);
 
         fixture.sql(repair);

@@ -127,7 +127,7 @@ private Q_SLOTS:
         for (const int row : {0, 1}) {
             list.table.setCurrentIndex(list.table.model()->index(row, 0));
             press(list.form, u"cmdView"_s);
-            QCOMPARE(list.opened()->CurrentRecipeID, row + 1);
+            QCOMPARE(list.opened()->recipeId(), row + 1);
             press(*list.opened(), u"cmdDone"_s);
         }
     }
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QVERIFY(list.table.placeholderText().startsWith("No recipes yet."_L1));
         open(list);
         QVERIFY(list.opened());
-        QCOMPARE(list.opened()->CurrentRecipeID, 0);
+        QCOMPARE(list.opened()->recipeId(), 0);
     }
 
     void doubleClickInTheListBehind_data()
