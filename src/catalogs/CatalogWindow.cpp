@@ -1,29 +1,47 @@
 #include "catalogs/CatalogWindow.h"
 
 #include "data/Criterion.h"
+#include "data/Database.h"
 #include "data/DatabaseError.h"
 #include "data/DatabaseFunctions.h"
+#include "data/GeneralFuctions.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "widgets/LineEdit.h"
 #include "widgets/ListBox.h"
+#include "widgets/WarningFrame.h"
 
+#include <QLabel>
 #include <QPushButton>
+#include <QSignalBlocker>
 
-QStringList textsOf(RecordCursor &cursor, QLatin1StringView field)
+#include <algorithm>
+
+QList<ListBox::Row> namesOf(RecordCursor &cursor, QLatin1StringView keyField,
+                            QLatin1StringView nameField)
 {
     const RowSet &rows = cursor.rows();
-    const int column = rows.columnNumber(field);
-    QStringList texts;
-    texts.reserve(rows.size());
+    const int key = rows.columnNumber(keyField);
+    const int name = rows.columnNumber(nameField);
+    QList<ListBox::Row> names;
+    names.reserve(rows.size());
     for (qsizetype row = 0; row < rows.size(); ++row)
-        texts.append(toVariant(rows.cell(row, column)).toString());
-    return texts;
+        names.append({toVariant(rows.cell(row, name)).toString(),
+                      toVariant(rows.cell(row, key)).toLongLong()});
+    return names;
 }
 
 void CatalogWindow::setCatalog(const Catalog &catalog)
 {
     m_catalog = catalog;
+    m_catalog.others += {m_catalog.name, m_catalog.previous, m_catalog.next, m_catalog.newRow};
+    m_nameWarning = new WarningFrame(*m_catalog.name);
+    QSizePolicy policy = m_catalog.newMark->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_catalog.newMark->setSizePolicy(policy);
+    m_catalog.newMark->setForegroundRole(QPalette::PlaceholderText);
+    enableControls();
+
     setDefaultButton(m_catalog.save);
     setAutoRepeatButtons({m_catalog.previous, m_catalog.next});
     using Window = CatalogWindow;
@@ -55,54 +73,98 @@ void CatalogWindow::Form_Activate()
 
 void CatalogWindow::refresh()
 {
-    if (!m_changed)
+    if (!m_changed || !m_isRead)
         Form_Activate();
 }
 
 void CatalogWindow::fillList()
 {
-    m_catalog.list->setTexts({});
-    m_sources.requery();
-    m_catalog.list->setTexts(textsOf(rows(), m_catalog.nameField));
-    if (rows().RecordCount() == 0 && m_currentId != 0)
+    QList<ListBox::Row> names;
+    try {
+        m_sources.requery();
+        names = namesOf(rows(), m_catalog.keyField, m_catalog.nameField);
+    } catch (const DatabaseError &) {
+        setRead(false);
+        throw;
+    }
+    m_catalog.list->setRows(names);
+    setRead(true);
+    if (names.isEmpty() && m_currentId != 0)
         showNew();
 }
 
-void CatalogWindow::goToSelected()
+// A disabled control would pass the focus on to Done, which the next Enter would press.
+void CatalogWindow::setRead(bool isRead)
 {
-    rows().FindFirst(
-        criterion(m_catalog.nameField, Comparison::Equal, m_catalog.list->selectedText()));
+    m_isRead = isRead;
+    if (!isRead) {
+        m_catalog.list->showUnavailable(m_catalog.unreadText);
+        m_catalog.list->setFocus();
+    }
+    enableControls();
 }
 
-void CatalogWindow::goToShown()
+void CatalogWindow::enableControls()
 {
-    rows().FindFirst(criterion(m_catalog.keyField, m_currentId));
+    for (QWidget *control : std::as_const(m_catalog.others))
+        control->setEnabled(m_isRead);
+    m_catalog.save->setEnabled(m_isRead && m_changed);
+    m_catalog.newMark->setVisible(m_isRead && m_currentId == 0);
+}
+
+// For rows that another program has added: keeps the selection and what is on the screen.
+void CatalogWindow::listAgain()
+{
+    ListBox &list = *m_catalog.list;
+    const QSignalBlocker blocker(list);
+    const qint64 selected = list.selectedKey();
+    list.setRows(namesOf(rows(), m_catalog.keyField, m_catalog.nameField));
+    list.selectRow(list.rowOf(selected));
+}
+
+void CatalogWindow::goTo(qint64 key)
+{
+    rows().FindFirst(criterion(m_catalog.keyField, key));
     if (rows().NoMatch())
         throw RowNotFound();
 }
 
-int CatalogWindow::shownRow() const
+void CatalogWindow::withRow(const std::function<void()> &action)
 {
-    const RowSet &catalog = rows().rows();
-    const int column = catalog.columnNumber(m_catalog.keyField);
-    for (qsizetype row = 0; row < catalog.size(); ++row) {
-        if (catalog.cell(row, column) == Cell(m_currentId))
-            return static_cast<int>(row);
+    try {
+        action();
+    } catch (const RowNotFound &) {
+        Form_Activate();
+        throw;
     }
-    return -1;
 }
 
 void CatalogWindow::showKeyAndName()
 {
-    m_currentId = ValueOrDefault(rows().value(m_catalog.keyField), 0).toLongLong();
     m_catalog.name->showStored(
         ValueOrDefault(rows().value(m_catalog.nameField), QString()).toString());
+    m_nameWarning->showReason({});
+    setCurrentId(ValueOrDefault(rows().value(m_catalog.keyField), 0).toLongLong());
 }
 
 void CatalogWindow::showNew()
 {
-    m_currentId = 0;
     m_catalog.name->showStored({});
+    m_nameWarning->showReason({});
+    setCurrentId(0);
+    setShown();
+}
+
+void CatalogWindow::setCurrentId(qint64 key)
+{
+    m_currentId = key;
+    m_catalog.name->setAccessibleDescription(key == 0 ? m_catalog.newMark->text() : QString());
+    enableControls();
+}
+
+void CatalogWindow::setShown()
+{
+    m_shown = fieldsOnScreen();
     setChanged(false);
 }
 
@@ -111,7 +173,24 @@ void CatalogWindow::showNew()
 void CatalogWindow::setChanged(bool changed)
 {
     m_changed = changed;
-    m_catalog.save->setEnabled(changed);
+    enableControls();
+}
+
+QVariant CatalogWindow::shownValue(QLatin1StringView column) const
+{
+    const auto found = std::find_if(m_shown.begin(), m_shown.end(), [column](const Field &field) {
+        return field.column == column;
+    });
+    return found == m_shown.end() ? QVariant() : found->shown;
+}
+
+bool CatalogWindow::isEdited() const
+{
+    const Fields entered = fieldsOnScreen();
+    return m_currentId == 0
+        || std::any_of(entered.begin(), entered.end(), [this](const Field &field) {
+               return field.shown != shownValue(field.column);
+           });
 }
 
 void CatalogWindow::offerToSave()
@@ -155,33 +234,72 @@ void CatalogWindow::cmdSave_Click()
     m_catalog.list->setFocus();
 }
 
-void CatalogWindow::store()
+QString CatalogWindow::reasonNameIsInvalid() const
 {
-    try {
-        write();
-    } catch (const RowNotFound &) {
-        Form_Activate();
-        throw;
-    }
-    fillList();
-    m_catalog.list->selectRow(shownRow());
-    setChanged(false);
+    const QString name = m_catalog.name->text();
+    if (trimSpaces(name).isEmpty())
+        return tr("Not saved: type a name first.");
+    if (ContainsInvalidChars(name).isEmpty())
+        return tr("Not saved: a name cannot contain any of \\ / : * ? \" ' < > | ( )");
+    return {};
 }
 
-void CatalogWindow::write()
+void CatalogWindow::store()
+{
+    const QString reason = reasonNameIsInvalid();
+    m_nameWarning->showReason(reason);
+    const bool areOthersValid = checkFields();
+    if (!reason.isEmpty() || !areOthersValid)
+        return;
+
+    std::optional<qint64> key;
+    withRow([&] { key = storeRow(); });
+    if (!key) {
+        listAgain();
+        return;
+    }
+    setCurrentId(*key);
+    setShown();
+    fillList();
+    m_catalog.list->selectRow(m_catalog.list->rowOf(*key));
+}
+
+// Returns the row's key, or nothing if another row has the name.
+std::optional<qint64> CatalogWindow::storeRow()
+{
+    Transaction transaction(m_catalog.source->Database());
+    rows().Requery(); // another program may have taken the name or deleted the row
+    const QString reason = reasonNameIsTaken(rows());
+    m_nameWarning->showReason(reason);
+    if (!reason.isEmpty())
+        return {};
+    const qint64 key = write();
+    transaction.commit();
+    return key;
+}
+
+// In the row of a stored entry only those columns are written that the user has changed or that are
+// null. The others may have been changed by another program.
+qint64 CatalogWindow::write()
 {
     RecordCursor &row = rows();
-    const bool isNew = m_currentId == 0;
-    if (isNew) {
+    Fields fields = fieldsOnScreen();
+    if (m_currentId == 0) {
         row.AddNew();
     } else {
-        goToShown();
+        goTo(m_currentId);
+        fields.removeIf([&](const Field &field) {
+            return field.shown == shownValue(field.column) && row.value(field.column).isValid();
+        });
+        if (fields.isEmpty())
+            return m_currentId;
         row.Edit();
     }
-    setFields(row, isNew);
+    for (const Field &field : std::as_const(fields))
+        row.setValue(field.column, field.stored);
     row.Update();
-    if (isNew) {
-        row.MoveLast();
-        m_currentId = row.value(m_catalog.keyField).toLongLong();
-    }
+    if (m_currentId != 0)
+        return m_currentId;
+    row.MoveLast();
+    return row.value(m_catalog.keyField).toLongLong();
 }

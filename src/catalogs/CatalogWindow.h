@@ -2,16 +2,24 @@
 
 #include "data/DataSource.h"
 #include "frame/ChildWindow.h"
+#include "widgets/ListBox.h"
+
+#include <functional>
+#include <optional>
 
 class LineEdit;
 class ListBox;
+class QLabel;
 class QPushButton;
+class WarningFrame;
 
-// Returns the field's text of every row, in the cursor's order. Reads; throws DatabaseError.
-QStringList textsOf(RecordCursor &rows, QLatin1StringView field);
+// Returns the name and the key of every row, in the cursor's order. Reads; throws DatabaseError.
+QList<ListBox::Row> namesOf(RecordCursor &rows, QLatin1StringView keyField,
+                            QLatin1StringView nameField);
 
 // The base of both catalogs: a list of all rows of a table, and the fields of the selected row or
-// of a new one. A catalog keeps the activation until its Done.
+// of a new one. A catalog keeps the activation until its Done. Until its table has been read, its
+// controls are disabled.
 class CatalogWindow : public ChildWindow
 {
     Q_OBJECT
@@ -22,14 +30,25 @@ protected:
         DataSource *source = nullptr;
         QLatin1StringView keyField;
         QLatin1StringView nameField;
-        ListBox *list = nullptr; // row n of the list is row n of the source
+        ListBox *list = nullptr;
         LineEdit *name = nullptr;
+        QLabel *newMark = nullptr; // shown beside a new row
         QPushButton *previous = nullptr;
         QPushButton *next = nullptr;
         QPushButton *newRow = nullptr;
         QPushButton *save = nullptr; // becomes the default button
+        QList<QWidget *> others{}; // the other controls that need a row
+        QString unreadText; // in the place of the list if it could not be read
         QString saveQuestion;
     };
+
+    // A column, what the window shows of it, and what it stores for that.
+    struct Field {
+        QLatin1StringView column;
+        QVariant shown;
+        QVariant stored;
+    };
+    using Fields = QList<Field>;
 
     using ChildWindow::ChildWindow;
     void setCatalog(const Catalog &catalog); // to be called once, by the constructor
@@ -37,27 +56,35 @@ protected:
     DataSources &sources() { return m_sources; } // for the declaration of the catalog's source
     void openDataSources() final;
     void Form_Activate() final;
-    void refresh() final; // unless there are unsaved changes
+    void refresh() final; // unless there are unsaved changes of rows that have been read
     bool keepsActivationFrom(const ChildWindow & /*next*/) const noexcept final { return true; }
 
     virtual void showNew(); // an override empties its own fields, then calls this one
     virtual void save() = 0; // stores what is valid; refuses anything else without a message
-    // Sets the edited fields in the row that is being stored.
-    virtual void setFields(RecordCursor &row, bool isNew) = 0;
+    virtual Fields fieldsOnScreen() const = 0;
+    // Whether the fields beside the name are valid; marks those that are not.
+    virtual bool checkFields() { return true; }
+    // Why no row may get the name that has been entered, for the catalog as it is now; empty if it
+    // may. Moves the cursor to the row that has the name.
+    virtual QString reasonNameIsTaken(RecordCursor &rows) = 0;
 
     qint64 currentId() const { return m_currentId; } // key of the shown row; 0 for a new one
+    QVariant shownValue(QLatin1StringView column) const; // before the user edited it
+    bool isEdited() const; // whether there is anything to store
     void setChanged(bool changed);
 
     // Reads the table again and lists it without selecting a row. If it is empty, shows a new row.
     void fillList();
-    void goToSelected(); // moves the cursor to the row that is selected in the list
-    void goToShown(); // moves the cursor to the shown row; throws RowNotFound
-    int shownRow() const; // number of the shown row in the list, from 0; -1 if it is gone
-    void showKeyAndName(); // of the cursor's row
+    void goTo(qint64 key); // moves the cursor; throws RowNotFound
+    void showKeyAndName(); // of the cursor's row; the other fields follow, then setShown()
+    void setShown(); // what is on the screen now is not edited yet
     void offerToSave();
-    // Stores the fields, then lists the table again and selects the stored row. If the row is gone,
-    // shows the table as it is now and throws RowNotFound.
+    // Stores the fields, then lists the table again and selects the stored row. Stores nothing and
+    // marks the field if one is not valid.
     void store();
+    // Runs the action. If the row that it needs is gone, shows the table as it is now and throws
+    // RowNotFound.
+    void withRow(const std::function<void()> &action);
 
 private:
     void cmdPrevious_Click();
@@ -66,11 +93,20 @@ private:
     void cmdSave_Click();
 
     RecordCursor &rows() const;
+    void setRead(bool isRead);
+    void enableControls();
+    void setCurrentId(qint64 key);
+    void listAgain();
     void step(int by);
-    void write();
+    QString reasonNameIsInvalid() const;
+    std::optional<qint64> storeRow();
+    qint64 write();
 
     DataSources m_sources;
     Catalog m_catalog;
+    WarningFrame *m_nameWarning = nullptr;
+    Fields m_shown;
     qint64 m_currentId = 0;
+    bool m_isRead = false;
     bool m_changed = false;
 };

@@ -11,6 +11,7 @@
 #include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
 #include "widgets/StandardWidgets.h"
+#include "widgets/WarningFrame.h"
 
 #include <algorithm>
 
@@ -20,6 +21,9 @@ namespace {
 
 constexpr auto keyField = "IngredientID"_L1;
 constexpr auto nameField = "IngredientName"_L1;
+constexpr auto typeField = "IngredientType"_L1;
+constexpr auto shelfLifeField = "ShelfLife"_L1;
+constexpr auto vegetarianField = "Vegetarian"_L1;
 
 } // namespace
 
@@ -33,11 +37,15 @@ frmIngredient::frmIngredient(Frame &frame)
                 .nameField = nameField,
                 .list = m_ui->lstIngredients,
                 .name = m_ui->txtIngredient,
+                .newMark = m_ui->lblNew,
                 .previous = m_ui->cmdPrevious,
                 .next = m_ui->cmdNext,
                 .newRow = m_ui->cmdNew,
                 .save = m_ui->cmdSave,
+                .others = {m_ui->cmbType, m_ui->txtShelfLife, m_ui->chkVegetarian, m_ui->cmdDelete},
+                .unreadText = tr("The ingredients could not be read. Press F6 to read them again."),
                 .saveQuestion = tr("Do you want to save changes to this ingredient")});
+    m_shelfLifeWarning = new WarningFrame(*m_ui->txtShelfLife);
     setCancelButton(m_ui->cmdDone);
     setCloseButton(m_ui->cmdDone);
     connectHandlers();
@@ -70,7 +78,7 @@ void frmIngredient::Form_Load()
 
 void frmIngredient::lstIngredients_Click()
 {
-    goToSelected();
+    withRow([this] { goTo(m_ui->lstIngredients->selectedKey()); });
     ShowIngredient();
 }
 
@@ -78,20 +86,24 @@ void frmIngredient::ShowIngredient()
 {
     showKeyAndName();
     RecordCursor &row = datIngredients.Recordset();
-    selectStored(*m_ui->cmbType, ValueOrDefault(row.value("IngredientType"_L1), 0));
-    m_shownShelfLife = displayText(ValueOrDefault(row.value("ShelfLife"_L1), 0));
-    m_ui->txtShelfLife->showStored(m_shownShelfLife);
-    m_ui->chkVegetarian->setChecked(ValueOrDefault(row.value("Vegetarian"_L1), false).toBool());
-    setChanged(false);
+    selectStored(*m_ui->cmbType, ValueOrDefault(row.value(typeField), 0));
+    showShelfLife(displayText(ValueOrDefault(row.value(shelfLifeField), 0)));
+    m_ui->chkVegetarian->setChecked(ValueOrDefault(row.value(vegetarianField), false).toBool());
+    setShown();
 }
 
 // Keeps the type, since several ingredients of one type are often entered one after the other.
 void frmIngredient::showNew()
 {
-    m_shownShelfLife = u"0"_s;
-    m_ui->txtShelfLife->showStored(m_shownShelfLife);
+    showShelfLife(u"0"_s);
     m_ui->chkVegetarian->setChecked(false);
     CatalogWindow::showNew();
+}
+
+void frmIngredient::showShelfLife(const QString &days)
+{
+    m_ui->txtShelfLife->showStored(days);
+    m_shelfLifeWarning->showReason({});
 }
 
 // Editing
@@ -129,35 +141,39 @@ void frmIngredient::cmdDone_Click()
 
 // Storing and deleting
 
-bool frmIngredient::isRefused()
-{
-    const QString name = m_ui->txtIngredient->text();
-    if (trimSpaces(name).isEmpty() || ContainsInvalidChars(name).isEmpty())
-        return true;
-    const QString shelfLife = m_ui->txtShelfLife->text();
-    if (shelfLife != m_shownShelfLife && !isNotNegative(shelfLife))
-        return true;
-
-    RecordCursor &rows = datIngredients.Recordset();
-    rows.FindFirst(criterion(nameField, Comparison::Like, name));
-    return !rows.NoMatch() && (currentId() == 0 || rows.value(keyField) != currentId());
-}
-
 void frmIngredient::SaveIngredient()
 {
-    if (!isRefused())
-        store();
+    store();
 }
 
-void frmIngredient::setFields(RecordCursor &row, bool isNew)
+// Without a selection the stored type is none of the list. It is kept, since it is not edited.
+CatalogWindow::Fields frmIngredient::fieldsOnScreen() const
 {
-    row.setValue(nameField, m_ui->txtIngredient->text());
-    // Without a selection the stored type is none of the list, and is kept.
-    if (isNew || m_ui->cmbType->currentIndex() >= 0)
-        row.setValue("IngredientType"_L1, m_ui->cmbType->currentIndex());
-    if (isNew || m_ui->txtShelfLife->text() != m_shownShelfLife)
-        row.setValue("ShelfLife"_L1, ValueOrDefault(m_ui->txtShelfLife->text(), 0));
-    row.setValue("Vegetarian"_L1, m_ui->chkVegetarian->isChecked());
+    const QString name = m_ui->txtIngredient->text();
+    const int type = m_ui->cmbType->currentIndex();
+    const QString shelfLife = m_ui->txtShelfLife->text();
+    const bool isVegetarian = m_ui->chkVegetarian->isChecked();
+    return {{nameField, name, name},
+            {typeField, type, type},
+            {shelfLifeField, shelfLife, ValueOrDefault(shelfLife, 0)},
+            {vegetarianField, isVegetarian, isVegetarian}};
+}
+
+bool frmIngredient::checkFields()
+{
+    const QString days = m_ui->txtShelfLife->text();
+    const bool isValid = days == shownValue(shelfLifeField).toString() || isNotNegative(days);
+    m_shelfLifeWarning->showReason(
+        isValid ? QString() : tr("Not saved: the shelf life must be a number, 0 or more."));
+    return isValid;
+}
+
+QString frmIngredient::reasonNameIsTaken(RecordCursor &rows)
+{
+    rows.FindFirst(criterion(nameField, Comparison::Like, m_ui->txtIngredient->text()));
+    if (rows.NoMatch() || (currentId() != 0 && rows.value(keyField) == currentId()))
+        return {};
+    return tr("Not saved: another ingredient has this name.");
 }
 
 void frmIngredient::cmdDelete_Click()
@@ -176,15 +192,12 @@ void frmIngredient::cmdDelete_Click()
 
 void frmIngredient::deleteIngredient()
 {
-    RecordCursor &rows = datIngredients.Recordset();
-    const int row = shownRow();
-    try {
-        goToShown();
-        rows.Delete();
-    } catch (const RowNotFound &) {
-        Form_Activate();
-        throw;
-    }
+    ListBox &list = *m_ui->lstIngredients;
+    const int row = list.rowOf(currentId());
+    withRow([this] {
+        goTo(currentId());
+        datIngredients.Recordset().Delete();
+    });
     fillList();
-    m_ui->lstIngredients->selectRow(std::min(row, m_ui->lstIngredients->count() - 1));
+    list.selectRow(std::min(row, list.count() - 1));
 }

@@ -23,7 +23,9 @@ protected:
     QByteArrayView compositionEditor() const override { return "frmChangeIngredients"; }
     void showNew() override;
     void save() override { SaveIngredient(); }
-    void setFields(RecordCursor &row, bool isNew) override;
+    Fields fieldsOnScreen() const override;
+    bool checkFields() override;
+    QString reasonNameIsTaken(RecordCursor &rows) override;
 
 private:
     void lstIngredients_Click();
@@ -37,11 +39,11 @@ private:
 
     void connectHandlers();
     void ShowIngredient();
-    bool isRefused();
+    void showShelfLife(const QString &days);
     void SaveIngredient();
     void deleteIngredient();
 
     std::unique_ptr<Ui::frmIngredient> m_ui;
     DataSource datIngredients{sources()};
-    QString m_shownShelfLife; // if it has not been edited, the stored value is kept
+    WarningFrame *m_shelfLifeWarning = nullptr;
 };

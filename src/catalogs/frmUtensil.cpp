@@ -19,10 +19,12 @@ frmUtensil::frmUtensil(Frame &frame)
                 .nameField = nameField,
                 .list = m_ui->lstUtensils,
                 .name = m_ui->txtUtensilName,
+                .newMark = m_ui->lblNew,
                 .previous = m_ui->cmdPrevious,
                 .next = m_ui->cmdNext,
                 .newRow = m_ui->cmdNew,
                 .save = m_ui->cmdSave,
+                .unreadText = tr("The utensils could not be read. Press F7 to read them again."),
                 .saveQuestion = tr("Do you want to save changes to this utensil")});
     setCloseButton(m_ui->cmdDone);
 
@@ -44,14 +46,14 @@ void frmUtensil::Form_Load()
 
 void frmUtensil::lstUtensils_Click()
 {
-    goToSelected();
+    withRow([this] { goTo(m_ui->lstUtensils->selectedKey()); });
     ShowUtensil();
 }
 
 void frmUtensil::ShowUtensil()
 {
     showKeyAndName();
-    setChanged(false);
+    setShown();
 }
 
 // Editing
@@ -68,28 +70,29 @@ void frmUtensil::cmdDone_Click()
 
 // Storing
 
-// The name is stored without the spaces around it, so both forms must be new to the catalog.
-bool frmUtensil::isRefused()
-{
-    const QString typed = m_ui->txtUtensilName->text();
-    const QString stored = trimSpaces(typed).toString();
-    if (stored.isEmpty() || ContainsInvalidChars(typed).isEmpty())
-        return true;
-    RecordCursor &rows = datUtensil.Recordset();
-    rows.FindFirst(criterion(nameField, Comparison::Like, typed));
-    if (rows.NoMatch())
-        rows.FindFirst(criterion(nameField, Comparison::Like, stored));
-    return !rows.NoMatch();
-}
-
+// Saving a utensil under its own name stores nothing and is nothing to warn of.
 void frmUtensil::SaveUtensil()
 {
-    if (!isRefused())
+    if (isEdited())
         store();
     setChanged(false);
 }
 
-void frmUtensil::setFields(RecordCursor &row, bool /*isNew*/)
+CatalogWindow::Fields frmUtensil::fieldsOnScreen() const
 {
-    row.setValue(nameField, trimSpaces(m_ui->txtUtensilName->text()).toString());
+    const QString name = m_ui->txtUtensilName->text();
+    return {{nameField, name, trimSpaces(name).toString()}};
+}
+
+// The name is stored without the spaces around it, so both forms must be new to the catalog.
+QString frmUtensil::reasonNameIsTaken(RecordCursor &rows)
+{
+    const QString typed = m_ui->txtUtensilName->text();
+    rows.FindFirst(criterion(nameField, Comparison::Like, typed));
+    if (rows.NoMatch())
+        rows.FindFirst(criterion(nameField, Comparison::Like, trimSpaces(typed).toString()));
+    if (rows.NoMatch())
+        return {};
+    return tr("Not saved: a utensil has this name. To change only its capital letters, save it "
+              "under a different name first.");
 }

@@ -21,7 +21,8 @@ protected:
     void Form_Load() override;
     QByteArrayView compositionEditor() const override { return "frmChangeUtensils"; }
     void save() override { SaveUtensil(); }
-    void setFields(RecordCursor &row, bool isNew) override;
+    Fields fieldsOnScreen() const override;
+    QString reasonNameIsTaken(RecordCursor &rows) override;
 
 private:
     void lstUtensils_Click();
@@ -29,7 +30,6 @@ private:
     void cmdDone_Click();
 
     void ShowUtensil();
-    bool isRefused();
     void SaveUtensil();
 
     std::unique_ptr<Ui::frmUtensil> m_ui;

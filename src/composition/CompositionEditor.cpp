@@ -8,7 +8,6 @@
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"
-#include "widgets/ListBox.h"
 
 #include <QPushButton>
 #include <QShortcut>
@@ -54,11 +53,53 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 
 void CompositionEditor::readCatalog()
 {
-    m_composition.catalogList->setTexts({});
+    m_composition.catalogList->showUnavailable(m_composition.unreadText);
     const ReadTransaction snapshot(m_composition.catalog->Database());
     m_sources.requery();
-    m_composition.catalogList->setTexts(
-        textsOf(m_composition.catalog->Recordset(), m_composition.nameField));
+    m_composition.catalogList->setRows(namesOf(m_composition.catalog->Recordset(),
+                                               m_composition.keyField, m_composition.nameField));
+    findKeys();
+}
+
+// The recipe window gives no keys. Its lines are in the order of the recipe's link rows, which have
+// them. If another program has changed these since, the names decide.
+void CompositionEditor::findKeys()
+{
+    if (m_keysAreKnown)
+        return;
+    RecordCursor &links = m_composition.lines->Recordset();
+    RecordCursor &catalog = m_composition.catalog->Recordset();
+    QList<ListBox::Row> linked;
+    const QString criteria = criterion("RecipeID"_L1, m_recipeId);
+    for (links.FindFirst(criteria); !links.NoMatch(); links.FindNext(criteria)) {
+        const qint64 key = links.value(m_composition.keyField).toLongLong();
+        catalog.FindFirst(criterion(m_composition.keyField, key));
+        if (!catalog.NoMatch())
+            linked.append({catalog.value(m_composition.nameField).toString(), key});
+    }
+    const QStringList used = names();
+    for (int line = 0; line < used.size(); ++line) {
+        const bool isLinked = line < linked.size() && linked[line].text == used[line];
+        m_composition.lineList->setKeyAt(line,
+                                         isLinked ? linked[line].key : keyInCatalog(0, used[line]));
+    }
+    m_keysAreKnown = true;
+}
+
+// Returns the entry's key if it is still in the catalog, else the key of the entry that has the
+// name now, or 0. Moves the catalog's cursor.
+qint64 CompositionEditor::keyInCatalog(qint64 key, const QString &name)
+{
+    RecordCursor &catalog = m_composition.catalog->Recordset();
+    catalog.FindFirst(criterion(m_composition.keyField, key));
+    if (catalog.NoMatch())
+        catalog.FindFirst(criterion(m_composition.nameField, Comparison::Equal, name));
+    return catalog.NoMatch() ? 0 : catalog.value(m_composition.keyField).toLongLong();
+}
+
+bool CompositionEditor::isListed(const ListBox::Row &entry) const
+{
+    return names().contains(entry.text) || m_composition.lineList->rowOf(entry.key) >= 0;
 }
 
 void CompositionEditor::cmdAdd_Click()
@@ -84,17 +125,15 @@ void CompositionEditor::cmdDone_Click()
 QStringList CompositionEditor::writeBack()
 {
     Transaction transaction(m_composition.lines->Database());
-    RecordCursor &catalog = m_composition.catalog->Recordset();
-    catalog.Requery();
+    m_sources.requery();
+    findKeys();
     const QStringList used = names();
-    QList<QVariant> ids;
+    QList<qint64> keys;
     QStringList missing;
-    for (qsizetype line = 0; line < used.size(); ++line) {
-        catalog.FindFirst(criterion(m_composition.nameField, Comparison::Equal, used[line]));
-        if (catalog.NoMatch())
+    for (int line = 0; line < used.size(); ++line) {
+        keys += keyInCatalog(m_composition.lineList->keyAt(line), used[line]);
+        if (keys.last() == 0)
             missing += m_composition.lineList->texts()[line];
-        else
-            ids += catalog.value(m_composition.keyField);
     }
     if (!missing.isEmpty())
         return missing;
@@ -103,11 +142,11 @@ QStringList CompositionEditor::writeBack()
         u"DELETE %1.* From %1 WHERE (((%1.RecipeID)=%2))"_s.arg(m_composition.lines->RecordSource)
             .arg(m_recipeId));
     RecordCursor &rows = m_composition.lines->Recordset();
-    for (qsizetype line = 0; line < ids.size(); ++line) {
+    for (qsizetype line = 0; line < keys.size(); ++line) {
         rows.AddNew();
         rows.setValue("RecipeID"_L1, m_recipeId);
         setFields(rows, line);
-        rows.setValue(m_composition.keyField, ids[line]);
+        rows.setValue(m_composition.keyField, keys[line]);
         rows.Update();
     }
     transaction.commit();

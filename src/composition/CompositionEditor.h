@@ -2,14 +2,15 @@
 
 #include "data/DataSource.h"
 #include "frame/ChildWindow.h"
+#include "widgets/ListBox.h"
 
 class ComposedRecipe;
-class ListBox;
 class QPushButton;
 
 // The base of both composition editors. When an editor is loaded, it copies the lines and the key
-// of the recipe shown; Done stores the lines for that key. An editor keeps the activation unless a
-// catalog is to get it.
+// of the recipe shown; Done stores the lines for that key. A line remembers its entry of the
+// catalog, which may be renamed before Done. An editor keeps the activation unless a catalog is to
+// get it.
 class CompositionEditor : public ChildWindow
 {
     Q_OBJECT
@@ -27,6 +28,7 @@ protected:
         QPushButton *remove = nullptr; // the Delete key in the list of lines does the same
         QPushButton *cancel = nullptr;
         QPushButton *done = nullptr;
+        QString unreadText; // in the place of the catalog if it could not be read
         QString missingText; // error text; %1 is replaced by the lines that the catalog lacks
     };
 
@@ -39,7 +41,7 @@ protected:
 
     virtual void addSelected() = 0;
     virtual void cmdRemove_Click() = 0;
-    virtual QStringList names() const = 0; // in the catalog; one for each line, in their order
+    virtual QStringList names() const = 0; // of the lines, in their order
     // Sets what a link row stores beside the keys.
     virtual void setFields(RecordCursor & /*row*/, qsizetype /*line*/) const { }
 
@@ -49,15 +51,21 @@ protected:
 
     void readCatalog(); // requeries both sources and lists the catalog's names
 
+    // Whether a line has this name or is the same entry of the catalog under an earlier name.
+    bool isListed(const ListBox::Row &entry) const;
+
 private:
     void cmdAdd_Click();
     void cmdCancel_Click();
     void cmdDone_Click();
 
-    QStringList writeBack(); // returns the lines whose names the catalog lacks; empty if all stored
+    void findKeys();
+    qint64 keyInCatalog(qint64 key, const QString &name);
+    QStringList writeBack(); // returns the lines that the catalog lacks; empty if all stored
     void showMissing(const QStringList &missing);
 
     DataSources m_sources;
     Composition m_composition;
     qint64 m_recipeId = 0;
+    bool m_keysAreKnown = false; // of the lines that the recipe had when the editor was loaded
 };

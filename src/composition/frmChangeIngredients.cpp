@@ -8,17 +8,29 @@
 #include "ui_frmChangeIngredients.h"
 #include "widgets/LineEdit.h"
 
-#include <algorithm>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// Amounts, units and preparations become part of a stored text, so they are never translated.
 QStringList amounts()
 {
     return {{},         u"1/8"_s,   u"1/4"_s,   u"1/3"_s,   u"1/2"_s,   u"2/3"_s,   u"3/4"_s,
             u"1"_s,     u"1 1/4"_s, u"1 1/2"_s, u"1 3/4"_s, u"2"_s,     u"2 1/2"_s, u"3"_s,
             u"3 1/2"_s, u"4"_s,     u"4 1/2"_s, u"5"_s,     u"5 1/2"_s, u"6"_s};
+}
+
+QStringList units()
+{
+    return {{},         u"tsp"_s,      u"tbsp"_s,  u"cup"_s,   u"ml"_s,       u"L"_s,
+            u"oz"_s,    u"fl oz"_s,    u"quart"_s, u"gram"_s,  u"kilogram"_s, u"lb"_s,
+            u"pinch"_s, u"handfull"_s, u"dash"_s,  u"sprig"_s, u"clove"_s};
+}
+
+QStringList preparations()
+{
+    return {{},         u"chopped"_s, u"diced"_s,  u"sliced"_s,
+            u"cubed"_s, u"ground"_s,  u"minced"_s, u"grated"_s};
 }
 
 void fill(QComboBox &combo, const QStringList &entries, const QString &selected)
@@ -50,33 +62,20 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
+         .unreadText = tr("The catalog could not be read."),
          .missingText =
              tr("These ingredients are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Ingredient, or remove their lines.")});
     connect(m_ui->cmdAddIngredient, &QPushButton::clicked, this,
             &frmChangeIngredients::cmdAddIngredient_Click);
-    m_ui->lstIngredients->setFocus(); // first in tab order, but not the first child widget
 }
 
 frmChangeIngredients::~frmChangeIngredients() = default;
 
-QStringList frmChangeIngredients::units()
-{
-    return {{},          tr("tsp"),      tr("tbsp"),  tr("cup"),   tr("ml"),       tr("L"),
-            tr("oz"),    tr("fl oz"),    tr("quart"), tr("gram"),  tr("kilogram"), tr("lb"),
-            tr("pinch"), tr("handfull"), tr("dash"),  tr("sprig"), tr("clove")};
-}
-
-QStringList frmChangeIngredients::preparations()
-{
-    return {{},          tr("chopped"), tr("diced"),  tr("sliced"),
-            tr("cubed"), tr("ground"),  tr("minced"), tr("grated")};
-}
-
 void frmChangeIngredients::Form_Load()
 {
     fill(*m_ui->cmbPreperation, preparations(), {});
-    fill(*m_ui->cmbQuantity, units(), tr("tsp"));
+    fill(*m_ui->cmbQuantity, units(), u"tsp"_s);
     fill(*m_ui->cmbAmount, amounts(), u"1"_s);
 
     sources().setDatabaseName(DatabasePath);
@@ -85,10 +84,11 @@ void frmChangeIngredients::Form_Load()
     datRecipeIngredients.RecordSource = u"RecipeIngredients"_s;
 
     m_lines = takeRecipe().ingredientLines();
-    QStringList texts;
+    QList<ListBox::Row> rows;
     for (const IngredientLine &line : std::as_const(m_lines))
-        texts += line.text();
-    m_ui->lstRecipeIngredients->setTexts(texts);
+        rows.append({line.text()});
+    m_ui->lstRecipeIngredients->setRows(rows);
+    m_ui->lstIngredients->setFocus(); // first in tab order, but not the first child widget
 }
 
 void frmChangeIngredients::Form_Activate()
@@ -110,7 +110,8 @@ void frmChangeIngredients::addSelected()
         return;
     }
     const QString name = m_ui->lstIngredients->selectedText();
-    if (isListed(name)) {
+    const qint64 key = m_ui->lstIngredients->selectedKey();
+    if (isListed({name, key})) {
         interaction().showError(tr("Can't add"), tr("Ingredient is already in the ingredient box"));
         return;
     }
@@ -118,13 +119,7 @@ void frmChangeIngredients::addSelected()
         quantityText(m_ui->cmbAmount->currentText(), m_ui->cmbQuantity->currentText(),
                      m_ui->cmbPreperation->currentText());
     m_lines.append({name, quantity});
-    m_ui->lstRecipeIngredients->append(m_lines.last().text());
-}
-
-bool frmChangeIngredients::isListed(const QString &name) const
-{
-    return std::any_of(m_lines.begin(), m_lines.end(),
-                       [&name](const IngredientLine &line) { return line.name == name; });
+    m_ui->lstRecipeIngredients->append({m_lines.last().text(), key});
 }
 
 void frmChangeIngredients::cmdRemove_Click()
@@ -143,8 +138,10 @@ void frmChangeIngredients::cmdRemove_Click()
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 
+// The focus is on the list again when the catalog is closed.
 void frmChangeIngredients::cmdAddIngredient_Click()
 {
+    m_ui->lstIngredients->setFocus();
     frame().show(frame().load<frmIngredient>());
 }
 

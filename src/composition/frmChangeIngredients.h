@@ -27,11 +27,7 @@ protected:
     void setFields(RecordCursor &row, qsizetype line) const override;
 
 private:
-    static QStringList units();
-    static QStringList preparations();
-
     void cmdAddIngredient_Click();
-    bool isListed(const QString &name) const;
 
     std::unique_ptr<Ui::frmChangeIngredients> m_ui;
     DataSource datIngredients{sources()};

@@ -26,6 +26,7 @@ frmChangeUtensils::frmChangeUtensils(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
+         .unreadText = tr("The catalog could not be read."),
          .missingText =
              tr("These utensils are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Utensil, or remove their lines.")});
@@ -41,7 +42,10 @@ void frmChangeUtensils::Form_Load()
     datUtensils.RecordSource = u"Select * FROM Utensils ORDER BY UtensilName"_s;
     datRecipeUtensils.RecordSource = u"RecipeUtensils"_s;
 
-    m_ui->lstRecipeUtensils->setTexts(takeRecipe().utensilLines());
+    QList<ListBox::Row> rows;
+    for (const QString &name : takeRecipe().utensilLines())
+        rows.append({name});
+    m_ui->lstRecipeUtensils->setRows(rows);
 }
 
 // Also runs while the utensil catalog keeps the activation; the focus must then stay there.
@@ -63,11 +67,12 @@ void frmChangeUtensils::addSelected()
                "and then hit add again"));
         return;
     }
-    const QString name = m_ui->lstUtensils->selectedText();
-    if (m_ui->lstRecipeUtensils->texts().contains(name))
+    const ListBox::Row selected{m_ui->lstUtensils->selectedText(),
+                                m_ui->lstUtensils->selectedKey()};
+    if (isListed(selected))
         interaction().showError(tr("Can't add"), tr("Utensil is already in the utensil box"));
     else
-        m_ui->lstRecipeUtensils->append(name);
+        m_ui->lstRecipeUtensils->append(selected);
 }
 
 void frmChangeUtensils::cmdRemove_Click()

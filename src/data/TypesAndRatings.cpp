@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Text {
@@ -10,24 +12,25 @@ struct Text {
 
 } // namespace
 
+// The types belong to the stored recipes, as units do, and are the same in every language.
 QStringList recipeTypes()
 {
-    return {Text::tr("Misc"),
-            Text::tr("Soup"),
-            Text::tr("Salad"),
-            Text::tr("Pasta"),
-            Text::tr("Sauce"),
-            Text::tr("Dip"),
-            Text::tr("Salad Dressing"),
-            Text::tr("Meat"),
-            Text::tr("Poultry"),
-            Text::tr("Seafood"),
-            Text::tr("Grains/Bean/Rice"),
-            Text::tr("Desert"),
-            Text::tr("Pastry"),
-            Text::tr("Bread"),
-            Text::tr("Cookies"),
-            Text::tr("Cakes")};
+    return {u"Misc"_s,
+            u"Soup"_s,
+            u"Salad"_s,
+            u"Pasta"_s,
+            u"Sauce"_s,
+            u"Dip"_s,
+            u"Salad Dressing"_s,
+            u"Meat"_s,
+            u"Poultry"_s,
+            u"Seafood"_s,
+            u"Grains/Bean/Rice"_s,
+            u"Desert"_s,
+            u"Pastry"_s,
+            u"Bread"_s,
+            u"Cookies"_s,
+            u"Cakes"_s};
 }
 
 QStringList recipeRatings()
@@ -38,8 +41,6 @@ QStringList recipeRatings()
 
 QStringList ingredientTypes()
 {
-    return {Text::tr("Misc"),      Text::tr("Fruit"),  Text::tr("Vegetable"),
-            Text::tr("Seasoning"), Text::tr("Meat"),   Text::tr("Poultry"),
-            Text::tr("Fish"),      Text::tr("Dairy"),  Text::tr("Canned good"),
-            Text::tr("Grain"),     Text::tr("Staple"), Text::tr("Legume")};
+    return {u"Misc"_s, u"Fruit"_s, u"Vegetable"_s,   u"Seasoning"_s, u"Meat"_s,   u"Poultry"_s,
+            u"Fish"_s, u"Dairy"_s, u"Canned good"_s, u"Grain"_s,     u"Staple"_s, u"Legume"_s};
 }

@@ -1,25 +1,55 @@
 #include "widgets/ListBox.h"
 
+#include <QMouseEvent>
+
+static constexpr int keyRole = Qt::UserRole;
+
+static QStandardItem *newItem(const ListBox::Row &row)
+{
+    auto *item = new QStandardItem(row.text);
+    item->setData(row.key, keyRole);
+    return item;
+}
+
 ListBox::ListBox(QWidget *parent)
     : TextListView(parent)
 {
-    setModel(&m_texts);
+    setModel(&m_rows);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ListBox::onSelectionChanged);
-    connect(this, &QListView::clicked, this, &ListBox::onSelectionChanged);
+    connect(this, &QListView::clicked, this, &ListBox::onClicked);
 }
 
-void ListBox::setTexts(const QStringList &texts)
+QStringList ListBox::texts() const
 {
-    m_texts.setStringList(texts);
+    QStringList texts;
+    for (int row = 0; row < count(); ++row)
+        texts += m_rows.item(row)->text();
+    return texts;
 }
 
-void ListBox::append(const QString &text)
+void ListBox::setRows(const QList<Row> &rows)
 {
-    const int row = count();
-    m_texts.insertRow(row);
-    m_texts.setData(m_texts.index(row), text);
-    scrollTo(m_texts.index(row));
+    m_textWhenEmpty = placeholderText();
+    m_rows.clear();
+    QList<QStandardItem *> items;
+    items.reserve(rows.size());
+    for (const Row &row : rows)
+        items += newItem(row);
+    m_rows.appendColumn(items);
+}
+
+void ListBox::showUnavailable(const QString &text)
+{
+    m_rows.clear();
+    m_textWhenEmpty = text;
+    viewport()->update();
+}
+
+void ListBox::append(const Row &row)
+{
+    m_rows.appendRow(newItem(row));
+    scrollTo(m_rows.index(count() - 1, 0));
 }
 
 // QListView would select a neighbour of a removed row.
@@ -27,7 +57,26 @@ void ListBox::remove(int row)
 {
     if (row == selectedRow())
         selectionModel()->clear();
-    m_texts.removeRow(row);
+    m_rows.removeRow(row);
+}
+
+qint64 ListBox::keyAt(int row) const
+{
+    return m_rows.index(row, 0).data(keyRole).toLongLong();
+}
+
+void ListBox::setKeyAt(int row, qint64 key)
+{
+    m_rows.setData(m_rows.index(row, 0), key, keyRole);
+}
+
+int ListBox::rowOf(qint64 key) const
+{
+    for (int row = 0; row < count(); ++row) {
+        if (keyAt(row) == key)
+            return row;
+    }
+    return -1;
 }
 
 int ListBox::selectedRow() const
@@ -38,19 +87,42 @@ int ListBox::selectedRow() const
 
 QString ListBox::selectedText() const
 {
-    return m_texts.index(selectedRow()).data().toString();
+    return m_rows.index(selectedRow(), 0).data().toString();
 }
 
 void ListBox::selectRow(int row)
 {
     if (row >= 0 && row < count())
-        setCurrentIndex(m_texts.index(row));
+        setCurrentIndex(m_rows.index(row, 0));
 }
 
 void ListBox::onSelectionChanged()
 {
     if (selectedRow() >= 0)
         Q_EMIT rowSelected();
+}
+
+// A press on another row has selected it already.
+void ListBox::onClicked()
+{
+    if (m_pressedSelected)
+        Q_EMIT rowSelected();
+}
+
+void ListBox::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    m_pressedSelected = index.isValid() && selectionModel()->isSelected(index);
+    TextListView::mousePressEvent(event);
+}
+
+// QAbstractItemView emits doubleClicked() for any mouse button.
+void ListBox::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        TextListView::mouseDoubleClickEvent(event);
+    else
+        mousePressEvent(event);
 }
 
 // QListView would let Ctrl+click and Ctrl+Space clear the selection.
@@ -72,5 +144,5 @@ QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modif
 void ListBox::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
-    scrollTo(m_texts.index(selectedRow()));
+    scrollTo(m_rows.index(selectedRow(), 0));
 }

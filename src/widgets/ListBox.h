@@ -2,24 +2,37 @@
 
 #include "widgets/TextListView.h"
 
-#include <QStringListModel>
+#include <QStandardItemModel>
 
-// A list of texts that it stores itself, of which one or none is selected.
+// A list of texts that it stores itself, of which one or none is selected. Each text has a key, by
+// which it is told from others that look the same.
 class ListBox final : public TextListView
 {
     Q_OBJECT
 
 public:
+    struct Row {
+        QString text;
+        qint64 key = 0;
+    };
+
     explicit ListBox(QWidget *parent = nullptr);
 
-    QStringList texts() const { return m_texts.stringList(); }
-    void setTexts(const QStringList &texts); // clears the selection
-    void append(const QString &text); // scrolls to it and keeps the selection
+    QStringList texts() const;
+    void setRows(const QList<Row> &rows); // clears the selection
+    void append(const Row &row); // scrolls to it and keeps the selection
     void remove(int row); // if it was selected, none is selected afterwards
+    // Empties the list and shows the text in the place of rows until setRows() is called.
+    void showUnavailable(const QString &text);
 
-    int count() const { return m_texts.rowCount(); }
+    int count() const { return m_rows.rowCount(); }
+    qint64 keyAt(int row) const; // 0 if there is no such row
+    void setKeyAt(int row, qint64 key);
+    int rowOf(qint64 key) const; // from 0, or -1 if no row has the key
+
     int selectedRow() const; // from 0, or -1 if none is selected
     QString selectedText() const; // empty if none is selected
+    qint64 selectedKey() const { return keyAt(selectedRow()); }
     void selectRow(int row); // and scrolls to it; does nothing if there is no such row
 
 Q_SIGNALS:
@@ -27,13 +40,19 @@ Q_SIGNALS:
     void rowSelected();
 
 protected:
+    QString textWhenEmpty() const override { return m_textWhenEmpty; }
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void onSelectionChanged();
+    void onClicked();
 
-    QStringListModel m_texts;
+    QStandardItemModel m_rows{0, 1};
+    QString m_textWhenEmpty; // empty until the rows are set: the list may not be empty then
+    bool m_pressedSelected = false; // whether the latest press was on the selected row
 };

@@ -15,6 +15,18 @@ QPalette::ColorGroup colorGroup(QStyle::State state)
     return state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
 }
 
+// The palettes of most styles have the same colours for an active and an inactive selection.
+void makeSelectionPale(QPalette &palette)
+{
+    const QColor base = palette.color(QPalette::Base);
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const auto mixed = [](int of, int with) { return (2 * of + with) / 3; };
+    palette.setColor(QPalette::Highlight,
+                     {mixed(base.red(), highlight.red()), mixed(base.green(), highlight.green()),
+                      mixed(base.blue(), highlight.blue())});
+    palette.setBrush(QPalette::HighlightedText, palette.text());
+}
+
 void drawFocus(QPainter &painter, const QStyleOptionViewItem &item)
 {
     QStyleOptionFocusRect focus;
@@ -46,6 +58,8 @@ void TextRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 {
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
+    if (!item.widget->hasFocus())
+        makeSelectionPale(item.palette);
     item.widget->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &item, painter, item.widget);
 
     const int indent = margin(*item.widget);
@@ -114,7 +128,12 @@ QSize TextListView::sizeHint() const
 void TextListView::paintEvent(QPaintEvent *event)
 {
     QListView::paintEvent(event);
-    paintPlaceholderText(*this, m_placeholderText);
+    paintPlaceholderText(*this, textWhenEmpty());
+    if (hasFocus() && model()->rowCount() == 0) {
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    }
 }
 
 QString TextListView::elidedTextAt(QPoint position) const

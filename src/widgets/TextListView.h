@@ -5,6 +5,7 @@
 
 // Draws rows of one-line texts, elided if they are too long. All rows have the height of the
 // view's font and all texts of a row the same baseline, even if a glyph comes from another font.
+// A selection is pale unless the view has the focus.
 class TextRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -41,6 +42,7 @@ public:
     QSize sizeHint() const override; // 14 rows of 45 characters
 
 protected:
+    virtual QString textWhenEmpty() const { return m_placeholderText; } // shown without rows
     QItemSelectionModel::SelectionFlags
     selectionCommand(const QModelIndex &index, const QEvent *event = nullptr) const override;
     void paintEvent(QPaintEvent *event) override;

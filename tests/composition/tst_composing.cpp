@@ -3,13 +3,19 @@
 #include "composition/ComposedRecipe.h"
 #include "composition/frmChangeIngredients.h"
 #include "composition/frmChangeUtensils.h"
+#include "data/Database.h"
 #include "recipes/frmRecipe.h"
 #include "recipes/frmRecipes.h"
+#include "support/FormText.h"
 #include "support/WindowFixture.h"
 #include "widgets/ListBox.h"
 
+#include <sqlite3.h>
+
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPointer>
+#include <QProcess>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -43,6 +49,15 @@ MessageBox noneSelected(const QString &box, const QString &act)
         u"No item selected"_s);
 }
 
+MessageBox missing()
+{
+    return WindowFixture::warning(u"These ingredients are not in the catalog any more:\n\n"
+                                  "Cook's spice (as much as a large spoon holds)\n\nNothing was "
+                                  "stored. Add them to the catalog again with Add Ingredient, "
+                                  "or remove their lines."_s,
+                                  u"Can't save"_s);
+}
+
 } // namespace
 
 class tst_Composing : public QObject
@@ -50,6 +65,272 @@ class tst_Composing : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void opens_data()
+    {
+        QTest::addColumn<QByteArray>("rows");
+        QTest::addColumn<bool>("utensils");
+        QTest::addColumn<QString>("form");
+        const QString add = u"cmdAdd: &Add\ncmdRemove: &Remove\n"_s;
+        const QString leave = u"cmdCancel: &Cancel\ncmdDone: D&one"_s;
+        const QString combos =
+            u"cmbAmount: , 1/8, 1/4, 1/3, 1/2, 2/3, 3/4, *1, 1 1/4, 1 1/2, 1 3/4, 2, 2 1/2, 3, "
+            "3 1/2, 4, 4 1/2, 5, 5 1/2, 6\n"
+            "cmbQuantity: , *tsp, tbsp, cup, ml, L, oz, fl oz, quart, gram, kilogram, lb, pinch, "
+            "handfull, dash, sprig, clove\n"
+            "cmbPreperation: *, chopped, diced, sliced, cubed, ground, minced, grated\n"_s;
+        const QString labels = u"Change Ingredients, In the recipe, In the catalog, Amount, Unit, "
+                               "Preparation\nlstRecipeIngredients: "_s;
+        const QString addIngredient = u"cmdAddIngredient: A&dd Ingredient\n"_s;
+        QTest::newRow("ingredients") << dishes << false
+                                     << labels
+                + u"*Beans (white) (1 (large) can), "
+                  "Cook's spice (as much as a large spoon holds)\n"
+                  "> lstIngredients: *Beans, Beans (white), Cook's spice, Salt\n"_s
+                + combos + add + addIngredient + leave;
+        QTest::newRow("no ingredients")
+            << dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients" << false
+            << labels + u"\n> lstIngredients: \n"_s + combos + add + addIngredient + leave;
+        QTest::newRow("utensils")
+            << dishes << true
+            << u"Change Untensils, In the recipe, In the catalog\nlstRecipeUtensils: Whisk\n"
+               "> lstUtensils: Knife, Large pot, Whisk\n"_s
+                + add + u"cmdAddUtensil: A&dd Utensil\n"_s + leave;
+    }
+    void opens()
+    {
+        QFETCH(QByteArray, rows);
+        QFETCH(bool, utensils);
+        WindowFixture fixture(rows);
+        const ChildWindow &editor = utensils
+            ? static_cast<ChildWindow &>(compose<frmChangeUtensils>(fixture))
+            : compose<frmChangeIngredients>(fixture);
+        QTEST(formText(editor), "form");
+    }
+
+    void adds_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("as opened") << u""_s << u"Salt (1 tsp)"_s;
+        QTest::newRow("chosen") << u"cmbAmount 12, cmbQuantity 3, cmbPreperation 2"_s
+                                << u"Salt (2 1/2 cup diced)"_s;
+        QTest::newRow("typed") << u"cmbAmount =a few, cmbQuantity 2, cmbPreperation =torn"_s
+                               << u"Salt (a few tbsp torn)"_s;
+        QTest::newRow("nothing") << u"cmbAmount 0, cmbQuantity 0"_s << u"Salt ()"_s;
+        QTest::newRow("preparation alone")
+            << u"cmbAmount 0, cmbQuantity 0, cmbPreperation 1"_s << u"Salt (chopped)"_s;
+    }
+    void adds()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, line);
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        fixture.perform(editor, steps + u", lstIngredients 3, cmdAdd"_s);
+        QCOMPARE(control<ListBox>(editor, u"lstRecipeIngredients"_s).texts().last(), line);
+        QCOMPARE(control<ListBox>(editor, u"lstIngredients"_s).selectedText(), u"Salt"_s);
+    }
+
+    void keysAndMouse_data()
+    {
+        QTest::addColumn<bool>("utensils");
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<int>("input"); // a key or a mouse button, which clicks twice
+        QTest::addColumn<QString>("lines"); // what they are then, or "stored" or "cancelled"
+        const QString catalog[] = {u"lstIngredients"_s, u"lstUtensils"_s};
+        const QString recipe[] = {u"lstRecipeIngredients"_s, u"lstRecipeUtensils"_s};
+        const QString lines[] = {
+            u"Beans (white) (1 (large) can), Cook's spice (as much as a large spoon holds)"_s,
+            u"Whisk"_s};
+        const QString added[] = {lines[0] + u", Beans (1 tsp)"_s, u"Whisk, Knife"_s};
+        const QString removed[] = {lines[0].section(u", "_s, 1), u""_s};
+        const QString entered[] = {lines[0], u"stored"_s};
+        for (const bool i : {false, true}) {
+            const auto row = [i](const char *name) -> QTestData & {
+                return QTest::addRow("%s, %s", i ? "utensils" : "ingredients", name) << i;
+            };
+            row("Enter") << catalog[i] << int(Qt::Key_Return) << entered[i];
+            row("Esc") << catalog[i] << int(Qt::Key_Escape) << u"cancelled"_s;
+            row("Delete") << recipe[i] << int(Qt::Key_Delete) << removed[i];
+            row("Delete in the catalog") << catalog[i] << int(Qt::Key_Delete) << lines[i];
+            row("double click") << catalog[i] << int(Qt::LeftButton) << added[i];
+            row("right double click") << catalog[i] << int(Qt::RightButton) << lines[i];
+            row("double click on a line") << recipe[i] << int(Qt::LeftButton) << lines[i];
+        }
+    }
+    void keysAndMouse()
+    {
+        QFETCH(bool, utensils);
+        QFETCH(QString, control);
+        QFETCH(int, input);
+        QFETCH(QString, lines);
+        WindowFixture fixture(dishes);
+        ChildWindow &editor = utensils
+            ? static_cast<ChildWindow &>(compose<frmChangeUtensils>(fixture))
+            : compose<frmChangeIngredients>(fixture);
+        const QPointer<ChildWindow> alive = &editor;
+        auto &list = ::control<ListBox>(editor, control);
+        const auto &shown = ::control<ListBox>(
+            editor, utensils ? u"lstRecipeUtensils"_s : u"lstRecipeIngredients"_s);
+        fixture.perform(editor, control + u" 0"_s);
+        fixture.sql("DELETE FROM RecipeIngredients; DELETE FROM RecipeUtensils"); // Done stores
+        if (input > int(Qt::RightButton)) {
+            QTest::keyClick(&list, static_cast<Qt::Key>(input));
+        } else {
+            const auto button = static_cast<Qt::MouseButton>(input);
+            const QPoint row = list.visualRect(list.model()->index(0, 0)).center();
+            QTest::mouseClick(list.viewport(), button, {}, row);
+            QTest::mouseDClick(list.viewport(), button, {}, row);
+        }
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const bool stored = !fixture.stored("SELECT * FROM RecipeUtensils").isEmpty();
+        QCOMPARE(alive        ? shown.texts().join(u", "_s)
+                     : stored ? u"stored"_s
+                              : u"cancelled"_s,
+                 lines);
+    }
+
+    void focusReturnsToTheList_data()
+    {
+        QTest::addColumn<bool>("byMouse");
+        QTest::newRow("mouse") << true;
+        QTest::newRow("keys") << false;
+    }
+    // After Add Ingredient and Done in the catalog. On Cancel, Enter would drop all lines.
+    void focusReturnsToTheList()
+    {
+        QFETCH(bool, byMouse);
+        const auto key = [](const QString &keys) {
+            if (QProcess::execute(u"xdotool"_s, {u"key"_s, keys}) != 0)
+                qFatal("xdotool failed");
+        };
+        WindowFixture fixture(dishes);
+        auto &editor = compose<frmChangeIngredients>(fixture);
+        const auto &list = control<ListBox>(editor, u"lstIngredients"_s);
+        QTRY_VERIFY(list.hasFocus());
+        control<QWidget>(editor, u"lstRecipeIngredients"_s).setFocus();
+        if (byMouse)
+            press(editor, u"cmdAddIngredient"_s);
+        else
+            key(u"alt+d"_s);
+        QTRY_VERIFY(fixture.frame.find<frmIngredient>());
+        QTRY_COMPARE(fixture.frame.activeChild(), fixture.frame.find<frmIngredient>());
+        QCoreApplication::processEvents();
+        key(u"alt+o"_s);
+        QTRY_COMPARE(fixture.frame.activeChild(), &editor);
+        QTRY_VERIFY(list.hasFocus());
+        key(u"Return"_s);
+        key(u"Down"_s);
+        QTRY_COMPARE(list.selectedText(), u"Beans (white)"_s);
+    }
+
+    void showsWhichListHasTheFocus_data()
+    {
+        QTest::addColumn<QByteArray>("rows");
+        QTest::newRow("with rows") << dishes;
+        QTest::newRow("empty") << dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients";
+    }
+    void showsWhichListHasTheFocus()
+    {
+        QFETCH(QByteArray, rows);
+        WindowFixture fixture(rows);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        for (const QString &name : {u"lstIngredients"_s, u"lstRecipeIngredients"_s}) {
+            auto &list = control<ListBox>(editor, name);
+            const auto selection = [&list] {
+                const QImage image = list.viewport()->grab().toImage();
+                return list.count() > 0 ? image.copy(image.width() - 5, 5, 1, 1) : image;
+            };
+            list.setFocus();
+            const QImage focused = selection();
+            control<QWidget>(editor, u"cmdDone"_s).setFocus();
+            QVERIFY2(selection() != focused, qUtf8Printable(name));
+        }
+    }
+
+    void links_data()
+    {
+        QTest::addColumn<QByteArray>("before"); // the editor is opened
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<QString>("stored"); // keys; or nothing if Done is refused
+        const QByteArray renamed =
+            "UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4;";
+        const QByteArray deleted = "DELETE FROM Ingredients WHERE IngredientID = 4;";
+        const QByteArray doubled = "INSERT INTO Ingredients VALUES (6, 'COOK''S spice', 0, 0, 1);";
+        QTest::newRow("renamed") << QByteArray() << renamed << u"2, 4"_s;
+        QTest::newRow("renamed, the name used again")
+            << QByteArray() << renamed + doubled << u"2, 4"_s;
+        QTest::newRow("deleted") << QByteArray() << deleted << u""_s;
+        QTest::newRow("deleted, the name used again")
+            << QByteArray() << deleted + doubled << u"2, 6"_s;
+        QTest::newRow("doubled names, the second linked")
+            << doubled + "UPDATE RecipeIngredients SET IngredientID = 6 WHERE IngredientID = 4"
+            << QByteArray() << u"2, 6"_s;
+        QTest::newRow("a link to nothing")
+            << QByteArray("INSERT INTO RecipeIngredients (rowid, RecipeID, IngredientID, Quantity)"
+                          " VALUES (-5, 17, 77, 'gone')")
+            << QByteArray() << u"2, 4"_s;
+    }
+    // Done links the lines to the ingredients that they were linked to.
+    void links()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        QFETCH(QString, stored);
+        WindowFixture fixture(dishes + before);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        if (!after.isEmpty())
+            fixture.sql(after);
+        const QString old = fixture.stored(allIngredients);
+        if (stored.isEmpty())
+            fixture.interaction.expect(missing());
+        fixture.perform(editor, u"cmdDone"_s);
+        if (stored.isEmpty())
+            QCOMPARE(fixture.stored(allIngredients), old);
+        else
+            QCOMPARE(fixture.stored("SELECT IngredientID FROM RecipeIngredients"
+                                    " WHERE RecipeID = 17 ORDER BY rowid"),
+                     stored);
+    }
+
+    // A renamed ingredient keeps its line, and is not added a second time.
+    void addsARenamedIngredientOnce()
+    {
+        WindowFixture fixture(dishes);
+        const auto &editor = compose<frmChangeIngredients>(fixture);
+        fixture.perform(editor, u"cmdAddIngredient"_s);
+        const auto &catalog = *fixture.frame.find<frmIngredient>();
+        fixture.perform(catalog, u"lstIngredients 2, txtIngredient =Spice, cmdSave, cmdDone"_s);
+        fixture.interaction.expect(WindowFixture::warning(
+            u"Ingredient is already in the ingredient box"_s, u"Can't add"_s));
+        fixture.perform(editor, u"lstIngredients 3, cmdAdd, cmdDone"_s);
+        QCOMPARE(fixture.stored(allIngredients),
+                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
+    }
+
+    // The lines' keys are found when the catalog can be read, and not before.
+    void unreadCatalog()
+    {
+        WindowFixture fixture(dishes);
+        const auto database = Database::open(fixture.file.path(), std::chrono::milliseconds(10));
+        fixture.frame.load<frmRecipe>().setCurrentRecipeID(17);
+        fixture.open<frmRecipe>();
+        SQLite::Database other = fixture.file.other();
+        auto &editor = fixture.frame.load<frmChangeIngredients>();
+        other.exec("BEGIN EXCLUSIVE");
+        fixture.interaction.expect(WindowFixture::failure(
+            u"Change Ingredients"_s,
+            DatabaseError::fromSqlite(fixture.file.path(), SQLITE_BUSY, {}).text()));
+        fixture.frame.show(editor);
+        QCoreApplication::processEvents();
+        fixture.interaction.checkAllCame();
+        other.exec("ROLLBACK");
+        fixture.perform(editor, u"cmdDone"_s);
+        QCOMPARE(fixture.stored(allIngredients),
+                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
+    }
+
     void ingredients()
     {
         WindowFixture fixture(dishes);
@@ -79,6 +360,7 @@ private Q_SLOTS:
         lines.setFocus();
         QTest::keyClick(&lines, Qt::Key_Delete);
         QCOMPARE(lines.selectedText(), second);
+        QVERIFY(catalog.hasFocus());
 
         fixture.perform(editor, u"cmdAddIngredient"_s);
         fixture.perform(*fixture.frame.find<frmIngredient>(),
@@ -172,15 +454,9 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("repair");
         QTest::addColumn<MessageBox>("box");
         QTest::newRow("not in the catalog")
-            << QByteArray("UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4")
-            << QByteArray("UPDATE Ingredients SET IngredientName = 'COOK''S SPICE'"
-                          " WHERE IngredientID = 4")
-            << WindowFixture::warning(
-                   u"These ingredients are not in the catalog any more:\n\n"
-                   "Cook's spice (as much as a large spoon holds)\n\nNothing was "
-                   "stored. Add them to the catalog again with Add Ingredient, "
-                   "or remove their lines."_s,
-                   u"Can't save"_s);
+            << QByteArray("DELETE FROM Ingredients WHERE IngredientID = 4")
+            << QByteArray("INSERT INTO Ingredients VALUES (4, 'COOK''S SPICE', 0, 0, 1)")
+            << missing();
         QTest::newRow("database error")
             << QByteArray("CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients"
                           " WHEN NEW.IngredientID = 4 BEGIN SELECT RAISE(ABORT, 'no more'); END")

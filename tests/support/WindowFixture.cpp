@@ -18,8 +18,10 @@ void performStep(const QWidget &window, const QString &name, const QString &argu
     auto &widget = control<QWidget>(window, name);
     if (name.startsWith("cmd"_L1)) {
         press(window, name);
-    } else if (name.startsWith("cmb"_L1)) {
+    } else if (name.startsWith("cmb"_L1) && !argument.startsWith(u'=')) {
         QTest::keyClick(&widget, Qt::Key_Home);
+        while (static_cast<QComboBox &>(widget).currentIndex() > 0) // Home moves in the text
+            QTest::keyClick(&widget, Qt::Key_Up);
         for (int i = 0; i < argument.toInt(); ++i)
             QTest::keyClick(&widget, Qt::Key_Down);
     } else if (name.startsWith("chk"_L1)) {

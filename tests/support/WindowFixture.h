@@ -37,6 +37,7 @@ public:
     //   txtAuthor X    types X at the end of the text
     //   txtAuthor =X   replaces the text by X
     //   cmbType 2      selects the entry at this position, from 0
+    //   cmbAmount =X   replaces the text by X
     //   lstUtensils 2  clicks on the row at this position, from 0
     void perform(const ChildWindow &window, const QString &steps,
                  SourceLine line = SourceLine::current());
