@@ -211,9 +211,13 @@ bool Model::eventFilter(QObject *watched, QEvent *event)
             onTitleChanged(*window);
         break;
     case QEvent::KeyPress:
+    case QEvent::KeyRelease:
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::Wheel:
+    case QEvent::Timer: // an access key may press its button by a timer
+        m_press.reset();
         observe();
         break;
     default:
@@ -305,8 +309,11 @@ void Model::onTitleChanged(QWidget &window)
         shown.key = keyOf(m_tables.recipes, m_recipes, window.windowTitle(), none);
 }
 
+// A button that is down is also released if the handler of another one disables it.
 void Model::onReleased(QPushButton *button)
 {
+    if (m_press)
+        return;
     observe();
     QWidget *window = button->parentWidget();
     while (!qobject_cast<ChildWindow *>(window))
@@ -314,6 +321,7 @@ void Model::onReleased(QPushButton *button)
     Press press;
     press.button = button;
     press.window = window;
+    press.shown = m_windows[window];
     press.isChanged = isSaveEnabled(*window);
     if (isRecipe(*window))
         press.recipe = recipeOnScreen(*window);
@@ -346,41 +354,21 @@ void Model::onClicked(QPushButton *button)
 
 // What must be stored
 
+// The title may have changed during the press, and with it the key of the recipe shown.
 void Model::recipePressed(const Press &press, Shown &shown)
 {
     const QString button = press.button->objectName();
+    const QString title = press.window->windowTitle();
     const bool isChange = button.startsWith("cmdChange"_L1);
-    const bool isAsked = press.answerTo(u"Save Changes"_s) == "Yes"_L1;
-    Tables after = m_tables;
-    if ((button == "cmdSave"_L1 || isAsked || (isChange && press.isChanged)) && !press.isRefused()
-        && shown.key != none) {
-        const Recipe &entered = press.recipe;
-        const bool isNew = shown.key == 0;
-        const Key key = isNew ? newKey(m_file.read().recipes, m_tables.recipes) : shown.key;
-        if (isNew || after.recipes.contains(key)) {
-            Recipe &row = after.recipes[key];
-            enter(row.name, shown.recipe.name, entered.name, isNew);
-            row.description = shown.description.value_or(row.description);
-            enter(row.author, shown.recipe.author, entered.author, isNew);
-            enter(row.type, shown.recipe.type, entered.type, isNew);
-            enter(row.instructions, shown.recipe.instructions, entered.instructions, isNew);
-            enter(row.rating, shown.recipe.rating, entered.rating, isNew);
-            enter(row.serves, shown.recipe.serves, entered.serves, isNew);
-            shown.key = key;
-        } else if (press.boxes.empty()) {
-            addFault(u"the recipe on the screen is gone, and the user was not told"_s);
-        }
-        if (button == "cmdSave"_L1 && !press.hasFailed()
-            && press.window->windowTitle() != entered.name)
-            addFault(u"\"%1\" was saved and \"%2\" is shown"_s.arg(entered.name,
-                                                                   press.window->windowTitle()));
-    }
-    expect({after}, press);
-    if (shown.key > 0 && !m_tables.recipes.contains(shown.key) && after.recipes.contains(shown.key))
-        shown.key = 0; // the new recipe was not stored
+    const bool isSaved = button == "cmdSave"_L1 || (isChange && press.isChanged)
+        || press.answerTo(u"Save Changes"_s) == "Yes"_L1;
+    if (isSaved && !press.isRefused() && press.shown.key != none)
+        recipeSaved(press, shown);
+    else
+        expect({m_tables}, press);
 
     const QString name = press.answerTo(u"Recipe Name"_s).trimmed();
-    if (button == "cmdNew"_L1 && !name.isEmpty() && press.window->windowTitle() == name) {
+    if (button == "cmdNew"_L1 && !name.isEmpty() && title == name) {
         shown.key = 0;
         shown.description = QString();
     }
@@ -388,6 +376,34 @@ void Model::recipePressed(const Press &press, Shown &shown)
         if (isChange && isEditor(*window) && editor.key == none)
             editor.key = shown.key;
     }
+}
+
+void Model::recipeSaved(const Press &press, Shown &shown)
+{
+    const Recipe &entered = press.recipe;
+    const Recipe &found = press.shown.recipe;
+    const bool isNew = press.shown.key == 0;
+    const Key key = isNew ? newKey(m_file.read().recipes, m_tables.recipes) : press.shown.key;
+    Tables after = m_tables;
+    if (isNew || after.recipes.contains(key)) {
+        Recipe &row = after.recipes[key];
+        enter(row.name, found.name, entered.name, isNew);
+        row.description = press.shown.description.value_or(row.description);
+        enter(row.author, found.author, entered.author, isNew);
+        enter(row.type, found.type, entered.type, isNew);
+        enter(row.instructions, found.instructions, entered.instructions, isNew);
+        enter(row.rating, found.rating, entered.rating, isNew);
+        enter(row.serves, found.serves, entered.serves, isNew);
+    } else if (press.boxes.empty()) {
+        addFault(u"the recipe on the screen is gone, and the user was not told"_s);
+    }
+    expect({after}, press);
+
+    const QString title = press.window->windowTitle();
+    if (isNew && title == entered.name && m_tables.recipes.contains(key))
+        shown.key = key;
+    if (press.button->objectName() == "cmdSave"_L1 && !press.hasFailed() && title != entered.name)
+        addFault(u"\"%1\" was saved and \"%2\" is shown"_s.arg(entered.name, title));
 }
 
 bool Model::isIngredientRefused(const Ingredient &entered, const Shown &shown) const

@@ -33,7 +33,6 @@ public:
     bool isPressing() const { return m_press.has_value(); }
     bool hasBoxInPress() const { return m_press && !m_press->boxes.empty(); }
 
-    void forgetPress() { m_press.reset(); } // of a button that was left while it was down
     void takeOver(); // what another program has written
     void check(const QString &after); // compares the file with the model
 
@@ -61,6 +60,7 @@ private:
     struct Press {
         QPushButton *button = nullptr;
         QWidget *window = nullptr;
+        Shown shown; // before the press
         Recipe recipe; // what the window shows
         Ingredient ingredient;
         QStringList lines;
@@ -82,6 +82,7 @@ private:
     void onClicked(QPushButton *button);
 
     void recipePressed(const Press &press, Shown &shown);
+    void recipeSaved(const Press &press, Shown &shown);
     void ingredientPressed(const Press &press, Shown &shown);
     void utensilPressed(const Press &press, Shown &shown);
     void editorPressed(const Press &press, Shown &shown);
@@ -102,7 +103,7 @@ private:
     Names m_ingredients;
     Names m_utensils;
     std::map<QWidget *, Shown> m_windows;
-    std::optional<Press> m_press;
+    std::optional<Press> m_press; // that a window is handling, until the next event
     int m_answeredBoxes = 0;
     QString m_fault;
 };

@@ -46,14 +46,18 @@ QPoint positionInWindow(const QWidget &widget)
 
 } // namespace
 
-Monkey::Monkey(const QString &path, unsigned seed)
-    : m_random(seed)
+Monkey::Monkey(const QString &path, unsigned seed, Report report)
+    : m_report(std::move(report))
+    , m_random(seed)
     , m_other(path, m_random)
     , m_interaction(m_random)
     , m_main(m_interaction)
     , m_model(m_other)
 {
-    m_interaction.answered = [this](const AnsweredBox &box) { m_model.onAnswered(box); };
+    m_interaction.answered = [this](const AnsweredBox &box) {
+        m_report(u"  box \"%1\", \"%2\": %3"_s.arg(box.title, box.text, box.answer));
+        m_model.onAnswered(box);
+    };
     m_interaction.whileOpen = [this] { writeWhileBoxIsOpen(); };
     qApp->installEventFilter(this);
     m_main.MDIForm_Load({});
@@ -76,19 +80,18 @@ bool Monkey::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-QString Monkey::step(const std::function<void(const QString &)> &report)
+QString Monkey::step()
 {
     constexpr int longestLock = 3; // steps
     constexpr int integrityInterval = 50; // steps
     if (m_other.isLocked() && ++m_lockedSteps >= longestLock) {
         m_other.setLocked(false);
-        report(u"another program unlocks the file"_s);
+        m_report(u"another program unlocks the file"_s);
     }
     const Step step = chooseStep();
-    report(step.text);
+    m_report(step.text);
     step.take();
     waitUntilIdle();
-    m_model.forgetPress();
     m_model.check(step.text);
     if (++m_steps % integrityInterval == 0) {
         if (const QString integrity = m_other.integrity(); integrity != "ok"_L1)
@@ -367,6 +370,9 @@ Monkey::Step Monkey::turnWheel()
 
 void Monkey::waitUntilIdle()
 {
+    // Without a window manager no window is active after a dialog is closed.
+    if (!QApplication::activeWindow())
+        m_main.activateWindow();
     constexpr int longest = 1000; // milliseconds
     for (int i = 0; i < longest; ++i) {
         QCoreApplication::processEvents();

@@ -16,11 +16,14 @@ class Monkey final : public QObject
     Q_OBJECT
 
 public:
-    Monkey(const QString &path, unsigned seed); // path of a new recipe file
+    using Report = std::function<void(const QString &)>;
 
-    // Chooses a step, reports it before it is taken, and checks the file after it. Returns the
-    // fault found, or empty text.
-    QString step(const std::function<void(const QString &)> &report);
+    // The path is that of a new recipe file. Each step is reported before it is taken, and each box
+    // when it is answered.
+    Monkey(const QString &path, unsigned seed, Report report);
+
+    // Takes a random step and checks the file after it. Returns the fault found, or empty text.
+    QString step();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override; // closes modal dialogs
@@ -53,6 +56,7 @@ private:
     void checkOpened(const QString &name);
     void writeWhileBoxIsOpen();
 
+    Report m_report;
     Randomness m_random;
     OtherProgram m_other;
     RandomInteraction m_interaction;

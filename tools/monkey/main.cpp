@@ -70,13 +70,13 @@ bool run(int steps, int seconds, bool isVerbose)
     QElapsedTimer time;
     time.start();
     stepCount = 0;
-    Monkey monkey(DatabasePath, seed);
+    Monkey monkey(DatabasePath, seed, [isVerbose](const QString &step) {
+        remember(step);
+        if (isVerbose)
+            std::printf("%s\n", qUtf8Printable(step));
+    });
     for (int i = 0; i < steps && (seconds == 0 || time.elapsed() < seconds * 1000); ++i) {
-        const QString fault = monkey.step([isVerbose](const QString &step) {
-            remember(step);
-            if (isVerbose)
-                std::printf("%s\n", qUtf8Printable(step));
-        });
+        const QString fault = monkey.step();
         if (!fault.isEmpty()) {
             printSteps();
             writeText(qUtf8Printable(fault + u'\n'));
