@@ -511,7 +511,11 @@ void Model::editorPressed(const Press &press, Shown &shown)
             }
         }
     }
+    const bool hadFault = !m_fault.isEmpty();
     expect(allowed, press);
+    if (!hadFault && !m_fault.isEmpty())
+        m_fault += u"  the editor was opened for recipe %1 and shows: %2\n"_s.arg(shown.key).arg(
+            press.lines.join(", "_L1));
 }
 
 // Comparing
