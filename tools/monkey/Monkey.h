@@ -53,6 +53,7 @@ private:
     QList<QAbstractButton *> buttons(bool inActiveWindow);
     // Processes events until nothing is pending. An access key may hold its button for a moment.
     void waitUntilIdle();
+    bool isAnyButtonDown() const;
     void checkOpened(const QString &name);
     void writeWhileBoxIsOpen();
 
