@@ -13,6 +13,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <unistd.h>
 
@@ -58,6 +59,15 @@ void onSignal(int signal)
     _exit(1);
 }
 
+// The offscreen platform warns about everything that it cannot do.
+void onMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QString &message)
+{
+    if (!message.startsWith("This plugin does not support"_L1))
+        writeText(qUtf8Printable(message + u'\n'));
+    if (type == QtFatalMsg)
+        std::abort();
+}
+
 // Returns whether no fault was found.
 bool run(int steps, int seconds, bool isVerbose)
 {
@@ -96,6 +106,7 @@ int main(int argc, char *argv[])
         qputenv(name, home.path().toUtf8());
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(onMessage);
     QHashSeed::setDeterministicGlobalSeed();
     QApplication application(argc, argv);
     QApplication::setKeyboardInputInterval(0);
