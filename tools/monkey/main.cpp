@@ -85,7 +85,7 @@ bool run(int steps, int seconds, bool isVerbose)
         if (isVerbose)
             std::printf("%s\n", qUtf8Printable(step));
     });
-    for (int i = 0; i < steps && (seconds == 0 || time.elapsed() < seconds * 1000); ++i) {
+    for (int i = 0; i < steps && (seconds == 0 || time.elapsed() / 1000 < seconds); ++i) {
         const QString fault = monkey.step();
         if (!fault.isEmpty()) {
             printSteps();
@@ -137,6 +137,6 @@ int main(int argc, char *argv[])
         std::printf("seed %u: %u steps\n", seed, stepCount);
         std::fflush(stdout);
         ++seed;
-    } while (time.elapsed() < limit * 1000);
+    } while (time.elapsed() / 1000 < limit);
     return 0;
 }
