@@ -1,0 +1,276 @@
+#include "Model.h"
+
+#include "OtherProgram.h"
+#include "Screen.h"
+#include "frame/ChildWindow.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPushButton>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+template <class Row>
+Key keyOf(const std::map<Key, Row> &rows, const std::map<QString, Key> &former, const QString &name,
+          Key none)
+{
+    const Key key = findName(rows, name, none);
+    const auto found = former.find(name.toLower());
+    return key == none && found != former.end() ? found->second : key;
+}
+
+template <class Row>
+void addNames(std::map<QString, Key> &names, const std::map<Key, Row> &rows)
+{
+    for (const auto &[key, row] : rows)
+        names[row.name.toLower()] = key;
+}
+
+} // namespace
+
+Model::Model(OtherProgram &file)
+    : m_file(file)
+{
+    takeOver();
+    qApp->installEventFilter(this);
+}
+
+// Presses and boxes
+
+QString Model::Press::answerTo(const QString &title) const
+{
+    const auto box = std::find_if(boxes.rbegin(), boxes.rend(),
+                                  [&](const AnsweredBox &b) { return b.title == title; });
+    return box == boxes.rend() ? QString() : box->answer;
+}
+
+bool Model::Press::hasFailed() const
+{
+    return std::any_of(boxes.begin(), boxes.end(), [](const AnsweredBox &box) {
+        return box.text.startsWith("Something went wrong"_L1);
+    });
+}
+
+bool Model::Press::isRefused() const
+{
+    for (const AnsweredBox &box : boxes) {
+        if (box.title == "Error"_L1 || box.title == "Can't save"_L1)
+            return !hasFailed();
+        if (box.title == "Recipe Name"_L1)
+            return false;
+    }
+    return false;
+}
+
+void Model::onAnswered(const AnsweredBox &box)
+{
+    ++m_answeredBoxes;
+    if (!m_press)
+        return;
+    m_press->boxes.push_back(box);
+    if (box.title == "Enter Description"_L1)
+        m_windows[m_press->window].description = box.answer;
+}
+
+bool Model::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *window = qobject_cast<ChildWindow *>(watched);
+    switch (event->type()) {
+    case QEvent::Show:
+        if (window && !m_windows.contains(window))
+            watch(*window);
+        break;
+    case QEvent::WindowTitleChange:
+        if (window && m_windows.contains(window) && isRecipe(*window))
+            onTitleChanged(*window);
+        break;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::Timer: // an access key may press its button by a timer
+        m_press.reset();
+        observe();
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void Model::watch(QWidget &window)
+{
+    m_windows.emplace(&window, Shown());
+    connect(&window, &QObject::destroyed, this, [this, &window] { m_windows.erase(&window); });
+    for (QPushButton *button : window.findChildren<QPushButton *>()) {
+        connect(button, &QPushButton::released, this, [this, button] { onReleased(button); });
+        connect(button, &QPushButton::clicked, this, [this, button] { onClicked(button); });
+    }
+}
+
+// What is on the screen
+
+void Model::observe()
+{
+    for (auto &[window, shown] : m_windows) {
+        if (isRecipe(*window))
+            observeRecipe(*window, shown);
+        else if (isIngredients(*window) || isUtensils(*window))
+            observeCatalog(*window, shown);
+        else if (isEditor(*window))
+            observeEditor(*window, shown);
+    }
+}
+
+void Model::observeRecipe(QWidget &window, Shown &shown) const
+{
+    if (!isSaveEnabled(window)) {
+        shown.recipe = recipeOnScreen(window);
+        shown.description.reset();
+    }
+}
+
+// The key stays if the name is the same: the utensil catalog disables Save also if it has refused
+// a name, and the box then still shows that name.
+void Model::observeCatalog(QWidget &window, Shown &shown) const
+{
+    const bool ingredients = isIngredients(window);
+    const QString name = catalogNameOnScreen(window);
+    const int row = selectedCatalogRow(window);
+    const bool isSeen = name == shown.name && row == shown.selectedRow;
+    shown.name = name;
+    shown.selectedRow = row;
+    if (isSaveEnabled(window))
+        return;
+    if (ingredients)
+        shown.ingredient = ingredientOnScreen(window);
+    if (isSeen && shown.key != none)
+        return;
+    shown.otherKey = none;
+    if (name.isEmpty())
+        shown.key = 0;
+    else
+        shown.key = ingredients ? keyOf(m_tables.ingredients, m_ingredients, name, none)
+                                : keyOf(m_tables.utensils, m_utensils, name, none);
+}
+
+void Model::observeEditor(QWidget &window, Shown &shown) const
+{
+    for (const QString &line : linesOnScreen(window)) {
+        const QString name = isIngredientEditor(window) ? nameOf(line) : line;
+        const Key key = isIngredientEditor(window)
+            ? keyOf(m_tables.ingredients, m_ingredients, name, none)
+            : keyOf(m_tables.utensils, m_utensils, name, none);
+        shown.lineKeys.emplace(name, key);
+    }
+}
+
+// Edit gives the recipe shown another title, New gives one to a new recipe, and everything else
+// shows a stored recipe.
+void Model::onTitleChanged(QWidget &window)
+{
+    Shown &shown = m_windows[&window];
+    const bool isPressed = m_press && m_press->window == &window && !m_press->boxes.empty();
+    const QString button = isPressed ? m_press->button->objectName() : QString();
+    if (button == "cmdEdit"_L1)
+        return;
+    if (button == "cmdNew"_L1 && !m_press->answerTo(u"Recipe Name"_s).isEmpty())
+        shown.key = 0;
+    else
+        shown.key = keyOf(m_tables.recipes, m_recipes, window.windowTitle(), none);
+}
+
+// A button that is down is also released if the handler of another one disables it.
+void Model::onReleased(QPushButton *button)
+{
+    if (m_press)
+        return;
+    observe();
+    QWidget *window = button->parentWidget();
+    while (!qobject_cast<ChildWindow *>(window))
+        window = window->parentWidget();
+    Press press;
+    press.button = button;
+    press.window = window;
+    press.shown = m_windows[window];
+    press.isChanged = isSaveEnabled(*window);
+    if (isRecipe(*window))
+        press.recipe = recipeOnScreen(*window);
+    else if (isIngredients(*window))
+        press.ingredient = ingredientOnScreen(*window);
+    else if (isUtensils(*window))
+        press.ingredient.name = catalogNameOnScreen(*window);
+    else if (isEditor(*window))
+        press.lines = linesOnScreen(*window);
+    m_press = press;
+}
+
+void Model::onClicked(QPushButton *button)
+{
+    if (!m_press || m_press->button != button)
+        return;
+    const Press press = *std::exchange(m_press, std::nullopt);
+    Shown &shown = m_windows[press.window];
+    if (isRecipe(*press.window))
+        recipePressed(press, shown);
+    else if (isIngredients(*press.window))
+        ingredientPressed(press, shown);
+    else if (isUtensils(*press.window))
+        utensilPressed(press, shown);
+    else if (isEditor(*press.window))
+        editorPressed(press, shown);
+    else
+        expect({m_tables}, press);
+}
+
+// Comparing
+
+void Model::expect(std::vector<Tables> allowed, const Press &press)
+{
+    if (press.hasFailed())
+        allowed.push_back(m_tables);
+    const Tables stored = m_file.read();
+    const auto equal = std::find_if(allowed.begin(), allowed.end(), [&](const Tables &tables) {
+        return difference(tables, stored).isEmpty();
+    });
+    if (equal == allowed.end())
+        addFault(u"after %1 of %2:\n%3"_s.arg(press.button->objectName(),
+                                              press.window->objectName(),
+                                              difference(allowed.front(), stored)));
+    setTables(stored);
+}
+
+void Model::check(const QString &after)
+{
+    const Tables stored = m_file.read();
+    if (const QString lines = difference(m_tables, stored); !lines.isEmpty())
+        addFault(u"nothing was saved by a button, but after %1:\n%2"_s.arg(after, lines));
+    if (const QString doubled = doubledNames(stored); !doubled.isEmpty())
+        addFault(u"names are not unique:\n"_s + doubled);
+}
+
+void Model::takeOver()
+{
+    setTables(m_file.read());
+}
+
+void Model::setTables(const Tables &tables)
+{
+    m_tables = tables;
+    addNames(m_recipes, tables.recipes);
+    addNames(m_ingredients, tables.ingredients);
+    addNames(m_utensils, tables.utensils);
+}
+
+void Model::addFault(const QString &fault)
+{
+    if (m_fault.isEmpty())
+        m_fault = fault;
+}
