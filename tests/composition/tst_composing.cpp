@@ -78,18 +78,19 @@ private Q_SLOTS:
             "cmbQuantity: , *tsp, tbsp, cup, ml, L, oz, fl oz, quart, gram, kilogram, lb, pinch, "
             "handfull, dash, sprig, clove\n"
             "cmbPreperation: *, chopped, diced, sliced, cubed, ground, minced, grated\n"_s;
-        const QString labels = u"Change Ingredients, In the recipe, In the catalog, Amount, Unit, "
-                               "Preparation\nlstRecipeIngredients: "_s;
+        const QString labels =
+            u"Change Ingredients, In the recipe, In the catalog, Amount, Unit, Preparation\n"_s;
+        const QString lines = u"\nlstRecipeIngredients: "_s;
         const QString addIngredient = u"cmdAddIngredient: A&dd Ingredient\n"_s;
-        QTest::newRow("ingredients") << dishes << false
-                                     << labels
+        QTest::newRow("ingredients")
+            << dishes << false
+            << labels + u"> lstIngredients: *Beans, Beans (white), Cook's spice, Salt\n"_s + combos
+                + add + addIngredient + leave + lines
                 + u"*Beans (white) (1 (large) can), "
-                  "Cook's spice (as much as a large spoon holds)\n"
-                  "> lstIngredients: *Beans, Beans (white), Cook's spice, Salt\n"_s
-                + combos + add + addIngredient + leave;
+                  "Cook's spice (as much as a large spoon holds)"_s;
         QTest::newRow("no ingredients")
             << dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients" << false
-            << labels + u"\n> lstIngredients: \n"_s + combos + add + addIngredient + leave;
+            << labels + u"> lstIngredients: \n"_s + combos + add + addIngredient + leave + lines;
         QTest::newRow("utensils")
             << dishes << true
             << u"Change Untensils, In the recipe, In the catalog\nlstRecipeUtensils: Whisk\n"
