@@ -91,8 +91,9 @@ private:
         const std::vector<RecipeDetails> details = m_reader.details(keys);
         for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
-            const auto finished = static_cast<qsizetype>(done + i);
-            if (!progress.update(finished, std::ssize(m_site.recipes), recipe.title))
+            const std::size_t finished = done + i;
+            if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
+                                 recipe.title))
                 return false;
             write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
         }

@@ -16,5 +16,9 @@ public:
     }
 
 protected:
-    void wheelEvent(QWheelEvent *event) override { QAbstractScrollArea::wheelEvent(event); }
+    void wheelEvent(QWheelEvent *event) override
+    {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): QPlainTextEdit's own enlarges the text
+        QAbstractScrollArea::wheelEvent(event);
+    }
 };
