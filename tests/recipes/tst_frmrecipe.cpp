@@ -4,9 +4,6 @@
 #include "support/WindowFixture.h"
 #include "widgets/ComboBox.h"
 
-#include <QAbstractItemView>
-#include <QWheelEvent>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -141,43 +138,6 @@ private Q_SLOTS:
         }
         fixture.perform(asks ? u"cmdDone?No"_s : u"cmdDone"_s);
         QVERIFY(!fixture.frame.find<frmRecipe>());
-    }
-
-    void readOnlyType_data()
-    {
-        QTest::addColumn<std::function<void(QComboBox &)>>("input");
-        const auto row = [](const char *name, std::function<void(QComboBox &)> input) {
-            QTest::newRow(name) << std::move(input);
-        };
-        row("click", [](QComboBox &type) { QTest::mouseClick(&type, Qt::LeftButton); });
-        row("wheel", [](QComboBox &type) {
-            QWheelEvent event(type.rect().center(), type.mapToGlobal(type.rect().center()), {},
-                              {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(&type, &event);
-        });
-        row("arrow key", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Down); });
-        row("letter", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_P); });
-        row("space", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Space); });
-        row("F4", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_F4); });
-    }
-    // No input changes the type while it is read-only; after Edit each of them does.
-    void readOnlyType()
-    {
-        QFETCH(std::function<void(QComboBox &)>, input);
-        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('a', 2)");
-        auto &type = control<ComboBox>(fixture.form, u"cmbRecipeType"_s);
-        type.setFocus(Qt::TabFocusReason);
-        QVERIFY(type.hasFocus());
-        const auto hasEffect = [&] {
-            input(type);
-            return type.view()->isVisible() || type.currentIndex() != 2;
-        };
-        QVERIFY(!hasEffect());
-        QCOMPARE(stateOf(fixture.form), u"locked"_s);
-        fixture.perform(u"cmdEdit a"_s);
-        type.setFocus(Qt::TabFocusReason);
-        QVERIFY(hasEffect());
-        type.hidePopup();
     }
 
     void noRecipe()
