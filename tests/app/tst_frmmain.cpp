@@ -2,6 +2,7 @@
 #include "data/DatabasePath.h"
 #include "support/MockInteraction.h"
 #include "support/RecipeFile.h"
+#include "support/Rows.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -110,25 +111,22 @@ void tst_frmMain::disablesWhatHasNoAction()
 void tst_frmMain::startPage_data()
 {
     using Keys = QList<Qt::Key>;
-    QTest::addColumn<Keys>("keys");
-    QTest::addColumn<QString>("opened"); // null for the folder chooser of the export
-    QTest::newRow("Enter") << Keys{Qt::Key_Return} << u"frmRecipes"_s;
-    QTest::newRow("Down") << Keys{Qt::Key_Down, Qt::Key_Return} << u"frmImport"_s;
-    QTest::newRow("Tab and Space")
-        << Keys{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space} << u"frmIngredient"_s;
-    QTest::newRow("Up") << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Enter}
-                        << u"frmImport"_s;
-    QTest::newRow("last") << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}
-                          << QString();
-    QTest::newRow("shortcut") << Keys{Qt::Key_F7} << u"frmUtensil"_s;
+    // The window opened is null for the folder chooser of the export.
+    addRows<Keys, QString>({
+        {"Enter", Keys{Qt::Key_Return}, u"frmRecipes"_s},
+        {"Down", Keys{Qt::Key_Down, Qt::Key_Return}, u"frmImport"_s},
+        {"Tab and Space", Keys{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space}, u"frmIngredient"_s},
+        {"Up", Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Enter}, u"frmImport"_s},
+        {"last", Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return}, QString()},
+        {"shortcut", Keys{Qt::Key_F7}, u"frmUtensil"_s},
+    });
 }
 
 // The page is there at first and after the last child window is closed, with the focus on its first
 // link.
 void tst_frmMain::startPage()
 {
-    QFETCH(const QList<Qt::Key>, keys);
-    QFETCH(const QString, opened);
+    const auto [keys, opened] = fetchRow<QList<Qt::Key>, QString>();
     RecipeFile file;
     DatabasePath = file.path();
     MockInteraction interaction;
@@ -193,26 +191,21 @@ void tst_frmMain::exportsWebPages()
 
 void tst_frmMain::readsAgain_data()
 {
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<QString>("list");
-    QTest::addColumn<QString>("edit"); // whose changes are not saved; empty for none
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("Recipes") << Qt::Key_F5 << u"lvwRecipes"_s << QString() << u"Salt"_s;
-    QTest::newRow("Ingredients") << Qt::Key_F6 << u"lstIngredients"_s << QString() << u"Salt"_s;
-    QTest::newRow("Ingredients, unsaved")
-        << Qt::Key_F6 << u"lstIngredients"_s << u"txtIngredient"_s << QString();
-    QTest::newRow("Utensils") << Qt::Key_F7 << u"lstUtensils"_s << QString() << u"Salt"_s;
-    QTest::newRow("Utensils, unsaved")
-        << Qt::Key_F7 << u"lstUtensils"_s << u"txtUtensilName"_s << QString();
+    // The third value is the edit whose changes are not saved.
+    addRows<Qt::Key, QString, QString, QString>({
+        {"Recipes", Qt::Key_F5, u"lvwRecipes"_s, QString(), u"Salt"_s},
+        {"Ingredients", Qt::Key_F6, u"lstIngredients"_s, QString(), u"Salt"_s},
+        {"Ingredients, unsaved", Qt::Key_F6, u"lstIngredients"_s, u"txtIngredient"_s, QString()},
+        {"Utensils", Qt::Key_F7, u"lstUtensils"_s, QString(), u"Salt"_s},
+        {"Utensils, unsaved", Qt::Key_F7, u"lstUtensils"_s, u"txtUtensilName"_s, QString()},
+    });
 }
 
 // The key of a window that is in front shows what another program has written, unless that would
 // lose unsaved changes.
 void tst_frmMain::readsAgain()
 {
-    QFETCH(const Qt::Key, key);
-    QFETCH(const QString, list);
-    QFETCH(const QString, edit);
+    const auto [key, list, edit, shown] = fetchRow<Qt::Key, QString, QString, QString>();
     RecipeFile file;
     DatabasePath = file.path();
     MockInteraction interaction;
@@ -229,22 +222,20 @@ void tst_frmMain::readsAgain()
                "INSERT INTO Utensils (UtensilName) VALUES ('Salt')"_s);
     QTest::keyClick(window.windowHandle(), key);
     const auto *view = window.findChild<QAbstractItemView *>(list);
-    QTEST(view->model()->index(0, 0).data().toString(), "shown");
+    QCOMPARE(view->model()->index(0, 0).data().toString(), shown);
     if (!edit.isEmpty())
         QCOMPARE(window.findChild<QLineEdit *>(edit)->text(), u"Pepper"_s);
 }
 
 void tst_frmMain::quits_data()
 {
-    QTest::addColumn<bool>("byMenu");
-    QTest::newRow("File, Exit") << true;
-    QTest::newRow("closed") << false;
+    addRows<bool>({{"File, Exit", true}, {"closed", false}});
 }
 
 // A catalog with unsaved changes, which keeps the activation, neither asks nor stays open.
 void tst_frmMain::quits()
 {
-    QFETCH(const bool, byMenu);
+    const auto [byMenu] = fetchRow<bool>();
     RecipeFile file;
     DatabasePath = file.path();
     MockInteraction interaction;

@@ -1,16 +1,12 @@
 #include "catalogs/frmIngredient.h"
 #include "catalogs/frmUtensil.h"
 #include "composition/ComposedRecipe.h"
-#include "composition/frmChangeIngredients.h"
+#include "composition/ComposingFixture.h"
 #include "composition/frmChangeUtensils.h"
-#include "data/Database.h"
-#include "recipes/frmRecipe.h"
 #include "recipes/frmRecipes.h"
 #include "support/FormText.h"
-#include "support/WindowFixture.h"
+#include "support/Rows.h"
 #include "widgets/ListBox.h"
-
-#include <sqlite3.h>
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -21,41 +17,12 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QByteArray dishes =
-    "INSERT INTO Recipes (RecipeID, RecipeName) VALUES (17, 'Utensils'), (18, 'Stew');"
-    "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Beans (white)', 0, 0, 1),"
-    "(3, 'Beans', 0, 0, 1), (4, 'Cook''s spice', 0, 0, 1);"
-    "INSERT INTO RecipeIngredients VALUES (17, 2, '1 (large) can'), (18, 3, '1 cup'),"
-    "(17, 4, 'as much as a large spoon holds');"
-    "INSERT INTO Utensils VALUES (1, 'Whisk'), (2, 'Large pot'), (3, 'Knife');"
-    "INSERT INTO RecipeUtensils VALUES (17, 1), (18, 3);";
-constexpr auto allIngredients = "SELECT * FROM RecipeIngredients ORDER BY rowid";
-constexpr auto oldLinks = u"17|2|1 (large) can, 18|3|1 cup, 17|4|as much as a large spoon holds";
-
-// The record window and an editor on its recipe.
-template <class Editor>
-Editor &compose(WindowFixture &fixture)
-{
-    fixture.frame.load<frmRecipe>().setCurrentRecipeID(17);
-    fixture.open<frmRecipe>();
-    return fixture.open<Editor>();
-}
-
 MessageBox noneSelected(const QString &box, const QString &act)
 {
     return WindowFixture::warning(
         u"No item was selected in the %1 box.  Try selecting the item you want "
         "to %2 and then hit %2 again"_s.arg(box, act),
         u"No item selected"_s);
-}
-
-MessageBox missing()
-{
-    return WindowFixture::warning(u"These ingredients are not in the catalog any more:\n\n"
-                                  "Cook's spice (as much as a large spoon holds)\n\nNothing was "
-                                  "stored. Add them to the catalog again with Add Ingredient, "
-                                  "or remove their lines."_s,
-                                  u"Can't save"_s);
 }
 
 } // namespace
@@ -67,9 +34,6 @@ class tst_Composing : public QObject
 private Q_SLOTS:
     void opens_data()
     {
-        QTest::addColumn<QByteArray>("rows");
-        QTest::addColumn<bool>("utensils");
-        QTest::addColumn<QString>("form");
         const QString add = u"cmdAdd: &Add\ncmdRemove: &Remove\n"_s;
         const QString leave = u"cmdCancel: &Cancel\ncmdDone: D&one"_s;
         const QString combos =
@@ -82,49 +46,47 @@ private Q_SLOTS:
             u"Change Ingredients, In the recipe, In the catalog, Amount, Unit, Preparation\n"_s;
         const QString lines = u"\nlstRecipeIngredients: "_s;
         const QString addIngredient = u"cmdAddIngredient: A&dd Ingredient\n"_s;
-        QTest::newRow("ingredients")
-            << dishes << false
-            << labels + u"> lstIngredients: *Beans, Beans (white), Cook's spice, Salt\n"_s + combos
-                + add + addIngredient + leave + lines
-                + u"*Beans (white) (1 (large) can), "
-                  "Cook's spice (as much as a large spoon holds)"_s;
-        QTest::newRow("no ingredients")
-            << dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients" << false
-            << labels + u"> lstIngredients: \n"_s + combos + add + addIngredient + leave + lines;
-        QTest::newRow("utensils")
-            << dishes << true
-            << u"Change Untensils, In the recipe, In the catalog\nlstRecipeUtensils: Whisk\n"
-               "> lstUtensils: Knife, Large pot, Whisk\n"_s
-                + add + u"cmdAddUtensil: A&dd Utensil\n"_s + leave;
+        addRows<QByteArray, bool, QString>({
+            {"ingredients", dishes, false,
+             labels + u"> lstIngredients: *Beans, Beans (white), Cook's spice, Salt\n"_s + combos
+                 + add + addIngredient + leave + lines
+                 + u"*Beans (white) (1 (large) can), "
+                   "Cook's spice (as much as a large spoon holds)"_s},
+            {"no ingredients", dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients",
+             false,
+             labels + u"> lstIngredients: \n"_s + combos + add + addIngredient + leave + lines},
+            {"utensils", dishes, true,
+             u"Change Untensils, In the recipe, In the catalog\nlstRecipeUtensils: Whisk\n"
+             "> lstUtensils: Knife, Large pot, Whisk\n"_s
+                 + add + u"cmdAddUtensil: A&dd Utensil\n"_s + leave},
+        });
     }
     void opens()
     {
-        QFETCH(QByteArray, rows);
-        QFETCH(bool, utensils);
+        const auto [rows, utensils, form] = fetchRow<QByteArray, bool, QString>();
         WindowFixture fixture(rows);
         const ChildWindow &editor = utensils
             ? static_cast<ChildWindow &>(compose<frmChangeUtensils>(fixture))
             : compose<frmChangeIngredients>(fixture);
-        QTEST(formText(editor), "form");
+        QCOMPARE(formText(editor), form);
     }
 
     void adds_data()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("as opened") << u""_s << u"Salt (1 tsp)"_s;
-        QTest::newRow("chosen") << u"cmbAmount 12, cmbQuantity 3, cmbPreperation 2"_s
-                                << u"Salt (2 1/2 cup diced)"_s;
-        QTest::newRow("typed") << u"cmbAmount =a few, cmbQuantity 2, cmbPreperation =torn"_s
-                               << u"Salt (a few tbsp torn)"_s;
-        QTest::newRow("nothing") << u"cmbAmount 0, cmbQuantity 0"_s << u"Salt ()"_s;
-        QTest::newRow("preparation alone")
-            << u"cmbAmount 0, cmbQuantity 0, cmbPreperation 1"_s << u"Salt (chopped)"_s;
+        addRows<QString, QString>({
+            {"as opened", u""_s, u"Salt (1 tsp)"_s},
+            {"chosen", u"cmbAmount 12, cmbQuantity 3, cmbPreperation 2"_s,
+             u"Salt (2 1/2 cup diced)"_s},
+            {"typed", u"cmbAmount =a few, cmbQuantity 2, cmbPreperation =torn"_s,
+             u"Salt (a few tbsp torn)"_s},
+            {"nothing", u"cmbAmount 0, cmbQuantity 0"_s, u"Salt ()"_s},
+            {"preparation alone", u"cmbAmount 0, cmbQuantity 0, cmbPreperation 1"_s,
+             u"Salt (chopped)"_s},
+        });
     }
     void adds()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, line);
+        const auto [steps, line] = fetchRow<QString, QString>();
         WindowFixture fixture(dishes);
         const auto &editor = compose<frmChangeIngredients>(fixture);
         fixture.perform(editor, steps + u", lstIngredients 3, cmdAdd"_s);
@@ -192,16 +154,11 @@ private Q_SLOTS:
                  lines);
     }
 
-    void focusReturnsToTheList_data()
-    {
-        QTest::addColumn<bool>("byMouse");
-        QTest::newRow("mouse") << true;
-        QTest::newRow("keys") << false;
-    }
+    void focusReturnsToTheList_data() { addRows<bool>({{"mouse", true}, {"keys", false}}); }
     // After Add Ingredient and Done in the catalog. On Cancel, Enter would drop all lines.
     void focusReturnsToTheList()
     {
-        QFETCH(bool, byMouse);
+        const auto [byMouse] = fetchRow<bool>();
         const auto key = [](const QString &keys) {
             if (QProcess::execute(u"xdotool"_s, {u"key"_s, keys}) != 0)
                 qFatal("xdotool failed");
@@ -228,13 +185,14 @@ private Q_SLOTS:
 
     void showsWhichListHasTheFocus_data()
     {
-        QTest::addColumn<QByteArray>("rows");
-        QTest::newRow("with rows") << dishes;
-        QTest::newRow("empty") << dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients";
+        addRows<QByteArray>({
+            {"with rows", dishes},
+            {"empty", dishes + "DELETE FROM RecipeIngredients; DELETE FROM Ingredients"},
+        });
     }
     void showsWhichListHasTheFocus()
     {
-        QFETCH(QByteArray, rows);
+        const auto [rows] = fetchRow<QByteArray>();
         WindowFixture fixture(rows);
         const auto &editor = compose<frmChangeIngredients>(fixture);
         for (const QString &name : {u"lstIngredients"_s, u"lstRecipeIngredients"_s}) {
@@ -248,88 +206,6 @@ private Q_SLOTS:
             control<QWidget>(editor, u"cmdDone"_s).setFocus();
             QVERIFY2(selection() != focused, qUtf8Printable(name));
         }
-    }
-
-    void links_data()
-    {
-        QTest::addColumn<QByteArray>("before"); // the editor is opened
-        QTest::addColumn<QByteArray>("after");
-        QTest::addColumn<QString>("stored"); // keys; or nothing if Done is refused
-        const QByteArray renamed =
-            "UPDATE Ingredients SET IngredientName = 'Spice' WHERE IngredientID = 4;";
-        const QByteArray deleted = "DELETE FROM Ingredients WHERE IngredientID = 4;";
-        const QByteArray doubled = "INSERT INTO Ingredients VALUES (6, 'COOK''S spice', 0, 0, 1);";
-        QTest::newRow("renamed") << QByteArray() << renamed << u"2, 4"_s;
-        QTest::newRow("renamed, the name used again")
-            << QByteArray() << renamed + doubled << u"2, 4"_s;
-        QTest::newRow("deleted") << QByteArray() << deleted << u""_s;
-        QTest::newRow("deleted, the name used again")
-            << QByteArray() << deleted + doubled << u"2, 6"_s;
-        QTest::newRow("doubled names, the second linked")
-            << doubled + "UPDATE RecipeIngredients SET IngredientID = 6 WHERE IngredientID = 4"
-            << QByteArray() << u"2, 6"_s;
-        QTest::newRow("a link to nothing")
-            << QByteArray("INSERT INTO RecipeIngredients (rowid, RecipeID, IngredientID, Quantity)"
-                          " VALUES (-5, 17, 77, 'gone')")
-            << QByteArray() << u"2, 4"_s;
-    }
-    // Done links the lines to the ingredients that they were linked to.
-    void links()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
-        QFETCH(QString, stored);
-        WindowFixture fixture(dishes + before);
-        const auto &editor = compose<frmChangeIngredients>(fixture);
-        if (!after.isEmpty())
-            fixture.sql(after);
-        const QString old = fixture.stored(allIngredients);
-        if (stored.isEmpty())
-            fixture.interaction.expect(missing());
-        fixture.perform(editor, u"cmdDone"_s);
-        if (stored.isEmpty())
-            QCOMPARE(fixture.stored(allIngredients), old);
-        else
-            QCOMPARE(fixture.stored("SELECT IngredientID FROM RecipeIngredients"
-                                    " WHERE RecipeID = 17 ORDER BY rowid"),
-                     stored);
-    }
-
-    // A renamed ingredient keeps its line, and is not added a second time.
-    void addsARenamedIngredientOnce()
-    {
-        WindowFixture fixture(dishes);
-        const auto &editor = compose<frmChangeIngredients>(fixture);
-        fixture.perform(editor, u"cmdAddIngredient"_s);
-        const auto &catalog = *fixture.frame.find<frmIngredient>();
-        fixture.perform(catalog, u"lstIngredients 2, txtIngredient =Spice, cmdSave, cmdDone"_s);
-        fixture.interaction.expect(WindowFixture::warning(
-            u"Ingredient is already in the ingredient box"_s, u"Can't add"_s));
-        fixture.perform(editor, u"lstIngredients 3, cmdAdd, cmdDone"_s);
-        QCOMPARE(fixture.stored(allIngredients),
-                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
-    }
-
-    // The lines' keys are found when the catalog can be read, and not before.
-    void unreadCatalog()
-    {
-        WindowFixture fixture(dishes);
-        const auto database = Database::open(fixture.file.path(), std::chrono::milliseconds(10));
-        fixture.frame.load<frmRecipe>().setCurrentRecipeID(17);
-        fixture.open<frmRecipe>();
-        SQLite::Database other = fixture.file.other();
-        auto &editor = fixture.frame.load<frmChangeIngredients>();
-        other.exec("BEGIN EXCLUSIVE");
-        fixture.interaction.expect(WindowFixture::failure(
-            u"Change Ingredients"_s,
-            DatabaseError::fromSqlite(fixture.file.path(), SQLITE_BUSY, {}).text()));
-        fixture.frame.show(editor);
-        QCoreApplication::processEvents();
-        fixture.interaction.checkAllCame();
-        other.exec("ROLLBACK");
-        fixture.perform(editor, u"cmdDone"_s);
-        QCOMPARE(fixture.stored(allIngredients),
-                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
     }
 
     void ingredients()
@@ -429,60 +305,19 @@ private Q_SLOTS:
 
     void quantity_data()
     {
-        QTest::addColumn<QString>("amount");
-        QTest::addColumn<QString>("unit");
-        QTest::addColumn<QString>("preparation");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("outer spaces")
-            << u"  1  x "_s << u"tsp"_s << u" (fine) "_s << u"1  x  tsp  (fine)"_s;
-        QTest::newRow("tab, no unit") << u"\t1"_s << u""_s << u"minced"_s << u"\t1 minced"_s;
-        QTest::newRow("cut") << u"123456789012345678901234"_s << u"tsp"_s << u""_s
-                             << u"123456789012345678901234 "_s;
-        QTest::newRow("cut before a grapheme") << u"123456789012345678901234e\u0301"_s << u""_s
-                                               << u""_s << u"123456789012345678901234"_s;
+        addRows<QString, QString, QString, QString>({
+            {"outer spaces", u"  1  x "_s, u"tsp"_s, u" (fine) "_s, u"1  x  tsp  (fine)"_s},
+            {"tab, no unit", u"\t1"_s, u""_s, u"minced"_s, u"\t1 minced"_s},
+            {"cut", u"123456789012345678901234"_s, u"tsp"_s, u""_s, u"123456789012345678901234 "_s},
+            {"cut before a grapheme", u"123456789012345678901234e\u0301"_s, u""_s, u""_s,
+             u"123456789012345678901234"_s},
+        });
     }
     void quantity()
     {
-        QFETCH(QString, amount);
-        QFETCH(QString, unit);
-        QFETCH(QString, preparation);
-        QTEST(quantityText(amount, unit, preparation), "expected");
-    }
-
-    void refusesDone_data()
-    {
-        QTest::addColumn<QByteArray>("cause");
-        QTest::addColumn<QByteArray>("repair");
-        QTest::addColumn<MessageBox>("box");
-        QTest::newRow("not in the catalog")
-            << QByteArray("DELETE FROM Ingredients WHERE IngredientID = 4")
-            << QByteArray("INSERT INTO Ingredients VALUES (4, 'COOK''S SPICE', 0, 0, 1)")
-            << missing();
-        QTest::newRow("database error")
-            << QByteArray("CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients"
-                          " WHEN NEW.IngredientID = 4 BEGIN SELECT RAISE(ABORT, 'no more'); END")
-            << QByteArray("DROP TRIGGER t")
-            << WindowFixture::failure(u"Change Ingredients"_s,
-                                      u"The recipe file %1 could not be used: no more"_s);
-    }
-    // Nothing is stored, and Done works when the cause is repaired.
-    void refusesDone()
-    {
-        QFETCH(QByteArray, cause);
-        QFETCH(QByteArray, repair);
-        QFETCH(MessageBox, box);
-        WindowFixture fixture(dishes);
-        const auto &editor = compose<frmChangeIngredients>(fixture);
-        fixture.sql(cause);
-        box.text.replace(u"%1"_s, fixture.file.path());
-        fixture.interaction.expect(box);
-        press(editor, u"cmdDone"_s);
-        fixture.interaction.checkAllCame();
-        QCOMPARE(fixture.stored(allIngredients), oldLinks);
-        fixture.sql(repair);
-        press(editor, u"cmdDone"_s);
-        QCOMPARE(fixture.stored(allIngredients),
-                 u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);
+        const auto [amount, unit, preparation, expected] =
+            fetchRow<QString, QString, QString, QString>();
+        QCOMPARE(quantityText(amount, unit, preparation), expected);
     }
 
     // After each step: the number of beeps so far, and the active window.

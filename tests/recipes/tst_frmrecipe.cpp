@@ -1,10 +1,8 @@
 #include "recipes/frmRecipe.h"
+#include "support/Rows.h"
 #include "support/TemporaryHome.h"
 #include "support/WindowFixture.h"
 #include "widgets/ComboBox.h"
-
-#include <QAbstractItemView>
-#include <QWheelEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,18 +51,17 @@ class tst_frmRecipe : public QObject
 private Q_SLOTS:
     void display_data()
     {
-        QTest::addColumn<QByteArray>("values");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("nulls") << QByteArray("'n', NULL, NULL, NULL, NULL, NULL, NULL")
-                               << u"n||yes|Misc||5 - Disaster|||"_s;
-        QTest::newRow("out of range")
-            << QByteArray("'o', '', '12345678901234567890123456789', 16, 'Boil.', -1, 120")
-            << u"o|12345678901234567890123456789|yes||120||||Boil."_s;
+        addRows<QByteArray, QString>({
+            {"nulls", QByteArray("'n', NULL, NULL, NULL, NULL, NULL, NULL"),
+             u"n||yes|Misc||5 - Disaster|||"_s},
+            {"out of range",
+             QByteArray("'o', '', '12345678901234567890123456789', 16, 'Boil.', -1, 120"),
+             u"o|12345678901234567890123456789|yes||120||||Boil."_s},
+        });
     }
     void display()
     {
-        QFETCH(QByteArray, values);
-        QFETCH(QString, shown);
+        const auto [values, shown] = fetchRow<QByteArray, QString>();
         RecipeWindowFixture fixture("INSERT INTO Recipes VALUES (7, " + values + ")", 7);
         QCOMPARE(fixture.shown(), shown);
         fixture.perform(u"chkVegetarian"_s);
@@ -103,36 +100,32 @@ private Q_SLOTS:
     void states_data()
     {
         // The steps start at the recipe b between a and c. "!": Done asks whether to save.
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("locked fields")
-            << u"txtAuthor x, txtServes 1, txtInstruction x, cmbRecipeType 3"_s << u"locked"_s;
-        QTest::newRow("rating") << u"cmbRating 2"_s << u"locked save!"_s;
-        QTest::newRow("new") << u"cmdNew x"_s << u"open dontsave save!"_s;
-        QTest::newRow("new, name of spaces") << u"cmdNew   "_s << u"locked"_s;
-        QTest::newRow("edit cancelled") << u"cmdEdit "_s << u"locked"_s;
-        QTest::newRow("renamed") << u"cmdEdit B"_s << u"open dontsave save!"_s;
-        QTest::newRow("same name") << u"cmdEdit b, cmdDontSave"_s << u"open dontsave"_s;
-        QTest::newRow("author") << u"cmdEdit b, txtAuthor x"_s << u"open dontsave save!"_s;
-        QTest::newRow("serves") << u"cmdEdit b, txtServes 1"_s << u"open dontsave save!"_s;
-        QTest::newRow("instructions")
-            << u"cmdEdit b, txtInstruction x"_s << u"open dontsave save!"_s;
-        QTest::newRow("type") << u"cmdEdit b, cmbRecipeType 3"_s << u"open dontsave save!"_s;
-        QTest::newRow("saved") << u"cmdEdit B, txtAuthor x, cmdSave"_s << u"locked"_s;
-        QTest::newRow("dropped by Next") << u"cmdEdit b, txtAuthor x, cmdNext?No"_s << u"open"_s;
-        QTest::newRow("kept at the end")
-            << u"cmdEdit b, txtAuthor x, cmdNext?No, txtAuthor x, cmdNext?No"_s << u"open save!"_s;
-        QTest::newRow("saved by Previous")
-            << u"cmdEdit b, txtAuthor x, cmdPrevious?Yes"_s << u"locked"_s;
-        QTest::newRow("saved by New") << u"cmbRating 2, cmdNew ?Yes"_s << u"locked"_s;
-        QTest::newRow("new, saved for the editor")
-            << u"cmdNew x, cmdChangeIngredients"_s << u"locked"_s;
-        QTest::newRow("saved for the editor") << u"cmbRating 1, cmdChangeUtensils"_s << u"locked"_s;
+        addRows<QString, QString>({
+            {"locked fields", u"txtAuthor x, txtServes 1, txtInstruction x, cmbRecipeType 3"_s,
+             u"locked"_s},
+            {"rating", u"cmbRating 2"_s, u"locked save!"_s},
+            {"new", u"cmdNew x"_s, u"open dontsave save!"_s},
+            {"new, name of spaces", u"cmdNew   "_s, u"locked"_s},
+            {"edit cancelled", u"cmdEdit "_s, u"locked"_s},
+            {"renamed", u"cmdEdit B"_s, u"open dontsave save!"_s},
+            {"same name", u"cmdEdit b, cmdDontSave"_s, u"open dontsave"_s},
+            {"author", u"cmdEdit b, txtAuthor x"_s, u"open dontsave save!"_s},
+            {"serves", u"cmdEdit b, txtServes 1"_s, u"open dontsave save!"_s},
+            {"instructions", u"cmdEdit b, txtInstruction x"_s, u"open dontsave save!"_s},
+            {"type", u"cmdEdit b, cmbRecipeType 3"_s, u"open dontsave save!"_s},
+            {"saved", u"cmdEdit B, txtAuthor x, cmdSave"_s, u"locked"_s},
+            {"dropped by Next", u"cmdEdit b, txtAuthor x, cmdNext?No"_s, u"open"_s},
+            {"kept at the end", u"cmdEdit b, txtAuthor x, cmdNext?No, txtAuthor x, cmdNext?No"_s,
+             u"open save!"_s},
+            {"saved by Previous", u"cmdEdit b, txtAuthor x, cmdPrevious?Yes"_s, u"locked"_s},
+            {"saved by New", u"cmbRating 2, cmdNew ?Yes"_s, u"locked"_s},
+            {"new, saved for the editor", u"cmdNew x, cmdChangeIngredients"_s, u"locked"_s},
+            {"saved for the editor", u"cmbRating 1, cmdChangeUtensils"_s, u"locked"_s},
+        });
     }
     void states()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, expected);
+        const auto [steps, expected] = fetchRow<QString, QString>();
         RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c')",
                                     2);
         fixture.perform(steps);
@@ -145,43 +138,6 @@ private Q_SLOTS:
         }
         fixture.perform(asks ? u"cmdDone?No"_s : u"cmdDone"_s);
         QVERIFY(!fixture.frame.find<frmRecipe>());
-    }
-
-    void readOnlyType_data()
-    {
-        QTest::addColumn<std::function<void(QComboBox &)>>("input");
-        const auto row = [](const char *name, std::function<void(QComboBox &)> input) {
-            QTest::newRow(name) << std::move(input);
-        };
-        row("click", [](QComboBox &type) { QTest::mouseClick(&type, Qt::LeftButton); });
-        row("wheel", [](QComboBox &type) {
-            QWheelEvent event(type.rect().center(), type.mapToGlobal(type.rect().center()), {},
-                              {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(&type, &event);
-        });
-        row("arrow key", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Down); });
-        row("letter", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_P); });
-        row("space", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_Space); });
-        row("F4", [](QComboBox &type) { QTest::keyClick(&type, Qt::Key_F4); });
-    }
-    // No input changes the type while it is read-only; after Edit each of them does.
-    void readOnlyType()
-    {
-        QFETCH(std::function<void(QComboBox &)>, input);
-        RecipeWindowFixture fixture("INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('a', 2)");
-        auto &type = control<ComboBox>(fixture.form, u"cmbRecipeType"_s);
-        type.setFocus(Qt::TabFocusReason);
-        QVERIFY(type.hasFocus());
-        const auto hasEffect = [&] {
-            input(type);
-            return type.view()->isVisible() || type.currentIndex() != 2;
-        };
-        QVERIFY(!hasEffect());
-        QCOMPARE(stateOf(fixture.form), u"locked"_s);
-        fixture.perform(u"cmdEdit a"_s);
-        type.setFocus(Qt::TabFocusReason);
-        QVERIFY(hasEffect());
-        type.hidePopup();
     }
 
     void noRecipe()
@@ -212,22 +168,17 @@ private Q_SLOTS:
 
     void names_data()
     {
-        QTest::addColumn<QString>("current");
-        QTest::addColumn<QStringList>("taken");
-        QTest::addColumn<QString>("step");
-        QTest::addColumn<QString>("accepted");
-        QTest::newRow("new") << u""_s << QStringList({u" APPLE pie "_s, u"soup"_s})
-                             << u"cmdNew  Crème & co. 50% [a]; b-c_d "_s
-                             << u"Crème & co. 50% [a]; b-c_d"_s;
-        QTest::newRow("edit") << u"apple pie"_s << QStringList({u" SOUP"_s, u"soup"_s})
-                              << u"cmdEdit Apple Pie"_s << u"Apple Pie"_s;
+        addRows<QString, QStringList, QString, QString>({
+            {"new", u""_s, QStringList({u" APPLE pie "_s, u"soup"_s}),
+             u"cmdNew  Crème & co. 50% [a]; b-c_d "_s, u"Crème & co. 50% [a]; b-c_d"_s},
+            {"edit", u"apple pie"_s, QStringList({u" SOUP"_s, u"soup"_s}), u"cmdEdit Apple Pie"_s,
+             u"Apple Pie"_s},
+        });
     }
     void names()
     {
-        QFETCH(QString, current);
-        QFETCH(QStringList, taken);
-        QFETCH(QString, step);
-        QFETCH(QString, accepted);
+        const auto [current, taken, step, accepted] =
+            fetchRow<QString, QStringList, QString, QString>();
         RecipeWindowFixture fixture(
             "INSERT INTO Recipes (RecipeName) VALUES ('apple pie'), ('Soup')");
         const InputBox box = WindowFixture::nameBox(current);
@@ -291,18 +242,19 @@ private Q_SLOTS:
 
     void untouched_data()
     {
-        QTest::addColumn<QByteArray>("instructions");
-        QTest::newRow("spaces and line ends")
-            << QByteArray("'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c'"
-                          " || x'0D0A0AE280A8E280A9' || ' '");
-        QTest::newRow("emoji, combining, BOM and control characters")
-            << QByteArray("'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'");
-        QTest::newRow("invalid UTF-8") << QByteArray("CAST(x'61FF62' AS TEXT)");
-        QTest::newRow("blob") << QByteArray("x'610A62'");
+        addRows<QByteArray>({
+            {"spaces and line ends",
+             QByteArray("'  a\xC2\xA0\t' || x'0A' || 'b' || x'0D' || 'c'"
+                        " || x'0D0A0AE280A8E280A9' || ' '")},
+            {"emoji, combining, BOM and control characters",
+             QByteArray("'\U0001F370 e\u0301 \uFEFF' || x'0001071B' || 'b'")},
+            {"invalid UTF-8", QByteArray("CAST(x'61FF62' AS TEXT)")},
+            {"blob", QByteArray("x'610A62'")},
+        });
     }
     void untouched()
     {
-        QFETCH(QByteArray, instructions);
+        const auto [instructions] = fetchRow<QByteArray>();
         const QByteArray all = "SELECT hex(RecipeName), hex(Description), hex(Author), RecipeType,"
                                " hex(Instructions), typeof(Instructions), Serves FROM Recipes";
         RecipeWindowFixture fixture(
@@ -318,26 +270,24 @@ private Q_SLOTS:
 
     void edited_data()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("stored");
         const QString old = u"1|soup|d|null|16|a\nb\u00A0|9|null"_s;
-        QTest::newRow("rating, and the nulls as shown")
-            << u"cmdEdit soup, cmbRating 1, cmdSave"_s << u"1|soup|d||16|a\nb\u00A0|1|0"_s;
-        QTest::newRow("instructions")
-            << u"cmdEdit soup, txtInstruction c, cmdSave"_s << u"1|soup|d||16|a\r\nb\u00A0c|9|0"_s;
-        QTest::newRow("typed beyond the limits")
-            << u"cmdEdit Soup, txtAuthor 12345678901234567890123456, cmbRecipeType 2, "
-               "txtServes 123, cmdSave"_s
-            << u"1|Soup|d|1234567890123456789012345|2|a\nb\u00A0|9|12"_s;
-        QTest::newRow("not saved") << u"cmdEdit s, txtAuthor Ann, cmdNext?No, cmdDone?No"_s << old;
-        QTest::newRow("new, saved by Done")
-            << u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s
-            << old + u", 2|b|||1||5|5"_s;
+        addRows<QString, QString>({
+            {"rating, and the nulls as shown", u"cmdEdit soup, cmbRating 1, cmdSave"_s,
+             u"1|soup|d||16|a\nb\u00A0|1|0"_s},
+            {"instructions", u"cmdEdit soup, txtInstruction c, cmdSave"_s,
+             u"1|soup|d||16|a\r\nb\u00A0c|9|0"_s},
+            {"typed beyond the limits",
+             u"cmdEdit Soup, txtAuthor 12345678901234567890123456, cmbRecipeType 2, "
+             "txtServes 123, cmdSave"_s,
+             u"1|Soup|d|1234567890123456789012345|2|a\nb\u00A0|9|12"_s},
+            {"not saved", u"cmdEdit s, txtAuthor Ann, cmdNext?No, cmdDone?No"_s, old},
+            {"new, saved by Done", u"cmdNew b, cmbRecipeType 1, txtServes 5, cmdDone?Yes"_s,
+             old + u", 2|b|||1||5|5"_s},
+        });
     }
     void edited()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, stored);
+        const auto [steps, stored] = fetchRow<QString, QString>();
         RecipeWindowFixture fixture("INSERT INTO Recipes VALUES"
                                     " (1, 'soup', 'd', NULL, 16, 'a' || x'0A62C2A0', 9, NULL)");
         fixture.perform(steps);

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "widgets/ComboBox.h"
 #include "widgets/LineEdit.h"
 
@@ -75,23 +76,19 @@ private Q_SLOTS:
 
 void tst_ComboBox::wheel_data()
 {
-    QTest::addColumn<bool>("isEditable");
-    QTest::addColumn<bool>("isReadOnly");
-    QTest::addColumn<bool>("hasFocus");
-    QTest::addColumn<QString>("selected");
-    QTest::newRow("list that the mouse passes") << false << false << false << u"Soup"_s;
-    QTest::newRow("list with the focus") << false << false << true << u"Salad"_s;
-    QTest::newRow("edit that the mouse passes") << true << false << false << u"Soup"_s;
-    QTest::newRow("edit with the focus") << true << false << true << u"Salad"_s;
-    QTest::newRow("read-only with the focus") << false << true << true << u"Soup"_s;
+    addRows<bool, bool, bool, QString>({
+        {"list that the mouse passes", false, false, false, u"Soup"_s},
+        {"list with the focus", false, false, true, u"Salad"_s},
+        {"edit that the mouse passes", true, false, false, u"Soup"_s},
+        {"edit with the focus", true, false, true, u"Salad"_s},
+        {"read-only with the focus", false, true, true, u"Soup"_s},
+    });
 }
 
 // The wheel selects another entry or scrolls what is around the combo box.
 void tst_ComboBox::wheel()
 {
-    QFETCH(const bool, isEditable);
-    QFETCH(const bool, isReadOnly);
-    QFETCH(const bool, hasFocus);
+    const auto [isEditable, isReadOnly, hasFocus, selected] = fetchRow<bool, bool, bool, QString>();
     Form form;
     if (isEditable)
         form.combo.setLineEdit(new LineEdit);
@@ -100,7 +97,7 @@ void tst_ComboBox::wheel()
         form.combo.setFocus();
     form.turnWheel();
     QCOMPARE(form.combo.hasFocus(), hasFocus);
-    QTEST(form.combo.currentText(), "selected");
+    QCOMPARE(form.combo.currentText(), selected);
     QCOMPARE(form.area.verticalScrollBar()->value() > 0, form.combo.currentIndex() == 1);
 }
 
@@ -126,6 +123,7 @@ void tst_ComboBox::readOnly()
     QCOMPARE(QGuiApplication::clipboard()->text(), u"Soup"_s);
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_M, Qt::Key_Space, Qt::Key_F4})
         QTest::keyClick(QApplication::focusWidget(), key);
+    QTest::mouseClick(&form.combo, Qt::LeftButton);
     QCOMPARE(form.combo.currentText(), u"Soup"_s);
     QVERIFY(!QApplication::activePopupWidget());
     QVERIFY(accessible(QApplication::focusWidget())->state().readOnly);
