@@ -9,6 +9,7 @@
 #include "interaction/Interaction.h"
 #include "widgets/LineEdit.h"
 #include "widgets/ListBox.h"
+#include "widgets/StandardWidgets.h"
 #include "widgets/WarningFrame.h"
 
 #include <QLabel>
@@ -108,7 +109,7 @@ void CatalogWindow::enableControls()
 {
     for (QWidget *control : std::as_const(m_catalog.others))
         control->setEnabled(m_isRead);
-    m_catalog.save->setEnabled(m_isRead && m_changed);
+    setEnabledPassingFocus(*m_catalog.save, m_isRead && m_changed, *m_catalog.list);
     m_catalog.newMark->setVisible(m_isRead && m_currentId == 0);
 }
 

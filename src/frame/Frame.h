@@ -20,8 +20,8 @@ class QMdiArea;
 
 // Loads, shows, activates, hides and unloads the child windows in a QMdiArea; there is at most one
 // window of each class. A window that is loaded again is where its predecessor was, and as large.
-// Form_Activate and Form_Deactivate run after the handler that caused them
-// has returned, so a handler may show a window first and set its content afterwards.
+// Form_Activate and Form_Deactivate run after the handler that caused them has returned, so a
+// handler may show a window first and set its content afterwards.
 //
 // The main window has a Frame as a member, and calls unloadAll() in its closeEvent.
 class Frame final : public QObject

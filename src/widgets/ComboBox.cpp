@@ -1,5 +1,7 @@
 #include "widgets/ComboBox.h"
 
+#include "widgets/StandardWidgets.h"
+
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -25,7 +27,7 @@ ComboBox::ComboBox(QWidget *parent)
     setFocusPolicy(Qt::StrongFocus); // the default policy lets the wheel move the focus
     m_readOnlyEdit->hide();
     m_readOnlyEdit->setReadOnly(true);
-    setReadOnlyLook();
+    showReadOnlyColors(*m_readOnlyEdit, true);
     connect(this, &QComboBox::currentIndexChanged, this, &ComboBox::showText);
     connect(this, &QComboBox::currentTextChanged, this, &ComboBox::showText);
 }
@@ -53,14 +55,6 @@ void ComboBox::showText()
 {
     m_readOnlyEdit->setText(currentText());
     m_readOnlyEdit->setCursorPosition(0);
-}
-
-// It looks like the read-only edits beside it.
-void ComboBox::setReadOnlyLook()
-{
-    QPalette look;
-    look.setBrush(QPalette::Base, palette().window());
-    m_readOnlyEdit->setPalette(look);
 }
 
 void ComboBox::showPopup()
@@ -105,5 +99,5 @@ void ComboBox::changeEvent(QEvent *event)
 {
     QComboBox::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        setReadOnlyLook();
+        showReadOnlyColors(*m_readOnlyEdit, true);
 }

@@ -30,7 +30,6 @@ protected:
 
 private:
     void showText();
-    void setReadOnlyLook();
 
     QLineEdit *m_readOnlyEdit; // covers the combo box while it is read-only
 };

@@ -173,6 +173,7 @@ ProgressBox::ProgressBox(const QString &title)
 {
     constexpr int width = 360;
     m_dialog.setMinimumDuration(std::numeric_limits<int>::max());
+    m_dialog.reset(); // stops the timer that the constructor started with the default duration
     m_dialog.setWindowTitle(title);
     m_dialog.setWindowModality(Qt::ApplicationModal);
     m_dialog.setCancelButtonText(DesktopInteraction::tr("&Stop"));

@@ -193,6 +193,17 @@ private Q_SLOTS:
         }
     }
 
+    // Enter would press Done if the focus passed on to it.
+    void keepsTheFocusOffDone()
+    {
+        CatalogFixture catalog(pantry);
+        catalog.perform(u"txtIngredient Sal"_s);
+        catalog.save.setFocus();
+        catalog.list.selectRow(1);
+        QVERIFY(!catalog.save.isEnabled());
+        QCOMPARE(catalog.window.focusWidget(), &catalog.list);
+    }
+
     void marksNewRows()
     {
         CatalogFixture catalog;

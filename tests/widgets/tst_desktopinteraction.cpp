@@ -300,6 +300,13 @@ private Q_SLOTS:
             QVERIFY(progress->update(done, 5, u"soup.srf"_s));
             QVERIFY(!QApplication::activeModalWidget());
         }
+        // A question that is open for longer runs the event loop.
+        const auto windows = QApplication::topLevelWidgets();
+        for (const QWidget *window : windows) {
+            const auto timers = window->findChildren<QTimer *>();
+            for (const QTimer *timer : timers)
+                QVERIFY(!qobject_cast<const QProgressDialog *>(window) || !timer->isActive());
+        }
     }
 
     void progressIsCancelled_data()
