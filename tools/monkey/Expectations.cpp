@@ -175,7 +175,10 @@ void Model::editorPressed(const Press &press, const Shown &shown)
         if (!press.hasFailed() && press.isRefused() != !links)
             addFault(links ? u"lines were refused that the catalog has"_s
                            : u"lines were not refused that the catalog lacks"_s);
-        if (links && m_tables.recipes.contains(shown.key))
+        if (!m_tables.recipes.contains(shown.key)) {
+            if (!press.hasFailed())
+                addFault(u"the recipe is gone, and the user was not told"_s);
+        } else if (links)
             (ingredients ? after.ingredientLinks : after.utensilLinks)[shown.key] = *links;
     }
     expect(after, press);
