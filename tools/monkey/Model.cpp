@@ -121,6 +121,13 @@ void Model::observeCatalog(QWidget &window, Shown &shown)
     const Line selected = selectedInCatalog(window);
     checkKey(selected, ingredients ? m_ingredients : m_utensils);
     shown.key = selected.key;
+    // Delete shows the first row in the place of a new one, and selects none.
+    if (ingredients && selected.name != shown.ingredient.name) {
+        const QString name = shown.ingredient.name.toLower();
+        const auto found = m_ingredients.lower_bound({name, 0});
+        if (found != m_ingredients.end() && found->first == name)
+            shown.key = found->second;
+    }
 }
 
 void Model::checkKey(const Line &line, const Names &names)
