@@ -178,8 +178,9 @@ void Model::editorPressed(const Press &press, const Shown &shown)
         if (!m_tables.recipes.contains(shown.key)) {
             if (!press.hasFailed())
                 addFault(u"the recipe is gone, and the user was not told"_s);
-        } else if (links)
+        } else if (links) {
             (ingredients ? after.ingredientLinks : after.utensilLinks)[shown.key] = *links;
+        }
     }
     expect(after, press);
 }
