@@ -96,7 +96,8 @@ void Model::recipeSaved(const Press &press, Shown &shown)
     const QString title = press.window->windowTitle();
     if (isNew && title == entered.name && m_tables.recipes.contains(key))
         shown.key = key;
-    if (press.button->objectName() == "cmdSave"_L1 && !press.hasFailed() && title != entered.name)
+    if (press.button->objectName() == "cmdSave"_L1 && !press.hasFailed() && title != entered.name
+        && entered.name != found.name)
         addFault(u"\"%1\" was saved and \"%2\" is shown"_s.arg(entered.name, title));
 }
 
