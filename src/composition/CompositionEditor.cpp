@@ -5,6 +5,7 @@
 #include "composition/ComposedRecipe.h"
 #include "data/Criterion.h"
 #include "data/Database.h"
+#include "data/DatabaseError.h"
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"
@@ -48,6 +49,7 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
     if (!shown)
         throw platform::UserVisibleError(tr("There is no recipe open to change."));
     m_recipeId = shown->recipeId();
+    m_recipes.RecordSource = u"SELECT RecipeID FROM Recipes"_s;
     return *shown;
 }
 
@@ -126,6 +128,11 @@ QStringList CompositionEditor::writeBack()
 {
     Transaction transaction(m_composition.lines->Database());
     m_sources.requery();
+    m_recipes.Recordset().FindFirst(criterion("RecipeID"_L1, m_recipeId));
+    if (m_recipes.Recordset().NoMatch()) {
+        throw DatabaseError(
+            tr("This recipe has been deleted by another program. Nothing was stored."));
+    }
     findKeys();
     const QStringList used = names();
     QList<qint64> keys;

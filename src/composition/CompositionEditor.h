@@ -65,6 +65,7 @@ private:
     void showMissing(const QStringList &missing);
 
     DataSources m_sources;
+    DataSource m_recipes{m_sources}; // a new recipe may get the key of a deleted one
     Composition m_composition;
     qint64 m_recipeId = 0;
     bool m_keysAreKnown = false; // of the lines that the recipe had when the editor was loaded

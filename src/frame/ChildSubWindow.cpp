@@ -3,6 +3,7 @@
 #include "frame/ChildWindow.h"
 
 #include <QAction>
+#include <QFocusEvent>
 #include <QHelpEvent>
 #include <QMdiArea>
 #include <QMenu>
@@ -82,6 +83,15 @@ bool ChildSubWindow::event(QEvent *event)
     if (event->type() == QEvent::WindowStateChange)
         return changeState(static_cast<QWindowStateChangeEvent &>(*event));
     return QMdiSubWindow::event(event);
+}
+
+// QMdiSubWindow remembers that it got the focus by Tab, and then gives the focus to the next
+// control each time it is activated. It gets the focus by Tab if Qt moves it out of a widget that
+// is hidden.
+void ChildSubWindow::focusInEvent(QFocusEvent *event)
+{
+    QFocusEvent otherReason(event->type(), Qt::OtherFocusReason);
+    QMdiSubWindow::focusInEvent(&otherReason);
 }
 
 bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)

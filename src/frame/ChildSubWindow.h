@@ -30,6 +30,7 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     bool changeState(QWindowStateChangeEvent &event);

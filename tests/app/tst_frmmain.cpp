@@ -36,6 +36,7 @@ private Q_SLOTS:
     void disablesWhatHasNoAction();
     void startPage_data();
     void startPage();
+    void keepsTheFocus();
     void exportsWebPages();
     void readsAgain_data();
     void readsAgain();
@@ -160,6 +161,27 @@ void tst_frmMain::startPage()
 }
 
 // The first folder chosen contains files of the user, so that the user must choose another one.
+// The start page takes the focus at first; it must not lose that of a window afterwards.
+void tst_frmMain::keepsTheFocus()
+{
+    RecipeFile file;
+    DatabasePath = file.path();
+    MockInteraction interaction;
+    frmMain window(interaction);
+    QVERIFY(!window.MDIForm_Load({}));
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    const auto focusAfter = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        QCoreApplication::processEvents();
+        return QApplication::focusWidget()->objectName();
+    };
+    QCOMPARE(focusAfter(Qt::Key_F5), u"lvwRecipes"_s);
+    QCOMPARE(focusAfter(Qt::Key_F9), u"drvRecipes"_s);
+    QCOMPARE(focusAfter(Qt::Key_Escape), u"lvwRecipes"_s);
+}
+
 void tst_frmMain::exportsWebPages()
 {
     RecipeFile file;

@@ -108,6 +108,11 @@ private Q_SLOTS:
         addRows<QByteArray, QByteArray, MessageBox>({
             {"not in the catalog", QByteArray("DELETE FROM Ingredients WHERE IngredientID = 4"),
              QByteArray("INSERT INTO Ingredients VALUES (4, 'COOK''S SPICE', 0, 0, 1)"), missing()},
+            {"recipe deleted", QByteArray("UPDATE Recipes SET RecipeID = -17 WHERE RecipeID = 17"),
+             QByteArray("UPDATE Recipes SET RecipeID = 17 WHERE RecipeID = -17"),
+             WindowFixture::failure(
+                 u"Change Ingredients"_s,
+                 u"This recipe has been deleted by another program. Nothing was stored."_s)},
             {"database error",
              QByteArray("CREATE TRIGGER t BEFORE INSERT ON RecipeIngredients"
                         " WHEN NEW.IngredientID = 4 BEGIN SELECT RAISE(ABORT, 'no more'); END"),

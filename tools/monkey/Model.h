@@ -1,12 +1,15 @@
 #pragma once
 
 #include "RandomInteraction.h"
+#include "Screen.h"
 #include "Tables.h"
 
 #include <QObject>
 
 #include <map>
 #include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 class OtherProgram;
@@ -43,18 +46,14 @@ protected:
 
 private:
     static constexpr Key none = -1;
-    using Names = std::map<QString, Key>;
+    using Names = std::set<std::pair<QString, Key>>; // in lower case
 
     // What the model knows of a window.
     struct Shown {
         Key key = none; // of the row shown, 0 for a new one; in an editor that of its recipe
-        Key otherKey = none; // the row could as well be this one
-        QString name; // as it was seen last, and the selected row of the catalog
-        int selectedRow = -1;
         Recipe recipe; // as the user found it
         Ingredient ingredient;
         std::optional<QString> description; // if the user has entered one
-        Names lineKeys; // of an editor's lines
     };
 
     struct Press {
@@ -63,7 +62,8 @@ private:
         Shown shown; // before the press
         Recipe recipe; // what the window shows
         Ingredient ingredient;
-        QStringList lines;
+        QString utensil;
+        std::vector<Line> lines;
         bool isChanged = false; // whether Save is enabled
         std::vector<AnsweredBox> boxes;
 
@@ -74,32 +74,33 @@ private:
 
     void watch(QWidget &window);
     void observe();
-    void observeRecipe(QWidget &window, Shown &shown) const;
-    void observeCatalog(QWidget &window, Shown &shown) const;
-    void observeEditor(QWidget &window, Shown &shown) const;
+    void observeCatalog(QWidget &window, Shown &shown);
+    // Adds a fault if no row with this key has or had this name.
+    void checkKey(const Line &line, const Names &names);
     void onTitleChanged(QWidget &window);
     void onReleased(QPushButton *button);
     void onClicked(QPushButton *button);
 
     void recipePressed(const Press &press, Shown &shown);
     void recipeSaved(const Press &press, Shown &shown);
-    void ingredientPressed(const Press &press, Shown &shown);
-    void utensilPressed(const Press &press, Shown &shown);
-    void editorPressed(const Press &press, Shown &shown);
+    void ingredientPressed(const Press &press, const Shown &shown);
+    void utensilPressed(const Press &press, const Shown &shown);
+    void editorPressed(const Press &press, const Shown &shown);
 
     bool isIngredientRefused(const Ingredient &entered, const Shown &shown) const;
-    std::vector<Link> linksOf(const Press &press, const Shown &shown, bool byName) const;
-    bool isLineMissing(const Press &press, const Shown &shown) const; // in the catalog
+    // Returns what the lines of an editor are stored as, or nothing if the catalog lacks one.
+    std::optional<std::vector<Link>> linksOf(const Press &press) const;
 
-    // The file must hold one of these. An error may come after the transaction has been committed,
-    // so that the old tables are allowed too if the press has failed.
-    void expect(std::vector<Tables> allowed, const Press &press);
+    // The file must hold these tables. If the press has failed, the error may have come before they
+    // were stored.
+    void expect(const Tables &tables, const Press &press);
     void addFault(const QString &fault);
     void setTables(const Tables &tables);
 
     OtherProgram &m_file;
     Tables m_tables;
-    Names m_recipes; // every name that a row has or had, in lower case
+    // Every name that a row has or had, in lower case. Of two recipes the later has it.
+    std::map<QString, Key> m_recipes;
     Names m_ingredients;
     Names m_utensils;
     std::map<QWidget *, Shown> m_windows;

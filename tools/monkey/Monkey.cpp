@@ -204,8 +204,6 @@ Monkey::Step Monkey::pressKey()
             [this, key] { send(key.key(), key.keyboardModifiers()); }};
 }
 
-// If access keys hold their buttons for a moment, the order in which two of them are pressed is not
-// repeatable.
 Monkey::Step Monkey::pressAccessKey()
 {
     QList<QAbstractButton *> found = buttons(true);
@@ -216,10 +214,8 @@ Monkey::Step Monkey::pressAccessKey()
         return pressMenuKey();
     const QAbstractButton *button = m_random.oneOf(found);
     const int key = QKeySequence::mnemonic(button->text())[0].key();
-    return {u"Alt+%1 for %2"_s.arg(QKeySequence(key).toString(), describe(*button)), [this, key] {
-                if (!isAnyButtonDown())
-                    send(key, Qt::AltModifier);
-            }};
+    return {u"Alt+%1 for %2"_s.arg(QKeySequence(key).toString(), describe(*button)),
+            [this, key] { send(key, Qt::AltModifier); }};
 }
 
 // Keys that arrive faster than the program handles them.

@@ -51,7 +51,8 @@ private:
     void sendText(const QString &text);
     QWidget *keyTarget();
     QList<QAbstractButton *> buttons(bool inActiveWindow);
-    // Processes events until nothing is pending. An access key may hold its button for a moment.
+    // Processes events until nothing is pending. A screen reader's press holds its button for
+    // a moment.
     void waitUntilIdle();
     bool isAnyButtonDown() const;
     void checkOpened(const QString &name);

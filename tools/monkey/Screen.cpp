@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -80,30 +81,36 @@ Ingredient ingredientOnScreen(const QWidget &window)
             .vegetarian = control<QCheckBox>(window, "chkVegetarian").isChecked()};
 }
 
-QString catalogNameOnScreen(const QWidget &window)
+QString utensilOnScreen(const QWidget &window)
 {
-    return text(window, isIngredients(window) ? "txtIngredient" : "txtUtensilName");
+    return text(window, "txtUtensilName");
 }
 
-int selectedCatalogRow(const QWidget &window)
+bool isCatalogRead(const QWidget &window)
 {
-    return control<ListBox>(window, isIngredients(window) ? "lstIngredients" : "lstUtensils")
-        .selectedRow();
+    return control<QPushButton>(window, "cmdNew").isEnabled();
 }
 
-QStringList linesOnScreen(const QWidget &window)
+Line selectedInCatalog(const QWidget &window)
 {
-    return control<ListBox>(
-               window, isIngredientEditor(window) ? "lstRecipeIngredients" : "lstRecipeUtensils")
-        .texts();
+    if (!control<QLabel>(window, "lblNew").isHidden())
+        return {};
+    const auto &list =
+        control<ListBox>(window, isIngredients(window) ? "lstIngredients" : "lstUtensils");
+    return {list.selectedText(), {}, list.selectedKey()};
 }
 
-QString nameOf(const QString &line)
+// No name in the file contains a parenthesis.
+std::vector<Line> linesOnScreen(const QWidget &window)
 {
-    return line.section(u" ("_s, 0, 0);
-}
-
-QString quantityOf(const QString &line)
-{
-    return line.section(u" ("_s, 1).chopped(line.contains(u" ("_s) ? 1 : 0);
+    const bool ingredients = isIngredientEditor(window);
+    const auto &list =
+        control<ListBox>(window, ingredients ? "lstRecipeIngredients" : "lstRecipeUtensils");
+    std::vector<Line> lines;
+    for (const QString &text : list.texts()) {
+        const qsizetype end = ingredients ? text.indexOf(" ("_L1) : text.size();
+        const QString quantity = ingredients ? text.sliced(end + 2).chopped(1) : QString();
+        lines.push_back({text.first(end), quantity, list.keyAt(int(lines.size()))});
+    }
+    return lines;
 }

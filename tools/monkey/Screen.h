@@ -19,10 +19,16 @@ bool isSaveEnabled(const QWidget &window); // false if the window has no such bu
 
 Recipe recipeOnScreen(const QWidget &window); // without the description, which no control shows
 Ingredient ingredientOnScreen(const QWidget &window);
-QString catalogNameOnScreen(const QWidget &window); // in the box of either catalog
-int selectedCatalogRow(const QWidget &window); // from 0, or -1
-QStringList linesOnScreen(const QWidget &window); // of the recipe in either editor
+bool isCatalogRead(const QWidget &window); // false while its fields are disabled
+QString utensilOnScreen(const QWidget &window);
 
-// The parts of an ingredient line. No name in the file contains a parenthesis.
-QString nameOf(const QString &line);
-QString quantityOf(const QString &line);
+// A row of a list box.
+struct Line {
+    QString name;
+    QString quantity; // empty unless it is an ingredient of a recipe
+    Key key = 0; // 0 if the window does not know it
+};
+
+// The selected row of either catalog. Its key is 0 if a new row is shown.
+Line selectedInCatalog(const QWidget &window);
+std::vector<Line> linesOnScreen(const QWidget &window); // of the recipe in either editor

@@ -69,7 +69,7 @@ void onMessage(QtMsgType type, const QMessageLogContext & /*context*/, const QSt
 }
 
 // Returns whether no fault was found.
-bool run(int steps, int seconds, bool isVerbose)
+bool run(int steps, int seconds)
 {
     const QTemporaryDir folder(u"/dev/shm/pantrywise-monkey-XXXXXX"_s);
     DatabasePath = folder.filePath(u"data.rbk"_s);
@@ -80,11 +80,7 @@ bool run(int steps, int seconds, bool isVerbose)
     QElapsedTimer time;
     time.start();
     stepCount = 0;
-    Monkey monkey(DatabasePath, seed, [isVerbose](const QString &step) {
-        remember(step);
-        if (isVerbose)
-            std::printf("%s\n", qUtf8Printable(step));
-    });
+    Monkey monkey(DatabasePath, seed, remember);
     for (int i = 0; i < steps && (seconds == 0 || time.elapsed() / 1000 < seconds); ++i) {
         const QString fault = monkey.step();
         if (!fault.isEmpty()) {
@@ -120,8 +116,7 @@ int main(int argc, char *argv[])
     const QCommandLineOption steps(u"steps"_s, u"Steps for each seed."_s, u"number"_s, u"500"_s);
     const QCommandLineOption seconds(u"seconds"_s, u"Go on with the next seed until this time."_s,
                                      u"number"_s, u"0"_s);
-    const QCommandLineOption verbose(u"verbose"_s, u"Print every step."_s);
-    parser.addOptions({seedOption, steps, seconds, verbose});
+    parser.addOptions({seedOption, steps, seconds});
     parser.process(application);
 
     for (const int signal : {SIGSEGV, SIGABRT, SIGFPE, SIGALRM})
@@ -132,7 +127,7 @@ int main(int argc, char *argv[])
     const int limit = parser.value(seconds).toInt();
     do {
         const int left = limit == 0 ? 0 : limit - static_cast<int>(time.elapsed() / 1000);
-        if (!run(parser.value(steps).toInt(), left, parser.isSet(verbose)))
+        if (!run(parser.value(steps).toInt(), left))
             return 1;
         std::printf("seed %u: %u steps\n", seed, stepCount);
         std::fflush(stdout);
