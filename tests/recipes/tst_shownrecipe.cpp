@@ -72,7 +72,7 @@ void damage(const RecipeFile &file, const QByteArray &table)
         file.stored("SELECT rootpage FROM sqlite_schema WHERE name = '" + table + "'").toInt();
     const int size = file.stored("PRAGMA page_size").toInt();
     QFile bytes(file.path());
-    if (!bytes.open(QIODevice::ReadWrite) || !bytes.seek((page - 1) * size)
+    if (!bytes.open(QIODevice::ReadWrite) || !bytes.seek(qint64{page - 1} * size)
         || bytes.write(QByteArray(size, '\x55')) != size)
         qFatal("the file is not damaged");
 }
@@ -93,10 +93,9 @@ private Q_SLOTS:
         QTest::addColumn<std::function<void(Windows &)>>("situation");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("stored");
-        const auto row = [](const char *name, std::function<void(Windows &)> situation,
+        const auto row = [](const char *name, const std::function<void(Windows &)> &situation,
                             bool showsCurry) {
-            QTest::newRow(name) << std::move(situation)
-                                << (showsCurry ? u"Curry"_s : u"Bean Soup"_s)
+            QTest::newRow(name) << situation << (showsCurry ? u"Curry"_s : u"Bean Soup"_s)
                                 << (showsCurry ? u"Bean Soup|Ann, Curry|Bob!"_s
                                                : u"Bean Soup|Ann!, Curry|Bob"_s);
         };
@@ -212,22 +211,23 @@ private Q_SLOTS:
     void focusOnSave_data()
     {
         QTest::addColumn<std::function<void(Windows &)>>("saveIsDisabled");
-        const auto row = [](const char *name, std::function<void(Windows &)> saveIsDisabled) {
-            QTest::newRow(name) << std::move(saveIsDisabled);
+        const auto row = [](const char *name,
+                            const std::function<void(Windows &)> &saveIsDisabled) {
+            QTest::newRow(name) << saveIsDisabled;
+        };
+        const auto leave = [](const QString &button, const QString &key) {
+            return [button, key](Windows &windows) {
+                windows.expectQuestion(windows.recipe, button, u"No"_s);
+                Windows::type(key);
+            };
         };
         row("pressed", [](Windows &) { Windows::type(u"space"_s); });
         row("another window and back", [](Windows &windows) {
             windows.activate(windows.list);
             windows.activate(windows.recipe);
         });
-        for (const auto &[button, key] :
-             {std::pair(u"cmdNext"_s, u"alt+e"_s), {u"cmdPrevious"_s, u"alt+r"_s}}) {
-            QTest::addRow("%s, No", qUtf8Printable(button))
-                << std::function<void(Windows &)>([=](Windows &windows) {
-                       windows.expectQuestion(windows.recipe, button, u"No"_s);
-                       Windows::type(key);
-                   });
-        }
+        row("Next, No", leave(u"cmdNext"_s, u"alt+e"_s));
+        row("Previous, No", leave(u"cmdPrevious"_s, u"alt+r"_s));
     }
     // Enter must not press the button that follows Save, which is Done.
     void focusOnSave()

@@ -94,7 +94,7 @@ QString Monkey::step()
     waitUntilIdle();
     m_model.check(step.text);
     if (++m_steps % integrityInterval == 0) {
-        if (const QString integrity = m_other.integrity(); integrity != "ok"_L1)
+        if (QString integrity = m_other.integrity(); integrity != "ok"_L1)
             return integrity;
     }
     return m_model.fault().isEmpty() ? m_fault : m_model.fault();

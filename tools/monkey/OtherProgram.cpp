@@ -30,17 +30,16 @@ void OtherProgram::createFile(const QString &path)
     SQLite::Database file(path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     file.exec(creationScript());
     file.exec("BEGIN");
-    for (int i = 1; i <= 12; ++i) {
-        const std::string number = std::to_string(i);
-        file.exec("INSERT INTO Recipes VALUES (NULL, 'Recipe " + number + "', 'About " + number
-                  + "', 'Author " + number + "', " + std::to_string(i % 3) + ", 'Cook " + number
-                  + "', " + std::to_string(i % 6) + ", " + number + ")");
-        file.exec("INSERT INTO Ingredients VALUES (NULL, 'Ingredient " + number + "', "
-                  + std::to_string(i % 4) + ", " + number + ", " + std::to_string(i % 2) + ")");
-        file.exec("INSERT INTO Utensils VALUES (NULL, 'Utensil " + number + "')");
-        file.exec("INSERT INTO RecipeIngredients VALUES (" + number + ", " + number + ", '1 tsp')");
-        file.exec("INSERT INTO RecipeUtensils VALUES (" + number + ", " + number + ")");
-    }
+    const QString script =
+        u"INSERT INTO Recipes VALUES (NULL, 'Recipe %1', 'About %1', 'Author %1', %1 % 3, 'Cook "
+        u"%1', "
+        "%1 % 6, %1);"
+        "INSERT INTO Ingredients VALUES (NULL, 'Ingredient %1', %1 % 4, %1, %1 % 2);"
+        "INSERT INTO Utensils VALUES (NULL, 'Utensil %1');"
+        "INSERT INTO RecipeIngredients VALUES (%1, %1, '1 tsp');"
+        "INSERT INTO RecipeUtensils VALUES (%1, %1);"_s;
+    for (int i = 1; i <= 12; ++i)
+        file.exec(QString(script).replace("%1"_L1, QString::number(i)).toStdString());
     file.exec("COMMIT");
 }
 
@@ -51,7 +50,7 @@ QString OtherProgram::integrity()
 
 QString OtherProgram::write(const Tables &stored)
 {
-    const QString statement = randomStatement(stored);
+    QString statement = randomStatement(stored);
     try {
         m_connection.exec(statement.toStdString());
         return statement;

@@ -28,7 +28,7 @@ Button RandomInteraction::show(const MessageBox &box)
 QString RandomInteraction::ask(const InputBox &box)
 {
     whileOpen();
-    const QString answer = randomText(box);
+    QString answer = randomText(box);
     answered({box.title, box.prompt, answer});
     return answer;
 }
