@@ -16,13 +16,13 @@ class DataSource
 public:
     explicit DataSource(DataSources &sources);
 
-    QString DatabaseName; // path of the recipe file
+    QString DatabaseName; // path of the recipe database
     QString RecordSource; // the bare name of a table, or one SELECT statement
 
     // Does nothing if the source is open. Throws DatabaseError; a later call then tries again.
     void open();
 
-    // Both open the source if it is not open yet: the recipe file may have been repaired since
+    // Both open the source if it is not open yet: the recipe database may have been repaired since
     // open() threw.
     RecordCursor &Recordset();
     ::Database &Database();

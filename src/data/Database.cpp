@@ -124,7 +124,7 @@ int Database::waitForLock(void *database, int attempt)
 }
 
 // Reads the file's first page and prepares a statement for each table. Together they find a file
-// that is damaged, incomplete or not a recipe file.
+// that is damaged, incomplete or not a recipe database.
 void Database::checkFile()
 {
     m_connection->execAndGet("PRAGMA schema_version");

@@ -27,7 +27,7 @@ protected:
 // How many changes of rows this program has made in each table, by table number.
 using TableChanges = std::array<quint64, tableCount>;
 
-// The program's one connection to a recipe file. Failures are thrown as DatabaseError.
+// The program's one connection to a recipe database. Failures are thrown as DatabaseError.
 class Database
 {
 public:
@@ -37,7 +37,7 @@ public:
     // The connection to the file at `path`. Returns the one that is open or opens one, for reading
     // and writing and with this timeout. Never creates the file, nor changes one that it rejects.
     // Throws if the file is missing or damaged, was made by a newer version of the program or is
-    // not a recipe file.
+    // not a recipe database.
     static std::shared_ptr<Database>
     open(const QString &path, std::chrono::milliseconds lockTimeout = defaultLockTimeout);
 

@@ -29,34 +29,32 @@ QString cannotOpenText(const QString &path)
 {
     const QFileInfo file(path);
     if (!file.exists())
-        return Text::tr(
-            "The recipe file %1 is missing. Put your copy of it back in that place and try "
-            "again.");
+        return Text::tr("The recipe database %1 is missing. Put your copy of it back and try "
+                        "again.");
     if (file.isDir())
         return Text::tr(
-            "%1 is a folder, where the recipe file of that name should be. Move the folder "
-            "away, put your copy of the recipe file there and try again.");
+            "%1 is a folder, but it should be the recipe database. Move the folder away, "
+            "put your copy of the recipe database there and try again.");
     if (!file.isReadable())
         return Text::tr(
-            "The recipe file %1 may not be read. Give yourself the right to read and write "
-            "it and try again.");
-    return Text::tr(
-        "The recipe file %1 could not be opened. Give yourself the right to write in its "
-        "folder and try again.");
+            "You are not allowed to read the recipe database %1. Allow yourself to read "
+            "and write it and try again.");
+    return Text::tr("The recipe database %1 could not be opened. Allow yourself to write in its "
+                    "folder and try again.");
 }
 
 QString notOursText(const QString &path)
 {
     if (isAccessFormat(path))
-        return Text::tr(
-            "%1 is a database in the Access format, which this version of Pantrywise does "
-            "not read. Put a recipe file of this version in its place and try again.");
+        return Text::tr("%1 is a database in the Access format, which this version of Pantrywise "
+                        "does not read. Put a recipe database of this version in its place and try "
+                        "again.");
     if (QFileInfo(path).size() == 0)
         return Text::tr(
-            "The recipe file %1 is empty. Put your last copy of it in its place and try "
+            "The recipe database %1 is empty. Put your last copy of it in its place and try "
             "again.");
     return Text::tr(
-        "%1 is not a recipe file. Put your copy of the recipe file in its place and try "
+        "%1 is not a recipe database. Put your copy of the recipe database in its place and try "
         "again.");
 }
 
@@ -64,17 +62,15 @@ QString readOnlyText(const QString &path, int code)
 {
     if (code == SQLITE_READONLY_DBMOVED)
         return Text::tr(
-            "The recipe file %1 was moved or replaced while Pantrywise had it open. Nothing "
+            "The recipe database %1 was moved or replaced while Pantrywise had it open. Nothing "
             "was stored. End Pantrywise, put the right file in its place and start again.");
     const QFileInfo file(path);
     const QFileInfo folder(file.absolutePath());
     if (file.isWritable() && !folder.isWritable())
-        return Text::tr(
-            "Nothing can be stored in the recipe file %1, since its folder is read-only. "
-            "Give yourself the right to write in the folder and try again.");
-    return Text::tr(
-        "Nothing can be stored in the recipe file %1, since it is read-only. Give yourself "
-        "the right to write it and start Pantrywise again.");
+        return Text::tr("Nothing can be stored in the recipe database %1, because its folder is "
+                        "read-only. Allow yourself to write in the folder and try again.");
+    return Text::tr("Nothing can be stored in the recipe database %1, because it is read-only. "
+                    "Allow yourself to write it and start Pantrywise again.");
 }
 
 // Messages such as "no such table: main.Recipes" end with the name of what is missing.
@@ -84,16 +80,15 @@ QString statementText(const QString &path, const QString &message)
     if (message.startsWith("no such table"_L1)) {
         if (QFileInfo(path).size() == 0)
             return notOursText(path);
-        return Text::tr(
-                   "%1 is not a recipe file: the table %2 is missing. Put your copy of the recipe "
-                   "file in its place and try again.")
-            .replace("%2"_L1, missing);
+        return Text::
+            tr("%1 is not a recipe database: the table %2 is missing. Put your copy of the recipe "
+               "database in its place and try again.")
+                .replace("%2"_L1, missing);
     }
     if (message.startsWith("no such column"_L1))
-        return Text::
-            tr("%1 is not a complete recipe file: the field %2 is missing. Put your copy of the "
-               "recipe file in its place and try again.")
-                .replace("%2"_L1, missing);
+        return Text::tr("%1 is not a complete recipe database: the field %2 is missing. Put your "
+                        "copy of the recipe database in its place and try again.")
+            .replace("%2"_L1, missing);
     return {};
 }
 
@@ -105,24 +100,23 @@ QString templateFor(const QString &path, int code, const QString &message)
     case SQLITE_NOTADB:
         return notOursText(path);
     case SQLITE_CORRUPT:
-        return Text::tr(
-            "The recipe file %1 is damaged. Keep it for a rescue, put your last copy of it "
-            "in its place and try again.");
+        return Text::tr("The recipe database %1 is damaged. Keep it, because parts of it may be "
+                        "saved; put your last copy of it in its place and try again.");
     case SQLITE_READONLY:
     case SQLITE_PERM:
         return readOnlyText(path, code);
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         return Text::tr(
-            "The recipe file %1 is in use by another program. Nothing was stored. Wait until "
+            "The recipe database %1 is in use by another program. Nothing was stored. Wait until "
             "that program is done, or end it, and try again.");
     case SQLITE_FULL:
         return Text::tr(
-            "The disk is full. Nothing was stored in the recipe file %1. Make room and try "
+            "The disk is full. Nothing was stored in the recipe database %1. Make room and try "
             "again.");
     case SQLITE_IOERR:
         return Text::tr(
-            "The disk with the recipe file %1 could not be read or written. Check that it "
+            "The disk with the recipe database %1 could not be read or written. Check that it "
             "is connected and not full and try again.");
     case SQLITE_ERROR:
         return statementText(path, message);
@@ -139,13 +133,14 @@ DatabaseError DatabaseError::fromSqlite(const QString &path, int code, const QSt
     const QString text = templateFor(path, code, message);
     if (!text.isEmpty())
         return DatabaseError(text.arg(native));
-    return DatabaseError(Text::tr("The recipe file %1 could not be used: %2").arg(native, message));
+    return DatabaseError(
+        Text::tr("The recipe database %1 could not be used: %2").arg(native, message));
 }
 
 DatabaseError DatabaseError::newerVersion(const QString &path)
 {
     return DatabaseError(
-        Text::tr("The recipe file %1 was made by a newer version of Pantrywise. Install that "
+        Text::tr("The recipe database %1 was made by a newer version of Pantrywise. Install that "
                  "version to open it. The file has not been changed.")
             .arg(QDir::toNativeSeparators(path)));
 }

@@ -10,8 +10,8 @@ class DatabaseError : public platform::UserVisibleError
 public:
     using UserVisibleError::UserVisibleError;
 
-    // A failure with the recipe file at `path`, with a text that says what is wrong and what to do.
-    // `code` is an extended result code of SQLite and `message` its own text.
+    // A failure with the recipe database at `path`, with a text that says what is wrong and what to
+    // do. `code` is an extended result code of SQLite and `message` its own text.
     static DatabaseError fromSqlite(const QString &path, int code, const QString &message);
 
     // The file at `path` has a schema of a later version.

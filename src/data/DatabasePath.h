@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// The full path of the recipe file. The start-up routine sets it once, before any window loads;
+// The full path of the recipe database. The start-up routine sets it once, before any window loads;
 // every window that opens data sources reads it.
 inline QString DatabasePath;

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// The five tables of a recipe file. Texts are declared COLLATE NOCASE, for which the program
+// The five tables of a recipe database. Texts are declared COLLATE NOCASE, for which the program
 // registers its own comparison. No text column has an index, since a tool with the built-in NOCASE
 // would damage it.
 
@@ -34,5 +34,5 @@ bool isSameName(std::string_view a, std::string_view b);
 inline constexpr int schemaVersion = 1; // user_version
 inline constexpr int applicationId = 0x50575242; // "PWRB"
 
-// The statements that turn a new database file into an empty recipe file.
+// The statements that turn a new database file into an empty recipe database.
 std::string creationScript();

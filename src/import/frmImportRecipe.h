@@ -25,7 +25,7 @@ public:
     // The interaction shows the questions and messages; it must outlive this object.
     explicit frmImportRecipe(Interaction &interaction);
 
-    // Points the sources at the recipe file.
+    // Points the sources at the recipe database.
     void Form_Load();
 
     // To be called after Form_Load. Throws DatabaseError if the database cannot be used; the next

@@ -1,8 +1,8 @@
 #include "app/frmMain.h"
 #include "data/DatabasePath.h"
 #include "support/MockInteraction.h"
-#include "support/RecipeFile.h"
 #include "support/TemporaryHome.h"
+#include "support/TestDatabase.h"
 #include "widgets/ComboBox.h"
 #include "widgets/DesktopInteraction.h"
 #include "widgets/LineEdit.h"
@@ -59,7 +59,7 @@ private Q_SLOTS:
 void tst_AccessibleNames::controlsOfAllWindows()
 {
     const TemporaryHome home; // without settings
-    const RecipeFile file;
+    const TestDatabase file;
     file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
     DatabasePath = file.path();
     MockInteraction interaction;

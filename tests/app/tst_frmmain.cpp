@@ -1,8 +1,8 @@
 #include "app/frmMain.h"
 #include "data/DatabasePath.h"
 #include "support/MockInteraction.h"
-#include "support/RecipeFile.h"
 #include "support/Rows.h"
+#include "support/TestDatabase.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -46,13 +46,13 @@ private Q_SLOTS:
 
 void tst_frmMain::opensWithoutARecipeFile()
 {
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.folder() + "/none.rbk"_L1;
     MockInteraction interaction;
     frmMain window(interaction);
     interaction.expect(
-        {u"Something went wrong in \"Pantrywise\":\nThe recipe file %1 is missing. Put "
-         u"your copy of it back in that place and "
+        {u"Something went wrong in \"Pantrywise\":\nThe recipe database %1 is missing. Put "
+         u"your copy of it back and "
          "try again."_s.arg(DatabasePath),
          u"Error"_s, Icon::Exclamation});
     QVERIFY(!window.MDIForm_Load({}));
@@ -128,7 +128,7 @@ void tst_frmMain::startPage_data()
 void tst_frmMain::startPage()
 {
     const auto [keys, opened] = fetchRow<QList<Qt::Key>, QString>();
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.path();
     MockInteraction interaction;
     if (opened.isNull()) {
@@ -164,7 +164,7 @@ void tst_frmMain::startPage()
 // The start page takes the focus at first; it must not lose that of a window afterwards.
 void tst_frmMain::keepsTheFocus()
 {
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.path();
     MockInteraction interaction;
     frmMain window(interaction);
@@ -184,7 +184,7 @@ void tst_frmMain::keepsTheFocus()
 
 void tst_frmMain::exportsWebPages()
 {
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.path();
     const QDir place(file.folder());
     QVERIFY(place.mkpath(u"Pantrywise/mine"_s) && place.mkdir(u"other"_s));
@@ -228,7 +228,7 @@ void tst_frmMain::readsAgain_data()
 void tst_frmMain::readsAgain()
 {
     const auto [key, list, edit, shown] = fetchRow<Qt::Key, QString, QString, QString>();
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.path();
     MockInteraction interaction;
     frmMain window(interaction);
@@ -258,7 +258,7 @@ void tst_frmMain::quits_data()
 void tst_frmMain::quits()
 {
     const auto [byMenu] = fetchRow<bool>();
-    RecipeFile file;
+    TestDatabase file;
     DatabasePath = file.path();
     MockInteraction interaction;
     frmMain window(interaction);

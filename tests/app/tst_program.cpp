@@ -1,8 +1,8 @@
 #include "support/FileBytes.h"
-#include "support/RecipeFile.h"
 #include "support/Rows.h"
 #include "support/SrfText.h"
 #include "support/TemporaryHome.h"
+#include "support/TestDatabase.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -20,7 +20,7 @@ class tst_Program : public QObject
     Q_OBJECT
 
     const TemporaryHome m_home; // in which the program registers itself
-    std::unique_ptr<RecipeFile> m_file;
+    std::unique_ptr<TestDatabase> m_file;
 
     QString inFolder(const QString &name) const { return m_file->folder() + u'/' + name; }
 
@@ -51,7 +51,7 @@ class tst_Program : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_file = std::make_unique<RecipeFile>();
+        m_file = std::make_unique<TestDatabase>();
         QVERIFY(QFile::copy(QString::fromLocal8Bit(PROGRAM), inFolder(u"pantrywise"_s)));
     }
 
@@ -73,11 +73,11 @@ private Q_SLOTS:
              soup.chopped(12),
              {u"soup.srf"_s},
              u"1 Error: .*soup.srf.*"_s},
-            {"no recipe file to import into",
+            {"no database to import into",
              u"data.rbk"_s,
              "no database at all, but some text in it",
              {u"soup.srf"_s},
-             u"1 Error: .*data.rbk is not a recipe file.*"_s},
+             u"1 Error: .*data.rbk is not a recipe database.*"_s},
             {"no argument", u"soup.srf"_s, soup, {}, u"1 .*needs a desktop.*"_s},
             {"empty argument", u"soup.srf"_s, soup, {u""_s}, u"1 .*needs a desktop.*"_s},
         });

@@ -133,7 +133,7 @@ private Q_SLOTS:
             {"database error",
              QByteArray("CREATE TRIGGER t BEFORE UPDATE ON Ingredients"
                         " BEGIN SELECT RAISE(ABORT, 'the pantry is locked'); END"),
-             u"cmdSave"_s, u"The recipe file %1 could not be used: the pantry is locked"_s,
+             u"cmdSave"_s, u"The recipe database %1 could not be used: the pantry is locked"_s,
              u"Apricot"_s},
         });
     }

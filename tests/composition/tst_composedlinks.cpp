@@ -118,7 +118,7 @@ private Q_SLOTS:
                         " WHEN NEW.IngredientID = 4 BEGIN SELECT RAISE(ABORT, 'no more'); END"),
              QByteArray("DROP TRIGGER t"),
              WindowFixture::failure(u"Change Ingredients"_s,
-                                    u"The recipe file %1 could not be used: no more"_s)},
+                                    u"The recipe database %1 could not be used: no more"_s)},
         });
     }
     // Nothing is stored, and Done works when the cause is repaired.

@@ -1,7 +1,7 @@
 #include "data/DataSource.h"
 #include "support/FileBytes.h"
-#include "support/RecipeFile.h"
 #include "support/Rows.h"
+#include "support/TestDatabase.h"
 
 #include <QElapsedTimer>
 
@@ -30,13 +30,13 @@ void asNobody(Action action)
     QCOMPARE(setresuid(me, me, me), 0);
 }
 
-using Damage = std::function<void(const RecipeFile &)>;
+using Damage = std::function<void(const TestDatabase &)>;
 
 // A window's data source for the utensils.
 class Utensils
 {
 public:
-    explicit Utensils(const RecipeFile &file)
+    explicit Utensils(const TestDatabase &file)
         : m_path(file.path())
     {
         m_source.DatabaseName = m_path;
@@ -76,28 +76,30 @@ private Q_SLOTS:
     void rejectsBadFile_data()
     {
         const auto overwrite = [](const QByteArray &bytes) -> Damage {
-            return [bytes](const RecipeFile &file) { setBytes(file.path(), bytes); };
+            return [bytes](const TestDatabase &file) { setBytes(file.path(), bytes); };
         };
         const auto execute = [](const QString &statement) -> Damage {
-            return [statement](const RecipeFile &file) { file.write(statement); };
+            return [statement](const TestDatabase &file) { file.write(statement); };
         };
-        const Damage remove = [](const RecipeFile &file) { QFile::remove(file.path()); };
-        const Damage makeFolder = [remove](const RecipeFile &file) {
+        const Damage remove = [](const TestDatabase &file) { QFile::remove(file.path()); };
+        const Damage makeFolder = [remove](const TestDatabase &file) {
             remove(file);
             QVERIFY(QDir().mkpath(file.path()));
         };
-        const Damage close = [](const RecipeFile &file) { QFile::setPermissions(file.path(), {}); };
-        const Damage cutOff = [](const RecipeFile &file) { QFile::resize(file.path(), 26624); };
+        const Damage close = [](const TestDatabase &file) {
+            QFile::setPermissions(file.path(), {});
+        };
+        const Damage cutOff = [](const TestDatabase &file) { QFile::resize(file.path(), 26624); };
         const QByteArray access =
             QByteArray("\0\1\0\0Standard Jet DB\0", 20).leftJustified(4096, '\1');
         addRows<Damage, QString>({
             {"missing", remove, u"is missing. Put your copy"_s},
             {"folder", makeFolder, u"is a folder"_s},
-            {"unreadable", close, u"may not be read. Give yourself the right"_s},
+            {"unreadable", close, u"You are not allowed to read the recipe database"_s},
             {"empty", overwrite({}), u"is empty. Put your last copy"_s},
             {"other database", overwrite(access), u"Access format"_s},
             {"text file", overwrite("Soup\r\n"_ba.repeated(500)),
-             u"is not a recipe file. Put your copy"_s},
+             u"is not a recipe database. Put your copy"_s},
             {"cut off", cutOff, u"is damaged"_s},
             {"table missing", execute(u"DROP TABLE RecipeUtensils"_s),
              u"the table RecipeUtensils is missing"_s},
@@ -108,7 +110,7 @@ private Q_SLOTS:
     void rejectsBadFile()
     {
         const auto [damage, message] = fetchRow<Damage, QString>();
-        const RecipeFile file;
+        const TestDatabase file;
         const QByteArray good = bytesOf(file.path());
         QFile::setPermissions(file.folder(), mayWrite);
         damage(file);
@@ -130,7 +132,7 @@ private Q_SLOTS:
 
     void reportsDamagedPage()
     {
-        const RecipeFile file;
+        const TestDatabase file;
         file.write(u"INSERT INTO Utensils (UtensilName) VALUES (hex(zeroblob(30000)))"_s);
         const QByteArray page = "SELECT rootpage - 1 FROM sqlite_schema WHERE name = 'Utensils'";
         const int at = file.stored(page).toInt() * 4096;
@@ -142,14 +144,14 @@ private Q_SLOTS:
     void readsWithoutWritePermission_data()
     {
         addRows<Permissions, Permissions, QString>(
-            {{"file", mayRead, mayWrite, u"since it is read-only"_s},
-             {"folder", mayWrite, mayRead, u"since its folder is read-only"_s}});
+            {{"file", mayRead, mayWrite, u"because it is read-only"_s},
+             {"folder", mayWrite, mayRead, u"because its folder is read-only"_s}});
     }
 
     void readsWithoutWritePermission()
     {
         const auto [ofFile, ofFolder, message] = fetchRow<Permissions, Permissions, QString>();
-        const RecipeFile file;
+        const TestDatabase file;
         const QByteArray before = bytesOf(file.path());
         QFile::setPermissions(file.path(), ofFile);
         QFile::setPermissions(file.folder(), ofFolder);
@@ -170,7 +172,7 @@ private Q_SLOTS:
     void noticesThatTheFileIsGone()
     {
         const auto [isReplaced] = fetchRow<bool>();
-        const RecipeFile file;
+        const TestDatabase file;
         const QByteArray other = isReplaced ? bytesOf(file.path()) : QByteArray();
         file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot')"_s);
         Utensils utensils(file);
@@ -191,7 +193,7 @@ private Q_SLOTS:
     {
         const auto [length] = fetchRow<int>();
         const QString name(length, u'x');
-        const RecipeFile file;
+        const TestDatabase file;
         const QByteArray before = bytesOf(file.path());
         Utensils utensils(file);
         std::signal(SIGXFSZ, SIG_IGN);
@@ -226,7 +228,7 @@ private Q_SLOTS:
     void waitsForLockUntilTimeout()
     {
         using namespace std::chrono_literals;
-        const RecipeFile file;
+        const TestDatabase file;
         SQLite::Database other = file.other();
         other.exec("BEGIN EXCLUSIVE");
         QElapsedTimer time;

@@ -2,8 +2,8 @@
 #include "data/RecordCursor.h"
 #include "data/TextComparison.h"
 #include "support/RandomSeed.h"
-#include "support/RecipeFile.h"
 #include "support/Rows.h"
+#include "support/TestDatabase.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -104,7 +104,7 @@ public:
 private:
     // With this index and these statistics, SQLite reads a join in another order unless it is asked
     // for the order of the links.
-    static std::shared_ptr<Database> opened(const RecipeFile &file)
+    static std::shared_ptr<Database> opened(const TestDatabase &file)
     {
         file.write(u"CREATE INDEX Extra ON RecipeIngredients (IngredientID); ANALYZE;"
                    "INSERT INTO sqlite_stat1 VALUES ('RecipeIngredients', 'Extra', '9000 450'), "
@@ -339,7 +339,7 @@ private:
 
     const Source m_source;
     std::mt19937 m_random;
-    RecipeFile m_file;
+    TestDatabase m_file;
     std::shared_ptr<Database> m_database;
     SQLite::Database m_other;
     RecordCursor m_cursor;
@@ -433,7 +433,7 @@ private Q_SLOTS:
     // The random walk sees whether a requery reads again after all other changes.
     void readsAgainOnlyAfterChanges()
     {
-        const RecipeFile file;
+        const TestDatabase file;
         const auto database = Database::open(file.path());
         const QString source = u"Utensils"_s;
         RecordCursor cursor(database, source);
@@ -450,7 +450,7 @@ private Q_SLOTS:
     // more. What it does before the first operation that needs a row is seen.
     void seesOtherTables()
     {
-        const RecipeFile file;
+        const TestDatabase file;
         const QString source = u"Utensils"_s;
         RecordCursor cursor(Database::open(file.path()), source);
         file.write(u"DROP TABLE Utensils; CREATE TABLE Utensils (Note INTEGER, UtensilName TEXT "
@@ -493,7 +493,7 @@ private Q_SLOTS:
     void failsWithText()
     {
         const auto [source, operations, parts] = fetchRow<QString, QStringList, QStringList>();
-        const RecipeFile file;
+        const TestDatabase file;
         const auto database = Database::open(file.path());
         const QString failure = failureOf([&, &source = source, &operations = operations] {
             RecordCursor cursor(database, source);
@@ -507,7 +507,7 @@ private Q_SLOTS:
     // A new source is used from the next requery on, and only if the database accepts it.
     void changesSource()
     {
-        const RecipeFile file;
+        const TestDatabase file;
         QString source = u"Ingredients"_s;
         RecordCursor cursor(Database::open(file.path()), source);
         source = u"Nowhere"_s;

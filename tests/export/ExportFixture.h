@@ -3,8 +3,8 @@
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
 #include "support/FileBytes.h"
-#include "support/RecipeFile.h"
 #include "support/TemporaryHome.h"
+#include "support/TestDatabase.h"
 
 #include <QDir>
 
@@ -29,7 +29,7 @@ public:
 // A database and a folder to export its pages to.
 struct ExportFixture {
     TemporaryHome home; // has no settings
-    RecipeFile file;
+    TestDatabase file;
     QTemporaryDir folder;
     PageSettings settings;
     RecordingProgress progress;

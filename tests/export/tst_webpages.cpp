@@ -53,7 +53,7 @@ QString document()
 }
 
 // Recipes of three types in turn.
-void addDishes(const RecipeFile &file, int count)
+void addDishes(const TestDatabase &file, int count)
 {
     file.write(
         u"WITH n(i) AS (VALUES (0) UNION ALL SELECT i + 1 FROM n WHERE i + 1 < %1) INSERT "

@@ -350,7 +350,7 @@ private Q_SLOTS:
     void locksNothingWhileAsking()
     {
         struct WritingInteraction : MockInteraction {
-            RecipeFile *file = nullptr;
+            TestDatabase *file = nullptr;
             Button show(const MessageBox &) override
             {
                 file->write(u"INSERT INTO Recipes (RecipeName) VALUES ('soup 1')"_s);

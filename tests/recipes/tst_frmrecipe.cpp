@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A recipe file and the record window, which shows the recipe with the key.
+// A database and the record window, which shows the recipe with the key.
 struct RecipeWindowFixture : WindowFixture {
     explicit RecipeWindowFixture(const QByteArray &statements, qint64 key = 1)
         : WindowFixture(statements)
@@ -313,7 +313,8 @@ private Q_SLOTS:
                                                 " BEGIN SELECT RAISE(ABORT, 'no'); END")
                                   << QByteArray("DROP TRIGGER t") << u"4"_s
                                   << WindowFixture::failure(
-                                         u"b2"_s, u"The recipe file %1 could not be used: no"_s);
+                                         u"b2"_s,
+                                         u"The recipe database %1 could not be used: no"_s);
             row("name taken") << QByteArray("INSERT INTO Recipes (RecipeName) VALUES ('B2')")
                               << QByteArray("DELETE FROM Recipes WHERE RecipeName = 'B2'") << u"4"_s
                               << WindowFixture::error(u"Recipe Name must be unique"_s);

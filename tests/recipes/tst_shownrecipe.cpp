@@ -66,7 +66,7 @@ struct Windows : WindowFixture {
 };
 
 // Overwrites the first page of a table.
-void damage(const RecipeFile &file, const QByteArray &table)
+void damage(const TestDatabase &file, const QByteArray &table)
 {
     const int page =
         file.stored("SELECT rootpage FROM sqlite_schema WHERE name = '" + table + "'").toInt();
@@ -103,11 +103,12 @@ private Q_SLOTS:
             windows.activate(windows.list);
             windows.select(1);
             windows.sql("ALTER TABLE " + table + " RENAME TO Gone");
-            windows.interaction.expect(WindowFixture::failure(
-                u"Bean Soup"_s,
-                u"%1 is not a recipe file: the table %2 is missing. Put your copy of the recipe "
-                "file in its place and try again."_s.arg(windows.file.path(),
-                                                         QString::fromLatin1(table))));
+            windows.interaction.expect(
+                WindowFixture::failure(u"Bean Soup"_s,
+                                       u"%1 is not a recipe database: the table %2 is missing. Put "
+                                       u"your copy of the recipe "
+                                       "database in its place and try again."_s.arg(
+                                           windows.file.path(), QString::fromLatin1(table))));
             press(windows.list, u"cmdView"_s);
             windows.interaction.checkAllCame();
             windows.sql("ALTER TABLE Gone RENAME TO " + table);
@@ -181,9 +182,9 @@ private Q_SLOTS:
         const auto expectFailure = [&](const QString &title) {
             fixture.interaction.expect(
                 WindowFixture::failure(title,
-                                       u"The recipe file %1 is damaged. Keep it for a rescue, put "
-                                       u"your last copy of it in its place "
-                                       "and try again."_s.arg(fixture.file.path())));
+                                       u"The recipe database %1 is damaged. Keep it, because "
+                                       "parts of it may be saved; put your last copy of it in its "
+                                       "place and try again."_s.arg(fixture.file.path())));
         };
         expectFailure(u"Recipe"_s);
         auto &form = fixture.open<frmRecipe>();

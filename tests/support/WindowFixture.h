@@ -2,14 +2,14 @@
 
 #include "frame/Frame.h"
 #include "support/MockInteraction.h"
-#include "support/RecipeFile.h"
+#include "support/TestDatabase.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QPushButton>
 #include <QTest>
 
-// A recipe file and a main window whose child windows work on it. The test expects and answers
+// A database and a main window whose child windows work on it. The test expects and answers
 // their boxes through the interaction.
 class WindowFixture : public QMainWindow
 {
@@ -52,7 +52,7 @@ public:
     static MessageBox warning(const QString &text, const QString &title);
     static MessageBox failure(const QString &window, const QString &text);
 
-    RecipeFile file;
+    TestDatabase file;
     MockInteraction interaction;
     int beeps = 0;
     QMdiArea area;

@@ -16,9 +16,9 @@ class OtherProgram;
 class QPushButton;
 class QWidget;
 
-// Says what the recipe file must hold: what the windows show at the moment in which the user saves
-// it, in the row whose title or name the window shows. It reads the controls of the windows and the
-// answered boxes, and shares no code with the program.
+// Says what the recipe database must hold: what the windows show at the moment in which the user
+// saves it, in the row whose title or name the window shows. It reads the controls of the windows
+// and the answered boxes, and shares no code with the program.
 //
 // It sees a press of a button through QAbstractButton::released(), which comes before the window
 // handles the press, and through clicked(), which reaches this object after the window.

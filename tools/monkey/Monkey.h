@@ -18,8 +18,8 @@ class Monkey final : public QObject
 public:
     using Report = std::function<void(const QString &)>;
 
-    // The path is that of a new recipe file. Each step is reported before it is taken, and each box
-    // when it is answered.
+    // The path is that of a new recipe database. Each step is reported before it is taken, and each
+    // box when it is answered.
     Monkey(const QString &path, unsigned seed, Report report);
 
     // Takes a random step and checks the file after it. Returns the fault found, or empty text.

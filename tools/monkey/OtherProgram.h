@@ -8,7 +8,7 @@
 
 class Randomness;
 
-// Another program that works with the same recipe file: it reads, writes, and locks it.
+// Another program that works with the same recipe database: it reads, writes, and locks it.
 class OtherProgram
 {
 public:

@@ -38,7 +38,8 @@ struct Link {
     QString quantity; // empty for a utensil
 };
 
-// The five tables of a recipe file as plain values. A number that the user types is kept as text.
+// The five tables of a recipe database as plain values. A number that the user types is kept as
+// text.
 struct Tables {
     std::map<Key, Recipe> recipes;
     std::map<Key, Ingredient> ingredients;

@@ -110,7 +110,7 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"Uses the program at random and compares its recipe file with a model."_s);
+        u"Uses the program at random and compares its recipe database with a model."_s);
     parser.addHelpOption();
     const QCommandLineOption seedOption(u"seed"_s, u"The first seed."_s, u"number"_s, u"1"_s);
     const QCommandLineOption steps(u"steps"_s, u"Steps for each seed."_s, u"number"_s, u"500"_s);

@@ -10,10 +10,10 @@
 #include <SQLiteCpp/Statement.h>
 
 // An empty database in a temporary folder, and what another program sees in it.
-class RecipeFile
+class TestDatabase
 {
 public:
-    RecipeFile()
+    TestDatabase()
     {
         SQLite::Database(file(), readWrite | SQLite::OPEN_CREATE).exec(creationScript());
     }
