@@ -16,8 +16,10 @@ WarningFrame::WarningFrame(QLineEdit &edit)
 
 void WarningFrame::showReason(const QString &reason)
 {
+    if (isHidden())
+        m_description = m_edit.accessibleDescription();
     m_edit.setToolTip(reason);
-    m_edit.setAccessibleDescription(reason);
+    m_edit.setAccessibleDescription(reason.isEmpty() ? m_description : reason);
     setGeometry(m_edit.rect());
     setVisible(!reason.isEmpty());
 }

@@ -22,4 +22,5 @@ protected:
 
 private:
     QLineEdit &m_edit;
+    QString m_description; // of the edit, when no reason is shown
 };
