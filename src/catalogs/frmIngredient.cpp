@@ -146,7 +146,7 @@ void frmIngredient::SaveIngredient()
     store();
 }
 
-// Without a selection the stored type is none of the list. It is kept, since it is not edited.
+// If no type is selected, the stored number is not in the list; it stays as it is.
 CatalogWindow::Fields frmIngredient::fieldsOnScreen() const
 {
     const QString name = m_ui->txtIngredient->text();

@@ -47,8 +47,8 @@ void showRecipeNameTaken(Interaction &interaction);
 bool isRecipeNameTaken(RecordCursor &recipes, const QString &name, qint64 ownKey);
 
 // Stores what the user has entered and returns the recipe's key. In the row of a stored recipe only
-// those columns are written whose value differs from the one shown or that are null: a value that
-// cannot be shown as it is stored thus survives. Stores nothing and returns nullopt if another
+// those columns are written whose value differs from the one shown or that are null, so that a
+// value that cannot be shown exactly is not changed. Stores nothing and returns nullopt if another
 // recipe has the new name. Moves the cursor. Throws DatabaseError.
 std::optional<qint64> storeRecipe(DataSource &recipes, const ShownRecipe &shown,
                                   const RecipeFields &entered);

@@ -110,7 +110,7 @@ bool LineEdit::isAccepted(const QString &text, qsizetype cursor)
     return true;
 }
 
-// Compares the text with the one before the input, after which the cursor stands.
+// Compares the text with the one before the input, after which the cursor is.
 LineEdit::Input LineEdit::lastInput(const QString &text, qsizetype cursor) const
 {
     const auto [tail, oldTail] =
