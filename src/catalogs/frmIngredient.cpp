@@ -10,7 +10,6 @@
 #include "data/settings/Settings.h"
 #include "interaction/Interaction.h"
 #include "ui_frmIngredient.h"
-#include "widgets/StandardWidgets.h"
 #include "widgets/WarningFrame.h"
 
 #include <algorithm>
@@ -86,7 +85,7 @@ void frmIngredient::ShowIngredient()
 {
     showKeyAndName();
     RecordCursor &row = datIngredients.Recordset();
-    selectStored(*m_ui->cmbType, ValueOrDefault(row.value(typeField), 0));
+    m_ui->cmbType->setCurrentIndex(storedPosition(ValueOrDefault(row.value(typeField), 0)));
     showShelfLife(displayText(ValueOrDefault(row.value(shelfLifeField), 0)));
     m_ui->chkVegetarian->setChecked(ValueOrDefault(row.value(vegetarianField), false).toBool());
     setShown();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -167,6 +168,14 @@ bool isNotNegative(const QString &text)
 {
     return text.isEmpty()
         || (!text.contains(u'-') && convertToField(FieldType::Number, text).has_value());
+}
+
+int storedPosition(const QVariant &stored)
+{
+    const qint64 position = stored.toLongLong();
+    const bool isInteger =
+        stored.typeId() == QMetaType::LongLong || stored.typeId() == QMetaType::Int;
+    return isInteger && std::in_range<int>(position) ? static_cast<int>(position) : -1;
 }
 
 QString displayText(const QVariant &stored)

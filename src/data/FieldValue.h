@@ -50,6 +50,10 @@ std::optional<FieldValue> convertToField(FieldType type, const QVariant &value);
 // Whether a number field accepts the text and the text has no minus sign. Empty text counts as 0.
 bool isNotNegative(const QString &text);
 
+// The position in a list of types or ratings that a stored value means; -1 if it is not an integer.
+// It may be beyond the list, for which QComboBox::setCurrentIndex() selects no entry.
+int storedPosition(const QVariant &stored);
+
 // A stored value as windows show it. A number has decimal digits, a point and never an exponent,
 // so that its field accepts the text again. Null gives empty text.
 QString displayText(const QVariant &stored);

@@ -11,8 +11,6 @@
 
 #include <QCoreApplication>
 
-#include <utility>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -54,11 +52,7 @@ QString textOf(RecordCursor &cursor, QLatin1StringView field)
 
 int positionOf(RecordCursor &cursor, QLatin1StringView field, int defaultPosition)
 {
-    const QVariant stored = ValueOrDefault(cursor.value(field), defaultPosition);
-    const qint64 position = stored.toLongLong();
-    const bool isInteger =
-        stored.typeId() == QMetaType::LongLong || stored.typeId() == QMetaType::Int;
-    return isInteger && std::in_range<int>(position) ? static_cast<int>(position) : -1;
+    return storedPosition(ValueOrDefault(cursor.value(field), defaultPosition));
 }
 
 qint64 addRecipe(RecordCursor &recipes, const RecipeFields &entered)

@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QClipboard>
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QListWidget>
@@ -39,15 +38,6 @@ void addAction(QListWidget &list, const QString &text, QKeySequence::StandardKey
 }
 
 } // namespace
-
-void selectStored(QComboBox &list, const QVariant &stored)
-{
-    const bool isInteger =
-        stored.typeId() == QMetaType::LongLong || stored.typeId() == QMetaType::Int;
-    const qint64 position = isInteger ? stored.toLongLong() : -1;
-    const bool isEntry = position >= 0 && position < list.count();
-    list.setCurrentIndex(isEntry ? static_cast<int>(position) : -1);
-}
 
 QString documentText(const QTextDocument &document)
 {

@@ -3,18 +3,12 @@
 #include <QSize>
 #include <QString>
 
-class QComboBox;
 class QListWidget;
 class QPlainTextEdit;
 class QTextDocument;
-class QVariant;
 class QWidget;
 
 // What several windows need of Qt's own widgets.
-
-// Selects the entry at the stored position, from 0. Selects none if the stored value is not an
-// integer or the list has no such entry.
-void selectStored(QComboBox &list, const QVariant &stored);
 
 // Returns the text of an edit of several lines, with CR LF between the lines. It keeps no-break
 // spaces, which QPlainTextEdit::toPlainText() replaces by spaces.

@@ -22,7 +22,7 @@ class DatabaseFault(Exception):
 
 class Contents(NamedTuple):
     recipes: dict  # by name
-    journal: int  # modification time of the rollback journal in nanoseconds; 0 if there is none
+    journal: int  # modification time of the rollback journal in nanoseconds, or 0
     rolled_back: bool  # whether rolling back changed the database file
 
 
