@@ -46,6 +46,23 @@ private Q_SLOTS:
             fetchRow<FieldType, QVariant, std::optional<FieldValue>>();
         QVERIFY(convertToField(type, value) == expected);
     }
+
+    // What another program has stored may be of any type.
+    void storedPosition_data()
+    {
+        addRows<QVariant, int>({
+            {"position", QVariant(3LL), 3},
+            {"text", QVariant(u"3"_s), -1},
+            {"fraction", QVariant(2.5), -1},
+            {"too large", QVariant(1LL << 32), -1},
+            {"null", QVariant(), -1},
+        });
+    }
+    void storedPosition()
+    {
+        const auto [stored, expected] = fetchRow<QVariant, int>();
+        QCOMPARE(::storedPosition(stored), expected);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_FieldValue)
