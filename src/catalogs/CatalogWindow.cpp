@@ -80,29 +80,27 @@ void CatalogWindow::refresh()
 
 void CatalogWindow::fillList()
 {
-    QList<ListBox::Row> names;
     try {
         m_sources.requery();
-        names = namesOf(rows(), m_catalog.keyField, m_catalog.nameField);
-    } catch (const DatabaseError &) {
-        setRead(false);
+        m_catalog.list->setRows(namesOf(rows(), m_catalog.keyField, m_catalog.nameField));
+    } catch (...) {
+        showUnread();
         throw;
     }
-    m_catalog.list->setRows(names);
-    setRead(true);
-    if (names.isEmpty() && m_currentId != 0)
+    m_isRead = true;
+    enableControls();
+    if (m_catalog.list->count() == 0 && m_currentId != 0)
         showNew();
 }
 
 // A disabled control would pass the focus on to Done, which the next Enter would press.
-void CatalogWindow::setRead(bool isRead)
+void CatalogWindow::showUnread()
 {
-    m_isRead = isRead;
-    if (!isRead) {
-        m_catalog.list->showUnavailable(m_catalog.unreadText);
-        m_catalog.list->setFocus();
-    }
+    m_isRead = false;
+    m_catalog.list->setFocus();
     enableControls();
+    m_catalog.list->showUnavailable(m_catalog.unreadText);
+    showNone();
 }
 
 void CatalogWindow::enableControls()
@@ -140,6 +138,18 @@ void CatalogWindow::withRow(const std::function<void()> &action)
     }
 }
 
+void CatalogWindow::showRow(const std::function<void()> &action)
+{
+    try {
+        withRow(action);
+    } catch (const RowNotFound &) {
+        throw;
+    } catch (...) {
+        showUnread();
+        throw;
+    }
+}
+
 void CatalogWindow::showKeyAndName()
 {
     m_catalog.name->showStored(
@@ -148,7 +158,7 @@ void CatalogWindow::showKeyAndName()
     setCurrentId(ValueOrDefault(rows().value(m_catalog.keyField), 0).toLongLong());
 }
 
-void CatalogWindow::showNew()
+void CatalogWindow::showNone()
 {
     m_catalog.name->showStored({});
     m_nameWarning->showReason({});

@@ -18,8 +18,8 @@ QList<ListBox::Row> namesOf(RecordCursor &rows, QLatin1StringView keyField,
                             QLatin1StringView nameField);
 
 // The base of both catalogs: a list of all rows of a table, and the fields of the selected row or
-// of a new one. A catalog keeps the activation until its Done. Until its table has been read, its
-// controls are disabled.
+// of a new one. A catalog keeps the activation until its Done. Until its table has been read, or if
+// that has failed, it shows no row and its controls are disabled.
 class CatalogWindow : public ChildWindow
 {
     Q_OBJECT
@@ -59,7 +59,8 @@ protected:
     void refresh() final; // unless there are unsaved changes of rows that have been read
     bool keepsActivationFrom(const ChildWindow & /*next*/) const noexcept final { return true; }
 
-    virtual void showNew(); // an override empties its own fields, then calls this one
+    virtual void showNone(); // an override empties its own fields, then calls this one
+    virtual void showNew() { showNone(); }
     virtual void save() = 0; // stores what is valid; refuses anything else without a message
     virtual Fields fieldsOnScreen() const = 0;
     // Whether the fields beside the name are valid; marks those that are not.
@@ -76,6 +77,9 @@ protected:
     // Reads the table again and lists it without selecting a row. If it is empty, shows a new row.
     void fillList();
     void goTo(qint64 key); // moves the cursor; throws RowNotFound
+    // Runs an action that reads and shows a row. If it throws, the window shows the table as it is
+    // now, or says that it could not be read.
+    void showRow(const std::function<void()> &action);
     void showKeyAndName(); // of the cursor's row; the other fields follow, then setShown()
     void setShown(); // what is on the screen now is not edited yet
     void offerToSave();
@@ -93,7 +97,7 @@ private:
     void cmdSave_Click();
 
     RecordCursor &rows() const;
-    void setRead(bool isRead);
+    void showUnread();
     void enableControls();
     void setCurrentId(qint64 key);
     void listAgain();

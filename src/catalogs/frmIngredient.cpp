@@ -77,8 +77,10 @@ void frmIngredient::Form_Load()
 
 void frmIngredient::lstIngredients_Click()
 {
-    withRow([this] { goTo(m_ui->lstIngredients->selectedKey()); });
-    ShowIngredient();
+    showRow([this] {
+        goTo(m_ui->lstIngredients->selectedKey());
+        ShowIngredient();
+    });
 }
 
 void frmIngredient::ShowIngredient()
@@ -91,12 +93,22 @@ void frmIngredient::ShowIngredient()
     setShown();
 }
 
+void frmIngredient::showNone()
+{
+    m_ui->cmbType->setCurrentIndex(-1);
+    showShelfLife({});
+    m_ui->chkVegetarian->setChecked(false);
+    CatalogWindow::showNone();
+}
+
 // Keeps the type, since several ingredients of one type are often entered one after the other.
 void frmIngredient::showNew()
 {
+    const int type = m_ui->cmbType->currentIndex();
+    showNone();
+    m_ui->cmbType->setCurrentIndex(type);
     showShelfLife(u"0"_s);
-    m_ui->chkVegetarian->setChecked(false);
-    CatalogWindow::showNew();
+    setShown();
 }
 
 void frmIngredient::showShelfLife(const QString &days)
@@ -178,10 +190,12 @@ QString frmIngredient::reasonNameIsTaken(RecordCursor &rows)
 void frmIngredient::cmdDelete_Click()
 {
     if (currentId() == 0) {
-        RecordCursor &rows = datIngredients.Recordset();
-        rows.MoveFirst();
-        if (rows.RecordCount() > 0)
-            ShowIngredient();
+        showRow([this] {
+            RecordCursor &rows = datIngredients.Recordset();
+            rows.MoveFirst();
+            if (rows.RecordCount() > 0)
+                ShowIngredient();
+        });
         return;
     }
     if (interaction().confirm(tr("Confirm"), tr("Are you sure you want to delete this ingredient?"),

@@ -21,6 +21,7 @@ public:
 protected:
     void Form_Load() override;
     QByteArrayView compositionEditor() const override { return "frmChangeIngredients"; }
+    void showNone() override;
     void showNew() override;
     void save() override { SaveIngredient(); }
     Fields fieldsOnScreen() const override;

@@ -46,8 +46,10 @@ void frmUtensil::Form_Load()
 
 void frmUtensil::lstUtensils_Click()
 {
-    withRow([this] { goTo(m_ui->lstUtensils->selectedKey()); });
-    ShowUtensil();
+    showRow([this] {
+        goTo(m_ui->lstUtensils->selectedKey());
+        ShowUtensil();
+    });
 }
 
 void frmUtensil::ShowUtensil()

@@ -9,9 +9,12 @@
 #include "frame/Frame.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"
+#include "widgets/StandardWidgets.h"
 
 #include <QPushButton>
 #include <QShortcut>
+
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,11 +58,19 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 
 void CompositionEditor::readCatalog()
 {
-    m_composition.catalogList->showUnavailable(m_composition.unreadText);
-    const ReadTransaction snapshot(m_composition.catalog->Database());
-    m_sources.requery();
-    m_composition.catalogList->setRows(namesOf(m_composition.catalog->Recordset(),
-                                               m_composition.keyField, m_composition.nameField));
+    ListBox &list = *m_composition.catalogList;
+    std::optional<ReadTransaction> snapshot;
+    try {
+        snapshot.emplace(m_composition.catalog->Database());
+        m_sources.requery();
+        list.setRows(namesOf(m_composition.catalog->Recordset(), m_composition.keyField,
+                             m_composition.nameField));
+    } catch (...) {
+        setEnabledPassingFocus(*m_composition.add, false, list);
+        list.showUnavailable(m_composition.unreadText);
+        throw;
+    }
+    m_composition.add->setEnabled(true);
     findKeys();
 }
 

@@ -49,7 +49,9 @@ protected:
     // that window is not loaded.
     const ComposedRecipe &takeRecipe();
 
-    void readCatalog(); // requeries both sources and lists the catalog's names
+    // Requeries both sources and lists the catalog's names. If these cannot be read, the list says
+    // so and Add is disabled. Throws DatabaseError.
+    void readCatalog();
 
     // Whether a line has this name or is the same entry of the catalog under an earlier name.
     bool isListed(const ListBox::Row &entry) const;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -64,7 +65,7 @@ void RecipeListModel::show(const RowSet &rows)
         m_rowSetColumns = {rows.columnNumber("RecipeName"_L1), rows.columnNumber("Description"_L1),
                            rows.columnNumber("CountOfRecipeID"_L1), rows.columnNumber("Serves"_L1)};
         m_idColumn = rows.columnNumber("RecipeID"_L1);
-        sortRows(rows);
+        m_order = sortedRows(rows, m_sortColumn);
         m_generation = rows.generation();
     }
     beginResetModel();
@@ -72,9 +73,9 @@ void RecipeListModel::show(const RowSet &rows)
     endResetModel();
 }
 
-void RecipeListModel::sortRows(const RowSet &rows)
+std::vector<int> RecipeListModel::sortedRows(const RowSet &rows, int sortColumn) const
 {
-    const int column = m_rowSetColumns[static_cast<std::size_t>(m_sortColumn)];
+    const int column = m_rowSetColumns[static_cast<std::size_t>(sortColumn)];
     const auto count = static_cast<int>(rows.size());
     std::deque<std::string> numberTexts; // SortedRow refers to them; a deque does not move them
     std::vector<SortedRow> sorted;
@@ -89,21 +90,24 @@ void RecipeListModel::sortRows(const RowSet &rows)
     }
     if (!std::is_sorted(sorted.begin(), sorted.end()))
         std::sort(sorted.begin(), sorted.end());
-    m_order.resize(sorted.size());
-    std::transform(sorted.begin(), sorted.end(), m_order.begin(),
+    std::vector<int> order(sorted.size());
+    std::transform(sorted.begin(), sorted.end(), order.begin(),
                    [](const SortedRow &sortedRow) { return sortedRow.row; });
+    return order;
 }
 
 void RecipeListModel::sort(int column, Qt::SortOrder /*order*/)
 {
-    m_sortColumn = column;
     if (!m_rows) {
+        m_sortColumn = column;
         m_generation = 0; // show() must sort
         return;
     }
+    // Sorts first: if it throws, no view waits for layoutChanged().
+    std::vector<int> order = sortedRows(*m_rows, column);
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-    const std::vector<int> before = m_order;
-    sortRows(*m_rows);
+    m_sortColumn = column;
+    const std::vector<int> before = std::exchange(m_order, std::move(order));
     const QModelIndexList shown = persistentIndexList();
     for (const QModelIndex &index : shown) {
         const int recipe = before[static_cast<std::size_t>(index.row())];

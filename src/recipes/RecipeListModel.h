@@ -43,7 +43,7 @@ public:
                         int role = Qt::DisplayRole) const override;
 
 private:
-    void sortRows(const RowSet &rows);
+    std::vector<int> sortedRows(const RowSet &rows, int column) const;
     QVariant value(int row, int rowSetColumn) const;
 
     const RowSet *m_rows = nullptr;

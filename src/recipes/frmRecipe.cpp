@@ -78,9 +78,11 @@ void frmRecipe::Form_Load()
 
 void frmRecipe::Form_Activate()
 {
-    const ReadTransaction snapshot(datRecipe.Database());
-    m_sources.requery();
-    showCurrentRecipe();
+    replaceShown([this] {
+        const ReadTransaction snapshot(datRecipe.Database());
+        m_sources.requery();
+        showCurrentRecipe();
+    });
 }
 
 void frmRecipe::setCurrentRecipeID(qint64 key)
@@ -91,6 +93,18 @@ void frmRecipe::setCurrentRecipeID(qint64 key)
 }
 
 // Display
+
+void frmRecipe::replaceShown(const std::function<void()> &action)
+{
+    try {
+        action();
+    } catch (...) {
+        showNone();
+        showReadFailure(true);
+        throw;
+    }
+    showReadFailure(false);
+}
 
 void frmRecipe::showCurrentRecipe()
 {
@@ -108,6 +122,42 @@ void frmRecipe::ShowRecipe()
 
 void frmRecipe::display(const ShownRecipe &recipe)
 {
+    showFields(recipe);
+    m_shown = recipe;
+    m_shown->fields = fieldsOnScreen(); // which may differ from what is stored
+    CurrentRecipeID = recipe.key;
+    showVegetarian();
+    setUnedited();
+}
+
+// CurrentRecipeID stays, so that the next activation tries to show the same recipe.
+void frmRecipe::showNone()
+{
+    m_shown.reset(); // first: nothing can be saved even if the rest throws
+    ShownRecipe none;
+    none.fields.name = tr("Recipe");
+    none.fields.type = -1;
+    none.fields.rating = 0;
+    showFields(none);
+    showVegetarian();
+    setUnedited();
+    LockFields(true);
+}
+
+void frmRecipe::showReadFailure(bool failed)
+{
+    if (failed == m_readFailed)
+        return;
+    m_readFailed = failed;
+    const auto text = [failed](const QString &reason) { return failed ? reason : QString(); };
+    m_ui->lstIngredient->setPlaceholderText(text(tr("The ingredients could not be read.")));
+    m_ui->lstUtensils->setPlaceholderText(text(tr("The utensils could not be read.")));
+    m_ui->txtInstruction->setPlaceholderText(
+        text(tr("The recipe could not be read. To try again, press F5 and then View.")));
+}
+
+void frmRecipe::showFields(const ShownRecipe &recipe)
+{
     const RecipeFields &fields = recipe.fields;
     if (m_shown && m_shown->key == recipe.key)
         updateText(*m_ui->txtInstruction, fields.instructions);
@@ -124,13 +174,6 @@ void frmRecipe::display(const ShownRecipe &recipe)
     m_ui->lstIngredient->clear();
     for (const IngredientLine &line : recipe.ingredients)
         m_ui->lstIngredient->addItem(line.text());
-
-    m_shown = recipe;
-    m_shown->fields = fieldsOnScreen(); // which may differ from what is stored
-    CurrentRecipeID = recipe.key;
-    showVegetarian();
-    setRecipeChanged(false);
-    m_ui->cmdDontSave->setEnabled(false);
 }
 
 void frmRecipe::showVegetarian()
@@ -142,6 +185,12 @@ void frmRecipe::setRecipeChanged(bool changed)
 {
     RecipeChanged = changed;
     setEnabledPassingFocus(*m_ui->cmdSave, changed, *m_ui->lstIngredient);
+}
+
+void frmRecipe::setUnedited()
+{
+    setRecipeChanged(false);
+    m_ui->cmdDontSave->setEnabled(false);
 }
 
 void frmRecipe::LockFields(bool locked)
@@ -190,12 +239,15 @@ void frmRecipe::cmdNext_Click()
     RecordCursor &recipes = datRecipe.Recordset();
     if (recipes.AtEOF() || !promptToSave())
         return;
-    restoreRow();
-    recipes.MoveNext();
-    if (recipes.AtEOF())
-        recipes.MovePrevious();
-    else
-        ShowRecipe();
+    replaceShown([&] {
+        restoreRow();
+        recipes.MoveNext();
+        const bool wasLast = recipes.AtEOF();
+        if (wasLast)
+            recipes.MovePrevious();
+        if (!wasLast || !m_shown)
+            ShowRecipe();
+    });
 }
 
 void frmRecipe::cmdPrevious_Click()
@@ -203,12 +255,15 @@ void frmRecipe::cmdPrevious_Click()
     RecordCursor &recipes = datRecipe.Recordset();
     if (recipes.AtBOF() || !promptToSave())
         return;
-    restoreRow();
-    recipes.MovePrevious();
-    if (recipes.AtBOF())
-        recipes.MoveNext();
-    else
-        ShowRecipe();
+    replaceShown([&] {
+        restoreRow();
+        recipes.MovePrevious();
+        const bool wasFirst = recipes.AtBOF();
+        if (wasFirst)
+            recipes.MoveNext();
+        if (!wasFirst || !m_shown)
+            ShowRecipe();
+    });
 }
 
 void frmRecipe::cmdDone_Click()
@@ -269,7 +324,7 @@ void frmRecipe::cmdNew_Click()
         return;
     ShownRecipe recipe;
     recipe.fields.name = name;
-    display(recipe);
+    replaceShown([&] { display(recipe); });
     m_ui->txtAuthor->setFocus();
     LockFields(false);
     setRecipeChanged(true);
@@ -294,6 +349,8 @@ void frmRecipe::cmdEdit_Click()
 
 void frmRecipe::cmdDescription_Click()
 {
+    if (m_readFailed && !requireRecipe())
+        return;
     const QString stored = m_shown ? m_shown->fields.description : QString();
     if (!m_ui->cmdDontSave->isEnabled()) {
         interaction().show(
@@ -329,6 +386,14 @@ RecipeFields frmRecipe::fieldsOnScreen() const
             .serves = m_ui->txtServes->text()};
 }
 
+void frmRecipe::cmdSave_Click()
+{
+    if (requireRecipe())
+        SaveRecipe();
+    else
+        setUnedited();
+}
+
 bool frmRecipe::SaveRecipe()
 {
     if (!isServesValid()) {
@@ -339,22 +404,21 @@ bool frmRecipe::SaveRecipe()
         m_ui->txtServes->setFocus();
         return false;
     }
-    if (m_shown) {
-        const RecipeFields entered = fieldsOnScreen();
-        const auto key = storeRecipe(datRecipe, *m_shown, entered);
-        if (!key) {
-            showRecipeNameTaken(interaction());
-            return false;
-        }
-        m_shown->key = *key;
-        m_shown->fields = entered;
-        m_rowKey = *key;
-        CurrentRecipeID = *key;
+    const RecipeFields entered = fieldsOnScreen();
+    const auto key = storeRecipe(datRecipe, *m_shown, entered);
+    if (!key) {
+        showRecipeNameTaken(interaction());
+        return false;
     }
+    m_shown->key = *key;
+    m_shown->fields = entered;
+    m_rowKey = *key;
+    CurrentRecipeID = *key;
     LockFields(true);
-    setRecipeChanged(false);
-    m_ui->cmdDontSave->setEnabled(false);
-    datRecipe.Recordset().Requery();
-    showCurrentRecipe();
+    setUnedited();
+    replaceShown([this] {
+        datRecipe.Recordset().Requery();
+        showCurrentRecipe();
+    });
     return true;
 }

@@ -5,6 +5,7 @@
 #include "frame/ChildWindow.h"
 #include "recipes/RecipeRow.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -45,11 +46,17 @@ protected:
 private:
     void connectHandlers();
 
-    // They throw DatabaseError if not everything can be read; then nothing changes.
+    // Runs an action that reads and displays a recipe. If it throws, the window shows no recipe,
+    // since neither the one before nor a part of the other one is what the user asked for.
+    void replaceShown(const std::function<void()> &action);
+    // To be called by such an action. They throw DatabaseError.
     void showCurrentRecipe();
     void ShowRecipe(); // the one in the current row of datRecipe
-
     void display(const ShownRecipe &recipe);
+
+    void showNone();
+    void showReadFailure(bool failed);
+    void showFields(const ShownRecipe &recipe);
     void showVegetarian();
 
     void txtAuthor_Change() { setRecipeChanged(true); }
@@ -65,15 +72,17 @@ private:
     void cmdNext_Click();
     void cmdNew_Click();
     void cmdEdit_Click();
-    void cmdSave_Click() { SaveRecipe(); }
+    void cmdSave_Click();
     void cmdDone_Click();
 
     void setRecipeChanged(bool changed);
+    void setUnedited();
     void LockFields(bool locked);
     void showLockedColors();
 
     // Each returns whether the caller may go on; false if what was entered cannot be saved, which
-    // the user has then been told. They throw DatabaseError if saving fails.
+    // the user has then been told. They throw DatabaseError if saving fails. SaveRecipe() needs a
+    // recipe that is shown.
     bool SaveRecipe();
     bool promptToSave();
     bool requireRecipe(); // false if no recipe is shown
@@ -92,7 +101,8 @@ private:
     DataSource datUtensils{m_sources};
 
     qint64 CurrentRecipeID = 0; // of the recipe that the next activation shows
-    std::optional<ShownRecipe> m_shown; // nullopt until a recipe is shown
+    std::optional<ShownRecipe> m_shown; // nullopt if no recipe is shown
+    bool m_readFailed = false; // which is why no recipe is shown
     qint64 m_rowKey = 0; // of datRecipe's row: the recipe shown, or the last one before a new one
     bool RecipeChanged = false;
     QString RecipeDescription; // as it will be saved

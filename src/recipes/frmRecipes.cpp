@@ -8,7 +8,6 @@
 #include "widgets/StandardWidgets.h"
 
 #include <QHeaderView>
-#include <QScopeGuard>
 #include <QShortcut>
 
 using namespace Qt::Literals::StringLiterals;
@@ -87,16 +86,20 @@ void frmRecipes::Form_Activate()
     const int keptRow = pressed != 0 ? pressedRow : top;
     const qint64 kept = m_recipes.recipeIdAt(keptRow);
 
-    const auto atEnd = qScopeGuard([this] { showState(); });
     m_recipes.clear();
-    m_sources.requery();
-    m_recipes.show(datRecipes.Recordset().rows());
-
+    try {
+        m_sources.requery();
+        m_recipes.show(datRecipes.Recordset().rows());
+    } catch (...) {
+        showState();
+        throw;
+    }
     table.selectRow(0);
     const int row = m_recipes.rowOf(kept);
     table.scrollToRow(pressed != 0 || row == top ? row : 0, keptRow - top);
     if (press && m_recipes.recipeIdAt(table.rowAt(*press)) != pressed)
         table.discardNextPress();
+    showState();
 }
 
 // Says why there are no rows. A list that has not been activated yet says nothing.
@@ -112,11 +115,13 @@ void frmRecipes::showState()
     lvwRecipes_SelectionChange(); // a model reset emits no selectionChanged()
 }
 
-// Undoes QHeaderView's reversal of the order at a second click.
+// The click has moved the sort indicator already, or reversed it at a second click.
 void frmRecipes::lvwRecipes_ColumnClick(int column)
 {
-    m_ui->lvwRecipes->header()->setSortIndicator(column, Qt::AscendingOrder);
+    QHeaderView &header = *m_ui->lvwRecipes->header();
+    header.setSortIndicator(m_recipes.sortColumn(), Qt::AscendingOrder);
     m_recipes.sort(column);
+    header.setSortIndicator(column, Qt::AscendingOrder);
     m_ui->lvwRecipes->scrollTo(m_ui->lvwRecipes->currentIndex());
 }
 
@@ -128,7 +133,9 @@ void frmRecipes::lvwRecipes_DblClick()
 void frmRecipes::lvwRecipes_SelectionChange()
 {
     const bool isEmpty = m_recipes.isRead() && m_recipes.rowCount() == 0;
-    m_ui->cmdView->setEnabled(isEmpty || m_ui->lvwRecipes->selectionModel()->hasSelection());
+    setEnabledPassingFocus(*m_ui->cmdView,
+                           isEmpty || m_ui->lvwRecipes->selectionModel()->hasSelection(),
+                           *m_ui->lvwRecipes);
 }
 
 // Finds the recipe by its key, since several recipes may have the same title. Without recipes, the

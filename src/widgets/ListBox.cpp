@@ -30,25 +30,39 @@ QStringList ListBox::texts() const
 
 void ListBox::setRows(const QList<Row> &rows)
 {
-    m_textWhenEmpty = placeholderText();
-    m_rows.clear();
     QList<QStandardItem *> items;
     items.reserve(rows.size());
     for (const Row &row : rows)
         items += newItem(row);
-    m_rows.appendColumn(items);
+    replaceRows(items, placeholderText());
 }
 
 void ListBox::showUnavailable(const QString &text)
 {
-    m_rows.clear();
-    m_textWhenEmpty = text;
+    replaceRows({}, text);
+}
+
+// Keeps the model's root item, which QStandardItemModel::clear() would destroy: rows are also
+// replaced while the view selects one, and the view then still uses an index below that item.
+void ListBox::replaceRows(const QList<QStandardItem *> &items, const QString &textWhenEmpty)
+{
+    m_rows.removeRows(0, count());
+    m_rows.invisibleRootItem()->appendRows(items);
+    m_textWhenEmpty = textWhenEmpty;
+    describe();
     viewport()->update();
+}
+
+// For screen readers, to which the placeholder text is only painted.
+void ListBox::describe()
+{
+    setAccessibleDescription(count() == 0 ? m_textWhenEmpty : QString());
 }
 
 void ListBox::append(const Row &row)
 {
     m_rows.appendRow(newItem(row));
+    describe();
     scrollTo(m_rows.index(count() - 1, 0));
 }
 
@@ -58,6 +72,7 @@ void ListBox::remove(int row)
     if (row == selectedRow())
         selectionModel()->clear();
     m_rows.removeRow(row);
+    describe();
 }
 
 qint64 ListBox::keyAt(int row) const

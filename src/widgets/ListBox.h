@@ -49,6 +49,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void replaceRows(const QList<QStandardItem *> &items, const QString &textWhenEmpty);
+    void describe();
     void onSelectionChanged();
     void onClicked();
 

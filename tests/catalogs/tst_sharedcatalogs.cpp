@@ -108,6 +108,7 @@ private Q_SLOTS:
             QVERIFY(list.hasFocus());
             const QString form = formText(window);
             QCOMPARE(form.count(u"disabled"_s), 9); // all but the list and Done
+            QCOMPARE(WindowFixture::shown(window), u"Ingredients||||no"_s);
             QVERIFY(form.endsWith(u"cmdDone: D&one"_s));
             control<QPushButton>(window, u"cmdDone"_s).setFocus(); // the focus marks the list
             QVERIFY(!isBlank(list));
@@ -119,6 +120,29 @@ private Q_SLOTS:
                                                       u"cmdNew, txtIngredient Dill, cmdSave"_s);
         QCOMPARE(fixture.WindowFixture::stored("SELECT * FROM Ingredients WHERE IngredientID > 4"),
                  u"5|Dill|0|0|0"_s);
+    }
+
+    // An entry that cannot be read is not shown, nor the one before it.
+    void unreadEntry()
+    {
+        CatalogFixture catalog;
+        catalog.sql("CREATE TRIGGER t BEFORE UPDATE ON Ingredients"
+                    " BEGIN SELECT RAISE(ABORT, 'no'); END");
+        catalog.interaction.expect(WindowFixture::failure(
+            u"Ingredients"_s,
+            DatabaseError::fromSqlite(catalog.file.path(), SQLITE_CONSTRAINT, u"no"_s).text()));
+        catalog.perform(u"lstIngredients 1, txtIngredient =Apricot, cmdSave"_s); // drops the rows
+        SQLite::Database other = catalog.file.other();
+        other.exec("DROP TRIGGER t; BEGIN EXCLUSIVE");
+        catalog.expectLocked();
+        catalog.perform(u"lstIngredients 2"_s);
+        QCOMPARE(catalog.shown(), u"Ingredients||||no"_s);
+        QVERIFY(catalog.list.accessibleDescription().startsWith(
+            "The ingredients could not be read."_L1));
+        QVERIFY(!catalog.save.isEnabled());
+        other.exec("ROLLBACK");
+        catalog.open<frmIngredient>();
+        QCOMPARE(catalog.shown(), u"Ingredients|Éclair|Misc|1|yes"_s);
     }
 
     void failures_data()

@@ -97,7 +97,14 @@ private Q_SLOTS:
         fixture.frame.show(editor);
         QCoreApplication::processEvents();
         fixture.interaction.checkAllCame();
+        const auto &add = control<QPushButton>(editor, u"cmdAdd"_s);
+        const auto &list = control<ListBox>(editor, u"lstIngredients"_s);
+        QVERIFY(!add.isEnabled());
+        QVERIFY(list.accessibleDescription().startsWith("The catalog could not be read."_L1));
         other.exec("ROLLBACK");
+        fixture.perform(editor, u"cmdAddIngredient"_s);
+        fixture.perform(*fixture.frame.find<frmIngredient>(), u"cmdDone"_s);
+        QVERIFY(add.isEnabled() && list.accessibleDescription().isEmpty());
         fixture.perform(editor, u"cmdDone"_s);
         QCOMPARE(fixture.stored(allIngredients),
                  u"18|3|1 cup, 17|2|1 (large) can, 17|4|as much as a large spoon holds"_s);

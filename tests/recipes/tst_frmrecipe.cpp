@@ -153,6 +153,7 @@ private Q_SLOTS:
         fixture.perform(u"cmdNext, cmdPrevious, cmbRating 3, cmdNew "_s);
         QCOMPARE(fixture.form.title(), u"Recipe"_s);
         QCOMPARE(stateOf(fixture.form), u"locked dontsave save"_s);
+        fixture.interaction.expect(none);
         fixture.interaction.expect({.text = u"None"_s, .title = u"Recipe Description"_s});
         fixture.perform(u"cmdSave, cmdDescription, cmdNew x"_s);
         QCOMPARE(fixture.shown(), u"x||no|Misc||5 - Disaster|||"_s);

@@ -273,6 +273,7 @@ private Q_SLOTS:
     {
         ListFixture list("INSERT INTO Recipes (RecipeName, Serves) VALUES ('a', 2), ('b', 1)");
         QVERIFY(list.canView());
+        control<QPushButton>(list.form, u"cmdView"_s).setFocus();
         SQLite::Database other = list.file.other();
         other.exec("BEGIN EXCLUSIVE");
         list.interaction.expect(WindowFixture::failure(
@@ -282,6 +283,7 @@ private Q_SLOTS:
         list.open<frmRecipes>(); // reads again, since it is active
         QVERIFY(list.table.placeholderText().startsWith("The recipes could not be read."_L1));
         QVERIFY(!list.canView());
+        QVERIFY(list.table.hasFocus()); // not Close, which the next Enter would press
         list.doubleClick({200, 100});
         QVERIFY(!list.opened());
         list.clickHeader(3);

@@ -12,6 +12,8 @@
 #include <QProcess>
 #include <QScrollBar>
 
+#include <sqlite3.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -65,16 +67,19 @@ struct Windows : WindowFixture {
     frmRecipe &recipe = frame.load<frmRecipe>();
 };
 
-// Overwrites the first page of a table.
-void damage(const TestDatabase &file, const QByteArray &table)
+// Replaces the first page of a table, so that other connections notice it. Returns the old page.
+QByteArray replacePage(const TestDatabase &file, const QByteArray &table, const QByteArray &page)
 {
-    const int page =
+    const int number =
         file.stored("SELECT rootpage FROM sqlite_schema WHERE name = '" + table + "'").toInt();
-    const int size = file.stored("PRAGMA page_size").toInt();
+    file.write(u"PRAGMA user_version = "_s + file.stored("PRAGMA user_version"));
     QFile bytes(file.path());
-    if (!bytes.open(QIODevice::ReadWrite) || !bytes.seek(qint64{page - 1} * size)
-        || bytes.write(QByteArray(size, '\x55')) != size)
-        qFatal("the file is not damaged");
+    if (!bytes.open(QIODevice::ReadWrite) || !bytes.seek((number - 1) * page.size()))
+        qFatal("the file cannot be changed");
+    const QByteArray old = bytes.read(page.size());
+    if (!bytes.seek((number - 1) * page.size()) || bytes.write(page) != page.size())
+        qFatal("the page is not replaced");
+    return old;
 }
 
 } // namespace
@@ -91,122 +96,121 @@ private Q_SLOTS:
     void savesWhatItShows_data()
     {
         QTest::addColumn<std::function<void(Windows &)>>("situation");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("stored");
-        const auto row = [](const char *name, const std::function<void(Windows &)> &situation,
-                            bool showsCurry) {
-            QTest::newRow(name) << situation << (showsCurry ? u"Curry"_s : u"Bean Soup"_s)
-                                << (showsCurry ? u"Bean Soup|Ann, Curry|Bob!"_s
-                                               : u"Bean Soup|Ann!, Curry|Bob"_s);
+        const auto row = [](const char *name, const std::function<void(Windows &)> &situation) {
+            QTest::newRow(name) << situation;
         };
-        const auto unreadable = [](Windows &windows, const QByteArray &table) {
+        row("Alt+V and Ctrl+Tab in one burst", [](Windows &windows) {
             windows.activate(windows.list);
             windows.select(1);
-            windows.sql("ALTER TABLE " + table + " RENAME TO Gone");
-            windows.interaction.expect(
-                WindowFixture::failure(u"Bean Soup"_s,
-                                       u"%1 is not a recipe database: the table %2 is missing. Put "
-                                       u"your copy of the recipe "
-                                       "database in its place and try again."_s.arg(
-                                           windows.file.path(), QString::fromLatin1(table))));
-            press(windows.list, u"cmdView"_s);
-            windows.interaction.checkAllCame();
-            windows.sql("ALTER TABLE Gone RENAME TO " + table);
-        };
-        row(
-            "utensils cannot be read",
-            [=](Windows &windows) { unreadable(windows, "RecipeUtensils"); }, false);
-        row(
-            "ingredients cannot be read",
-            [=](Windows &windows) { unreadable(windows, "RecipeIngredients"); }, false);
-        row(
-            "Alt+V and Ctrl+Tab in one burst",
-            [](Windows &windows) {
-                windows.activate(windows.list);
-                windows.select(1);
-                Windows::type(u"alt+v ctrl+Tab"_s);
-                windows.activate(windows.recipe);
-            },
-            true);
-        row(
-            "View behind", [](Windows &windows) { windows.pressViewBehind(); }, true);
-        row(
-            "View behind a new recipe",
-            [](Windows &windows) {
-                windows.perform(windows.recipe, u"cmdNew Dal, txtAuthor Eve"_s);
-                windows.pressViewBehind();
-            },
-            true);
-        row(
-            "View behind an editor",
-            [](Windows &windows) {
-                press(windows.recipe, u"cmdChangeIngredients"_s);
-                windows.pressViewBehind();
-                press(*windows.frame.find("frmChangeIngredients"), u"cmdCancel"_s);
-            },
-            true);
+            Windows::type(u"alt+v ctrl+Tab"_s);
+            windows.activate(windows.recipe);
+        });
+        row("View behind", [](Windows &windows) { windows.pressViewBehind(); });
+        row("View behind a new recipe", [](Windows &windows) {
+            windows.perform(windows.recipe, u"cmdNew Dal, txtAuthor Eve"_s);
+            windows.pressViewBehind();
+        });
+        row("View behind an editor", [](Windows &windows) {
+            press(windows.recipe, u"cmdChangeIngredients"_s);
+            windows.pressViewBehind();
+            press(*windows.frame.find("frmChangeIngredients"), u"cmdCancel"_s);
+        });
     }
     void savesWhatItShows()
     {
         QFETCH(std::function<void(Windows &)>, situation);
-        QFETCH(QString, title);
-        QFETCH(QString, stored);
         Windows windows;
         const QByteArray links = "SELECT * FROM RecipeIngredients ORDER BY RecipeID, IngredientID";
         const QString linksBefore = windows.stored(links);
         situation(windows);
-        QCOMPARE(windows.recipe.title(), title);
         if (control<QPushButton>(windows.recipe, u"cmdEdit"_s).isEnabled())
-            windows.perform(windows.recipe, u"cmdEdit "_s + title);
+            windows.perform(windows.recipe, u"cmdEdit Curry"_s);
         windows.perform(windows.recipe, u"txtAuthor !, cmdSave, cmdChangeIngredients"_s);
         press(*windows.frame.find("frmChangeIngredients"), u"cmdDone"_s);
-        QCOMPARE(windows.stored("SELECT RecipeName, Author FROM Recipes"), stored);
+        QCOMPARE(windows.stored("SELECT RecipeName, Author FROM Recipes"),
+                 u"Bean Soup|Ann, Curry|Bob!"_s);
         QCOMPARE(windows.stored(links), linksBefore);
-        QCOMPARE(windows.recipe.title(), title);
+        QCOMPARE(windows.recipe.title(), u"Curry"_s);
     }
 
-    void damagedLinks_data()
+    void unreadable_data()
     {
         QTest::addColumn<QByteArray>("table");
-        QTest::newRow("ingredients") << QByteArray("RecipeIngredients");
-        QTest::newRow("utensils") << QByteArray("RecipeUtensils");
+        QTest::addColumn<bool>("damaged"); // or missing
+        QTest::addColumn<bool>("another"); // recipe is to be shown, or the same one again
+        for (const char *table : {"Recipes", "RecipeIngredients", "RecipeUtensils"}) {
+            QTest::addRow("%s missing, another", table) << QByteArray(table) << false << true;
+            QTest::addRow("%s missing, the same", table) << QByteArray(table) << false << false;
+            QTest::addRow("%s damaged", table) << QByteArray(table) << true << true;
+        }
     }
-    // Nothing half read is shown or stored; a new recipe can be stored, once.
-    void damagedLinks()
+    // A recipe that cannot be read completely is not shown, nor the one before it. Nothing is
+    // stored until it can be read, but a new recipe, once.
+    void unreadable()
     {
         QFETCH(QByteArray, table);
-        WindowFixture fixture(recipes);
-        damage(fixture.file, table);
-        const QByteArray all = "SELECT * FROM Recipes";
-        const QString before = fixture.stored(all);
+        QFETCH(bool, damaged);
+        QFETCH(bool, another);
+        Windows windows;
+        const frmRecipe &form = windows.recipe;
+        const QByteArray all = "SELECT RecipeName, Author, Rating FROM Recipes";
         const auto expectFailure = [&](const QString &title) {
-            fixture.interaction.expect(
-                WindowFixture::failure(title,
-                                       u"The recipe database %1 is damaged. Keep it, because "
-                                       "parts of it may be saved; put your last copy of it in its "
-                                       "place and try again."_s.arg(fixture.file.path())));
+            const QString missing = u"no such table: "_s + QString::fromLatin1(table);
+            windows.interaction.expect(WindowFixture::failure(
+                title,
+                DatabaseError::fromSqlite(windows.file.path(),
+                                          damaged ? SQLITE_CORRUPT : SQLITE_ERROR, missing)
+                    .text()));
         };
-        expectFailure(u"Recipe"_s);
-        auto &form = fixture.open<frmRecipe>();
-        QCOMPARE(fixture.shown(form), u"Recipe||no|||Unrated|||"_s);
-        for (const QString &step : {u"cmdSave"_s, u"cmdNext"_s}) {
-            expectFailure(u"Recipe"_s);
-            fixture.perform(form, step);
-        }
-        for (const QString &step : {u"cmdEdit"_s, u"cmdChangeUtensils"_s}) {
-            fixture.interaction.expect(
-                WindowFixture::error(u"No recipe is open. Press New to start one."_s));
-            fixture.perform(form, step);
-        }
-        QCOMPARE(fixture.shown(form), u"Recipe||no|||Unrated|||"_s);
-        QCOMPARE(fixture.stored(all), before);
+        const auto instructions = [&] {
+            return control<QPlainTextEdit>(form, u"txtInstruction"_s).placeholderText();
+        };
+        windows.perform(form, u"cmdEdit Soup, txtAuthor x"_s);
+        windows.activate(windows.list);
+        windows.select(1);
+        QString stored = windows.stored(all);
+        QByteArray page(windows.stored("PRAGMA page_size").toInt(), '\x55');
+        if (damaged)
+            page = replacePage(windows.file, table, page);
+        else
+            windows.sql("ALTER TABLE " + table + " RENAME TO Gone");
+        expectFailure(u"Soup"_s);
+        if (another)
+            press(windows.list, u"cmdView"_s);
+        else
+            windows.activate(windows.recipe);
+        windows.interaction.checkAllCame();
 
-        fixture.perform(form, u"cmdNew Dal"_s);
-        expectFailure(u"Dal"_s);
-        fixture.perform(form, u"cmdSave, cmdSave, cmdEdit Dal, txtAuthor Eve"_s);
-        expectFailure(u"Dal"_s);
-        fixture.perform(form, u"cmdSave"_s);
-        QCOMPARE(fixture.stored(all), before + u", 3|Dal||Eve|0||5|0"_s);
+        QVERIFY(instructions().startsWith("The recipe could not be read."_L1));
+        QCOMPARE(WindowFixture::shown(form), u"Recipe||no|||Unrated|||"_s);
+        QCOMPARE(form.recipeId(), 0);
+        for (const QString &button : {u"cmdSave"_s, u"cmdEdit"_s, u"cmdChangeIngredients"_s,
+                                      u"cmdChangeUtensils"_s, u"cmdDescription"_s}) {
+            windows.interaction.expect(
+                WindowFixture::error(u"No recipe is open. Press New to start one."_s));
+            windows.perform(form, u"cmbRating 2, "_s + button);
+        }
+        expectFailure(u"Recipe"_s);
+        windows.perform(form, u"cmdPrevious"_s);
+        QString requested = another ? u"Curry"_s : u"Bean Soup"_s;
+        if (!damaged && table != "Recipes") {
+            requested = u"Dal"_s;
+            windows.perform(form, u"cmdNew Dal"_s);
+            QVERIFY(instructions().isEmpty());
+            expectFailure(requested);
+            windows.perform(form, u"cmdSave, cmdSave"_s);
+            stored += u", Dal||5"_s;
+        }
+
+        if (damaged)
+            replacePage(windows.file, table, page);
+        else
+            windows.sql("ALTER TABLE Gone RENAME TO " + table);
+        QCOMPARE(windows.stored(all), stored);
+        windows.activate(windows.list);
+        windows.activate(windows.recipe);
+        QCOMPARE(form.title(), requested);
+        QVERIFY(instructions().isEmpty());
     }
 
     void focusOnSave_data()
