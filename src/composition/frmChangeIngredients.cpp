@@ -62,8 +62,8 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
-         .unreadText = tr("The catalog could not be read.\nTo try again, press Add Ingredient, and "
-                          "there Done."),
+         .unreadText = tr("The catalog could not be read.\nTo try again, press Add Ingredient and "
+                          "then Done."),
          .missingText =
              tr("These ingredients are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Ingredient, or remove their lines.")});

@@ -26,8 +26,8 @@ frmChangeUtensils::frmChangeUtensils(Frame &frame)
          .remove = m_ui->cmdRemove,
          .cancel = m_ui->cmdCancel,
          .done = m_ui->cmdDone,
-         .unreadText = tr("The catalog could not be read.\nTo try again, press Add Utensil, and "
-                          "there Done."),
+         .unreadText = tr("The catalog could not be read.\nTo try again, press Add Utensil and "
+                          "then Done."),
          .missingText =
              tr("These utensils are not in the catalog any more:\n\n%1\n\nNothing was stored. "
                 "Add them to the catalog again with Add Utensil, or remove their lines.")});

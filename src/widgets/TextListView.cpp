@@ -107,6 +107,10 @@ void paintPlaceholderText(QAbstractItemView &view, const QString &text)
     const int margin = view.fontMetrics().height() / 2;
     painter.drawText(view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
+    if (view.hasFocus()) {
+        painter.setPen(view.palette().color(QPalette::Highlight));
+        painter.drawRect(view.viewport()->rect().adjusted(0, 0, -1, -1));
+    }
 }
 
 TextListView::TextListView(QWidget *parent)
@@ -129,11 +133,6 @@ void TextListView::paintEvent(QPaintEvent *event)
 {
     QListView::paintEvent(event);
     paintPlaceholderText(*this, textWhenEmpty());
-    if (hasFocus() && model()->rowCount() == 0) {
-        QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Highlight));
-        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
-    }
 }
 
 QString TextListView::elidedTextAt(QPoint position) const

@@ -22,7 +22,7 @@ public:
 };
 
 // Call in the view's paintEvent. If the view has no rows, writes the text where they would be, in
-// the palette's colour for placeholder text.
+// the palette's colour for placeholder text, and frames the view if it has the focus.
 void paintPlaceholderText(QAbstractItemView &view, const QString &text);
 
 // A list of one-line texts from any model. It shows the placeholder text while it is empty, and the
