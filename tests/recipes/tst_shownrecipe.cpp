@@ -76,7 +76,7 @@ QByteArray replacePage(const TestDatabase &file, const QByteArray &table, const 
     QFile bytes(file.path());
     if (!bytes.open(QIODevice::ReadWrite) || !bytes.seek((number - 1) * page.size()))
         qFatal("the file cannot be changed");
-    const QByteArray old = bytes.read(page.size());
+    QByteArray old = bytes.read(page.size());
     if (!bytes.seek((number - 1) * page.size()) || bytes.write(page) != page.size())
         qFatal("the page is not replaced");
     return old;
