@@ -73,7 +73,7 @@ bool OutputFolder::lock()
     qint64 process = 0;
     QString computer;
     QString program;
-    // A file of somebody else never is taken over. A power cut can leave an empty lock.
+    // A file of somebody else is never taken over. A power cut can leave an empty lock.
     const bool canBeLock =
         QFileInfo(path).size() == 0 || m_lock->getLockInfo(&process, &computer, &program);
     m_lock->setStaleLockTime(canBeLock ? std::chrono::milliseconds(abandonedAfter) : 0ms);

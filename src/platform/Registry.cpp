@@ -173,7 +173,8 @@ qint32 save(QSettings &settings, const Changes &changes)
     settings.sync();
     if (settings.status() == QSettings::NoError)
         return ERROR_SUCCESS;
-    apply(settings, before); // QSettings would return the changes although they are not stored
+    // QSettings keeps what it could not store, returns it and stores it with the next change.
+    apply(settings, before);
     return ERROR_ACCESS_DENIED;
 }
 
