@@ -1,6 +1,7 @@
 #include "app/Pantrywise.h"
 #include "interaction/TerminalInteraction.h"
 #include "platform/ApplicationInformation.h"
+#include "platform/Paths.h"
 #include "platform/StartupEnvironment.h"
 #include "widgets/DesktopInteraction.h"
 
@@ -10,8 +11,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(main)
+};
 
 // Call before QApplication is created, which removes its own options from the arguments.
 std::filesystem::path importPathOf(int argc, char *argv[])
@@ -30,14 +36,29 @@ void setPlaceholderColor()
     QApplication::setPalette(palette);
 }
 
-int runOnDesktop(int argc, char *argv[])
+// Qt cannot name a file whose path is not valid text, neither data.rbk nor the program itself.
+int checkFolderAndStart(Interaction &interaction, const std::filesystem::path &importPath)
+{
+    const QByteArray program = platform::programPathBytes();
+    if (program.isValidUtf8())
+        return startUp(interaction, importPath);
+    interaction.showError(
+        platform::productName(),
+        Text::tr("Pantrywise cannot work in a folder whose name contains unreadable characters:\n"
+                 "%1\nRename it, and start Pantrywise again.")
+            .arg(platform::escapeInvalidText(program)));
+    return 1;
+}
+
+int runOnDesktop(int argc, char *argv[], platform::XConnection connection)
 {
     const std::filesystem::path importPath = importPathOf(argc, argv);
     QApplication application(argc, argv);
+    connection.reset();
     setPlaceholderColor();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/pantrywise.svg")));
     DesktopInteraction interaction;
-    return startUp(interaction, importPath);
+    return checkFolderAndStart(interaction, importPath);
 }
 
 // Imports a recipe file without a desktop. QApplication needs the platform "offscreen" for the
@@ -47,14 +68,15 @@ int runInTerminal(int argc, char *argv[])
     const std::filesystem::path importPath = importPathOf(argc, argv);
     if (importPath.empty()) {
         std::fputs(
-            "Pantrywise needs a desktop: start it there, or give it a recipe file to import.\n",
+            "Pantrywise needs a desktop, and no display can be reached: start it on a desktop, or "
+            "give it a recipe file to import.\n",
             stderr);
         return 1;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     TerminalInteraction interaction;
-    return startUp(interaction, importPath);
+    return checkFolderAndStart(interaction, importPath);
 }
 
 } // namespace
@@ -62,5 +84,7 @@ int runInTerminal(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     QCoreApplication::setApplicationName(platform::productName());
-    return platform::hasDesktop() ? runOnDesktop(argc, argv) : runInTerminal(argc, argv);
+    platform::Desktop desktop = platform::findDesktop();
+    return desktop.isReachable ? runOnDesktop(argc, argv, std::move(desktop.connection))
+                               : runInTerminal(argc, argv);
 }

@@ -1,20 +1,21 @@
 #include "export/OutputFolder.h"
 
 #include "export/ExportError.h"
+#include "export/ExportedFolder.h"
 #include "platform/DirectoryExchange.h"
+#include "platform/DiskSync.h"
 #include "platform/Paths.h"
-#include "platform/RegularFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QLockFile>
 
-#include <algorithm>
+#include <chrono>
 #include <filesystem>
-#include <optional>
+#include <utility>
 
+using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -24,84 +25,12 @@ struct Text {
 };
 
 constexpr auto folderName = "Pantrywise"_L1;
-constexpr auto stagingName = "Pantrywise.new"_L1;
-constexpr auto listName = "pantrywise-files.txt"_L1;
 
-// Must not change, because it identifies the folders of earlier exports.
-constexpr QByteArrayView listHeader =
-    "Pantrywise has made these files. Its next export into this place removes them.\n";
-
-// Returns the names of the exported files in the folder, or nothing if it has no list of them.
-std::optional<QSet<QString>> exportedFiles(const QString &folder)
-{
-    constexpr qsizetype largest = 64 << 20;
-    const auto read = platform::readRegularFile(
-        platform::nativePath(platform::joinPath(folder, listName)), largest);
-    const auto *bytes = std::get_if<QByteArray>(&read);
-    if (!bytes || !bytes->startsWith(listHeader) || QFileInfo(folder).isSymLink())
-        return {};
-    const QStringList names =
-        QString::fromUtf8(bytes->sliced(listHeader.size())).split(u'\n', Qt::SkipEmptyParts);
-    QSet<QString> files(names.begin(), names.end());
-    files.insert(listName);
-    return files;
-}
-
-// Returns the first name in the folder that is not one of these or not that of a file, or an empty
-// text.
-QString firstForeign(const QString &folder, const QSet<QString> &files)
-{
-    QStringList foreign;
-    QDirIterator entries(folder,
-                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    while (entries.hasNext()) {
-        entries.next();
-        if (!files.contains(entries.fileName()) || entries.fileInfo().isDir())
-            foreign += entries.fileName();
-    }
-    const auto first = std::min_element(foreign.begin(), foreign.end());
-    return first == foreign.end() ? QString() : *first;
-}
-
-void requireExported(const QString &folder)
-{
-    const QFileInfo there(folder);
-    if (!there.exists() && !there.isSymLink())
-        return;
-    const QString shown = QDir::toNativeSeparators(folder);
-    const auto files = exportedFiles(folder);
-    if (!files)
-        throw ForeignFolderError(
-            Text::tr("%1 was not made by an export, so nothing was exported there. "
-                     "Move it away, or choose another place.")
-                .arg(shown));
-    if (const QString foreign = firstForeign(folder, *files); !foreign.isEmpty())
-        throw ForeignFolderError(
-            Text::tr("The folder %1 contains %2, which was not made by an export, so nothing "
-                     "was exported there. Move it away, or choose another place.")
-                .arg(shown, foreign));
-}
-
-// Removes the files, then their list, and then the folder if it is empty. The list comes last so
-// that the next export can finish an interrupted removal.
-void removePages(const QString &folder, const QSet<QString> &files)
-{
-    for (const QString &name : files) {
-        if (name != listName && !name.contains(u'/'))
-            QFile::remove(platform::joinPath(folder, name));
-    }
-    if (firstForeign(folder, {listName}).isEmpty())
-        QFile::remove(platform::joinPath(folder, listName));
-    QDir().rmdir(folder); // fails if the folder is not empty
-}
-
-void removePages(const QString &folder)
-{
-    if (const auto files = exportedFiles(folder))
-        removePages(folder, *files);
-    else
-        QDir().rmdir(folder);
-}
+// A lock that was left behind is taken over at this age. QLockFile does that at once if it was left
+// by a program on this computer, and it never takes over a lock whose program is running here,
+// since that also holds it with flock(). A network file system without flock() shows only the age.
+constexpr std::chrono::minutes abandonedAfter = 5min;
+constexpr std::chrono::minutes freshFor = 1min;
 
 // Returns the folder that contains the folder of pages: the chosen one, or its parent if the chosen
 // one is itself a folder of pages.
@@ -113,6 +42,12 @@ QString parentOf(const QString &chosen)
     return directory.path();
 }
 
+bool isTaken(const QString &path)
+{
+    const QFileInfo there(path);
+    return there.exists() || there.isSymLink();
+}
+
 } // namespace
 
 OutputFolder::OutputFolder(const QString &chosen)
@@ -120,11 +55,9 @@ OutputFolder::OutputFolder(const QString &chosen)
     , m_path(QDir(m_parent).filePath(folderName))
     , m_lock(std::make_unique<QLockFile>(QDir(m_parent).filePath("Pantrywise.lock"_L1)))
 {
+    if (lock())
+        tidyUp();
     requireExported(m_path);
-    m_lock->setStaleLockTime(0);
-    if (!m_lock->tryLock() && m_lock->error() == QLockFile::LockFailedError)
-        fail(Text::tr("another export to that folder is running"));
-    removeLeftOvers();
 }
 
 OutputFolder::~OutputFolder()
@@ -133,12 +66,46 @@ OutputFolder::~OutputFolder()
         removePages(m_staging, m_files);
 }
 
-void OutputFolder::removeLeftOvers() const
+// Returns false if no lock file can be made there; then no staging folder can be made either.
+bool OutputFolder::lock()
 {
-    const QDir directory(m_parent);
-    const QStringList names = directory.entryList({stagingName + u'*'}, QDir::Dirs);
-    for (const QString &name : names)
-        removePages(directory.filePath(name));
+    const QString path = m_lock->fileName();
+    qint64 process = 0;
+    QString computer;
+    QString program;
+    // A file of somebody else is never taken over. A power cut can leave an empty lock.
+    const bool canBeLock =
+        QFileInfo(path).size() == 0 || m_lock->getLockInfo(&process, &computer, &program);
+    m_lock->setStaleLockTime(canBeLock ? std::chrono::milliseconds(abandonedAfter) : 0ms);
+    if (m_lock->tryLock())
+        return true;
+    if (m_lock->error() == QLockFile::LockFailedError)
+        fail(Text::tr("another export to that folder is running, or one that was interrupted has "
+                      "left the file %1, which you can then delete")
+                 .arg(QDir::toNativeSeparators(path)));
+    return false;
+}
+
+// Keeps another computer from taking over the lock during a long export.
+void OutputFolder::keepLockFresh() const
+{
+    using Clock = std::filesystem::file_time_type::clock;
+    const std::filesystem::path path = platform::nativePath(m_lock->fileName());
+    std::error_code failure;
+    const auto written = std::filesystem::last_write_time(path, failure);
+    if (!failure && Clock::now() - written > freshFor)
+        std::filesystem::last_write_time(path, Clock::now(), failure);
+}
+
+// If an export was interrupted while it exchanged the folders in steps, the old one was put aside.
+void OutputFolder::tidyUp() const
+{
+    for (const QString &folder : leftOverFolders(m_parent)) {
+        if (folder.endsWith(QLatin1StringView(platform::asideSuffix)) && !QFileInfo::exists(m_path))
+            QDir().rename(folder, m_path);
+        else if (const auto files = exportedFiles(folder))
+            removePages(folder, *files);
+    }
 }
 
 void OutputFolder::fail(const QString &reason) const
@@ -149,22 +116,31 @@ void OutputFolder::fail(const QString &reason) const
             .arg(QDir::toNativeSeparators(m_path), reason));
 }
 
+void OutputFolder::failIf(const std::error_code &failure) const
+{
+    if (failure)
+        fail(QString::fromStdString(failure.message()));
+}
+
 void OutputFolder::begin(const QStringList &names)
 {
     QString folder = QDir(m_parent).filePath(stagingName);
+    while (isTaken(folder) || isTaken(folder + QLatin1StringView(platform::asideSuffix)))
+        folder += u'+';
     std::error_code failure;
-    while (!std::filesystem::create_directory(platform::nativePath(folder), failure)) {
-        if (failure)
-            fail(QString::fromStdString(failure.message()));
-        folder += u'+'; // the name is taken
-    }
+    if (!std::filesystem::create_directory(platform::nativePath(folder), failure))
+        fail(QString::fromStdString(failure.message()));
     m_staging = folder;
     m_files = {names.begin(), names.end()};
-    write(listName, listHeader.toByteArray() + names.join(u'\n').toUtf8() + '\n');
+    m_files.insert(fileListName);
+    write(fileListName, fileListOf(names));
+    // The next export recognizes the folder by its list if a power cut stops this one.
+    failIf(platform::syncToDisk(platform::nativePath(platform::joinPath(folder, fileListName))));
 }
 
 void OutputFolder::write(const QString &name, QByteArrayView bytes)
 {
+    keepLockFresh();
     QFile file(platform::joinPath(m_staging, name));
     if (!file.open(QIODevice::NewOnly | QIODevice::WriteOnly | QIODevice::Unbuffered))
         fail(file.errorString());
@@ -182,9 +158,19 @@ void OutputFolder::write(const QString &name, QByteArrayView bytes)
 void OutputFolder::commit()
 {
     requireExported(m_path); // something else may have been put into it since
-    if (const std::error_code failure = platform::exchangeDirectories(
-            platform::nativePath(m_staging), platform::nativePath(m_path)))
-        fail(QString::fromStdString(failure.message()));
-    removePages(m_staging); // now the old folder
-    m_staging.clear();
+    // Without this, a power cut could leave the new names with empty files.
+    failIf(platform::syncFileSystem(platform::nativePath(m_staging)));
+    failIf(platform::exchangeDirectories(platform::nativePath(m_staging),
+                                         platform::nativePath(m_path)));
+    const QString old = std::exchange(m_staging, {});
+    // The old pages must not be removed until the disk has the new ones in their place.
+    if (const std::error_code failure = platform::syncToDisk(platform::nativePath(m_parent)))
+        throw ExportError(Text::tr("The pages were written to %1, but the disk reports an error: "
+                                   "%2.\nThey may be lost if the power fails. Earlier pages are "
+                                   "kept in %3 until the next export.")
+                              .arg(QDir::toNativeSeparators(m_path),
+                                   QString::fromStdString(failure.message()),
+                                   QDir::toNativeSeparators(old)));
+    if (const auto files = exportedFiles(old))
+        removePages(old, *files);
 }

@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <filesystem>
+
 namespace platform {
 
 QString programDirectory()
@@ -18,6 +20,13 @@ QString programFileName()
 {
     const QFileInfo program(QCoreApplication::applicationFilePath());
     return nativePathStyle == PathStyle::Windows ? program.completeBaseName() : program.fileName();
+}
+
+QByteArray programPathBytes()
+{
+    std::error_code failure; // then there is no /proc, and the path is empty
+    return QByteArray::fromStdString(
+        std::filesystem::read_symlink("/proc/self/exe", failure).native());
 }
 
 QString productName()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 // What the running program knows about itself. The two paths need a QCoreApplication.
@@ -16,6 +17,9 @@ QString programDirectory();
 
 // Returns the name of the executable without its directory and, on Windows, without ".exe".
 QString programFileName();
+
+// Returns the path of the executable as the system gives it, which need not be valid text.
+QByteArray programPathBytes();
 
 QString productName();
 VersionNumber programVersion();

@@ -25,7 +25,7 @@ std::error_code exchangeDirectories(const fs::path &folder, const fs::path &targ
 std::error_code exchangeDirectoriesInSteps(const fs::path &folder, const fs::path &target)
 {
     fs::path aside = folder;
-    aside += ".old";
+    aside += asideSuffix;
     std::error_code failure;
     fs::rename(target, aside, failure);
     const bool hasTarget = failure != std::errc::no_such_file_or_directory;

@@ -11,7 +11,9 @@ namespace platform {
 std::error_code exchangeDirectories(const std::filesystem::path &folder,
                                     const std::filesystem::path &target);
 
-// Does the same by renaming. If it is interrupted, the target may be left as `folder` + ".old".
+// Does the same by renaming. If it is interrupted, the target may be left as `folder` +
+// asideSuffix.
+inline constexpr char asideSuffix[] = ".old";
 std::error_code exchangeDirectoriesInSteps(const std::filesystem::path &folder,
                                            const std::filesystem::path &target);
 

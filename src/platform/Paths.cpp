@@ -33,4 +33,23 @@ QString displayPath(const std::filesystem::path &path)
     return QFile::decodeName(QByteArray::fromStdString(path.native()));
 }
 
+QString escapeInvalidText(QByteArrayView path)
+{
+    QString text;
+    while (!path.isEmpty()) {
+        qsizetype length = 1; // of the character in bytes
+        while (length < path.size() && !path.first(length).isValidUtf8() && length < 4)
+            ++length;
+        const QByteArrayView character = path.first(length);
+        if (character.isValidUtf8()) {
+            text += QString::fromUtf8(character);
+            path = path.sliced(length);
+        } else {
+            text += QString::asprintf("\\x%02X", static_cast<unsigned char>(path.front()));
+            path = path.sliced(1);
+        }
+    }
+    return text;
+}
+
 } // namespace platform

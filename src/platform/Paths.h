@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 
 #include <filesystem>
@@ -31,5 +32,8 @@ QString startingDirectory(const QString &programDirectory, const QString &folder
 // displayPath() replaces what is not, so that its result can be shown but may not name the file.
 std::filesystem::path nativePath(const QString &path);
 QString displayPath(const std::filesystem::path &path);
+
+// Returns a path as text that shows each byte that is not valid UTF-8 as for example "\xE9".
+QString escapeInvalidText(QByteArrayView path);
 
 } // namespace platform

@@ -2,17 +2,20 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QtEndian>
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace platform {
 namespace {
@@ -77,8 +80,9 @@ QString markName(const QString &key)
 // program makes within a few milliseconds of its own. Settings are changed by hand, and the entries
 // written at the start are the same for all programs, so this does not happen in practice.
 //
-// A killed program can leave the lock file of QSettings. If it names a process that no longer
-// runs on this computer, the next write removes it at once, otherwise when it is 30 seconds old.
+// A program that was killed can leave the lock file of QSettings. QSettings takes over a lock of a
+// process that no longer runs on this computer. It would wait for up to 30 seconds for an empty one
+// or one of another computer.
 
 bool isDamaged(QSettings &settings)
 {
@@ -133,10 +137,45 @@ std::optional<Value> findValue(const QSettings &settings, const QString &name)
     return fromText(isList ? found.toStringList().join(", "_L1) : found.toString());
 }
 
-qint32 save(QSettings &settings)
+// Writing takes milliseconds, so an older lock was left behind, unless a program holds it with
+// flock() as well, which QLockFile notices.
+void removeAbandonedLock(const QString &file)
 {
+    const QString path = file + ".lock"_L1;
+    if (!QFileInfo::exists(path))
+        return;
+    QLockFile lock(path);
+    lock.setStaleLockTime(2s);
+    lock.tryLock(); // QLockFile then removes it
+}
+
+// Setting names and what they become: an invalid variant removes the setting.
+using Changes = std::map<QString, QVariant>;
+
+// Applies the changes, and returns what undoes them.
+Changes apply(QSettings &settings, const Changes &changes)
+{
+    Changes before;
+    for (const auto &[name, value] : changes) {
+        before.emplace(name, settings.value(name));
+        if (value.isValid())
+            settings.setValue(name, value);
+        else
+            settings.remove(name);
+    }
+    return before;
+}
+
+qint32 save(QSettings &settings, const Changes &changes)
+{
+    const Changes before = apply(settings, changes);
+    removeAbandonedLock(settings.fileName());
     settings.sync();
-    return settings.status() == QSettings::NoError ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+    if (settings.status() == QSettings::NoError)
+        return ERROR_SUCCESS;
+    // QSettings keeps what it could not store, returns it and stores it with the next change.
+    apply(settings, before);
+    return ERROR_ACCESS_DENIED;
 }
 
 // The open keys.
@@ -201,8 +240,8 @@ qint32 RegCreateKeyExA(HKEY parent, const QString &path, quint32 access, HKEY &o
         return ERROR_INVALID_HANDLE;
     const auto settings = openFile();
     if (!hasKey(*settings, key)) {
-        settings->setValue(markName(key), u""_s);
-        if (const qint32 status = save(*settings); status != ERROR_SUCCESS)
+        if (const qint32 status = save(*settings, {{markName(key), u""_s}});
+            status != ERROR_SUCCESS)
             return status;
     }
     opened = openKey(key, access);
@@ -254,9 +293,7 @@ qint32 RegSetValueExA(HKEY key, const QString &valueName, quint32 type, const QB
     const Value value{type, bytes};
     if (findValue(*settings, name) == value)
         return ERROR_SUCCESS;
-    settings->remove(markName(path));
-    settings->setValue(name, toText(value));
-    return save(*settings);
+    return save(*settings, {{markName(path), {}}, {name, toText(value)}});
 }
 
 } // namespace platform

@@ -55,7 +55,8 @@ qint32 RegCloseKey(HKEY key);
 qint32 RegQueryValueExA(HKEY key, const QString &valueName, quint32 &type, qsizetype &byteCount,
                         QByteArray *buffer = nullptr);
 
-// Stores a value of any type. Does not write the file if the value is already stored.
+// Stores a value of any type. Does not write the file if the value is already stored. If the file
+// cannot be written, the value stays as it was.
 qint32 RegSetValueExA(HKEY key, const QString &valueName, quint32 type, const QByteArray &bytes);
 
 } // namespace platform

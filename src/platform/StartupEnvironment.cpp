@@ -3,7 +3,16 @@
 #include <QByteArray>
 #include <QList>
 
+#include <algorithm>
+#include <chrono>
+#include <future>
 #include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <xcb/xcb.h>
 
 namespace platform {
 namespace {
@@ -13,6 +22,39 @@ std::filesystem::path absolutePath(const std::filesystem::path &path)
 {
     std::error_code error; // if there is no current directory, the path stays relative
     return path.is_absolute() ? path : std::filesystem::current_path(error) / path;
+}
+
+// Returns null if the X server cannot be reached. Connects in another thread, because libxcb waits
+// without limit for a server that does not answer.
+XConnection connectToXServer()
+{
+    using namespace std::chrono_literals;
+    constexpr auto longestWait = 3s;
+    std::promise<XConnection> promise;
+    std::future<XConnection> result = promise.get_future();
+    std::thread([promise = std::move(promise)]() mutable {
+        XConnection connection(xcb_connect(nullptr, nullptr));
+        if (xcb_connection_has_error(connection.get()) != 0)
+            connection.reset();
+        promise.set_value(std::move(connection));
+    }).detach();
+    return result.wait_for(longestWait) == std::future_status::ready ? result.get() : nullptr;
+}
+
+bool waylandServerAnswers()
+{
+    const QByteArray name = qgetenv("WAYLAND_DISPLAY");
+    const QByteArray path = name.startsWith('/') ? name : qgetenv("XDG_RUNTIME_DIR") + '/' + name;
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (name.isEmpty() || path.size() >= std::ssize(address.sun_path))
+        return false;
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    const bool isConnected =
+        ::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    ::close(socket);
+    return isConnected;
 }
 
 } // namespace
@@ -34,14 +76,30 @@ std::filesystem::path commandLinePath(std::span<const char *const> arguments)
     return absolutePath(path);
 }
 
-bool hasDesktop()
+void XDisconnect::operator()(xcb_connection_t *connection) const
 {
-    const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
-    if (chosen.isEmpty())
-        return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-            || !qEnvironmentVariableIsEmpty("DISPLAY");
-    const QByteArray name = chosen.split(':').constFirst();
-    return name != "offscreen" && name != "minimal";
+    xcb_disconnect(connection);
+}
+
+Desktop findDesktop()
+{
+    // Without a choice Qt tries both, and it aborts the program if it can connect to neither.
+    const QByteArray chosen = qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
+        ? QByteArray("wayland;xcb")
+        : qgetenv("QT_QPA_PLATFORM");
+    for (const QByteArray &platform : chosen.split(';')) {
+        const QByteArray name = platform.split(':').constFirst();
+        if (name == "xcb") {
+            if (XConnection connection = connectToXServer())
+                return {true, std::move(connection)};
+        } else if (name.startsWith("wayland")) {
+            if (waylandServerAnswers())
+                return {true, {}};
+        } else {
+            return {name != "offscreen" && name != "minimal", {}};
+        }
+    }
+    return {false, {}};
 }
 
 } // namespace platform

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <span>
+
+struct xcb_connection_t;
 
 // What the program is started with.
 namespace platform {
@@ -12,8 +15,21 @@ namespace platform {
 // are removed unless a file with the quotes in its name exists.
 std::filesystem::path commandLinePath(std::span<const char *const> arguments);
 
-// Returns whether the user can see windows: there is a display, and QT_QPA_PLATFORM does not choose
-// a Qt platform without one.
-bool hasDesktop();
+struct XDisconnect {
+    void operator()(xcb_connection_t *connection) const;
+};
+using XConnection = std::unique_ptr<xcb_connection_t, XDisconnect>;
+
+struct Desktop {
+    bool isReachable; // whether the user can see windows
+
+    // Must be kept until Qt has connected, because some X servers reset themselves or end when
+    // their last client leaves. Null if Qt does not use an X server.
+    XConnection connection;
+};
+
+// Finds a display that can be reached, unless QT_QPA_PLATFORM chooses a Qt platform without one.
+// Waits a few seconds for an X server that does not answer.
+Desktop findDesktop();
 
 } // namespace platform

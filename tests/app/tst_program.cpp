@@ -24,12 +24,14 @@ class tst_Program : public QObject
 
     QString inFolder(const QString &name) const { return m_file->folder() + u'/' + name; }
 
+    // The displays cannot be reached.
     void start(QProcess &process, const QStringList &arguments,
                const QString &program = u"pantrywise"_s) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s})
-            environment.remove(name);
+        environment.remove(u"QT_QPA_PLATFORM"_s);
+        environment.insert(u"DISPLAY"_s, u":999"_s);
+        environment.insert(u"WAYLAND_DISPLAY"_s, u"wayland-999"_s);
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_file->folder());
         process.start(inFolder(program), arguments);
@@ -141,6 +143,22 @@ private Q_SLOTS:
         QVERIFY(run({u"none.srf"_s}, u"moved/pantrywise"_s).startsWith(u"1 "_s));
         QVERIFY(bytesOf(m_home.data(u"applications/pantrywise.desktop"_s)).contains(moved + " %f"));
         QVERIFY(bytesOf(m_home.config(u"Quillmoor/Pantrywise.ini"_s)).contains(moved));
+    }
+
+    // QProcess cannot name such a program.
+    void refusesAFolderThatQtCannotName()
+    {
+        setBytes(inFolder(u"start"_s),
+                 "#!/bin/sh\nfolder=$(printf 'caf\\351') && mkdir $folder && cp pantrywise "
+                 "data.rbk $folder && "
+                 "exec $folder/pantrywise none.srf\n");
+        QVERIFY(QFile::setPermissions(inFolder(u"start"_s), QFile::ReadOwner | QFile::ExeOwner));
+        const QString said = run({}, u"start"_s);
+        QVERIFY2(said.startsWith(u"1 Pantrywise: "_s)
+                     && said.contains(inFolder(u"caf\\xE9/pantrywise\n"_s)),
+                 qPrintable(said));
+        QVERIFY(!bytesOf(m_home.data(u"applications/pantrywise.desktop"_s)).contains("caf"));
+        QVERIFY(!bytesOf(m_home.config(u"Quillmoor/Pantrywise.ini"_s)).contains("caf"));
     }
 
     void importsCompletelyOrNotAtAll_data()

@@ -30,7 +30,7 @@ public:
 struct ExportFixture {
     TemporaryHome home; // has no settings
     TestDatabase file;
-    QTemporaryDir folder;
+    QTemporaryDir folder{QDir::homePath() + "/export-XXXXXX"_L1}; // the temporary home
     PageSettings settings;
     RecordingProgress progress;
 

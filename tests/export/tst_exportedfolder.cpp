@@ -1,22 +1,13 @@
 #include "export/ExportError.h"
 #include "export/ExportFixture.h"
 #include "platform/DirectoryExchange.h"
+#include "platform/Paths.h"
+#include "support/FileSizeLimit.h"
 #include "support/Rows.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <fstream>
 
 namespace {
-
-// Writing beyond that size fails, as on a full disk, for root too.
-void limitFiles(rlim_t size)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = std::min(size, limit.rlim_max);
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-}
 
 // The pages of one recipe, exported earlier.
 struct OldPages : ExportFixture {
@@ -35,6 +26,19 @@ struct OldPages : ExportFixture {
 
     QByteArray soup;
 };
+
+qint64 ageOf(const QString &path)
+{
+    return QFileInfo(path).lastModified().secsTo(QDateTime::currentDateTime());
+}
+
+void setAge(const QString &path, int seconds)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds),
+                             QFileDevice::FileModificationTime));
+}
 
 } // namespace
 
@@ -55,9 +59,7 @@ private Q_SLOTS:
         const auto [size] = fetchRow<rlim_t>();
         OldPages old;
         old.file.write(u"UPDATE Recipes SET Instructions = hex(zeroblob(100000))"_s);
-        limitFiles(size);
-        const QString message = old.run();
-        limitFiles(RLIM_INFINITY);
+        const QString message = [&old, limit = FileSizeLimit(size)] { return old.run(); }();
         QVERIFY2(message.contains(old.path(u"Pantrywise: File too large"_s)), qPrintable(message));
         QVERIFY(old.areKept());
     }
@@ -79,16 +81,43 @@ private Q_SLOTS:
         QVERIFY(old.areKept());
     }
 
+    // Even if the lock looks abandoned to another computer, which the export prevents.
     void twoExportsAtOnce()
     {
         OldPages old;
+        old.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Stew')"_s);
         old.progress.onProgress = [&] {
             RecordingProgress progress;
             QVERIFY_THROWS_EXCEPTION(
                 ExportError,
                 exportPages(old.file.path(), old.folder.path(), old.settings, progress));
+            QCOMPARE(ageOf(old.path(u"Pantrywise.lock"_s)) > 60, false);
+            setAge(old.path(u"Pantrywise.lock"_s), 3600);
         };
         QCOMPARE(old.run(), QString());
+    }
+
+    void takesOverLocks_data()
+    {
+        // The contents and the age in seconds.
+        addRows<QByteArray, int, bool>(
+            {{"empty, recent", {}, 100, false},
+             {"empty", {}, 400, true},
+             {"of another computer, recent", "7\np\nkitchen\n", 100, false},
+             {"of another computer", "7\np\nkitchen\n", 400, true},
+             {"no lock", "my notes", 400, false}});
+    }
+
+    void takesOverLocks()
+    {
+        const auto [bytes, age, isTakenOver] = fetchRow<QByteArray, int, bool>();
+        ExportFixture fixture;
+        const QString lock = fixture.path(u"Pantrywise.lock"_s);
+        setBytes(lock, bytes);
+        setAge(lock, age);
+        QCOMPARE(fixture.run().contains(u"the file %1,"_s.arg(lock)), !isTakenOver);
+        QCOMPARE(QFile::exists(lock), !isTakenOver);
+        QCOMPARE(bytesOf(lock), isTakenOver ? QByteArray() : bytes);
     }
 
     void foreignEntries_data()
@@ -109,6 +138,42 @@ private Q_SLOTS:
         QCOMPARE(fixture.entries().size(), 1);
     }
 
+    void otherEntriesAmongThePages_data()
+    {
+        // Bytes of paths, and what the message says of them; nothing if they go with the old pages.
+        addRows<QByteArrayList, QString>(
+            {{"of desktops",
+              {".DS_Store", "._index.html", "Thumbs.db", "desktop.ini", ".directory"},
+              {}},
+             {"letter case", {"thumbs.db"}, u"contains thumbs.db, which was"_s},
+             {"folder named as a desktop's file",
+              {".directory/a"},
+              u"contains .directory, which was"_s},
+             {"not text", {"caf\xE9"}, u"contains caf\ufffd, which was"_s},
+             {"some", {"b", ".DS_Store", "a\n"}, u"contains a\u240a, b, which were"_s},
+             {"many",
+              {"1", "2", "3", "4", "5", "6", "7"},
+              u"contains 1, 2, 3, 4, 5 and 2 more, which"_s}});
+    }
+
+    void otherEntriesAmongThePages()
+    {
+        const auto [names, said] = fetchRow<QByteArrayList, QString>();
+        OldPages old;
+        for (const QByteArray &name : names) {
+            const std::filesystem::path path =
+                platform::nativePath(old.page({})) / name.toStdString();
+            std::filesystem::create_directories(path.parent_path());
+            QVERIFY(std::ofstream(path).good());
+        }
+        const QString message = old.run();
+        QVERIFY2(said.isEmpty() ? message.isEmpty() : message.contains(said), qPrintable(message));
+        const auto count = std::distance(
+            std::filesystem::directory_iterator(platform::nativePath(old.page({}))), {});
+        QCOMPARE(count, said.isEmpty() ? 5 : 5 + names.size());
+        QCOMPARE(old.entries(), QStringList{u"Pantrywise"_s});
+    }
+
     void folderInPlaceOfAPage()
     {
         OldPages old;
@@ -127,26 +192,59 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(old.path(u"elsewhere/soup.html"_s)));
     }
 
-    // The pages of deleted recipes, and what a killed export has left.
+    // Folders beside the pages. Only those of interrupted exports go.
+    void leftOvers_data()
+    {
+        addRows<QString, bool, bool>(
+            {{"staging", u"Pantrywise.new"_s, true, false},
+             {"other staging", u"Pantrywise.new++"_s, true, false},
+             {"put aside", u"Pantrywise.new+.old"_s, true, false},
+             {"no list", u"Pantrywise.new"_s, false, true},
+             {"copy", u"Pantrywise.new backup of 2025"_s, true, true},
+             {"longer", u"Pantrywise.new.older"_s, true, true},
+             {"letter case", u"pantrywise.new"_s, true, true},
+             {"letter case, no list", u"pantrywise.newsletters"_s, false, true}});
+    }
+
+    void leftOvers()
+    {
+        const auto [name, hasList, isKept] = fetchRow<QString, bool, bool>();
+        OldPages old;
+        QVERIFY(QDir().mkdir(old.path(name)));
+        if (hasList) {
+            for (const QString &page : {u"pantrywise-files.txt"_s, u"soup.html"_s})
+                QVERIFY(QFile::copy(old.page(page), old.path(name) + u'/' + page));
+        }
+        QCOMPARE(old.run(), QString());
+        QCOMPARE(QFile::exists(old.path(name)), isKept);
+        QCOMPARE(old.entries(name).size(), isKept && hasList ? 2 : 0);
+    }
+
+    // The pages of deleted recipes, and files that somebody has added to the list.
     void removesOldFiles()
     {
         ExportFixture fixture;
-        QCOMPARE(fixture.run(), QString());
-        const QString staging = fixture.path(u"Pantrywise.new"_s);
-        QVERIFY(QDir().rename(fixture.page({}), staging));
-        QVERIFY(QFile::remove(staging + "/style.css"_L1));
-        QFile list(staging + "/pantrywise-files.txt"_L1);
-        QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
-        list.close();
         setBytes(fixture.path(u"precious.txt"_s), "mine");
-        setBytes(fixture.path(u"Pantrywise.new+/mine.txt"_s), "mine");
         fixture.file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Old')"_s);
         QCOMPARE(fixture.run(), QString());
+        QFile list(fixture.page(u"pantrywise-files.txt"_s));
+        QVERIFY(list.open(QIODevice::Append) && list.write("../precious.txt\n") > 0);
+        list.close();
         fixture.file.write(u"UPDATE Recipes SET RecipeName = 'New'"_s);
         QCOMPARE(fixture.run(fixture.page({})), QString()); // into the folder itself
         QCOMPARE(fixture.pages().join(u' '),
                  u"index.html new.html pantrywise-files.txt style.css type_misc.html"_s);
-        QCOMPARE(fixture.entries().join(u' '), u"Pantrywise Pantrywise.new+ precious.txt"_s);
+        QCOMPARE(fixture.entries().join(u' '), u"Pantrywise precious.txt"_s);
+    }
+
+    // Between the first two steps of an exchange, the pages have the name of what is put aside.
+    void putsInterruptedPagesBack()
+    {
+        OldPages old;
+        QVERIFY(QDir().rename(old.page({}), old.path(u"Pantrywise.new.old"_s)));
+        old.progress.stopAt = 1;
+        QCOMPARE(old.run(), QString());
+        QVERIFY(old.areKept());
     }
 
     // As on file systems that cannot exchange directories in one step.

@@ -9,7 +9,10 @@
 #include <QMimeDatabase>
 #include <QProcess>
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
@@ -26,6 +29,26 @@ QString output(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAll());
 }
 
+// A server that accepts connections.
+class ListeningSocket
+{
+public:
+    explicit ListeningSocket(const QByteArray &path)
+    {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::copy(path.begin(), path.end(), address.sun_path);
+        ::unlink(path.constData());
+        QCOMPARE(::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        QCOMPARE(::listen(m_socket, 1), 0);
+    }
+    ~ListeningSocket() { ::close(m_socket); }
+
+private:
+    Q_DISABLE_COPY_MOVE(ListeningSocket)
+    const int m_socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+};
+
 } // namespace
 
 class tst_Platform : public QObject
@@ -34,6 +57,7 @@ class tst_Platform : public QObject
 
     const TemporaryHome m_home;
     const QTemporaryDir m_folder;
+    const QByteArray m_display = qgetenv("DISPLAY"); // of the X server that the test runs on
 
 private Q_SLOTS:
     void init()
@@ -200,26 +224,46 @@ private Q_SLOTS:
                  QByteArray(path).replace("%1", QFile::encodeName(QDir::currentPath())));
     }
 
+    void showsTextThatCannotBeRead()
+    {
+        QCOMPARE(escapeInvalidText("/caf\xE9/\xC3\xA9\xF0\x9F\x98\x80\xC3"),
+                 u"/caf\\xE9/é😀\\xC3"_s);
+    }
+
     void knowsWhetherWindowsCanBeSeen_data()
     {
+        // %1 is a display that can be reached.
         addRows<QByteArray, QByteArray, QByteArray, bool>({
             {"no display", {}, {}, {}, false},
-            {"X", ":0", {}, {}, true},
-            {"Wayland", {}, "wayland-0", {}, true},
-            {"offscreen in spite of a display", ":0", "wayland-0", "offscreen", false},
-            {"minimal with options", ":0", {}, "minimal:enable_fonts", false},
+            {"X", "%1", {}, {}, true},
+            {"X that cannot be reached", ":999", {}, {}, false},
+            {"X on another computer", "no.such.host.invalid:0", {}, {}, false},
+            {"Wayland", {}, "%1", {}, true},
+            {"Wayland with a path", {}, "/%1", {}, true},
+            {"Wayland that cannot be reached", {}, "wayland-999", {}, false},
+            {"X besides Wayland that cannot be reached", "%1", "wayland-999", {}, true},
+            {"offscreen in spite of a display", "%1", "%1", "offscreen", false},
+            {"minimal with options", "%1", {}, "minimal:enable_fonts", false},
+            {"chosen X that cannot be reached", ":999", "%1", "xcb", false},
+            {"chosen platforms", "%1", {}, "wayland-egl;xcb:a=b", true},
             {"chosen platform without a display", {}, {}, "linuxfb", true},
         });
     }
 
     void knowsWhetherWindowsCanBeSeen()
     {
-        const auto [display, waylandDisplay, qtPlatform, isSeen] =
+        auto [display, waylandDisplay, qtPlatform, isSeen] =
             fetchRow<QByteArray, QByteArray, QByteArray, bool>();
-        qputenv("DISPLAY", display);
-        qputenv("WAYLAND_DISPLAY", waylandDisplay);
+        const QByteArray folder = QFile::encodeName(m_folder.path());
+        const ListeningSocket wayland(folder + "/wayland");
+        qputenv("XDG_RUNTIME_DIR", folder);
+        qputenv("DISPLAY", display.replace("%1", m_display));
+        qputenv("WAYLAND_DISPLAY",
+                waylandDisplay.replace("/%1", folder + "/wayland").replace("%1", "wayland"));
         qputenv("QT_QPA_PLATFORM", qtPlatform);
-        QCOMPARE(hasDesktop(), isSeen);
+        const Desktop desktop = findDesktop();
+        QCOMPARE(desktop.isReachable, isSeen);
+        QCOMPARE(desktop.connection != nullptr, isSeen && display == m_display);
     }
 };
 

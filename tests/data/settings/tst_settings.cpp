@@ -3,9 +3,11 @@
 #include "data/settings/Settings.h"
 #include "platform/Paths.h"
 #include "support/FileBytes.h"
+#include "support/FileSizeLimit.h"
 #include "support/Rows.h"
 #include "support/TemporaryHome.h"
 
+#include <QDeadlineTimer>
 #include <QProcess>
 
 using namespace platform;
@@ -212,6 +214,41 @@ private Q_SLOTS:
         QFile::remove(folder);
     }
 
+    // As on a full disk.
+    void keepsTheOldValueIfItCannotWrite()
+    {
+        write(u"Recipes"_s, u"old"_s);
+        {
+            const FileSizeLimit limit(10);
+            write(u"Recipes"_s, u"new"_s);
+            write(u"Ingredients"_s, u"new"_s);
+            write(u"Recipes"_s, u"new"_s, key + u"\\Below"_s);
+            QCOMPARE(read(u"Recipes"_s), u"old"_s);
+            QVERIFY(!read(u"Ingredients"_s).isValid());
+            QVERIFY(!read(u"Recipes"_s, key + u"\\Below"_s).isValid());
+        }
+        const QByteArray before = bytesOf(storeFile());
+        write(u"Other"_s, u"new"_s);
+        QCOMPARE(bytesOf(storeFile())
+                     .replace("Software\\Quillmoor\\Pantrywise\\Sorting\\Other=new\n", {}),
+                 before);
+    }
+
+    // QSettings itself would wait until the lock is 30 seconds old.
+    void takesOverAnAbandonedLock()
+    {
+        const QString lock = storeFile() + ".lock"_L1;
+        setBytes(lock, {});
+        QFile file(lock);
+        QVERIFY(file.open(QIODevice::Append)
+                && file.setFileTime(QDateTime::currentDateTime().addSecs(-5),
+                                    QFileDevice::FileModificationTime));
+        const QDeadlineTimer deadline(15'000);
+        write(u"Recipes"_s, u"1"_s);
+        QVERIFY(!deadline.hasExpired());
+        QCOMPARE(read(u"Recipes"_s), u"1"_s);
+    }
+
     void readsAnOrder_data()
     {
         addRows<QVariant, bool>({{"negative zero", u"-0"_s, false},
@@ -243,15 +280,25 @@ private Q_SLOTS:
     void startsTheProgramForAFile_data()
     {
         addRows<QString, PathStyle, QString>(
-            {{"Windows", u"C:\\Apps"_s, PathStyle::Windows, u"\"C:\\Apps\\Pantrywise.exe\" %1"_s},
-             {"Unix", u"/opt/my apps"_s, PathStyle::Unix, u"\"/opt/my apps/Pantrywise\" %1"_s}});
+            {{"Windows", u"C:\\Apps"_s, PathStyle::Windows, u"C:\\Apps\\Pantrywise.exe"_s},
+             {"Unix", u"/opt/my apps"_s, PathStyle::Unix, u"/opt/my apps/Pantrywise"_s}});
     }
 
+    // As the desktop finds the command: the extension leads to the type, and the type to its verb.
     void startsTheProgramForAFile()
     {
-        const auto [directory, style, command] = fetchRow<QString, PathStyle, QString>();
-        const auto entries = fileTypeEntries(programPath(directory, u"Pantrywise"_s, style));
-        QCOMPARE(entries.back().defaultValue, command);
+        const auto [directory, style, program] = fetchRow<QString, PathStyle, QString>();
+        QMap<QString, QString> defaults;
+        for (const auto &[name, value] :
+             fileTypeEntries(programPath(directory, u"Pantrywise"_s, style)))
+            defaults.insert(name, value);
+        const QString type = defaults.value(u".srf"_s);
+        const QString verb = defaults.value(type + u"\\Shell"_s);
+        QCOMPARE(verb, u"Import"_s);
+        QCOMPARE(defaults.value(type + u"\\Shell\\"_s + verb + u"\\command"_s),
+                 u"\"%1\" %2"_s.arg(program, u"%1"_s));
+        QCOMPARE(defaults.value(type + u"\\DefaultIcon"_s), program + u",0"_s);
+        QCOMPARE(defaults.value(type), u"Standard Recipe Format"_s);
     }
 };
 
