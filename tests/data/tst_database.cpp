@@ -1,4 +1,5 @@
 #include "data/DataSource.h"
+#include "support/AsNobody.h"
 #include "support/FileBytes.h"
 #include "support/Rows.h"
 #include "support/TestDatabase.h"
@@ -9,7 +10,6 @@
 #include <functional>
 #include <sys/resource.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,17 +18,6 @@ namespace {
 using Permissions = QFileDevice::Permissions;
 constexpr Permissions mayRead{0x5555};
 constexpr Permissions mayWrite{0x7777};
-
-// Permissions do not restrict root, so the action runs as another user then.
-template <typename Action>
-void asNobody(Action action)
-{
-    const uid_t nobody = getuid() == 0 ? 65534 : getuid();
-    const uid_t me = getuid();
-    QCOMPARE(setresuid(nobody, nobody, me), 0);
-    action();
-    QCOMPARE(setresuid(me, me, me), 0);
-}
 
 using Damage = std::function<void(const TestDatabase &)>;
 
