@@ -99,6 +99,7 @@ std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milli
 Database::Database(const QString &path, std::chrono::milliseconds lockTimeout)
     : m_path(path)
     , m_lockTimeout(lockTimeout)
+    , m_dailyCopy(path)
     , m_session(connect())
 {
 }
@@ -113,6 +114,26 @@ void Database::reopen(const QString &path)
     Q_ASSERT(database->m_state == TransactionState::None);
     database->m_retired.push_back(std::exchange(database->m_session, database->connect()));
     database->countChangeOfAllTables();
+}
+
+std::optional<qint64> Database::countRecipesIfSound(const QString &path)
+{
+    constexpr std::chrono::milliseconds noWaiting{0};
+    try {
+        Database database(path, noWaiting);
+        return database.translateSqliteErrors([&database]() -> qint64 {
+            database.requireSound();
+            return database.connection().execAndGet("SELECT count(*) FROM Recipes").getInt64();
+        });
+    } catch (const DatabaseError &) {
+        return {};
+    }
+}
+
+QString Database::takeCopyFailure(const QString &path)
+{
+    const std::shared_ptr<Database> database = knownDatabase(path).lock();
+    return database ? database->m_dailyCopy.takeFailure() : QString();
 }
 
 Database::Session::Session(const QString &path)
@@ -309,9 +330,13 @@ void Database::beginOutermost()
 // No other program can write while this runs. What it throws keeps the transaction from beginning.
 void Database::prepareWrite()
 {
-    if (!m_session.isSound)
+    const QDate today = QDate::currentDate();
+    const bool isCopyDue = m_dailyCopy.isDue(today);
+    if (!m_session.isSound || isCopyDue)
         requireSound();
     m_session.isSound = true;
+    if (isCopyDue)
+        m_dailyCopy.make(*m_session.file, today);
 }
 
 // Reads the whole file. What is written into a damaged file can make the damage worse.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/DailyCopy.h"
 #include "data/DatabaseError.h"
 #include "data/DatabaseFile.h"
 #include "data/Schema.h"
@@ -11,6 +12,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace SQLite {
@@ -50,6 +52,14 @@ public:
     // next requery on. Throws as open() does, and the object then keeps the old file. Must not be
     // called inside a transaction.
     static void reopen(const QString &path);
+
+    // Returns the number of recipes in the file at `path`, or nothing if open() would reject it or
+    // the check before the first write would. Reads the whole file.
+    static std::optional<qint64> countRecipesIfSound(const QString &path);
+
+    // DailyCopy::takeFailure() of the connection to the file at `path`, if it is open. To be called
+    // outside of transactions, when the user can be told.
+    static QString takeCopyFailure(const QString &path);
 
     ~Database();
 
@@ -146,6 +156,8 @@ private:
     int m_depth = 0; // of nested transactions
     std::exception_ptr m_failure; // of the step that failed
     std::vector<TransactionParticipant *> m_participants;
+
+    DailyCopy m_dailyCopy;
 
     // Statements of cursors refer to the retired sessions until the cursors read again.
     std::vector<Session> m_retired;

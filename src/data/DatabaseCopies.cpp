@@ -1,15 +1,14 @@
 #include "data/DatabaseCopies.h"
 
+#include "data/Database.h"
 #include "data/DatabaseError.h"
+#include "data/DatabaseFile.h"
 #include "platform/Directory.h"
 #include "platform/FileCopy.h"
 #include "platform/Paths.h"
 
 #include <QFile>
 #include <QSet>
-
-#include <SQLiteCpp/Database.h>
-#include <SQLiteCpp/Statement.h>
 
 #include <algorithm>
 #include <array>
@@ -30,11 +29,6 @@ constexpr qsizetype keptMonths = 12;
 // database damages that one.
 constexpr std::array databaseSuffixes = {"", "-journal", "-wal", "-shm"};
 
-QString displayName(const fs::path &path)
-{
-    return platform::displayPath(path);
-}
-
 bool isTaken(const fs::path &path)
 {
     std::error_code ignored;
@@ -45,13 +39,6 @@ fs::path withSuffix(fs::path path, const char *suffix)
 {
     path += suffix;
     return path;
-}
-
-fs::path resolveLink(const fs::path &path)
-{
-    std::error_code failure;
-    fs::path target = fs::canonical(path, failure);
-    return failure ? path : target;
 }
 
 bool isSameMonth(QDate a, QDate b)
@@ -112,19 +99,6 @@ std::error_code copyInto(const fs::path &target, const fs::path &temporary, int 
     return failure;
 }
 
-// Returns the number of recipes in a database that is complete and undamaged.
-std::optional<qint64> recipesIfSound(const fs::path &path)
-{
-    try {
-        SQLite::Database copy(path.string(), SQLite::OPEN_READONLY);
-        if (copy.execAndGet("PRAGMA quick_check").getString() != "ok")
-            return {};
-        return copy.execAndGet("SELECT count(*) FROM Recipes").getInt64();
-    } catch (const SQLite::Exception &) {
-        return {};
-    }
-}
-
 // Renames files, and takes all of that back unless keep() is called.
 class Renaming
 {
@@ -156,7 +130,7 @@ private:
 } // namespace
 
 DatabaseCopies::DatabaseCopies(const QString &databasePath)
-    : m_database(resolveLink(platform::nativePath(databasePath)))
+    : m_database(platform::nativePath(DatabaseFile::resolvedPath(databasePath)))
     , m_folder(m_database.parent_path() / "copies")
     , m_state(stateOf(m_database))
 {
@@ -202,19 +176,23 @@ bool DatabaseCopies::hasCopyOf(QDate day) const
     return fs::is_regular_file(fs::symlink_status(pathOfCopy(day), ignored));
 }
 
-void DatabaseCopies::makeCopy(int database, QDate day) const
+void DatabaseCopies::makeCopy(DatabaseFile &database, QDate day) const
 {
-    std::error_code failure = prepareFolder(m_folder);
-    if (!failure)
-        failure = copyInto(pathOfCopy(day), withSuffix(m_folder / m_database.filename(), ".new"),
-                           database);
-    if (failure) {
+    const auto fail = [this](const QString &reason) {
         throw DatabaseError(
             tr("Today's copy of your recipes could not be made in %1: %2.\n"
                "You can go on working. Correct this, so that there is a copy of today if you ever "
                "need it.")
-                .arg(displayName(m_folder), QString::fromStdString(failure.message())));
-    }
+                .arg(platform::displayPath(m_folder), reason));
+    };
+    if (const auto header = database.header(); header && header->isWriteAhead)
+        fail(tr("another program keeps the newest recipes in a second file"));
+    std::error_code failure = prepareFolder(m_folder);
+    if (!failure)
+        failure = copyInto(pathOfCopy(day), withSuffix(m_folder / m_database.filename(), ".new"),
+                           database.handle());
+    if (failure)
+        fail(QString::fromStdString(failure.message()));
     removeOld();
 }
 
@@ -234,7 +212,8 @@ std::optional<DatabaseCopy> DatabaseCopies::newestSoundCopy() const
     QList<QDate> newestFirst = days();
     std::sort(newestFirst.begin(), newestFirst.end(), std::greater());
     for (const QDate day : std::as_const(newestFirst)) {
-        if (const auto recipes = recipesIfSound(pathOfCopy(day)))
+        if (const auto recipes =
+                Database::countRecipesIfSound(platform::displayPath(pathOfCopy(day))))
             return DatabaseCopy{pathOfCopy(day), day, *recipes};
     }
     return {};
@@ -270,7 +249,7 @@ void DatabaseCopies::putBack(const DatabaseCopy &copy, QDate day) const
     throw DatabaseError(
         tr("The copy could not be put in the place of %1: %2. Nothing was changed. "
            "Correct this and try again.")
-            .arg(displayName(m_database), QString::fromStdString(failure.message())));
+            .arg(platform::displayPath(m_database), QString::fromStdString(failure.message())));
 }
 
 // The whole copy is on the disk before anything is renamed.

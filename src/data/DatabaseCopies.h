@@ -10,6 +10,8 @@
 
 #include <sys/stat.h>
 
+class DatabaseFile;
+
 struct DatabaseCopy {
     std::filesystem::path path;
     QDate day; // it was made before the first write of this day
@@ -36,15 +38,17 @@ public:
     // if no copy can be made, or if it would leave less room than the database itself takes.
     //
     // Call it while this program has the write lock and has written nothing yet, so that the bytes
-    // of the file are what was last committed and nobody changes them. `database` is a descriptor
-    // that stays open as long as the connection does: when a program closes any descriptor of a
-    // file, it loses all its POSIX locks on that file, and SQLite's locks are such locks.
-    // QFile::copy() and std::filesystem::copy_file() open and close the file.
-    void makeCopy(int database, QDate day) const;
+    // of the file are what was last committed and nobody changes them. They are read through the
+    // descriptor that stays open as long as the connection does: when a program closes any
+    // descriptor of a file, it loses all its POSIX locks on that file, and SQLite's locks are such
+    // locks. QFile::copy() and std::filesystem::copy_file() open and close the file.
+    void makeCopy(DatabaseFile &database, QDate day) const;
 
-    // Returns the newest copy that is a complete and undamaged recipe database. Reads each copy
-    // that it tries as a whole.
+    // Returns the newest copy that the program can use. Reads each copy that it tries as a whole.
     std::optional<DatabaseCopy> newestSoundCopy() const;
+
+    // Returns whether there was a file when this object was made.
+    bool hasDatabase() const { return m_state != FileState(); }
 
     // Returns the path that putBack() gives to a damaged database: "data damaged 2026-11-25.rbk",
     // with a number if that name is taken.

@@ -1,4 +1,5 @@
 #include "data/DatabaseCopies.h"
+#include "data/DatabaseFile.h"
 #include "support/AsNobody.h"
 #include "support/FileBytes.h"
 #include "support/Rows.h"
@@ -45,9 +46,8 @@ public:
 
     void copyFile(QDate day) const
     {
-        QFile file(path());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        copies().makeCopy(file.handle(), day);
+        DatabaseFile file(path());
+        copies().makeCopy(file, day);
     }
 
     static QStringList names(const QString &folder)
