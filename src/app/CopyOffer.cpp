@@ -16,14 +16,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-bool isUnusableDatabase(const std::exception_ptr &failure)
+// Returns the text of an UnusableDatabase, and nothing for any other exception.
+std::optional<QString> problemOf(const std::exception_ptr &failure)
 {
     try {
         std::rethrow_exception(failure);
-    } catch (const UnusableDatabase &) {
-        return true;
+    } catch (const UnusableDatabase &problem) {
+        return problem.text();
     } catch (...) {
-        return false;
+        return {};
     }
 }
 
@@ -34,7 +35,8 @@ CopyOffer::CopyOffer(Frame &frame)
 {
     frame.boundary().setErrorHandler(
         [this](const std::exception_ptr &failure, const QString &text) {
-            return isUnusableDatabase(failure) && offer(text);
+            const std::optional<QString> problem = problemOf(failure);
+            return problem && offer(*problem, text);
         });
     frame.boundary().setAfterHandler([this] {
         m_declined.clear();
@@ -43,9 +45,9 @@ CopyOffer::CopyOffer(Frame &frame)
 }
 
 // Returns whether the user has been told of the failure.
-bool CopyOffer::offer(const QString &failure)
+bool CopyOffer::offer(const QString &problem, const QString &text)
 {
-    if (m_declined.contains(failure))
+    if (m_declined.contains(problem))
         return true;
     const DatabaseCopies copies(DatabasePath);
     const std::optional<DatabaseCopy> copy = copies.newestSoundCopy();
@@ -53,7 +55,7 @@ bool CopyOffer::offer(const QString &failure)
         return false;
     const QDate today = QDate::currentDate();
     const Button answer =
-        m_frame.interaction().show({.text = failure + u"\n\n"_s + question(copies, *copy, today),
+        m_frame.interaction().show({.text = text + u"\n\n"_s + question(copies, *copy, today),
                                     .title = tr("Error"),
                                     .icon = Icon::Exclamation,
                                     .buttons = {Button::Yes, Button::No},
@@ -61,7 +63,7 @@ bool CopyOffer::offer(const QString &failure)
     if (answer == Button::Yes)
         putBack(copies, *copy, today);
     else
-        m_declined.insert(failure);
+        m_declined.insert(problem);
     return true;
 }
 
@@ -101,5 +103,5 @@ void CopyOffer::tellCopyFailure()
 {
     const QString failure = Database::takeCopyFailure(DatabasePath);
     if (!failure.isEmpty())
-        m_frame.interaction().showError(tr("Copy"), failure);
+        m_frame.interaction().showError(tr("Copies"), failure);
 }

@@ -29,12 +29,12 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(CopyOffer)
 
-    bool offer(const QString &failure);
+    bool offer(const QString &problem, const QString &text);
     static QString question(const DatabaseCopies &copies, const DatabaseCopy &copy, QDate today);
     void putBack(const DatabaseCopies &copies, const DatabaseCopy &copy, QDate today);
     void tellCopyFailure();
 
     Frame &m_frame;
-    QSet<QString> m_declined; // the failures in the running handler after which the user said No
+    QSet<QString> m_declined; // problems in the running handler for which the user has said No
     bool m_hasPutBack = false;
 };

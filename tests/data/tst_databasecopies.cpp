@@ -1,4 +1,5 @@
-#include "data/DatabaseCopies.h"
+#include "data/DailyCopy.h"
+#include "data/Database.h"
 #include "data/DatabaseFile.h"
 #include "support/AsNobody.h"
 #include "support/FileBytes.h"
@@ -9,6 +10,8 @@
 #include <fcntl.h>
 #include <functional>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -56,6 +59,20 @@ public:
             QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
 };
+
+// Returns whether this program has the lock on the file for writing. Only another process can tell.
+bool isLockedForOthers(const QString &path)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        const int file = open(qPrintable(path), O_RDWR);
+        _exit(fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 0 : 1);
+    }
+    int status = -1;
+    return waitpid(child, &status, 0) == child && status == 0;
+}
 
 using Change = std::function<void(const CopiedDatabase &)>;
 
@@ -135,6 +152,41 @@ private Q_SLOTS:
         const QStringList names = file.names(file.inCopies({}));
         QCOMPARE(QSet(names.begin(), names.end()), QSet(kept.begin(), kept.end()));
         QCOMPARE(file.copies().newestSoundCopy().value().day, today);
+    }
+
+    // The first write of the next day does the same, also in the same run.
+    void copiesBeforeTheFirstWriteOfADay()
+    {
+        const CopiedDatabase file;
+        const auto database = Database::open(file.path());
+        for (int recipes = 0; recipes < 2; ++recipes) {
+            Transaction transaction(*database);
+            QCOMPARE(file.copies().newestSoundCopy().value().recipes, recipes);
+            QVERIFY(isLockedForOthers(file.path()));
+            database->Execute(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
+            transaction.commit();
+            const QString copy = file.inCopies(copyName(QDate::currentDate()));
+            const QByteArray bytes = bytesOf(copy);
+            database->Execute(u"INSERT INTO Utensils (UtensilName) VALUES ('Pan')"_s);
+            QCOMPARE(bytesOf(copy), bytes);
+            QVERIFY(QFile::rename(copy, file.inCopies(copyName(today.addYears(-1 - recipes)))));
+        }
+    }
+
+    void tellsOnceThatThereIsNoCopy()
+    {
+        const CopiedDatabase file;
+        SQLite::Database other = file.other();
+        other.exec("PRAGMA journal_mode = WAL");
+        DatabaseFile opened(file.path());
+        DailyCopy copy(file.path());
+        QVERIFY(copy.isDue(today));
+        copy.make(opened, today);
+        QVERIFY(!copy.isDue(today) && copy.isDue(today.addDays(1)));
+        QVERIFY(copy.takeFailure().contains(u"in a second file"_s));
+        copy.make(opened, today.addDays(1));
+        QCOMPARE(copy.takeFailure(), QString());
+        QVERIFY(!QFile::exists(file.inCopies({})));
     }
 
     void copiesThroughALink()
