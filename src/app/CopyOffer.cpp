@@ -71,13 +71,13 @@ QString CopyOffer::question(const DatabaseCopies &copies, const DatabaseCopy &co
 {
     const QLocale english(QLocale::English);
     const QString day = english.toString(copy.day, u"d MMMM yyyy"_s);
-    QStringList sentences{
-        copy.recipes == 1
-            ? tr("There is a copy of %1 with 1 recipe.").arg(day)
-            : tr("There is a copy of %1 with %2 recipes.").arg(day, english.toString(copy.recipes)),
-        tr("What you have stored since then is not in it.")};
+    QStringList sentences{copy.recipes == 1
+                              ? tr("Pantrywise can put back its copy of %1 with 1 recipe.").arg(day)
+                              : tr("Pantrywise can put back its copy of %1 with %2 recipes.")
+                                    .arg(day, english.toString(copy.recipes)),
+                          tr("What you have stored since then is not in it.")};
     if (copies.hasDatabase()) {
-        sentences += tr("If you put it back, the file that is there now is kept as \"%1\".")
+        sentences += tr("The file that is there now is kept as \"%1\".")
                          .arg(platform::displayPath(copies.pathForDamaged(today).filename()));
     }
     sentences += tr("Do you want to put the copy back?");

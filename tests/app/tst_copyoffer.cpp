@@ -1,12 +1,14 @@
 #include "app/CopyOffer.h"
 #include "catalogs/frmUtensil.h"
 #include "data/Database.h"
+#include "export/ExportCommand.h"
 #include "recipes/frmRecipes.h"
 #include "support/FileBytes.h"
 #include "support/WindowFixture.h"
 
 #include <QAbstractItemView>
 #include <QDate>
+#include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -37,7 +39,7 @@ public:
     {
         return {
             damagedText(window)
-                + u"\n\nThere is a copy of 1 March 2026 with 1 recipe. What you have stored since then is not in it. If you put it back, the file that is there now is kept as \"%1\". Do you want to put the copy back?"_s
+                + u"\n\nPantrywise can put back its copy of 1 March 2026 with 1 recipe. What you have stored since then is not in it. The file that is there now is kept as \"%1\". Do you want to put the copy back?"_s
                       .arg(keptName(number)),
             u"Error"_s,
             Icon::Exclamation,
@@ -120,6 +122,20 @@ private Q_SLOTS:
             test.frame.show(list);
             database->dataVersion();
         });
+    }
+
+    void offersInAnExport()
+    {
+        CopyFixture test;
+        test.damage();
+        const QString folder = test.file.folder();
+        test.interaction.expect(
+            FolderChooser{u"Choose a folder for the web pages"_s,
+                          QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)},
+            folder);
+        test.interaction.expect(test.offerBox(u"Pantrywise"_s), Button::No);
+        test.frame.boundary().run(u"Pantrywise"_s, [&] { exportWebPages(test.interaction); });
+        QVERIFY(!QFile::exists(folder + u"/Pantrywise"_s));
     }
 
     // Without a sound copy the message is the plain one.

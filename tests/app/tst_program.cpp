@@ -168,7 +168,8 @@ private Q_SLOTS:
 
         const QString said = importOnTerminal(answer);
         QCOMPARE(said.count(u"Error: "_s), 1);
-        QCOMPARE(said.count(u"There is a copy of 1 March 2026 with 1 recipe."_s), 1);
+        QCOMPARE(said.count(u"Pantrywise can put back its copy of 1 March 2026 with 1 recipe."_s),
+                 1);
         const QStringList kept = QDir(m_file->folder()).entryList({u"data damaged*.rbk"_s});
         if (answer == "y\n") {
             QVERIFY2(said.startsWith(u"0 "_s) && said.endsWith(u"Yes\n"_s), qPrintable(said));
