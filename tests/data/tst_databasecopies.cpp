@@ -171,6 +171,13 @@ private Q_SLOTS:
             QCOMPARE(bytesOf(copy), bytes);
             QVERIFY(QFile::rename(copy, file.inCopies(copyName(today.addYears(-1 - recipes)))));
         }
+        // A file that has become damaged since is not copied. SQLite reads pages again if the
+        // change counter, the four bytes at 24, differs.
+        QByteArray bad = bytesOf(file.path()).replace(24, 4, QByteArray("\0\0\7\7", 4));
+        bad.replace(4096, bad.size() - 4096, QByteArray(bad.size() - 4096, 'U'));
+        setBytes(file.path(), bad);
+        QVERIFY(!failureOf([&] { Transaction next(*database); }).isNull());
+        QVERIFY(!file.copies().hasCopyOf(QDate::currentDate()));
     }
 
     void tellsOnceThatThereIsNoCopy()
