@@ -49,7 +49,7 @@ frmMain::~frmMain() = default;
 
 std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath)
 {
-    const bool opened = m_frame.boundary().run(windowTitle(), [this] {
+    const bool opened = runWithOffer([this] {
         m_importRecipe->Form_Load();
         m_importRecipe->openDataSources();
     });
@@ -57,11 +57,21 @@ std::optional<int> frmMain::MDIForm_Load(const std::filesystem::path &importPath
         return {};
 
     auto outcome = frmImportRecipe::Outcome::NotImported;
-    if (opened) {
-        m_frame.boundary().run(windowTitle(),
-                               [&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
-    }
+    if (opened)
+        runWithOffer([&] { outcome = m_importRecipe->ImportSRFFile(importPath); });
     return outcome == frmImportRecipe::Outcome::Imported ? 0 : 1;
+}
+
+// Runs the handler again if it has failed and the user has had a copy of the database put back.
+// Returns whether it has succeeded.
+bool frmMain::runWithOffer(const std::function<void()> &handler)
+{
+    for (;;) {
+        if (m_frame.boundary().run(windowTitle(), handler))
+            return true;
+        if (!m_copyOffer.takePutBack())
+            return false;
+    }
 }
 
 void frmMain::mnuImport_Click()

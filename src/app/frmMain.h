@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/CopyOffer.h"
 #include "frame/Frame.h"
 
 #include <QMainWindow>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -41,7 +43,10 @@ private:
     void mnuUtensil_Click();
     void MDIForm_Unload();
 
+    bool runWithOffer(const std::function<void()> &handler);
+
     std::unique_ptr<Ui::frmMain> m_ui;
     Frame m_frame;
+    CopyOffer m_copyOffer{m_frame};
     std::unique_ptr<frmImportRecipe> m_importRecipe;
 };

@@ -1,17 +1,18 @@
 #include "data/Database.h"
 
-#include "data/DatabaseError.h"
 #include "data/TextComparison.h"
 
-#include <QFileInfo>
 #include <QHash>
+#include <QScopeGuard>
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -68,12 +69,25 @@ std::string withoutColumnList(const std::string &statement)
     return std::string(verb) + std::string(columns.substr(word.size()));
 }
 
+// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
+// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
+void leaveWalMode(SQLite::Database &connection)
+{
+    if (connection.execAndGet("PRAGMA journal_mode").getString() == "wal")
+        connection.tryExec("PRAGMA journal_mode = DELETE");
+}
+
 } // namespace
+
+std::weak_ptr<Database> &Database::knownDatabase(const QString &path)
+{
+    static QHash<QString, std::weak_ptr<Database>> databases;
+    return databases[DatabaseFile::resolvedPath(path)];
+}
 
 std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milliseconds lockTimeout)
 {
-    static QHash<QString, std::weak_ptr<Database>> connections;
-    std::weak_ptr<Database> &known = connections[QFileInfo(path).absoluteFilePath()];
+    std::weak_ptr<Database> &known = knownDatabase(path);
     std::shared_ptr<Database> database = known.lock();
     if (!database) {
         database = std::shared_ptr<Database>(new Database(path, lockTimeout));
@@ -85,28 +99,81 @@ std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milli
 Database::Database(const QString &path, std::chrono::milliseconds lockTimeout)
     : m_path(path)
     , m_lockTimeout(lockTimeout)
+    , m_dailyCopy(path)
+    , m_session(connect())
 {
-    translateSqliteErrors([this] {
-        // One thread uses the connection, so that SQLite need not protect it by a mutex.
-        m_connection = std::make_unique<SQLite::Database>(
-            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
-        configure();
-        checkFile();
-        leaveWalMode();
-        m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
-    });
 }
 
 Database::~Database() = default;
 
-void Database::configure()
+void Database::reopen(const QString &path)
 {
-    sqlite3 *handle = m_connection->getHandle();
+    const std::shared_ptr<Database> database = knownDatabase(path).lock();
+    if (!database)
+        return;
+    Q_ASSERT(database->m_state == TransactionState::None);
+    database->m_retired.push_back(std::exchange(database->m_session, database->connect()));
+    database->countChangeOfAllTables();
+}
+
+std::optional<qint64> Database::countRecipesIfSound(const QString &path)
+{
+    constexpr std::chrono::milliseconds noWaiting{0};
+    try {
+        Database database(path, noWaiting);
+        return database.translateSqliteErrors([&database]() -> qint64 {
+            database.requireSound();
+            return database.connection().execAndGet("SELECT count(*) FROM Recipes").getInt64();
+        });
+    } catch (const DatabaseError &) {
+        return {};
+    }
+}
+
+QString Database::takeCopyFailure(const QString &path)
+{
+    const std::shared_ptr<Database> database = knownDatabase(path).lock();
+    return database ? database->m_dailyCopy.takeFailure() : QString();
+}
+
+Database::Session::Session(const QString &path)
+    : file(std::make_unique<DatabaseFile>(path))
+{
+}
+
+Database::Session::Session(Session &&) noexcept = default;
+Database::Session &Database::Session::operator=(Session &&) noexcept = default;
+Database::Session::~Session() = default;
+
+Database::Session Database::connect()
+{
+    Session session(m_path);
+    const std::optional<DatabaseHeader> header = session.file->header();
+    // SQLite may restore the file from a journal as soon as it reads it.
+    if (header && header->applicationId == applicationId && header->userVersion > schemaVersion)
+        throw DatabaseError::newerVersion(m_path);
+    translateSqliteErrors([&] {
+        // One thread uses the connection, so that SQLite need not protect it by a mutex.
+        session.connection = std::make_unique<SQLite::Database>(
+            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
+        SQLite::Database &connection = *session.connection;
+        configure(connection);
+        checkFile(session);
+        leaveWalMode(connection);
+        session.dataVersion =
+            std::make_unique<SQLite::Statement>(connection, "PRAGMA data_version");
+    });
+    return session;
+}
+
+void Database::configure(SQLite::Database &connection)
+{
+    sqlite3 *handle = connection.getHandle();
     sqlite3_busy_handler(handle, waitForLock, this);
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_update_hook(handle, countChange, &m_changes);
     sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
-    m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
+    connection.exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
 // sqlite3_busy_timeout() waits longer after each attempt, so that one of two busy programs can
@@ -125,37 +192,47 @@ int Database::waitForLock(void *database, int attempt)
 
 // Reads the file's first page and prepares a statement for each table. Together they find a file
 // that is damaged, incomplete or not a recipe database.
-void Database::checkFile()
+void Database::checkFile(Session &session) const
 {
-    m_connection->execAndGet("PRAGMA schema_version");
-    if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
-        && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
+    SQLite::Database &connection = *session.connection;
+    SQLite::Transaction snapshot(connection, SQLite::TransactionBehavior::DEFERRED);
+    connection.execAndGet("PRAGMA schema_version");
+    if (connection.execAndGet("PRAGMA application_id").getInt() == applicationId
+        && connection.execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw DatabaseError::newerVersion(m_path);
+    // SQLite itself notices only that whole pages are missing.
+    if (session.file->isCut())
+        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
     for (const Table &table : schemaTables())
-        SQLite::Statement(*m_connection, selectOfFields(table));
-}
-
-// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
-// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
-void Database::leaveWalMode()
-{
-    if (m_connection->execAndGet("PRAGMA journal_mode").getString() == "wal")
-        m_connection->tryExec("PRAGMA journal_mode = DELETE");
+        SQLite::Statement(connection, selectOfFields(table));
 }
 
 void Database::Execute(const QString &statement)
 {
+    write([&] {
+        translateSqliteErrors(
+            [&] { connection().exec(withoutColumnList(statement.toStdString())); });
+    });
+}
+
+void Database::write(const std::function<void()> &action)
+{
     refuseAfterFailure();
-    translateSqliteErrors([&] { m_connection->exec(withoutColumnList(statement.toStdString())); });
+    if (m_depth > 0)
+        return action();
+    Transaction transaction(*this);
+    action();
+    transaction.commit();
 }
 
 int Database::dataVersion()
 {
     return translateSqliteErrors([this] {
-        m_dataVersion->tryReset();
-        m_dataVersion->executeStep();
-        const int version = m_dataVersion->getColumn(0).getInt();
-        m_dataVersion->tryReset();
+        SQLite::Statement &statement = *m_session.dataVersion;
+        statement.tryReset();
+        statement.executeStep();
+        const int version = statement.getColumn(0).getInt();
+        statement.tryReset();
         return version;
     });
 }
@@ -174,12 +251,17 @@ void Database::delist(TransactionParticipant &participant)
     std::erase(m_participants, &participant);
 }
 
-void Database::notifyParticipants()
+// Makes the next requery of each cursor read again.
+void Database::countChangeOfAllTables()
 {
-    // Any other cursor may have read rows that are now rolled back. Counting a change of each table
-    // makes its next requery read again.
     for (quint64 &changes : m_changes)
         ++changes;
+}
+
+void Database::notifyParticipants()
+{
+    // Any other cursor may have read rows that are now rolled back.
+    countChangeOfAllTables();
     for (TransactionParticipant *participant : m_participants)
         participant->transactionRolledBack();
 }
@@ -195,41 +277,79 @@ void Database::rethrow()
 
 void Database::fail(int code, const char *message)
 {
-    const DatabaseError error = DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message));
+    const auto operation = m_state == TransactionState::None ? DatabaseError::Operation::Reading
+                                                             : DatabaseError::Operation::Writing;
+    const std::exception_ptr failure =
+        DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message), operation);
     if (m_state != TransactionState::None)
-        m_failure = error.text();
+        m_failure = failure;
     if (m_state == TransactionState::Open)
         m_state = TransactionState::StepFailed;
     // A full disk, for example, makes SQLite roll back the whole transaction.
     if (m_state == TransactionState::StepFailed
-        && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
+        && sqlite3_get_autocommit(connection().getHandle()) != 0) {
         m_state = TransactionState::RolledBack;
         notifyParticipants();
     }
-    throw error;
+    std::rethrow_exception(failure);
 }
 
 // What is written after a failed step would be committed without what should have preceded it.
 void Database::refuseAfterFailure() const
 {
     if (m_state == TransactionState::StepFailed || m_state == TransactionState::RolledBack)
-        throw DatabaseError(m_failure);
+        std::rethrow_exception(m_failure);
 }
 
 void Database::begin()
 {
     refuseAfterFailure();
-    translateSqliteErrors(
-        [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
+    if (m_depth == 0)
+        beginOutermost();
+    else
+        translateSqliteErrors([this] { connection().exec("SAVEPOINT inner"); });
     ++m_depth;
     m_state = TransactionState::Open;
+}
+
+// Every write of the program passes here, so nothing is written before the file has been prepared.
+void Database::beginOutermost()
+{
+    m_state = TransactionState::Beginning;
+    auto giveUp = qScopeGuard([this] {
+        connection().tryExec("ROLLBACK");
+        m_state = TransactionState::None;
+    });
+    translateSqliteErrors([this] {
+        connection().exec("BEGIN IMMEDIATE");
+        prepareWrite();
+    });
+    giveUp.dismiss();
+}
+
+// No other program can write while this runs. What it throws keeps the transaction from beginning.
+void Database::prepareWrite()
+{
+    const QDate today = QDate::currentDate();
+    const bool isCopyDue = m_dailyCopy.isDue(today);
+    if (!m_session.isSound || isCopyDue)
+        requireSound();
+    m_session.isSound = true;
+    if (isCopyDue)
+        m_dailyCopy.make(*m_session.file, today);
+}
+
+// Reads the whole file. What is written into a damaged file can make the damage worse.
+void Database::requireSound()
+{
+    if (connection().execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
+        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Writing);
 }
 
 void Database::commit()
 {
     refuseAfterFailure();
-    translateSqliteErrors(
-        [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    translateSqliteErrors([this] { connection().exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
     end();
 }
 
@@ -237,7 +357,7 @@ void Database::rollBack() noexcept
 {
     if (m_state != TransactionState::RolledBack) {
         // A rollback fails only if SQLite has already rolled back by itself.
-        m_connection->tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
+        connection().tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
         notifyParticipants();
         m_state = TransactionState::Open;
     }

@@ -194,6 +194,14 @@ void RecordCursor::requireUpdatable() const
         fail(tr("These rows can only be read: %1"));
 }
 
+// In the file that has taken the place of the one that was read, the same key may be another row.
+void RecordCursor::requireOpenFile() const
+{
+    if (m_rows.query().isOfClosedFile())
+        fail(tr("Nothing was stored, because the recipe database was replaced. Show the entry "
+                "again and repeat the change. (%1)"));
+}
+
 void RecordCursor::openBuffer(Buffer buffer)
 {
     requireUpdatable();
@@ -242,7 +250,8 @@ void RecordCursor::Update()
 
 void RecordCursor::addRow()
 {
-    const qint64 key = writer().insert(m_values);
+    qint64 key = 0;
+    m_database->write([&] { key = writer().insert(m_values); });
     m_rows.append(m_values, key);
     m_search.rowAppended();
 }
@@ -253,7 +262,8 @@ void RecordCursor::changeRow()
                                             [](const auto &value) { return value.has_value(); });
     if (writesNothing)
         return;
-    writer().update(m_rows.key(m_row), m_values);
+    requireOpenFile();
+    m_database->write([this] { writer().update(m_rows.key(m_row), m_values); });
     m_rows.replace(m_row, m_values);
     m_search.clear();
 }
@@ -265,7 +275,8 @@ void RecordCursor::Delete()
     readRows();
     m_buffer = Buffer::Closed;
     m_database->enlist(*this);
-    writer().remove(m_rows.key(m_row));
+    requireOpenFile();
+    m_database->write([this] { writer().remove(m_rows.key(m_row)); });
     m_rows.erase(m_row);
     m_search.clear();
     m_place = Place::Deleted;

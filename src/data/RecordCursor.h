@@ -87,6 +87,7 @@ private:
     [[noreturn]] void fail(const QString &text) const;
     void requireRow();
     void requireUpdatable() const;
+    void requireOpenFile() const;
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;

@@ -57,6 +57,8 @@ qsizetype RowSet::read()
 
 std::vector<RowStore::Row> RowSet::runQuery()
 {
+    if (m_query.isOfClosedFile())
+        m_query = SourceQuery(*m_database, m_query.source());
     std::vector<RowStore::Row> rows = m_query.rows(m_store);
     if (m_query.isOutdated()) {
         m_query = SourceQuery(*m_database, m_query.source());

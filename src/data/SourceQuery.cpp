@@ -176,3 +176,8 @@ bool SourceQuery::isOutdated() const
     // SQLite prepares a statement again by itself if the schema has changed.
     return sqlite3_stmt_status(m_statement.get(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
 }
+
+bool SourceQuery::isOfClosedFile() const
+{
+    return sqlite3_db_handle(m_statement.get()) != m_database->connection().getHandle();
+}

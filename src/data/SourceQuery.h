@@ -66,6 +66,9 @@ public:
     // wrong. To be called after rows().
     bool isOutdated() const;
 
+    // Whether the source was prepared before Database::reopen() and must be prepared again.
+    bool isOfClosedFile() const;
+
 private:
     struct Finalizer {
         void operator()(sqlite3_stmt *statement) const;

@@ -2,10 +2,17 @@
 
 #include "interaction/Interaction.h"
 
+#include <QScopedValueRollback>
+
+#include <new>
+
 LoadError::LoadError(const QString &windowTitle, const std::exception &reason)
     : std::runtime_error(reason.what())
     , m_windowTitle(windowTitle)
+    , m_reason(std::current_exception())
 {
+    if (const auto *inner = dynamic_cast<const LoadError *>(&reason))
+        m_reason = inner->m_reason;
 }
 
 ErrorBoundary::ErrorBoundary(Interaction &interaction)
@@ -15,20 +22,46 @@ ErrorBoundary::ErrorBoundary(Interaction &interaction)
 
 bool ErrorBoundary::run(const QString &windowTitle, const std::function<void()> &handler) const
 {
+    bool succeeded = false;
+    {
+        const QScopedValueRollback depth(m_depth, m_depth + 1);
+        succeeded = runAndReport(windowTitle, handler);
+    }
+    if (m_depth == 0 && m_afterHandler)
+        m_afterHandler();
+    return succeeded;
+}
+
+bool ErrorBoundary::runAndReport(const QString &windowTitle,
+                                 const std::function<void()> &handler) const
+{
     try {
         handler();
         return true;
     } catch (const LoadError &failure) {
-        report(failure.windowTitle(), failure);
-    } catch (const std::exception &failure) {
-        report(windowTitle, failure);
+        report(failure.windowTitle(), failure.reason());
+    } catch (const std::exception &) {
+        report(windowTitle, std::current_exception());
     }
     return false;
 }
 
-void ErrorBoundary::report(const QString &windowTitle, const std::exception &failure) const
+void ErrorBoundary::report(const QString &windowTitle, const std::exception_ptr &failure) const
 {
-    m_interaction.showError(tr("Error"),
-                            tr("Something went wrong in \"%1\":\n%2")
-                                .arg(windowTitle, QString::fromUtf8(failure.what())));
+    const QString text = textFor(windowTitle, failure);
+    if (!m_errorHandler || !m_errorHandler(failure, text))
+        m_interaction.showError(tr("Error"), text);
+}
+
+QString ErrorBoundary::textFor(const QString &windowTitle, const std::exception_ptr &failure)
+{
+    QString reason;
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::bad_alloc &) {
+        reason = tr("There is not enough memory. Close other windows and programs and try again.");
+    } catch (const std::exception &known) {
+        reason = QString::fromUtf8(known.what());
+    }
+    return tr("Something went wrong in \"%1\":\n%2").arg(windowTitle, reason);
 }

@@ -5,8 +5,10 @@
 #include <QObject>
 #include <QString>
 
+#include <exception>
 #include <functional>
 #include <stdexcept>
+#include <utility>
 
 class Interaction;
 
@@ -15,12 +17,16 @@ class Interaction;
 class LoadError final : public std::runtime_error
 {
 public:
+    // To be called in the handler that has caught `reason`.
     LoadError(const QString &windowTitle, const std::exception &reason);
 
     QString windowTitle() const { return m_windowTitle; }
+    // The exception because of which the window could not be loaded; not a LoadError.
+    const std::exception_ptr &reason() const { return m_reason; }
 
 private:
     QString m_windowTitle;
+    std::exception_ptr m_reason;
 };
 
 // Catches what an event handler throws, shows it to the user with the title of the window, and lets
@@ -32,6 +38,15 @@ class ErrorBoundary
 
 public:
     explicit ErrorBoundary(Interaction &interaction); // which must outlive it
+
+    // What the application does about an exception. Returns whether it has shown the text, or a
+    // text that contains it, to the user; otherwise the boundary shows it. Must not throw.
+    using ErrorHandler =
+        std::function<bool(const std::exception_ptr &failure, const QString &text)>;
+    void setErrorHandler(ErrorHandler handler) { m_errorHandler = std::move(handler); }
+
+    // Called after each handler that does not run inside another one. It must not throw.
+    void setAfterHandler(std::function<void()> action) { m_afterHandler = std::move(action); }
 
     // Runs the handler and returns whether it did not throw. what() of an exception must be UTF-8
     // text for the user. Pass the title that the window has before the handler runs.
@@ -58,7 +73,12 @@ private:
             return window.windowTitle();
     }
 
-    void report(const QString &windowTitle, const std::exception &failure) const;
+    bool runAndReport(const QString &windowTitle, const std::function<void()> &handler) const;
+    static QString textFor(const QString &windowTitle, const std::exception_ptr &failure);
+    void report(const QString &windowTitle, const std::exception_ptr &failure) const;
 
     Interaction &m_interaction;
+    ErrorHandler m_errorHandler;
+    std::function<void()> m_afterHandler;
+    mutable int m_depth = 0; // of handlers inside each other
 };

@@ -36,6 +36,7 @@ public:
 
     Interaction &interaction() const { return m_interaction; }
     const ErrorBoundary &boundary() const { return m_boundary; }
+    ErrorBoundary &boundary() { return m_boundary; }
     const InputFilter &input() const { return m_inputFilter; }
 
     // Returns the window of this class. If it is not loaded yet, creates it with the frame and

@@ -50,6 +50,24 @@ class tst_Program : public QObject
             + QString::fromUtf8(process.readAllStandardError());
     }
 
+    // Imports soup.srf with these keys on a terminal, or without a terminal if they are null.
+    QString importOnTerminal(const QByteArray &keys) const
+    {
+        if (keys.isNull())
+            return run({u"soup.srf"_s});
+        int terminal = -1;
+        int programSide = -1;
+        char name[64];
+        if (openpty(&terminal, &programSide, name, nullptr, nullptr) != 0
+            || write(terminal, keys.constData(), static_cast<std::size_t>(keys.size()))
+                != keys.size())
+            return u"no terminal"_s;
+        const QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
+        close(terminal);
+        close(programSide);
+        return said;
+    }
+
 private Q_SLOTS:
     void init()
     {
@@ -115,23 +133,64 @@ private Q_SLOTS:
         const auto [answer, isYes] = fetchRow<QByteArray, bool>();
         setBytes(inFolder(u"soup.srf"_s), srf({.title = "So\xC2\x9Bup"}));
         run({u"soup.srf"_s});
-        int terminal = -1;
-        int programSide = -1;
-        char name[64];
-        QCOMPARE(openpty(&terminal, &programSide, name, nullptr, nullptr), 0);
-        QCOMPARE(write(terminal, answer.constData(), static_cast<std::size_t>(answer.size())),
-                 answer.size());
-        const QString input = QString::fromLatin1(name);
-        const QString said =
-            run({u"soup.srf"_s}, u"pantrywise"_s, answer.isNull() ? QProcess::nullDevice() : input);
-        close(terminal);
-        close(programSide);
+        const QString said = importOnTerminal(answer);
         const QString question =
             u"%1 Already in database: So<U+009B>up is already in the database.  Do you want to import it anyways?"_s;
         QVERIFY2(said.startsWith(question.arg(isYes ? 0 : 1))
                      && said.endsWith(isYes ? u"Yes\n"_s : u"No\n"_s),
                  qPrintable(said));
         QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), isYes ? u"2"_s : u"1"_s);
+    }
+
+    void offersACopy_data()
+    {
+        // The bytes that are written over page 2, or instead of the whole file, or nothing if the
+        // file is missing.
+        addRows<QByteArray, QByteArray>({
+            {"missing", {}, "y\n"},
+            {"not a database", "Soup", "y\n"},
+            {"damage that the first write finds", QByteArray(4096, 'U'), "y\n"},
+            {"No", "Soup", "n\n"},
+            {"no terminal", "Soup", {}},
+        });
+    }
+
+    void offersACopy()
+    {
+        const auto [bad, answer] = fetchRow<QByteArray, QByteArray>();
+        setBytes(inFolder(u"soup.srf"_s), soup);
+        m_file->write(u"INSERT INTO Recipes (RecipeName) VALUES ('Bread')"_s);
+        const QByteArray good = bytesOf(m_file->path());
+        setBytes(inFolder(u"copies/data 2026-03-01.rbk"_s), good);
+        const QByteArray there =
+            bad.size() < 4096 ? bad : QByteArray(good).replace(good.size() - 4096, 4096, bad);
+        QVERIFY(QFile::remove(m_file->path()));
+        if (!there.isNull())
+            setBytes(m_file->path(), there);
+
+        const QString said = importOnTerminal(answer);
+        QCOMPARE(said.count(u"Error: "_s), 1);
+        QCOMPARE(said.count(u"Pantrywise can put back its copy of 1 March 2026 with 1 recipe."_s),
+                 1);
+        const QStringList kept = QDir(m_file->folder()).entryList({u"data damaged*.rbk"_s});
+        if (answer == "y\n") {
+            QVERIFY2(said.startsWith(u"0 "_s) && said.endsWith(u"Yes\n"_s), qPrintable(said));
+            QCOMPARE(m_file->stored("SELECT RecipeName FROM Recipes"), u"Bread, Soup"_s);
+            QCOMPARE(bytesOf(inFolder(kept.value(0))), there);
+        } else {
+            QVERIFY2(said.startsWith(u"1 "_s) && said.endsWith(u"No\n"_s), qPrintable(said));
+            QCOMPARE(bytesOf(m_file->path()), there);
+            QVERIFY(kept.isEmpty());
+        }
+    }
+
+    void tellsThatThereIsNoCopy()
+    {
+        setBytes(inFolder(u"soup.srf"_s), soup);
+        setBytes(inFolder(u"copies"_s), "mine");
+        const QString said = run({u"soup.srf"_s});
+        QVERIFY2(said.startsWith(u"0 Copies: "_s) && said.count(u"Copies: "_s) == 1,
+                 qPrintable(said));
     }
 
     void registersItsCurrentPath()

@@ -1,4 +1,5 @@
 #include "data/DataSource.h"
+#include "support/AsNobody.h"
 #include "support/FileBytes.h"
 #include "support/Rows.h"
 #include "support/TestDatabase.h"
@@ -9,7 +10,6 @@
 #include <functional>
 #include <sys/resource.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,17 +18,6 @@ namespace {
 using Permissions = QFileDevice::Permissions;
 constexpr Permissions mayRead{0x5555};
 constexpr Permissions mayWrite{0x7777};
-
-// Permissions do not restrict root, so the action runs as another user then.
-template <typename Action>
-void asNobody(Action action)
-{
-    const uid_t nobody = getuid() == 0 ? 65534 : getuid();
-    const uid_t me = getuid();
-    QCOMPARE(setresuid(nobody, nobody, me), 0);
-    action();
-    QCOMPARE(setresuid(me, me, me), 0);
-}
 
 using Damage = std::function<void(const TestDatabase &)>;
 
@@ -44,6 +33,7 @@ public:
     }
 
     Database &database() { return m_source.Database(); }
+    RecordCursor &cursor() { return m_source.Recordset(); }
     qsizetype count() { return m_source.Recordset().RecordCount(); }
     void add(const QString &name = u"Pan"_s)
     {
@@ -182,6 +172,33 @@ private Q_SLOTS:
             setBytes(file.path(), other);
         QVERIFY(utensils.fails(u"was moved or replaced"_s, [&] { utensils.add(); }));
         QCOMPARE(bytesOf(file.path()), other);
+    }
+
+    // Another file takes the place of the one that two windows have open.
+    void readsOnInAnotherFile()
+    {
+        const TestDatabase file;
+        file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot'), ('Pan')"_s);
+        const QByteArray copy = bytesOf(file.path());
+        Utensils reading(file);
+        Utensils adding(file);
+        adding.add();
+        QCOMPARE(reading.count(), 3);
+        reading.cursor().MoveLast();
+        QFile::rename(file.path(), file.path() + u".old"_s);
+        setBytes(file.path(), copy);
+        Database::reopen(file.path());
+
+        QVERIFY(failureOf([&] { reading.cursor().Delete(); }).contains(u"was replaced"_s));
+        adding.add(u"Whisk"_s);
+        reading.cursor().Requery();
+        QCOMPARE(reading.count(), 3);
+        adding.cursor().Requery();
+        adding.cursor().MoveLast();
+        adding.cursor().Delete();
+        reading.cursor().Requery();
+        QCOMPARE(reading.count(), 2);
+        Database::reopen(file.folder()); // is not open
     }
 
     void survivesFullDisk_data()

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "support/TestWindows.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@ class tst_ChildWindow : public QObject
     Q_OBJECT
 
     using Create = std::function<QWidget *()>;
+    using Act = std::function<void()>;
 
     std::unique_ptr<MainWindow> m_main;
 
@@ -217,6 +219,49 @@ private Q_SLOTS:
         auto &late = m_main->frame.load<Tools>();
         m_main->frame.show(late);
         QTRY_VERIFY(isInside(*late.parentWidget()));
+    }
+
+    void tellsOfFailures_data()
+    {
+        const auto load = [](const std::function<void()> &act) {
+            try {
+                act();
+            } catch (const std::exception &failure) {
+                throw LoadError(u"Inner"_s, failure);
+            }
+        };
+        const Act allocate = [] { throw std::bad_alloc(); };
+        const Act loadInner = [=] { load(allocate); };
+        const QString text = u"Something went wrong in \"%1\":\nThere is not enough memory. Close "
+                             "other windows and programs and try again."_s;
+        addRows<Act, QString>({{"out of memory", allocate, text.arg(u"Outer"_s)},
+                               {"in a window it loads", loadInner, text.arg(u"Inner"_s)},
+                               {"in two windows", [=] { load(loadInner); }, text.arg(u"Inner"_s)}});
+    }
+
+    // What follows a handler comes after the outermost one, be the error reported or handled.
+    void tellsOfFailures()
+    {
+        const auto [act, text] = fetchRow<Act, QString>();
+        ErrorBoundary boundary(m_main->interaction);
+        boundary.setAfterHandler([] { eventLog += u"after"_s; });
+        const auto runNested = [&, &act = act] {
+            eventLog.clear();
+            boundary.run(u"Outermost"_s, [&] {
+                boundary.run(u"Outer"_s, act);
+                eventLog += u"outermost"_s;
+            });
+            QCOMPARE(eventLog.join(u' '), u"outermost after"_s);
+        };
+        m_main->interaction.expect({text, u"Error"_s, Icon::Exclamation});
+        runNested();
+        QString handled;
+        boundary.setErrorHandler([&](const std::exception_ptr &, const QString &failure) {
+            handled = failure;
+            return true;
+        });
+        runNested();
+        QCOMPARE(handled, text);
     }
 
     void reopened_data()

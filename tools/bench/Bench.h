@@ -37,6 +37,7 @@ private:
 void measureReading(Bench &bench);
 void measureMemory(Bench &bench);
 void measureOpening(Bench &bench);
+void measureCopying(Bench &bench);
 void measureRequerying(Bench &bench);
 void measureSearching(Bench &bench);
 void measureSorting(Bench &bench);
