@@ -1,6 +1,7 @@
 #include "data/Database.h"
 
 #include "data/DatabaseError.h"
+#include "data/SchemaCheck.h"
 #include "data/TextComparison.h"
 
 #include <QFileInfo>
@@ -33,15 +34,6 @@ void countChange(void *changes, int, const char *, const char *table, sqlite3_in
 int deleteRowByRow(void *, int action, const char *, const char *, const char *, const char *)
 {
     return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
-}
-
-std::string selectOfFields(const Table &table)
-{
-    std::string fields;
-    for (const Field &field : table.fields)
-        fields +=
-            (fields.empty() ? "" : ", ") + std::string(table.name) + "." + std::string(field.name);
-    return "SELECT " + fields + " FROM " + std::string(table.name);
 }
 
 constexpr std::string_view whitespace = " \t\r\n";
@@ -123,16 +115,15 @@ int Database::waitForLock(void *database, int attempt)
     return 1;
 }
 
-// Reads the file's first page and prepares a statement for each table. Together they find a file
-// that is damaged, incomplete or not a recipe database.
+// Reads the file's first page and its schema. Together they find a file that is damaged, incomplete
+// or not a recipe database.
 void Database::checkFile()
 {
     m_connection->execAndGet("PRAGMA schema_version");
     if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
         && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw DatabaseError::newerVersion(m_path);
-    for (const Table &table : schemaTables())
-        SQLite::Statement(*m_connection, selectOfFields(table));
+    checkSchema(*m_connection, m_path);
 }
 
 // In the write-ahead mode, which another tool can have set, the newest rows are in a second file
