@@ -430,6 +430,47 @@ private Q_SLOTS:
         }
     }
 
+    // RowStore stores an integer in as many bytes as it needs, and the length of a text in one byte
+    // or in four.
+    void readsAnyValue_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        for (const qint64 edge : {qint64{1} << 7, qint64{1} << 15, qint64{1} << 31}) {
+            for (const qint64 value : {-edge - 1, -edge, edge - 1, edge})
+                QTest::addRow("%lld", value) << QVariant(value);
+        }
+        for (const int length : {0, 1, 255, 256, 65536, 100'000}) {
+            QTest::addRow("text of %d bytes", length) << QVariant(QString(length, u'x'));
+            QTest::addRow("blob of %d bytes", length) << QVariant(QByteArray(length, '\xff'));
+        }
+        QTest::newRow("null") << QVariant();
+        QTest::newRow("fraction") << QVariant(-0.1);
+    }
+
+    void readsAnyValue()
+    {
+        QFETCH(QVariant, value);
+        const TestDatabase file;
+        const QByteArray bytes = value.toByteArray();
+        const QByteArray literal = !value.isValid()   ? "NULL"
+            : value.typeId() == QMetaType::QString    ? '\'' + bytes + '\''
+            : value.typeId() == QMetaType::QByteArray ? "X'" + bytes.toHex() + '\''
+                                                      : bytes;
+        file.write(u"INSERT INTO Ingredients VALUES (7, 'a', 3, %1, 1)"_s.arg(
+            QString::fromLatin1(literal)));
+        const QString source = u"Ingredients"_s;
+        RecordCursor cursor(Database::open(file.path()), source);
+        for (const QString &name : {u"a"_s, u"b"_s}) {
+            QCOMPARE(cursor.value("IngredientName"_L1), QVariant(name));
+            QCOMPARE(cursor.value("ShelfLife"_L1), value);
+            QCOMPARE(cursor.value("ShelfLife"_L1).typeId(), value.typeId());
+            QCOMPARE(cursor.value("Vegetarian"_L1), QVariant(qint64{1}));
+            cursor.Edit();
+            cursor.setValue("IngredientName"_L1, u"b"_s);
+            cursor.Update();
+        }
+    }
+
     // The random walk sees whether a requery reads again after all other changes.
     void readsAgainOnlyAfterChanges()
     {
