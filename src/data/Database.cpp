@@ -60,6 +60,15 @@ std::string withoutColumnList(const std::string &statement)
     return std::string(verb) + std::string(columns.substr(word.size()));
 }
 
+int numberOf(SQLite::Statement &statement)
+{
+    statement.tryReset();
+    statement.executeStep();
+    const int number = statement.getColumn(0).getInt();
+    statement.tryReset();
+    return number;
+}
+
 } // namespace
 
 std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milliseconds lockTimeout)
@@ -86,6 +95,8 @@ Database::Database(const QString &path, std::chrono::milliseconds lockTimeout)
         checkFile();
         leaveWalMode();
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
+        m_schemaCookie =
+            std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA schema_version");
     });
 }
 
@@ -119,7 +130,7 @@ int Database::waitForLock(void *database, int attempt)
 // or not a recipe database.
 void Database::checkFile()
 {
-    m_connection->execAndGet("PRAGMA schema_version");
+    m_checkedCookie = m_connection->execAndGet("PRAGMA schema_version").getInt();
     if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
         && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw DatabaseError::newerVersion(m_path);
@@ -137,16 +148,24 @@ void Database::leaveWalMode()
 void Database::Execute(const QString &statement)
 {
     refuseAfterFailure();
+    schemaCookie(); // throws if the statement would write through an index that is sorted
+                     // otherwise
     translateSqliteErrors([&] { m_connection->exec(withoutColumnList(statement.toStdString())); });
 }
 
 int Database::dataVersion()
 {
+    return translateSqliteErrors([this] { return numberOf(*m_dataVersion); });
+}
+
+int Database::schemaCookie()
+{
     return translateSqliteErrors([this] {
-        m_dataVersion->tryReset();
-        m_dataVersion->executeStep();
-        const int version = m_dataVersion->getColumn(0).getInt();
-        m_dataVersion->tryReset();
+        const int version = numberOf(*m_schemaCookie);
+        if (version != m_checkedCookie) {
+            checkSchema(*m_connection, m_path);
+            m_checkedCookie = version;
+        }
         return version;
     });
 }

@@ -52,6 +52,10 @@ public:
     // A number that differs from the last one returned if another program has changed the file.
     int dataVersion();
 
+    // A number that differs from the last one returned if another program has changed the tables.
+    // Throws if they are no longer such that the program can use them, see SchemaCheck.h.
+    int schemaCookie();
+
     // To be called before each change: from now until the outermost transaction ends, the
     // participant is notified of rollbacks. Throws if a step of the transaction has failed.
     void enlist(TransactionParticipant &participant);
@@ -108,6 +112,8 @@ private:
     std::chrono::steady_clock::time_point m_waitingSince;
     std::unique_ptr<SQLite::Database> m_connection;
     std::unique_ptr<SQLite::Statement> m_dataVersion;
+    std::unique_ptr<SQLite::Statement> m_schemaCookie;
+    int m_checkedCookie = 0; // the schema version that has passed the check
     TableChanges m_changes{};
 
     TransactionState m_state = TransactionState::None;

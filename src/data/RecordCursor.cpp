@@ -25,8 +25,7 @@ void RecordCursor::readRows()
 {
     if (m_rows.isRead())
         return;
-    m_writer.reset(); // reading may find other columns
-    m_row += m_rows.read();
+    m_row += m_rows.read(m_buffer != Buffer::Closed);
     m_search.clear();
     if (m_place == Place::Unset)
         setPosition(0);
@@ -214,8 +213,9 @@ void RecordCursor::Edit()
 
 TableWriter &RecordCursor::writer()
 {
-    if (!m_writer) {
-        const SourceQuery &query = m_rows.query();
+    m_rows.requireSameColumns();
+    const SourceQuery &query = m_rows.query();
+    if (!m_writer || m_writerCookie != query.schemaCookie()) {
         std::vector<std::string> fields;
         for (const SourceQuery::Column &column : query.columns())
             fields.push_back(column.name);
@@ -223,6 +223,7 @@ TableWriter &RecordCursor::writer()
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
                                                  std::move(fields), key);
+        m_writerCookie = query.schemaCookie();
     }
     return *m_writer;
 }

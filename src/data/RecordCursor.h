@@ -110,4 +110,5 @@ private:
     Buffer m_buffer = Buffer::Closed;
     FieldValues m_values;
     std::unique_ptr<TableWriter> m_writer;
+    int m_writerCookie = 0; // the schema version that it was made for
 };

@@ -1,5 +1,7 @@
 #include "data/RowSet.h"
 
+#include "data/DatabaseError.h"
+
 #include <unordered_set>
 
 namespace {
@@ -30,39 +32,47 @@ RowSet::RowSet(Database &database, const QString &source)
 {
 }
 
-qsizetype RowSet::read()
+qsizetype RowSet::read(bool keepsColumns)
 {
     if (m_isRead)
         return 0;
     const ReadTransaction scope(*m_database);
+    prepareAgainIfOutdated(keepsColumns || !m_rows.empty());
     const int dataVersion = m_database->dataVersion();
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = runQuery();
+    std::vector<RowStore::Row> rows = m_query.rows(m_store);
+    const qint64 lastKey =
+        rows.empty() || !m_query.isBareTable() ? 0 : integerIn(rows.back(), m_query.keyColumn());
+    if (!m_rows.empty())
+        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
+    const auto rowsBefore = static_cast<qsizetype>(rows.size());
+    rows.insert(rows.end(), m_rows.begin(), m_rows.end());
 
+    // Nothing below throws.
+    m_isAppendedOutOfOrder = !m_rows.empty();
+    m_rows = std::move(rows);
+    m_lastKey = lastKey;
     m_dataVersion = dataVersion;
     m_changes = changes;
     m_isRead = true;
     ++m_generation;
-    if (m_query.isBareTable())
-        m_lastKey = rows.empty() ? 0 : integerIn(rows.back(), m_query.keyColumn());
-    if (!m_rows.empty()) {
-        m_isAppendedOutOfOrder = true;
-        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
-    }
-    const auto rowsBefore = static_cast<qsizetype>(rows.size());
-    rows.insert(rows.end(), m_rows.begin(), m_rows.end());
-    m_rows = std::move(rows);
     return rowsBefore;
 }
 
-std::vector<RowStore::Row> RowSet::runQuery()
+void RowSet::prepareAgainIfOutdated(bool keepsColumns)
 {
-    std::vector<RowStore::Row> rows = m_query.rows(m_store);
-    if (m_query.isOutdated()) {
-        m_query = SourceQuery(*m_database, m_query.source());
-        rows = m_query.rows(m_store);
-    }
-    return rows;
+    if (m_query.schemaCookie() == m_database->schemaCookie())
+        return;
+    SourceQuery query(*m_database, m_query.source());
+    if (keepsColumns && query.columns() != m_query.columns())
+        throw DatabaseError(tr("Another program has changed the fields of the recipe database. "
+                               "Close this window and open it again."));
+    m_query = std::move(query);
+}
+
+void RowSet::requireSameColumns()
+{
+    prepareAgainIfOutdated(true);
 }
 
 void RowSet::discard()
@@ -79,6 +89,8 @@ bool RowSet::refresh(const QString &source)
         m_query = SourceQuery(*m_database, source);
     else if (m_isRead && isCurrent())
         return true;
+    else
+        prepareAgainIfOutdated(false);
     discard();
     return false;
 }

@@ -3,12 +3,16 @@
 #include "data/Database.h"
 #include "data/SourceQuery.h"
 
+#include <QCoreApplication>
+
 // The rows of a record source as they were in the file when they were read, followed by those that
 // have been appended since. What others write shows after a refresh(). Only read() reads, and it
 // reads all rows; size(), cell() and the like never do. The set writes nothing itself: code that
 // writes a row to the file then calls append(), replace() or erase().
 class RowSet
 {
+    Q_DECLARE_TR_FUNCTIONS(RowSet)
+
 public:
     // Checks the source and reads nothing. Throws DatabaseError if the database rejects the source.
     // The database must outlive the set.
@@ -19,9 +23,14 @@ public:
     bool isRead() const { return m_isRead; }
 
     // Reads the rows unless they have been read. Rows that have been appended before stay last, so
-    // that their numbers grow by the returned count. Throws DatabaseError and then leaves the set
-    // as it was.
-    qsizetype read();
+    // that their numbers grow by the returned count. Throws and then leaves the set as it was: a
+    // DatabaseError if the rows cannot be read, or if another program has changed the columns and
+    // rows have been appended or `keepsColumns`.
+    qsizetype read(bool keepsColumns = false);
+
+    // Throws DatabaseError if another program has changed the columns since the source was
+    // prepared. To be called before a row is written, in the same transaction.
+    void requireSameColumns();
 
     // Drops all rows; the next read() reads them.
     void discard();
@@ -59,7 +68,7 @@ public:
     void erase(qsizetype row);
 
 private:
-    std::vector<RowStore::Row> runQuery();
+    void prepareAgainIfOutdated(bool keepsColumns);
     bool isCurrent() const;
     RowStore::Row store(const FieldValues &values, RowStore::Row old, qint64 key);
 

@@ -170,6 +170,8 @@ void checkIndexes(SQLite::Database &connection, const Table &table, const QStrin
 
 void checkSchema(SQLite::Database &connection, const QString &path)
 {
+    // SQLite sees only when it runs a statement that another program has changed the schema.
+    connection.execAndGet("SELECT count(*) FROM sqlite_schema");
     const QString native = QDir::toNativeSeparators(path);
     for (const Table &table : schemaTables()) {
         // Fails if the table or one of its fields is missing.

@@ -362,6 +362,14 @@ void perform(RecordCursor &cursor, const QString &operation)
         cursor.Update();
     else if (operation == "MoveFirst"_L1)
         cursor.MoveFirst();
+    else if (operation == "MoveLast"_L1)
+        cursor.MoveLast();
+    else if (operation == "Edit"_L1)
+        cursor.Edit();
+    else if (operation == "Delete"_L1)
+        cursor.Delete();
+    else if (operation == "RecordCount"_L1)
+        cursor.RecordCount();
     else if (operation == "value"_L1)
         cursor.value("ShelfLife"_L1);
     else if (operation == "setValue"_L1)
@@ -503,6 +511,70 @@ private Q_SLOTS:
         QCOMPARE(cursor.value("UtensilName"_L1), QVariant(u"\uFEFFPot"_s));
         QCOMPARE(cursor.value("Note"_L1), QVariant(qint64{1}));
         QCOMPARE(file.stored("SELECT Note, UtensilID FROM Utensils"), u"1|7"_s);
+    }
+
+    // A cursor is brought into a state. Then another program makes the table again, with its fields
+    // in another order, one more and one less. What cannot be done any more fails as often as it is
+    // tried, and changes nothing; the cursor sees the new table after a requery.
+    void refusesOtherFields_data()
+    {
+        const QStringList adding{u"AddNew"_s};
+        const QStringList added{u"AddNew"_s, u"Update"_s};
+        const QStringList onAdded = added + QStringList{u"MoveLast"_s};
+        const QStringList editing = onAdded + QStringList{u"Edit"_s};
+        const QStringList read{u"MoveFirst"_s};
+        const QStringList readAndAdding{u"MoveFirst"_s, u"AddNew"_s};
+        const QStringList readAndEditing{u"MoveFirst"_s, u"Edit"_s};
+        // The state and the operation that fails.
+        QList<std::tuple<QByteArray, QStringList, QString>> rows;
+        const auto add = [&rows](const QStringList &state, const QStringList &operations) {
+            for (const QString &operation : operations)
+                rows.append({(state.join(u' ') + u", "_s + operation).toUtf8(), state, operation});
+        };
+        const QStringList reading{u"RecordCount"_s, u"MoveFirst"_s, u"ShelfLife = 5"_s};
+        add(adding, reading + QStringList{u"value"_s, u"Update"_s});
+        add(added, reading + QStringList{u"value"_s});
+        add(onAdded, reading + QStringList{u"Delete"_s});
+        add(editing, reading + QStringList{u"Update"_s});
+        add(read, {u"Delete"_s});
+        add(readAndAdding, {u"Update"_s});
+        add(readAndEditing, {u"Update"_s});
+        addRows(rows);
+    }
+
+    void refusesOtherFields()
+    {
+        const auto [state, operation] = fetchRow<QStringList, QString>();
+        const TestDatabase file;
+        file.write(u"INSERT INTO Ingredients (ShelfLife) VALUES (1), (2)"_s);
+        const QString source = u"Ingredients"_s;
+        RecordCursor cursor(Database::open(file.path()), source);
+        for (const QString &step : state)
+            perform(cursor, step);
+        if (state.endsWith(u"Edit"_s) || operation == "Update"_L1)
+            cursor.setValue("ShelfLife"_L1, 7);
+        file.write(u"DROP TABLE Ingredients; CREATE TABLE Ingredients (Vegetarian INTEGER, "
+                   "IngredientType INTEGER, Note TEXT, ShelfLife NUMERIC, Price INTEGER, "
+                   "IngredientName TEXT COLLATE NOCASE, IngredientID INTEGER PRIMARY KEY, Shop "
+                   "INTEGER); INSERT INTO Ingredients VALUES (1, 2, 'n', 5, 6, 'a', 8, 9)"_s);
+        for (int i = 0; i < 2; ++i) {
+            const QString failure =
+                failureOf([&, &operation = operation] { perform(cursor, operation); });
+            QVERIFY2(failure.contains(u"Another program has changed the fields"_s)
+                         || (i == 1 && failure.startsWith(u"No row is being"_s)),
+                     qUtf8Printable(failure));
+        }
+        QCOMPARE(file.stored("SELECT * FROM Ingredients"), u"1|2|n|5|6|a|8|9"_s);
+        cursor.Requery();
+        cursor.Edit();
+        cursor.setValue("Note"_L1, u"new"_s);
+        cursor.Update();
+        cursor.AddNew();
+        cursor.setValue("Shop"_L1, u"x"_s);
+        cursor.Update();
+        QCOMPARE(file.stored("SELECT * FROM Ingredients"),
+                 u"1|2|new|5|6|a|8|9, null|null|null|null|null|null|9|x"_s);
+        QCOMPARE(cursor.RecordCount(), 2);
     }
 
     void failsWithText_data()
