@@ -1,6 +1,7 @@
 #include "data/Criterion.h"
 #include "data/RecordCursor.h"
 #include "data/TextComparison.h"
+#include "support/FileBytes.h"
 #include "support/RandomSeed.h"
 #include "support/Rows.h"
 #include "support/TestDatabase.h"
@@ -353,7 +354,6 @@ private:
     bool m_wroteInTransaction = false;
 };
 
-// Performs the operation, or finds the criterion.
 void perform(RecordCursor &cursor, const QString &operation)
 {
     if (operation == "AddNew"_L1)
@@ -376,6 +376,13 @@ void perform(RecordCursor &cursor, const QString &operation)
         cursor.setValue("ShelfLife"_L1, u"much"_s);
     else
         cursor.FindFirst(operation);
+}
+
+// Performs the operations. One that has none of these names is a criterion to find.
+void perform(RecordCursor &cursor, const QStringList &operations)
+{
+    for (const QString &operation : operations)
+        perform(cursor, operation);
 }
 
 } // namespace
@@ -549,8 +556,7 @@ private Q_SLOTS:
         file.write(u"INSERT INTO Ingredients (ShelfLife) VALUES (1), (2)"_s);
         const QString source = u"Ingredients"_s;
         RecordCursor cursor(Database::open(file.path()), source);
-        for (const QString &step : state)
-            perform(cursor, step);
+        perform(cursor, state);
         if (state.endsWith(u"Edit"_s) || operation == "Update"_L1)
             cursor.setValue("ShelfLife"_L1, 7);
         file.write(u"DROP TABLE Ingredients; CREATE TABLE Ingredients (Vegetarian INTEGER, "
@@ -575,6 +581,42 @@ private Q_SLOTS:
         QCOMPARE(file.stored("SELECT * FROM Ingredients"),
                  u"1|2|new|5|6|a|8|9, null|null|null|null|null|null|9|x"_s);
         QCOMPARE(cursor.RecordCount(), 2);
+    }
+
+    // A page of the table is damaged for some time, and each operation that needs all rows fails.
+    void failsAsLongAsRowsCannotBeRead()
+    {
+        const TestDatabase file;
+        file.write(u"WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 100) "
+                   "INSERT INTO Utensils (UtensilName) SELECT hex(zeroblob(500)) FROM n"_s);
+        const int at = 4096
+            * (file.stored("SELECT pageno - 1 FROM dbstat WHERE name = 'Utensils' "
+                           "ORDER BY path LIMIT 1 OFFSET 5")
+                   .toInt());
+        const QByteArray sound = bytesOf(file.path()).mid(at, 4096);
+        const auto setPage = [&file, at](const QByteArray &page) {
+            setBytes(file.path(), bytesOf(file.path()).replace(at, page.size(), page));
+            file.write(u"INSERT INTO Recipes DEFAULT VALUES"_s); // outdates the cached pages
+        };
+
+        const QString source = u"Utensils"_s;
+        RecordCursor cursor(Database::open(file.path()), source);
+        QCOMPARE(cursor.RecordCount(), 100);
+        RecordCursor onAdded(Database::open(file.path()), source);
+        perform(onAdded, {u"AddNew"_s, u"Update"_s, u"AddNew"_s, u"Update"_s, u"MoveLast"_s});
+        setPage(QByteArray(4096, 'U'));
+        cursor.Requery();
+        for (int times = 0; times < 2; ++times) {
+            for (const QString &operation : {u"RecordCount"_s, u"MoveFirst"_s, u"MoveLast"_s,
+                                             u"value"_s, u"Edit"_s, u"UtensilID = 5"_s})
+                QVERIFY(failureOf([&] { perform(cursor, operation); }).contains(u"is damaged"_s));
+            QVERIFY(failureOf([&] { onAdded.AtBOF(); }).contains(u"is damaged"_s));
+            QCOMPARE(onAdded.value("UtensilID"_L1), QVariant(qint64{102}));
+        }
+        setPage(sound);
+        QCOMPARE(cursor.RecordCount(), 102);
+        QCOMPARE(onAdded.RecordCount(), 102);
+        QCOMPARE(onAdded.value("UtensilID"_L1), QVariant(qint64{102}));
     }
 
     void failsWithText_data()
@@ -610,8 +652,7 @@ private Q_SLOTS:
         const auto database = Database::open(file.path());
         const QString failure = failureOf([&, &source = source, &operations = operations] {
             RecordCursor cursor(database, source);
-            for (const QString &operation : operations)
-                perform(cursor, operation);
+            perform(cursor, operations);
         });
         for (const QString &part : parts)
             QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));

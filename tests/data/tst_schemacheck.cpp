@@ -11,7 +11,7 @@ namespace {
 QString changed(const QString &table, const QString &before, const QString &after)
 {
     return u"PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = replace(sql, '%2', '%3') "
-           "WHERE name = '%1'"_s.arg(table, before, after);
+           "WHERE name = '%1'; PRAGMA schema_version = 99"_s.arg(table, before, after);
 }
 
 QString replaced(const QString &table, const QString &statement)
@@ -95,13 +95,21 @@ private Q_SLOTS:
     void refuses()
     {
         const auto [statements, parts] = fetchRow<QString, QStringList>();
-        const TestDatabase file;
-        file.write(statements);
-        const QByteArray before = bytesOf(file.path());
-        const QString failure = failureOf([&] { Database::open(file.path()); });
-        for (const QString &part : QStringList(parts) << file.path())
-            QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
-        QCOMPARE(bytesOf(file.path()), before);
+        for (const bool isOpenBefore : {false, true}) {
+            const TestDatabase file;
+            std::shared_ptr<Database> database;
+            if (isOpenBefore)
+                database = Database::open(file.path());
+            file.write(statements);
+            const QByteArray before = bytesOf(file.path());
+            const QString failure = failureOf([&] {
+                database = Database::open(file.path());
+                database->Execute(u"DELETE FROM Recipes"_s);
+            });
+            for (const QString &part : QStringList(parts) << file.path())
+                QVERIFY2(failure.contains(part), qUtf8Printable(failure + u" lacks "_s + part));
+            QCOMPARE(bytesOf(file.path()), before);
+        }
     }
 
     void accepts_data()
