@@ -1,18 +1,19 @@
 #include "data/Database.h"
 
-#include "data/DatabaseError.h"
 #include "data/SchemaCheck.h"
 #include "data/TextComparison.h"
 
-#include <QFileInfo>
 #include <QHash>
+#include <QScopeGuard>
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -60,6 +61,14 @@ std::string withoutColumnList(const std::string &statement)
     return std::string(verb) + std::string(columns.substr(word.size()));
 }
 
+// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
+// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
+void leaveWalMode(SQLite::Database &connection)
+{
+    if (connection.execAndGet("PRAGMA journal_mode").getString() == "wal")
+        connection.tryExec("PRAGMA journal_mode = DELETE");
+}
+
 int numberOf(SQLite::Statement &statement)
 {
     statement.tryReset();
@@ -71,10 +80,15 @@ int numberOf(SQLite::Statement &statement)
 
 } // namespace
 
+std::weak_ptr<Database> &Database::knownDatabase(const QString &path)
+{
+    static QHash<QString, std::weak_ptr<Database>> databases;
+    return databases[DatabaseFile::resolvedPath(path)];
+}
+
 std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milliseconds lockTimeout)
 {
-    static QHash<QString, std::weak_ptr<Database>> connections;
-    std::weak_ptr<Database> &known = connections[QFileInfo(path).absoluteFilePath()];
+    std::weak_ptr<Database> &known = knownDatabase(path);
     std::shared_ptr<Database> database = known.lock();
     if (!database) {
         database = std::shared_ptr<Database>(new Database(path, lockTimeout));
@@ -86,30 +100,62 @@ std::shared_ptr<Database> Database::open(const QString &path, std::chrono::milli
 Database::Database(const QString &path, std::chrono::milliseconds lockTimeout)
     : m_path(path)
     , m_lockTimeout(lockTimeout)
+    , m_session(connect())
 {
-    translateSqliteErrors([this] {
-        // One thread uses the connection, so that SQLite need not protect it by a mutex.
-        m_connection = std::make_unique<SQLite::Database>(
-            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
-        configure();
-        checkFile();
-        leaveWalMode();
-        m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
-        m_schemaCookie =
-            std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA schema_version");
-    });
 }
 
 Database::~Database() = default;
 
-void Database::configure()
+void Database::reopen(const QString &path)
 {
-    sqlite3 *handle = m_connection->getHandle();
+    const std::shared_ptr<Database> database = knownDatabase(path).lock();
+    if (!database)
+        return;
+    Q_ASSERT(database->m_state == TransactionState::None);
+    database->m_retired.push_back(std::exchange(database->m_session, database->connect()));
+    database->countChangeOfAllTables();
+}
+
+Database::Session::Session(const QString &path)
+    : file(std::make_unique<DatabaseFile>(path))
+{
+}
+
+Database::Session::Session(Session &&) noexcept = default;
+Database::Session &Database::Session::operator=(Session &&) noexcept = default;
+Database::Session::~Session() = default;
+
+Database::Session Database::connect()
+{
+    Session session(m_path);
+    const std::optional<DatabaseHeader> header = session.file->header();
+    // SQLite may restore the file from a journal as soon as it reads it.
+    if (header && header->applicationId == applicationId && header->userVersion > schemaVersion)
+        throw DatabaseError::newerVersion(m_path);
+    translateSqliteErrors([&] {
+        // One thread uses the connection, so that SQLite need not protect it by a mutex.
+        session.connection = std::make_unique<SQLite::Database>(
+            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
+        SQLite::Database &connection = *session.connection;
+        configure(connection);
+        checkFile(session);
+        leaveWalMode(connection);
+        session.dataVersion =
+            std::make_unique<SQLite::Statement>(connection, "PRAGMA data_version");
+        session.schemaCookie =
+            std::make_unique<SQLite::Statement>(connection, "PRAGMA schema_version");
+    });
+    return session;
+}
+
+void Database::configure(SQLite::Database &connection)
+{
+    sqlite3 *handle = connection.getHandle();
     sqlite3_busy_handler(handle, waitForLock, this);
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_update_hook(handle, countChange, &m_changes);
     sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
-    m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
+    connection.exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
 // sqlite3_busy_timeout() waits longer after each attempt, so that one of two busy programs can
@@ -128,45 +174,52 @@ int Database::waitForLock(void *database, int attempt)
 
 // Reads the file's first page and its schema. Together they find a file that is damaged, incomplete
 // or not a recipe database.
-void Database::checkFile()
+void Database::checkFile(Session &session) const
 {
-    m_checkedCookie = m_connection->execAndGet("PRAGMA schema_version").getInt();
-    if (m_connection->execAndGet("PRAGMA application_id").getInt() == applicationId
-        && m_connection->execAndGet("PRAGMA user_version").getInt() > schemaVersion)
+    SQLite::Database &connection = *session.connection;
+    SQLite::Transaction snapshot(connection, SQLite::TransactionBehavior::DEFERRED);
+    session.checkedSchema = connection.execAndGet("PRAGMA schema_version").getInt();
+    if (connection.execAndGet("PRAGMA application_id").getInt() == applicationId
+        && connection.execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw DatabaseError::newerVersion(m_path);
-    checkSchema(*m_connection, m_path);
-}
-
-// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
-// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
-void Database::leaveWalMode()
-{
-    if (m_connection->execAndGet("PRAGMA journal_mode").getString() == "wal")
-        m_connection->tryExec("PRAGMA journal_mode = DELETE");
+    // SQLite itself notices only that whole pages are missing.
+    if (session.file->isCut())
+        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
+    checkSchema(connection, m_path);
 }
 
 void Database::Execute(const QString &statement)
 {
+    write([&] {
+        translateSqliteErrors(
+            [&] { connection().exec(withoutColumnList(statement.toStdString())); });
+    });
+}
+
+void Database::write(const std::function<void()> &action)
+{
     refuseAfterFailure();
-    schemaCookie(); // throws if the statement would write through an index that is sorted
-                     // otherwise
-    translateSqliteErrors([&] { m_connection->exec(withoutColumnList(statement.toStdString())); });
+    if (m_depth > 0)
+        return action();
+    Transaction transaction(*this);
+    action();
+    transaction.commit();
 }
 
 int Database::dataVersion()
 {
-    return translateSqliteErrors([this] { return numberOf(*m_dataVersion); });
+    return translateSqliteErrors([this] { return numberOf(*m_session.dataVersion); });
 }
 
 int Database::schemaCookie()
 {
     return translateSqliteErrors([this] {
-        const int version = numberOf(*m_schemaCookie);
-        if (version != m_checkedCookie) {
-            checkSchema(*m_connection, m_path);
-            m_checkedCookie = version;
+        const int cookie = numberOf(*m_session.schemaCookie);
+        if (cookie != m_session.checkedSchema) {
+            checkSchema(connection(), m_path);
+            m_session.checkedSchema = cookie;
         }
-        return version;
+        return cookie;
     });
 }
 
@@ -184,12 +237,17 @@ void Database::delist(TransactionParticipant &participant)
     std::erase(m_participants, &participant);
 }
 
-void Database::notifyParticipants()
+// Makes the next requery of each cursor read again.
+void Database::countChangeOfAllTables()
 {
-    // Any other cursor may have read rows that are now rolled back. Counting a change of each table
-    // makes its next requery read again.
     for (quint64 &changes : m_changes)
         ++changes;
+}
+
+void Database::notifyParticipants()
+{
+    // Any other cursor may have read rows that are now rolled back.
+    countChangeOfAllTables();
     for (TransactionParticipant *participant : m_participants)
         participant->transactionRolledBack();
 }
@@ -205,41 +263,76 @@ void Database::rethrow()
 
 void Database::fail(int code, const char *message)
 {
-    const DatabaseError error = DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message));
+    const auto operation = m_state == TransactionState::None ? DatabaseError::Operation::Reading
+                                                             : DatabaseError::Operation::Writing;
+    const std::exception_ptr failure =
+        DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message), operation);
     if (m_state != TransactionState::None)
-        m_failure = error.text();
+        m_failure = failure;
     if (m_state == TransactionState::Open)
         m_state = TransactionState::StepFailed;
     // A full disk, for example, makes SQLite roll back the whole transaction.
     if (m_state == TransactionState::StepFailed
-        && sqlite3_get_autocommit(m_connection->getHandle()) != 0) {
+        && sqlite3_get_autocommit(connection().getHandle()) != 0) {
         m_state = TransactionState::RolledBack;
         notifyParticipants();
     }
-    throw error;
+    std::rethrow_exception(failure);
 }
 
 // What is written after a failed step would be committed without what should have preceded it.
 void Database::refuseAfterFailure() const
 {
     if (m_state == TransactionState::StepFailed || m_state == TransactionState::RolledBack)
-        throw DatabaseError(m_failure);
+        std::rethrow_exception(m_failure);
 }
 
 void Database::begin()
 {
     refuseAfterFailure();
-    translateSqliteErrors(
-        [this] { m_connection->exec(m_depth == 0 ? "BEGIN IMMEDIATE" : "SAVEPOINT inner"); });
+    if (m_depth == 0)
+        beginOutermost();
+    else
+        translateSqliteErrors([this] { connection().exec("SAVEPOINT inner"); });
     ++m_depth;
     m_state = TransactionState::Open;
+}
+
+// Every write of the program passes here, so nothing is written before the file has been prepared.
+void Database::beginOutermost()
+{
+    m_state = TransactionState::Beginning;
+    auto giveUp = qScopeGuard([this] {
+        connection().tryExec("ROLLBACK");
+        m_state = TransactionState::None;
+    });
+    translateSqliteErrors([this] {
+        connection().exec("BEGIN IMMEDIATE");
+        prepareWrite();
+    });
+    giveUp.dismiss();
+}
+
+// No other program can write while this runs. What it throws keeps the transaction from beginning.
+void Database::prepareWrite()
+{
+    schemaCookie(); // throws if another program has added an index that must not be written
+    if (!m_session.isSound)
+        requireSound();
+    m_session.isSound = true;
+}
+
+// Reads the whole file. What is written into a damaged file can make the damage worse.
+void Database::requireSound()
+{
+    if (connection().execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
+        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Writing);
 }
 
 void Database::commit()
 {
     refuseAfterFailure();
-    translateSqliteErrors(
-        [this] { m_connection->exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    translateSqliteErrors([this] { connection().exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
     end();
 }
 
@@ -247,7 +340,7 @@ void Database::rollBack() noexcept
 {
     if (m_state != TransactionState::RolledBack) {
         // A rollback fails only if SQLite has already rolled back by itself.
-        m_connection->tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
+        connection().tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
         notifyParticipants();
         m_state = TransactionState::Open;
     }

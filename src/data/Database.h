@@ -1,11 +1,15 @@
 #pragma once
 
+#include "data/DatabaseError.h"
+#include "data/DatabaseFile.h"
 #include "data/Schema.h"
 
 #include <QString>
 
 #include <array>
 #include <chrono>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -41,6 +45,12 @@ public:
     static std::shared_ptr<Database>
     open(const QString &path, std::chrono::milliseconds lockTimeout = defaultLockTimeout);
 
+    // To be called after another file has been put in the place of the one at `path`: if that is
+    // open, it is opened again in the same object, and all its cursors read the new file from their
+    // next requery on. Throws as open() does, and the object then keeps the old file. Must not be
+    // called inside a transaction.
+    static void reopen(const QString &path);
+
     ~Database();
 
     // Runs one action statement. Its effect shows in a cursor after the cursor's next requery.
@@ -52,8 +62,9 @@ public:
     // A number that differs from the last one returned if another program has changed the file.
     int dataVersion();
 
-    // A number that differs from the last one returned if another program has changed the tables.
-    // Throws if they are no longer such that the program can use them, see SchemaCheck.h.
+    // SQLite's schema version: a number that differs from the last one returned if another program
+    // has changed the schema. Throws if the tables are no longer such that the program reads and
+    // writes them correctly, see SchemaCheck.h.
     int schemaCookie();
 
     // To be called before each change: from now until the outermost transaction ends, the
@@ -61,8 +72,13 @@ public:
     void enlist(TransactionParticipant &participant);
     void delist(TransactionParticipant &participant);
 
-    // For code that runs its own statements, inside translateSqliteErrors().
-    SQLite::Database &connection() { return *m_connection; }
+    // Runs an action that writes: inside the transaction that is open, or else inside its own one.
+    // Throws what the action throws, and DatabaseError.
+    void write(const std::function<void()> &action);
+
+    // For code that runs its own statements, inside translateSqliteErrors(). A statement is of no
+    // use after reopen(), when this is another object; the statement may still be destroyed.
+    SQLite::Database &connection() { return *m_session.connection; }
 
     // Returns what `action` returns and throws a failure of SQLite as a DatabaseError.
     template <typename Action>
@@ -86,6 +102,7 @@ private:
     // What has become of the transaction that is open.
     enum class TransactionState {
         None, // no transaction is open
+        Beginning, // the outermost one is waiting for its lock or checking the file
         Open, // all its steps have worked
         StepFailed, // it refuses writes and commits until the step's transaction is rolled back
         RolledBack, // by SQLite itself; it refuses writes until the outermost transaction ends
@@ -94,32 +111,52 @@ private:
     Database(const QString &path, std::chrono::milliseconds lockTimeout);
     Q_DISABLE_COPY_MOVE(Database)
 
-    void configure();
-    void checkFile();
-    void leaveWalMode();
+    // What belongs to one connection. The file is closed last, see DatabaseFile.
+    struct Session {
+        explicit Session(const QString &path);
+        Session(Session &&) noexcept;
+        Session &operator=(Session &&) noexcept;
+        ~Session();
+
+        std::unique_ptr<DatabaseFile> file;
+        std::unique_ptr<SQLite::Database> connection;
+        std::unique_ptr<SQLite::Statement> dataVersion;
+        std::unique_ptr<SQLite::Statement> schemaCookie;
+        int checkedSchema = 0; // the cookie of the schema that has passed the check
+        bool isSound = false; // as the check before the first write has found
+    };
+
+    static std::weak_ptr<Database> &knownDatabase(const QString &path);
+    Session connect();
+    void configure(SQLite::Database &connection);
+    void checkFile(Session &session) const;
     static int waitForLock(void *database, int attempt);
     [[noreturn]] void rethrow();
 
     void begin();
+    void beginOutermost();
+    void prepareWrite();
+    void requireSound();
     void commit();
     void rollBack() noexcept;
     void end();
     void notifyParticipants();
+    void countChangeOfAllTables();
     void refuseAfterFailure() const;
 
     const QString m_path;
     const std::chrono::milliseconds m_lockTimeout;
     std::chrono::steady_clock::time_point m_waitingSince;
-    std::unique_ptr<SQLite::Database> m_connection;
-    std::unique_ptr<SQLite::Statement> m_dataVersion;
-    std::unique_ptr<SQLite::Statement> m_schemaCookie;
-    int m_checkedCookie = 0; // the schema version that has passed the check
     TableChanges m_changes{};
 
     TransactionState m_state = TransactionState::None;
     int m_depth = 0; // of nested transactions
-    QString m_failure; // text of the step that failed
+    std::exception_ptr m_failure; // of the step that failed
     std::vector<TransactionParticipant *> m_participants;
+
+    // Statements of cursors refer to the retired sessions until the cursors read again.
+    std::vector<Session> m_retired;
+    Session m_session;
 };
 
 // A scope whose changes happen completely or not at all: they are rolled back unless commit() is

@@ -92,7 +92,34 @@ QString statementText(const QString &path, const QString &message)
     return {};
 }
 
-QString templateFor(const QString &path, int code, const QString &message)
+QString damagedText(DatabaseError::Operation operation)
+{
+    return operation == DatabaseError::Operation::Writing
+        ? Text::tr("The recipe database %1 is damaged, so nothing was stored in it. Keep it, "
+                   "because parts of it may be saved; put your last copy of it in its place and "
+                   "try again.")
+        : Text::tr("The recipe database %1 is damaged. Keep it, because parts of it may be "
+                   "saved; put your last copy of it in its place and try again.");
+}
+
+// Whether a copy of the file that is put in its place would help.
+bool isUnusable(const QString &path, int code, const QString &message)
+{
+    switch (code & 0xFF) {
+    case SQLITE_CANTOPEN:
+        return !QFileInfo::exists(path);
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        return true;
+    case SQLITE_ERROR:
+        return !statementText(path, message).isEmpty();
+    default:
+        return false;
+    }
+}
+
+QString templateFor(const QString &path, int code, const QString &message,
+                    DatabaseError::Operation operation)
 {
     switch (code & 0xFF) {
     case SQLITE_CANTOPEN:
@@ -100,8 +127,7 @@ QString templateFor(const QString &path, int code, const QString &message)
     case SQLITE_NOTADB:
         return notOursText(path);
     case SQLITE_CORRUPT:
-        return Text::tr("The recipe database %1 is damaged. Keep it, because parts of it may be "
-                        "saved; put your last copy of it in its place and try again.");
+        return damagedText(operation);
     case SQLITE_READONLY:
     case SQLITE_PERM:
         return readOnlyText(path, code);
@@ -127,14 +153,22 @@ QString templateFor(const QString &path, int code, const QString &message)
 
 } // namespace
 
-DatabaseError DatabaseError::fromSqlite(const QString &path, int code, const QString &message)
+std::exception_ptr DatabaseError::fromSqlite(const QString &path, int code, const QString &message,
+                                             Operation operation)
 {
     const QString native = QDir::toNativeSeparators(path);
-    const QString text = templateFor(path, code, message);
-    if (!text.isEmpty())
-        return DatabaseError(text.arg(native));
-    return DatabaseError(
-        Text::tr("The recipe database %1 could not be used: %2").arg(native, message));
+    const QString text = templateFor(path, code, message, operation);
+    const QString shown = text.isEmpty()
+        ? Text::tr("The recipe database %1 could not be used: %2").arg(native, message)
+        : text.arg(native);
+    if (isUnusable(path, code, message))
+        return std::make_exception_ptr(UnusableDatabase(path, shown));
+    return std::make_exception_ptr(DatabaseError(shown));
+}
+
+UnusableDatabase UnusableDatabase::damaged(const QString &path, Operation operation)
+{
+    return {path, damagedText(operation).arg(QDir::toNativeSeparators(path))};
 }
 
 DatabaseError DatabaseError::newerVersion(const QString &path)

@@ -4,18 +4,44 @@
 
 #include <QCoreApplication>
 
+#include <exception>
+
 // Thrown by the data layer.
 class DatabaseError : public platform::UserVisibleError
 {
 public:
     using UserVisibleError::UserVisibleError;
 
+    enum class Operation { Reading, Writing };
+
     // A failure with the recipe database at `path`, with a text that says what is wrong and what to
-    // do. `code` is an extended result code of SQLite and `message` its own text.
-    static DatabaseError fromSqlite(const QString &path, int code, const QString &message);
+    // do. `code` is an extended result code of SQLite and `message` its own text. The result holds
+    // a DatabaseError, or an UnusableDatabase if that is what the code means.
+    static std::exception_ptr fromSqlite(const QString &path, int code, const QString &message,
+                                         Operation operation);
 
     // The file at `path` has a schema of a later version.
     static DatabaseError newerVersion(const QString &path);
+};
+
+// The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is
+// put in its place would help.
+class UnusableDatabase : public DatabaseError
+{
+public:
+    UnusableDatabase(const QString &path, const QString &text)
+        : DatabaseError(text)
+        , m_path(path)
+    {
+    }
+
+    // The content of the file at `path` contradicts itself or ends too early.
+    static UnusableDatabase damaged(const QString &path, Operation operation);
+
+    QString path() const { return m_path; }
+
+private:
+    QString m_path;
 };
 
 // The row to be changed or deleted no longer exists.

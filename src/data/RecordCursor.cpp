@@ -54,13 +54,10 @@ void RecordCursor::transactionRolledBack()
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
-    const bool isNewSource = m_recordSource != m_rows.query().source();
     if (m_rows.refresh(m_recordSource))
         moveTo(0);
     else
         rowsDropped();
-    if (isNewSource)
-        m_writer.reset();
 }
 
 qsizetype RecordCursor::RecordCount()
@@ -193,6 +190,14 @@ void RecordCursor::requireUpdatable() const
         fail(tr("These rows can only be read: %1"));
 }
 
+// In the file that has taken the place of the one that was read, the same key may be another row.
+void RecordCursor::requireOpenFile() const
+{
+    if (m_rows.query().isOfClosedFile())
+        fail(tr("Nothing was stored, because the recipe database was replaced. Show the entry "
+                "again and repeat the change. (%1)"));
+}
+
 void RecordCursor::openBuffer(Buffer buffer)
 {
     requireUpdatable();
@@ -215,7 +220,7 @@ TableWriter &RecordCursor::writer()
 {
     m_rows.requireSameColumns();
     const SourceQuery &query = m_rows.query();
-    if (!m_writer || m_writerCookie != query.schemaCookie()) {
+    if (!m_writer || m_writerPreparation != m_rows.preparation()) {
         std::vector<std::string> fields;
         for (const SourceQuery::Column &column : query.columns())
             fields.push_back(column.name);
@@ -223,7 +228,7 @@ TableWriter &RecordCursor::writer()
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
                                                  std::move(fields), key);
-        m_writerCookie = query.schemaCookie();
+        m_writerPreparation = m_rows.preparation();
     }
     return *m_writer;
 }
@@ -243,7 +248,8 @@ void RecordCursor::Update()
 
 void RecordCursor::addRow()
 {
-    const qint64 key = writer().insert(m_values);
+    qint64 key = 0;
+    m_database->write([&] { key = writer().insert(m_values); });
     m_rows.append(m_values, key);
     m_search.rowAppended();
 }
@@ -254,7 +260,8 @@ void RecordCursor::changeRow()
                                             [](const auto &value) { return value.has_value(); });
     if (writesNothing)
         return;
-    writer().update(m_rows.key(m_row), m_values);
+    requireOpenFile();
+    m_database->write([this] { writer().update(m_rows.key(m_row), m_values); });
     m_rows.replace(m_row, m_values);
     m_search.clear();
 }
@@ -266,7 +273,8 @@ void RecordCursor::Delete()
     readRows();
     m_buffer = Buffer::Closed;
     m_database->enlist(*this);
-    writer().remove(m_rows.key(m_row));
+    requireOpenFile();
+    m_database->write([this] { writer().remove(m_rows.key(m_row)); });
     m_rows.erase(m_row);
     m_search.clear();
     m_place = Place::Deleted;

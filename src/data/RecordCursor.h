@@ -87,6 +87,7 @@ private:
     [[noreturn]] void fail(const QString &text) const;
     void requireRow();
     void requireUpdatable() const;
+    void requireOpenFile() const;
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
@@ -110,5 +111,5 @@ private:
     Buffer m_buffer = Buffer::Closed;
     FieldValues m_values;
     std::unique_ptr<TableWriter> m_writer;
-    int m_writerCookie = 0; // the schema version that it was made for
+    int m_writerPreparation = 0; // the preparation of the source that it was made for
 };

@@ -37,7 +37,12 @@ qsizetype RowSet::read(bool keepsColumns)
     if (m_isRead)
         return 0;
     const ReadTransaction scope(*m_database);
-    prepareAgainIfOutdated(keepsColumns || !m_rows.empty());
+    if (keepsColumns || !m_rows.empty())
+        requireSameColumns();
+    if (m_query.isOfClosedFile() && !m_rows.empty())
+        failAsChanged(); // the rows that have been appended are not in the file that is open now
+    if (isOutdated())
+        prepare(m_query.source());
     const int dataVersion = m_database->dataVersion();
     const TableChanges changes = m_database->changes();
     std::vector<RowStore::Row> rows = m_query.rows(m_store);
@@ -59,20 +64,27 @@ qsizetype RowSet::read(bool keepsColumns)
     return rowsBefore;
 }
 
-void RowSet::prepareAgainIfOutdated(bool keepsColumns)
+bool RowSet::isOutdated() const
 {
-    if (m_query.schemaCookie() == m_database->schemaCookie())
-        return;
-    SourceQuery query(*m_database, m_query.source());
-    if (keepsColumns && query.columns() != m_query.columns())
-        throw DatabaseError(tr("Another program has changed the fields of the recipe database. "
-                               "Close this window and open it again."));
-    m_query = std::move(query);
+    return m_query.isOfClosedFile() || m_query.schemaCookie() != m_database->schemaCookie();
 }
 
-void RowSet::requireSameColumns()
+void RowSet::prepare(const QString &source)
 {
-    prepareAgainIfOutdated(true);
+    m_query = SourceQuery(*m_database, source);
+    ++m_preparation;
+}
+
+void RowSet::requireSameColumns() const
+{
+    if (isOutdated() && SourceQuery(*m_database, m_query.source()).columns() != m_query.columns())
+        failAsChanged();
+}
+
+void RowSet::failAsChanged()
+{
+    throw DatabaseError(tr("Another program has changed the tables of the recipe database. Close "
+                           "this window and open it again."));
 }
 
 void RowSet::discard()
@@ -85,12 +97,10 @@ void RowSet::discard()
 
 bool RowSet::refresh(const QString &source)
 {
-    if (source != m_query.source())
-        m_query = SourceQuery(*m_database, source);
-    else if (m_isRead && isCurrent())
+    if (source == m_query.source() && m_isRead && isCurrent())
         return true;
-    else
-        prepareAgainIfOutdated(false);
+    if (source != m_query.source() || isOutdated())
+        prepare(source);
     discard();
     return false;
 }

@@ -30,7 +30,7 @@ public:
 
     // Throws DatabaseError if another program has changed the columns since the source was
     // prepared. To be called before a row is written, in the same transaction.
-    void requireSameColumns();
+    void requireSameColumns() const;
 
     // Drops all rows; the next read() reads them.
     void discard();
@@ -43,6 +43,10 @@ public:
     // How often the rows have been read. What was derived from them is valid as long as this number
     // stays and no row is written.
     int generation() const { return m_generation; }
+
+    // How often the source has been prepared again. What was derived from its columns is valid as
+    // long as this number stays.
+    int preparation() const { return m_preparation; }
 
     // Before read(), the number of rows that have been appended.
     qsizetype size() const { return static_cast<qsizetype>(m_rows.size()); }
@@ -68,7 +72,9 @@ public:
     void erase(qsizetype row);
 
 private:
-    void prepareAgainIfOutdated(bool keepsColumns);
+    void prepare(const QString &source);
+    bool isOutdated() const;
+    [[noreturn]] static void failAsChanged();
     bool isCurrent() const;
     RowStore::Row store(const FieldValues &values, RowStore::Row old, qint64 key);
 
@@ -78,6 +84,7 @@ private:
     std::vector<RowStore::Row> m_rows;
     bool m_isRead = false;
     int m_generation = 0;
+    int m_preparation = 0;
 
     // The state of the file when the rows were last known to be current.
     int m_dataVersion = 0;

@@ -108,11 +108,12 @@ void checkFields(SQLite::Database &connection, const Table &table, const QString
         if (declared && fits(field.type, *declared)
             && (!isCounter || (declared->isPrimaryKey && !hasIndexOfPrimaryKey(connection, table))))
             continue;
-        throw DatabaseError(
+        throw UnusableDatabase(
+            path,
             Text::tr("%1 is not a recipe database that Pantrywise can use: the field %2 of the "
                      "table %3 must be declared as %4. Put your copy of the recipe database in its "
                      "place and try again.")
-                .arg(path, toText(field.name), toText(table.name),
+                .arg(QDir::toNativeSeparators(path), toText(field.name), toText(table.name),
                      toText(declaration(table, field))));
     }
 }
@@ -126,11 +127,12 @@ void checkRowid(SQLite::Database &connection, const Table &table, const QString 
     ordinary.bind(1, std::string(table.name));
     const std::optional<Declaration> rowid = declarationOf(connection, table.name, "rowid");
     if (!ordinary.executeStep() || !rowid || !rowid->isPrimaryKey)
-        throw DatabaseError(
+        throw UnusableDatabase(
+            path,
             Text::tr("%1 is not a recipe database that Pantrywise can use: %2 is not an ordinary "
                      "table with row numbers. Put your copy of the recipe database in its place "
                      "and try again.")
-                .arg(path, toText(table.name)));
+                .arg(QDir::toNativeSeparators(path), toText(table.name)));
 }
 
 // The program's NOCASE is not that of other tools. An index that one sorts and the other writes is
@@ -153,17 +155,19 @@ void checkIndexes(SQLite::Database &connection, const Table &table, const QStrin
     const QString name = QString::fromStdString(indexes.getColumn(0).getString());
     const QString fields = QString::fromStdString(indexes.getColumn(2).getString());
     const bool isRemovable = indexes.getColumn(1).getInt() != 0;
-    throw DatabaseError(
-        isRemovable
-            ? Text::tr("Another program has added the index \"%2\" to the table %3 of the recipe "
-                       "database %1. Pantrywise sorts names differently and would damage it. "
-                       "Remove the index with that program and try again.")
-                  .arg(path, name, toText(table.name))
-            : Text::tr("Another program has made the field %2 of the table %3 unique in the recipe "
-                       "database %1. Pantrywise compares names differently and would damage the "
-                       "file. Put your copy of the recipe database in its place, or make the table "
-                       "without this rule, and try again.")
-                  .arg(path, fields, toText(table.name)));
+    if (isRemovable)
+        throw DatabaseError(
+            Text::tr("Another program has added the index \"%2\" to the table %3 of the recipe "
+                     "database %1. Pantrywise sorts names differently and would damage it. Remove "
+                     "the index with that program and try again.")
+                .arg(QDir::toNativeSeparators(path), name, toText(table.name)));
+    throw UnusableDatabase(
+        path,
+        Text::tr(
+            "Another program has made the field %2 of the table %3 unique in the recipe "
+            "database %1. Pantrywise compares names differently and would damage the file. Put "
+            "your copy of the recipe database in its place and try again.")
+            .arg(QDir::toNativeSeparators(path), fields, toText(table.name)));
 }
 
 } // namespace
@@ -172,12 +176,11 @@ void checkSchema(SQLite::Database &connection, const QString &path)
 {
     // SQLite sees only when it runs a statement that another program has changed the schema.
     connection.execAndGet("SELECT count(*) FROM sqlite_schema");
-    const QString native = QDir::toNativeSeparators(path);
     for (const Table &table : schemaTables()) {
         // Fails if the table or one of its fields is missing.
         const SQLite::Statement statement(connection, selectOfFields(table));
-        checkRowid(connection, table, native);
-        checkFields(connection, table, native);
-        checkIndexes(connection, table, native);
+        checkRowid(connection, table, path);
+        checkFields(connection, table, path);
+        checkIndexes(connection, table, path);
     }
 }

@@ -170,3 +170,8 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
         m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
     return result;
 }
+
+bool SourceQuery::isOfClosedFile() const
+{
+    return sqlite3_db_handle(m_statement.get()) != m_database->connection().getHandle();
+}

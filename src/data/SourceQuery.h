@@ -68,6 +68,9 @@ public:
     // be wrong.
     int schemaCookie() const { return m_schemaCookie; }
 
+    // Whether the source was prepared before Database::reopen() and must be prepared again.
+    bool isOfClosedFile() const;
+
 private:
     struct Finalizer {
         void operator()(sqlite3_stmt *statement) const;

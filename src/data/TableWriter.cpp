@@ -51,8 +51,10 @@ SQLite::Statement &TableWriter::prepared(Prepared &kept, const FieldValues &valu
     const bool fits = std::equal(
         values.begin(), values.end(), kept.fields.begin(), kept.fields.end(),
         [](const auto &value, bool isWritten) { return value.has_value() == isWritten; });
-    if (!kept.statement || !fits) {
-        kept.statement = std::make_unique<SQLite::Statement>(m_database.connection(), makeText());
+    SQLite::Database &connection = m_database.connection();
+    if (!kept.statement || !fits || kept.connection != &connection) {
+        kept.statement = std::make_unique<SQLite::Statement>(connection, makeText());
+        kept.connection = &connection;
         kept.fields.clear();
         for (const auto &value : values)
             kept.fields.push_back(value.has_value());

@@ -9,8 +9,9 @@
 class Database;
 
 namespace SQLite {
+class Database;
 class Statement;
-}
+} // namespace SQLite
 
 // Adds, changes and deletes rows of one table. Failures are thrown as DatabaseError.
 class TableWriter
@@ -32,6 +33,7 @@ public:
 private:
     struct Prepared {
         std::vector<bool> fields; // whether the statement writes each of them
+        const SQLite::Database *connection = nullptr;
         std::unique_ptr<SQLite::Statement> statement;
     };
 

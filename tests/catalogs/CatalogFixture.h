@@ -36,11 +36,7 @@ struct CatalogFixture : WindowFixture {
                                                 : "SELECT * FROM Ingredients ORDER BY 1");
     }
     bool isOpen() const { return frame.find<frmIngredient>() || frame.find<frmUtensil>(); }
-    void expectLocked()
-    {
-        interaction.expect(failure(u"Ingredients"_s,
-                                   DatabaseError::fromSqlite(file.path(), SQLITE_BUSY, {}).text()));
-    }
+    void expectLocked() { interaction.expect(failure(u"Ingredients"_s, lockedText(file))); }
 
     const bool ofUtensils;
     // Windows use this connection as well; a lock of another program fails soon.

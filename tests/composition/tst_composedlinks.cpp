@@ -91,9 +91,8 @@ private Q_SLOTS:
         SQLite::Database other = fixture.file.other();
         auto &editor = fixture.frame.load<frmChangeIngredients>();
         other.exec("BEGIN EXCLUSIVE");
-        fixture.interaction.expect(WindowFixture::failure(
-            u"Change Ingredients"_s,
-            DatabaseError::fromSqlite(fixture.file.path(), SQLITE_BUSY, {}).text()));
+        fixture.interaction.expect(
+            WindowFixture::failure(u"Change Ingredients"_s, lockedText(fixture.file)));
         fixture.frame.show(editor);
         QCoreApplication::processEvents();
         fixture.interaction.checkAllCame();

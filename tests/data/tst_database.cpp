@@ -44,6 +44,7 @@ public:
     }
 
     Database &database() { return m_source.Database(); }
+    RecordCursor &cursor() { return m_source.Recordset(); }
     qsizetype count() { return m_source.Recordset().RecordCount(); }
     void add(const QString &name = u"Pan"_s)
     {
@@ -182,6 +183,33 @@ private Q_SLOTS:
             setBytes(file.path(), other);
         QVERIFY(utensils.fails(u"was moved or replaced"_s, [&] { utensils.add(); }));
         QCOMPARE(bytesOf(file.path()), other);
+    }
+
+    // Another file takes the place of the one that two windows have open.
+    void readsOnInAnotherFile()
+    {
+        const TestDatabase file;
+        file.write(u"INSERT INTO Utensils (UtensilName) VALUES ('Pot'), ('Pan')"_s);
+        const QByteArray copy = bytesOf(file.path());
+        Utensils reading(file);
+        Utensils adding(file);
+        adding.add();
+        QCOMPARE(reading.count(), 3);
+        reading.cursor().MoveLast();
+        QFile::rename(file.path(), file.path() + u".old"_s);
+        setBytes(file.path(), copy);
+        Database::reopen(file.path());
+
+        QVERIFY(failureOf([&] { reading.cursor().Delete(); }).contains(u"was replaced"_s));
+        adding.add(u"Whisk"_s);
+        reading.cursor().Requery();
+        QCOMPARE(reading.count(), 3);
+        adding.cursor().Requery();
+        adding.cursor().MoveLast();
+        adding.cursor().Delete();
+        reading.cursor().Requery();
+        QCOMPARE(reading.count(), 2);
+        Database::reopen(file.folder()); // is not open
     }
 
     void survivesFullDisk_data()

@@ -566,7 +566,7 @@ private Q_SLOTS:
         for (int i = 0; i < 2; ++i) {
             const QString failure =
                 failureOf([&, &operation = operation] { perform(cursor, operation); });
-            QVERIFY2(failure.contains(u"Another program has changed the fields"_s)
+            QVERIFY2(failure.contains(u"Another program has changed the tables"_s)
                          || (i == 1 && failure.startsWith(u"No row is being"_s)),
                      qUtf8Printable(failure));
         }

@@ -8,6 +8,7 @@
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
+#include <sqlite3.h>
 
 // An empty database in a temporary folder, and what another program sees in it.
 class TestDatabase
@@ -61,4 +62,13 @@ QString failureOf(Action action)
         return error.text();
     }
     return {};
+}
+
+// Returns what a window says while another program holds a lock on the file.
+inline QString lockedText(const TestDatabase &file,
+                          DatabaseError::Operation operation = DatabaseError::Operation::Reading)
+{
+    return failureOf([&] {
+        std::rethrow_exception(DatabaseError::fromSqlite(file.path(), SQLITE_BUSY, {}, operation));
+    });
 }
