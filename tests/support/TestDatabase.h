@@ -57,8 +57,10 @@ private:
 inline const QByteArray joinsBeginWithCatalog =
     "CREATE INDEX a ON RecipeIngredients (IngredientID); CREATE INDEX b ON RecipeUtensils "
     "(UtensilID); ANALYZE; DELETE FROM sqlite_stat1; INSERT INTO sqlite_stat1 VALUES "
-    "('RecipeIngredients', 'a', '9000 450'), ('Ingredients', NULL, '20'), "
-    "('RecipeUtensils', 'b', '9000 450'), ('Utensils', NULL, '20');";
+    "('RecipeIngredients', 'a', '9000 2'), ('RecipeUtensils', 'b', '9000 2'), "
+    "('RecipeIngredients', 'RecipeIngredientsOfRecipe', '9000 9000'), "
+    "('RecipeUtensils', 'RecipeUtensilsOfRecipe', '9000 9000'), "
+    "('Ingredients', NULL, '2'), ('Utensils', NULL, '2');";
 
 // Returns the text of the DatabaseError that the action throws, or a null text if it throws none.
 template <typename Action>
