@@ -24,8 +24,9 @@ public:
 
     // Reads the rows unless they have been read. Rows that have been appended before stay last, so
     // that their numbers grow by the returned count. Throws and then leaves the set as it was: a
-    // DatabaseError if the rows cannot be read, or if another program has changed the columns and
-    // rows have been appended or `keepsColumns`.
+    // DatabaseError if the rows cannot be read, if another program has changed the columns while
+    // rows have been appended or the caller `keepsColumns`, or if the file to which rows have been
+    // appended was replaced.
     qsizetype read(bool keepsColumns = false);
 
     // Throws DatabaseError if another program has changed the columns since the source was

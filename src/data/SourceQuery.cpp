@@ -154,7 +154,7 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 {
     sqlite3_stmt *statement = m_statement.get();
     const int columns = sqlite3_column_count(statement);
-    // A statement that memory ran out for and that stays half stepped would keep the file locked.
+    // Also if memory runs out: a statement that is not reset keeps the file locked.
     const auto reset = qScopeGuard([statement] { sqlite3_reset(statement); });
     std::vector<RowStore::Row> result;
     int status = sqlite3_step(statement);
