@@ -1,5 +1,6 @@
 #include "data/Database.h"
 
+#include "data/SchemaCheck.h"
 #include "data/TextComparison.h"
 
 #include <QHash>
@@ -36,15 +37,6 @@ int deleteRowByRow(void *, int action, const char *, const char *, const char *,
     return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
 }
 
-std::string selectOfFields(const Table &table)
-{
-    std::string fields;
-    for (const Field &field : table.fields)
-        fields +=
-            (fields.empty() ? "" : ", ") + std::string(table.name) + "." + std::string(field.name);
-    return "SELECT " + fields + " FROM " + std::string(table.name);
-}
-
 constexpr std::string_view whitespace = " \t\r\n";
 
 std::string_view withoutLeadingWhitespace(std::string_view text)
@@ -75,6 +67,15 @@ void leaveWalMode(SQLite::Database &connection)
 {
     if (connection.execAndGet("PRAGMA journal_mode").getString() == "wal")
         connection.tryExec("PRAGMA journal_mode = DELETE");
+}
+
+int numberOf(SQLite::Statement &statement)
+{
+    statement.tryReset();
+    statement.executeStep();
+    const int number = statement.getColumn(0).getInt();
+    statement.tryReset();
+    return number;
 }
 
 } // namespace
@@ -162,6 +163,8 @@ Database::Session Database::connect()
         leaveWalMode(connection);
         session.dataVersion =
             std::make_unique<SQLite::Statement>(connection, "PRAGMA data_version");
+        session.schemaCookie =
+            std::make_unique<SQLite::Statement>(connection, "PRAGMA schema_version");
     });
     return session;
 }
@@ -190,21 +193,20 @@ int Database::waitForLock(void *database, int attempt)
     return 1;
 }
 
-// Reads the file's first page and prepares a statement for each table. Together they find a file
-// that is damaged, incomplete or not a recipe database.
+// Reads the file's first page and its schema. Together they find a file that is damaged, incomplete
+// or not a recipe database.
 void Database::checkFile(Session &session) const
 {
     SQLite::Database &connection = *session.connection;
     SQLite::Transaction snapshot(connection, SQLite::TransactionBehavior::DEFERRED);
-    connection.execAndGet("PRAGMA schema_version");
+    session.checkedSchema = connection.execAndGet("PRAGMA schema_version").getInt();
     if (connection.execAndGet("PRAGMA application_id").getInt() == applicationId
         && connection.execAndGet("PRAGMA user_version").getInt() > schemaVersion)
         throw DatabaseError::newerVersion(m_path);
     // SQLite itself notices only that whole pages are missing.
     if (session.file->isCut())
         throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
-    for (const Table &table : schemaTables())
-        SQLite::Statement(connection, selectOfFields(table));
+    checkSchema(connection, m_path);
 }
 
 void Database::Execute(const QString &statement)
@@ -227,13 +229,18 @@ void Database::write(const std::function<void()> &action)
 
 int Database::dataVersion()
 {
+    return translateSqliteErrors([this] { return numberOf(*m_session.dataVersion); });
+}
+
+int Database::schemaCookie()
+{
     return translateSqliteErrors([this] {
-        SQLite::Statement &statement = *m_session.dataVersion;
-        statement.tryReset();
-        statement.executeStep();
-        const int version = statement.getColumn(0).getInt();
-        statement.tryReset();
-        return version;
+        const int cookie = numberOf(*m_session.schemaCookie);
+        if (cookie != m_session.checkedSchema) {
+            checkSchema(connection(), m_path);
+            m_session.checkedSchema = cookie;
+        }
+        return cookie;
     });
 }
 
@@ -330,6 +337,7 @@ void Database::beginOutermost()
 // No other program can write while this runs. What it throws keeps the transaction from beginning.
 void Database::prepareWrite()
 {
+    schemaCookie(); // throws if another program has added an index that must not be written
     const QDate today = QDate::currentDate();
     const bool isCopyDue = m_dailyCopy.isDue(today);
     if (!m_session.isSound || isCopyDue)

@@ -72,6 +72,11 @@ public:
     // A number that differs from the last one returned if another program has changed the file.
     int dataVersion();
 
+    // SQLite's schema version: a number that differs from the last one returned if another program
+    // has changed the schema. Throws if the tables are no longer such that the program reads and
+    // writes them correctly, see SchemaCheck.h.
+    int schemaCookie();
+
     // To be called before each change: from now until the outermost transaction ends, the
     // participant is notified of rollbacks. Throws if a step of the transaction has failed.
     void enlist(TransactionParticipant &participant);
@@ -126,6 +131,8 @@ private:
         std::unique_ptr<DatabaseFile> file;
         std::unique_ptr<SQLite::Database> connection;
         std::unique_ptr<SQLite::Statement> dataVersion;
+        std::unique_ptr<SQLite::Statement> schemaCookie;
+        int checkedSchema = 0; // the cookie of the schema that has passed the check
         bool isSound = false; // as the check before the first write has found
     };
 

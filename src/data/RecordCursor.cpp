@@ -25,8 +25,7 @@ void RecordCursor::readRows()
 {
     if (m_rows.isRead())
         return;
-    m_writer.reset(); // reading may find other columns
-    m_row += m_rows.read();
+    m_row += m_rows.read(m_buffer != Buffer::Closed);
     m_search.clear();
     if (m_place == Place::Unset)
         setPosition(0);
@@ -55,13 +54,10 @@ void RecordCursor::transactionRolledBack()
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
-    const bool isNewSource = m_recordSource != m_rows.query().source();
     if (m_rows.refresh(m_recordSource))
         moveTo(0);
     else
         rowsDropped();
-    if (isNewSource)
-        m_writer.reset();
 }
 
 qsizetype RecordCursor::RecordCount()
@@ -222,8 +218,9 @@ void RecordCursor::Edit()
 
 TableWriter &RecordCursor::writer()
 {
-    if (!m_writer) {
-        const SourceQuery &query = m_rows.query();
+    m_rows.requireSameColumns();
+    const SourceQuery &query = m_rows.query();
+    if (!m_writer || m_writerPreparation != m_rows.preparation()) {
         std::vector<std::string> fields;
         for (const SourceQuery::Column &column : query.columns())
             fields.push_back(column.name);
@@ -231,6 +228,7 @@ TableWriter &RecordCursor::writer()
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
                                                  std::move(fields), key);
+        m_writerPreparation = m_rows.preparation();
     }
     return *m_writer;
 }

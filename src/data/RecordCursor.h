@@ -111,4 +111,5 @@ private:
     Buffer m_buffer = Buffer::Closed;
     FieldValues m_values;
     std::unique_ptr<TableWriter> m_writer;
+    int m_writerPreparation = 0; // the preparation of the source that it was made for
 };

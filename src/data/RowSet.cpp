@@ -1,5 +1,7 @@
 #include "data/RowSet.h"
 
+#include "data/DatabaseError.h"
+
 #include <unordered_set>
 
 namespace {
@@ -30,41 +32,59 @@ RowSet::RowSet(Database &database, const QString &source)
 {
 }
 
-qsizetype RowSet::read()
+qsizetype RowSet::read(bool keepsColumns)
 {
     if (m_isRead)
         return 0;
     const ReadTransaction scope(*m_database);
+    if (keepsColumns || !m_rows.empty())
+        requireSameColumns();
+    if (m_query.isOfClosedFile() && !m_rows.empty())
+        failAsChanged(); // the rows that have been appended are not in the file that is open now
+    if (isOutdated())
+        prepare(m_query.source());
     const int dataVersion = m_database->dataVersion();
     const TableChanges changes = m_database->changes();
-    std::vector<RowStore::Row> rows = runQuery();
+    std::vector<RowStore::Row> rows = m_query.rows(m_store);
+    const qint64 lastKey =
+        rows.empty() || !m_query.isBareTable() ? 0 : integerIn(rows.back(), m_query.keyColumn());
+    if (!m_rows.empty())
+        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
+    const auto rowsBefore = static_cast<qsizetype>(rows.size());
+    rows.insert(rows.end(), m_rows.begin(), m_rows.end());
 
+    // Nothing below throws.
+    m_isAppendedOutOfOrder = !m_rows.empty();
+    m_rows = std::move(rows);
+    m_lastKey = lastKey;
     m_dataVersion = dataVersion;
     m_changes = changes;
     m_isRead = true;
     ++m_generation;
-    if (m_query.isBareTable())
-        m_lastKey = rows.empty() ? 0 : integerIn(rows.back(), m_query.keyColumn());
-    if (!m_rows.empty()) {
-        m_isAppendedOutOfOrder = true;
-        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
-    }
-    const auto rowsBefore = static_cast<qsizetype>(rows.size());
-    rows.insert(rows.end(), m_rows.begin(), m_rows.end());
-    m_rows = std::move(rows);
     return rowsBefore;
 }
 
-std::vector<RowStore::Row> RowSet::runQuery()
+bool RowSet::isOutdated() const
 {
-    if (m_query.isOfClosedFile())
-        m_query = SourceQuery(*m_database, m_query.source());
-    std::vector<RowStore::Row> rows = m_query.rows(m_store);
-    if (m_query.isOutdated()) {
-        m_query = SourceQuery(*m_database, m_query.source());
-        rows = m_query.rows(m_store);
-    }
-    return rows;
+    return m_query.isOfClosedFile() || m_query.schemaCookie() != m_database->schemaCookie();
+}
+
+void RowSet::prepare(const QString &source)
+{
+    m_query = SourceQuery(*m_database, source);
+    ++m_preparation;
+}
+
+void RowSet::requireSameColumns() const
+{
+    if (isOutdated() && SourceQuery(*m_database, m_query.source()).columns() != m_query.columns())
+        failAsChanged();
+}
+
+void RowSet::failAsChanged()
+{
+    throw DatabaseError(tr("Another program has changed the tables of the recipe database. Close "
+                           "this window and open it again."));
 }
 
 void RowSet::discard()
@@ -77,10 +97,10 @@ void RowSet::discard()
 
 bool RowSet::refresh(const QString &source)
 {
-    if (source != m_query.source())
-        m_query = SourceQuery(*m_database, source);
-    else if (m_isRead && isCurrent())
+    if (source == m_query.source() && m_isRead && isCurrent())
         return true;
+    if (source != m_query.source() || isOutdated())
+        prepare(source);
     discard();
     return false;
 }

@@ -3,12 +3,16 @@
 #include "data/Database.h"
 #include "data/SourceQuery.h"
 
+#include <QCoreApplication>
+
 // The rows of a record source as they were in the file when they were read, followed by those that
 // have been appended since. What others write shows after a refresh(). Only read() reads, and it
 // reads all rows; size(), cell() and the like never do. The set writes nothing itself: code that
 // writes a row to the file then calls append(), replace() or erase().
 class RowSet
 {
+    Q_DECLARE_TR_FUNCTIONS(RowSet)
+
 public:
     // Checks the source and reads nothing. Throws DatabaseError if the database rejects the source.
     // The database must outlive the set.
@@ -19,9 +23,15 @@ public:
     bool isRead() const { return m_isRead; }
 
     // Reads the rows unless they have been read. Rows that have been appended before stay last, so
-    // that their numbers grow by the returned count. Throws DatabaseError and then leaves the set
-    // as it was.
-    qsizetype read();
+    // that their numbers grow by the returned count. Throws and then leaves the set as it was: a
+    // DatabaseError if the rows cannot be read, if another program has changed the columns while
+    // rows have been appended or the caller `keepsColumns`, or if the file to which rows have been
+    // appended was replaced.
+    qsizetype read(bool keepsColumns = false);
+
+    // Throws DatabaseError if another program has changed the columns since the source was
+    // prepared. To be called before a row is written, in the same transaction.
+    void requireSameColumns() const;
 
     // Drops all rows; the next read() reads them.
     void discard();
@@ -34,6 +44,10 @@ public:
     // How often the rows have been read. What was derived from them is valid as long as this number
     // stays and no row is written.
     int generation() const { return m_generation; }
+
+    // How often the source has been prepared again. What was derived from its columns is valid as
+    // long as this number stays.
+    int preparation() const { return m_preparation; }
 
     // Before read(), the number of rows that have been appended.
     qsizetype size() const { return static_cast<qsizetype>(m_rows.size()); }
@@ -59,7 +73,9 @@ public:
     void erase(qsizetype row);
 
 private:
-    std::vector<RowStore::Row> runQuery();
+    void prepare(const QString &source);
+    bool isOutdated() const;
+    [[noreturn]] static void failAsChanged();
     bool isCurrent() const;
     RowStore::Row store(const FieldValues &values, RowStore::Row old, qint64 key);
 
@@ -69,6 +85,7 @@ private:
     std::vector<RowStore::Row> m_rows;
     bool m_isRead = false;
     int m_generation = 0;
+    int m_preparation = 0;
 
     // The state of the file when the rows were last known to be current.
     int m_dataVersion = 0;

@@ -43,7 +43,7 @@ constexpr std::array<Table, tableCount> tables = {
     Table{"RecipeUtensils", recipeUtensilsFields, false},
 };
 
-std::string_view declaration(FieldType type)
+std::string_view columnType(FieldType type)
 {
     switch (type) {
     case FieldType::Key:
@@ -62,13 +62,9 @@ std::string createTable(const Table &table)
 {
     std::string statement = "CREATE TABLE " + std::string(table.name) + " (";
     for (const Field &field : table.fields) {
-        const bool first = &field == &table.fields.front();
-        if (!first)
+        if (&field != &table.fields.front())
             statement += ", ";
-        statement += std::string(field.name) + " " + std::string(declaration(field.type));
-        // AUTOINCREMENT never reuses a key: recipes still refer to an ingredient that was deleted.
-        if (first && table.hasKey)
-            statement += " PRIMARY KEY AUTOINCREMENT";
+        statement += std::string(field.name) + " " + declaration(table, field);
     }
     return statement + ");";
 }
@@ -78,6 +74,14 @@ std::string createTable(const Table &table)
 std::span<const Table, tableCount> schemaTables()
 {
     return tables;
+}
+
+std::string declaration(const Table &table, const Field &field)
+{
+    const std::string type(columnType(field.type));
+    const bool isCounter = table.hasKey && &field == &table.fields.front();
+    // AUTOINCREMENT never reuses a key: recipes still refer to an ingredient that was deleted.
+    return isCounter ? type + " PRIMARY KEY AUTOINCREMENT" : type;
 }
 
 int tableNumber(std::string_view name)

@@ -25,6 +25,9 @@ inline constexpr std::size_t tableCount = 5;
 
 std::span<const Table, tableCount> schemaTables();
 
+// How a field of the table is declared in SQL, such as "TEXT COLLATE NOCASE".
+std::string declaration(const Table &table, const Field &field);
+
 // The index of a table in schemaTables(), or -1.
 int tableNumber(std::string_view name);
 

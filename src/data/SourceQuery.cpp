@@ -3,6 +3,8 @@
 #include "data/Database.h"
 #include "data/DatabaseError.h"
 
+#include <QScopeGuard>
+
 #include <SQLiteCpp/Database.h>
 #include <sqlite3.h>
 
@@ -82,6 +84,7 @@ void SourceQuery::Finalizer::operator()(sqlite3_stmt *statement) const
 SourceQuery::SourceQuery(Database &database, const QString &source)
     : m_database(&database)
     , m_source(source)
+    , m_schemaCookie(database.schemaCookie())
 {
     const std::string text = source.toStdString();
     const std::vector<std::string_view> all = words(text);
@@ -151,6 +154,8 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 {
     sqlite3_stmt *statement = m_statement.get();
     const int columns = sqlite3_column_count(statement);
+    // Also if memory runs out: a statement that is not reset keeps the file locked.
+    const auto reset = qScopeGuard([statement] { sqlite3_reset(statement); });
     std::vector<RowStore::Row> result;
     int status = sqlite3_step(statement);
     while (status == SQLITE_ROW) {
@@ -161,20 +166,9 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
         status = sqlite3_step(statement);
     }
     sqlite3 *handle = sqlite3_db_handle(statement);
-    if (status != SQLITE_DONE) {
-        const int code = sqlite3_extended_errcode(handle);
-        const std::string message = sqlite3_errmsg(handle);
-        sqlite3_reset(statement);
-        m_database->fail(code, message.c_str());
-    }
-    sqlite3_reset(statement);
+    if (status != SQLITE_DONE)
+        m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
     return result;
-}
-
-bool SourceQuery::isOutdated() const
-{
-    // SQLite prepares a statement again by itself if the schema has changed.
-    return sqlite3_stmt_status(m_statement.get(), SQLITE_STMTSTATUS_REPREPARE, 0) != 0;
 }
 
 bool SourceQuery::isOfClosedFile() const

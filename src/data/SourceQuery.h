@@ -32,6 +32,8 @@ public:
     struct Column {
         std::string name;
         FieldType type;
+
+        bool operator==(const Column &) const = default;
     };
 
     // Reads no row. Throws DatabaseError if the database rejects the source. The database must
@@ -62,9 +64,9 @@ public:
     // Runs the statement to its end and stores the rows. Throws DatabaseError.
     std::vector<RowStore::Row> rows(RowStore &store) const;
 
-    // Whether the tables had changed since the source was prepared, so that its columns may be
-    // wrong. To be called after rows().
-    bool isOutdated() const;
+    // Database::schemaCookie() when the source was prepared. If that has changed, the columns may
+    // be wrong.
+    int schemaCookie() const { return m_schemaCookie; }
 
     // Whether the source was prepared before Database::reopen() and must be prepared again.
     bool isOfClosedFile() const;
@@ -80,6 +82,7 @@ private:
 
     Database *m_database;
     QString m_source;
+    int m_schemaCookie;
     bool m_bareTable = false;
     std::unique_ptr<sqlite3_stmt, Finalizer> m_statement;
     std::vector<Column> m_columns;

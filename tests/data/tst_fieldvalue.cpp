@@ -23,6 +23,7 @@ private Q_SLOTS:
                                         u"1,5"_s, u"1.2.3"_s, qQNaN(), qInf(),   u"\u0665"_s};
         add("whole number", WholeNumber, {u" +12 "_s, u"0012"_s, 12.0}, 12LL);
         add("smallest whole number", WholeNumber, {u"-32768"_s, -32768}, -32768LL);
+        add("largest whole number", WholeNumber, {u"32767"_s, 32767}, 32767LL);
         add("not a whole number of 16 bits", WholeNumber,
             {u"32768"_s, u"-32769"_s, u"1.0"_s, 1.5, u"99999999999999999999"_s}, {});
         add("not a whole number", WholeNumber, noNumbers, {});

@@ -146,6 +146,7 @@ private Q_SLOTS:
     void contents()
     {
         ExportFixture fixture;
+        fixture.file.write(QString::fromLatin1(joinsBeginWithCatalog));
         fixture.file.write(u"INSERT INTO Ingredients VALUES (1,'Salt',0,0,1),(2,'Ham',0,0,0);"
                            "INSERT INTO Utensils VALUES (1,'Pan'),(2,'Sieve');"
                            "INSERT INTO RecipeIngredients VALUES (1,2,'1 lb'),(1,1,NULL),(1,9,'1'),"

@@ -71,12 +71,13 @@ private Q_SLOTS:
     void composition()
     {
         RecipeWindowFixture fixture(
-            "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
-            "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
-            " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
-            "INSERT INTO RecipeIngredients VALUES (1, 3, '2 tsp'), (2, 3, NULL), (2, 2, ''),"
-            " (1, 1, '(a) (b)'), (1, 99, 'gone'), (2, 1, 'x');"
-            "INSERT INTO RecipeUtensils VALUES (1, 2), (1, 1), (1, 9)");
+            joinsBeginWithCatalog
+            + "INSERT INTO Recipes (RecipeName, Rating) VALUES ('a', 0), ('b', 0), ('c', 0);"
+              "INSERT INTO Ingredients VALUES (1, 'Salt', 0, 0, 1), (2, 'Ham', 7, 3, 0),"
+              " (3, 'Oil', 0, 0, -1); INSERT INTO Utensils VALUES (1, 'Pot'), (2, 'Axe');"
+              "INSERT INTO RecipeIngredients VALUES (1, 3, '2 tsp'), (2, 3, NULL), (2, 2, ''),"
+              " (1, 1, '(a) (b)'), (1, 99, 'gone'), (2, 1, 'x');"
+              "INSERT INTO RecipeUtensils VALUES (1, 2), (1, 1), (1, 9)");
         const QString a = u"a||yes|Misc||Unrated|Oil (2 tsp) + Salt ((a) (b))|Axe + Pot|"_s;
         QCOMPARE(fixture.shown(), a);
         fixture.perform(u"cmdNext"_s);

@@ -52,6 +52,16 @@ private:
     QTemporaryDir m_folder;
 };
 
+// Another tool can have made these indexes and statistics. With them, SQLite begins a join with the
+// catalog unless it is asked for the order of the links.
+inline const QByteArray joinsBeginWithCatalog =
+    "CREATE INDEX a ON RecipeIngredients (IngredientID); CREATE INDEX b ON RecipeUtensils "
+    "(UtensilID); ANALYZE; DELETE FROM sqlite_stat1; INSERT INTO sqlite_stat1 VALUES "
+    "('RecipeIngredients', 'a', '9000 2'), ('RecipeUtensils', 'b', '9000 2'), "
+    "('RecipeIngredients', 'RecipeIngredientsOfRecipe', '9000 9000'), "
+    "('RecipeUtensils', 'RecipeUtensilsOfRecipe', '9000 9000'), "
+    "('Ingredients', NULL, '2'), ('Utensils', NULL, '2');";
+
 // Returns the text of the DatabaseError that the action throws, or a null text if it throws none.
 template <typename Action>
 QString failureOf(Action action)
