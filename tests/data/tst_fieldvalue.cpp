@@ -23,12 +23,15 @@ private Q_SLOTS:
                                         u"1,5"_s, u"1.2.3"_s, qQNaN(), qInf(),   u"\u0665"_s};
         add("whole number", WholeNumber, {u" +12 "_s, u"0012"_s, 12.0}, 12LL);
         add("smallest whole number", WholeNumber, {u"-32768"_s, -32768}, -32768LL);
+        add("largest whole number", WholeNumber, {u"32767"_s, 32767}, 32767LL);
         add("not a whole number of 16 bits", WholeNumber,
             {u"32768"_s, u"-32769"_s, u"1.0"_s, 1.5, u"99999999999999999999"_s}, {});
         add("not a whole number", WholeNumber, noNumbers, {});
         add("number without fraction", Number, {u" +12.00 "_s, 12}, 12LL);
         add("number with fraction", Number, {u"-02.50"_s, -2.5}, -2.5);
         add("large number", Number, {u"1"_s + u"0"_s.repeated(300)}, 1e300);
+        add("number that is too large for an integer", Number, {u"9223372036854775808"_s}, 0x1p63);
+        add("number of many digits", Number, {u"8765130134078358579"_s}, 8765130134078358528LL);
         add("number out of range", Number, {u"1"_s + u"0"_s.repeated(400)}, {});
         add("not a number", Number, noNumbers + QVariantList{u"true"_s}, {});
         add("yes", YesNo, {true, u" tRUE "_s, u"-1"_s, u"7"_s, 0.5}, 1LL);
