@@ -12,7 +12,7 @@ import time
 from pathlib import Path
 
 from disk import EXIT_NOT_POSSIBLE, Disk, NoDisk
-from driver import Program, TimedOut
+from driver import Program, TimedOut, wait_until
 from pages import PagesFault, change_every_recipe, read_pages, verify_pages, write_pages
 from recipe import RecipeGenerator
 from scenarios import Scenarios
@@ -68,7 +68,7 @@ class PowerTest:
     def measure(self):
         """Does work of each kind once without a cut."""
         for kind in ("batch", "file", *EDITS, "export"):
-            scenario = getattr(self._scenarios, kind)(self._known)
+            scenario = self._scenario(kind)
             self._seconds[kind] = self._finish(scenario)
             self._known = self._read_database()
         self._reset()
@@ -90,7 +90,7 @@ class PowerTest:
 
     def _cut_in_change(self, kind, moment):
         scenario_name = self._random.choice(EDITS) if kind == "edit" else kind
-        scenario = getattr(self._scenarios, scenario_name)(self._known)
+        scenario = self._scenario(scenario_name)
         self._cut_in(scenario_name, scenario, moment)
         self._tally(kind, moment)["cuts"] += 1
         recipes = self._read_database()
@@ -108,24 +108,36 @@ class PowerTest:
             self._put_database(self._databases[0])
         else:
             self._put_database(self._databases[1])
-        self._cut_in("export", self._scenarios.export(self._known), moment)
+        self._cut_in("export", self._scenario("export"), moment)
         self._tally("export", moment)["cuts"] += 1
         is_new = verify_pages(pages, old, new)
         self._tally("export", moment)["all" if is_new else "none"] += 1
         self._put_database(self._databases[0])
         self._known = self._initial
 
+    def _scenario(self, kind):
+        if kind == "batch":  # large enough for several transactions
+            return self._scenarios.batch_of(self._recipes.recipes(1500, 50, 250))
+        return getattr(self._scenarios, kind)(self._known)
+
     def _cut_in(self, kind, scenario, moment):
+        scenario.begin()
         if moment == "during":
-            scenario.begin()
-            time.sleep(self._random.uniform(0, 1.1 * self._seconds[kind]))
+            self._wait_during(self._seconds[kind])
         else:
-            scenario.begin()
             scenario.wait_end()
             time.sleep(self._random.uniform(*MOMENTS[moment]))
         self._disk.cut_power()
         self._program.kill()
         self._disk.restart()
+
+    def _wait_during(self, duration):
+        """Waits for a random time, or until a transaction has begun and a little longer."""
+        if self._random.random() < 0.5:
+            time.sleep(self._random.uniform(0, 1.1 * duration))
+        else:
+            wait_until(journal_of(self._database).exists, 2 * duration, pause=0.0002)
+            time.sleep(self._random.uniform(0, 0.03))
 
     def _finish(self, scenario):
         """Does the work without a cut, and returns how many seconds it takes."""
