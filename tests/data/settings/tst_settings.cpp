@@ -240,25 +240,18 @@ private Q_SLOTS:
                  isByName ? u" IngredientName"_s : u" IngredientType, IngredientName"_s);
     }
 
-    void registersTheFileType_data()
+    void startsTheProgramForAFile_data()
     {
         addRows<QString, PathStyle, QString>(
-            {{"Windows", u"C:\\Apps"_s, PathStyle::Windows, u"C:\\Apps\\Pantrywise.exe"_s},
-             {"Unix", u"/opt/my apps"_s, PathStyle::Unix, u"/opt/my apps/Pantrywise"_s}});
+            {{"Windows", u"C:\\Apps"_s, PathStyle::Windows, u"\"C:\\Apps\\Pantrywise.exe\" %1"_s},
+             {"Unix", u"/opt/my apps"_s, PathStyle::Unix, u"\"/opt/my apps/Pantrywise\" %1"_s}});
     }
 
-    void registersTheFileType()
+    void startsTheProgramForAFile()
     {
-        const auto [directory, style, program] = fetchRow<QString, PathStyle, QString>();
-        QString entries;
-        for (const auto &[key, value] :
-             fileTypeEntries(programPath(directory, u"Pantrywise"_s, style)))
-            entries += key + u'=' + value + u'\n';
-        QCOMPARE(
-            entries,
-            u".srf=srffile\nsrffile=Standard Recipe Format\n"
-            "srffile\\DefaultIcon=PROGRAM,0\nsrffile\\Shell=Import\n"
-            "srffile\\Shell\\Import\\command=\"PROGRAM\" %1\n"_s.replace(u"PROGRAM"_s, program));
+        const auto [directory, style, command] = fetchRow<QString, PathStyle, QString>();
+        const auto entries = fileTypeEntries(programPath(directory, u"Pantrywise"_s, style));
+        QCOMPARE(entries.back().defaultValue, command);
     }
 };
 
