@@ -27,7 +27,7 @@ class Disk:
 
     def __init__(self, folder):
         if os.geteuid() != 0:
-            raise NoDisk("power cuts need root, because they mount a disk of their own")
+            raise NoDisk("power cuts need root, because they mount a disk")
         if not shutil.which("mkfs.ext4"):
             raise NoDisk("power cuts need the program mkfs.ext4, which is not installed")
         self.folder = Path(folder, "disk")
