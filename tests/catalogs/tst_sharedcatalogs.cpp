@@ -129,8 +129,7 @@ private Q_SLOTS:
         catalog.sql("CREATE TRIGGER t BEFORE UPDATE ON Ingredients"
                     " BEGIN SELECT RAISE(ABORT, 'no'); END");
         catalog.interaction.expect(WindowFixture::failure(
-            u"Ingredients"_s,
-            DatabaseError::fromSqlite(catalog.file.path(), SQLITE_CONSTRAINT, u"no"_s).text()));
+            u"Ingredients"_s, sqliteText(catalog.file, SQLITE_CONSTRAINT, u"no"_s)));
         catalog.perform(u"lstIngredients 1, txtIngredient =Apricot, cmdSave"_s); // drops the rows
         SQLite::Database other = catalog.file.other();
         other.exec("DROP TRIGGER t; BEGIN EXCLUSIVE");

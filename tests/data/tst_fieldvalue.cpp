@@ -30,6 +30,8 @@ private Q_SLOTS:
         add("number without fraction", Number, {u" +12.00 "_s, 12}, 12LL);
         add("number with fraction", Number, {u"-02.50"_s, -2.5}, -2.5);
         add("large number", Number, {u"1"_s + u"0"_s.repeated(300)}, 1e300);
+        add("number that is too large for an integer", Number, {u"9223372036854775808"_s}, 0x1p63);
+        add("number of many digits", Number, {u"8765130134078358579"_s}, 8765130134078358528LL);
         add("number out of range", Number, {u"1"_s + u"0"_s.repeated(400)}, {});
         add("not a number", Number, noNumbers + QVariantList{u"true"_s}, {});
         add("yes", YesNo, {true, u" tRUE "_s, u"-1"_s, u"7"_s, 0.5}, 1LL);

@@ -157,10 +157,7 @@ private Q_SLOTS:
         const auto expectFailure = [&](const QString &title) {
             const QString missing = u"no such table: "_s + QString::fromLatin1(table);
             windows.interaction.expect(WindowFixture::failure(
-                title,
-                DatabaseError::fromSqlite(windows.file.path(),
-                                          damaged ? SQLITE_CORRUPT : SQLITE_ERROR, missing)
-                    .text()));
+                title, sqliteText(windows.file, damaged ? SQLITE_CORRUPT : SQLITE_ERROR, missing)));
         };
         const auto instructions = [&] {
             return control<QPlainTextEdit>(form, u"txtInstruction"_s).placeholderText();

@@ -74,11 +74,18 @@ QString failureOf(Action action)
     return {};
 }
 
+// Returns what a window says about a failure that SQLite reports with this result code.
+inline QString sqliteText(const TestDatabase &file, int code, const QString &message = {},
+                          DatabaseError::Operation operation = DatabaseError::Operation::Reading)
+{
+    return failureOf([&] {
+        std::rethrow_exception(DatabaseError::fromSqlite(file.path(), code, message, operation));
+    });
+}
+
 // Returns what a window says while another program holds a lock on the file.
 inline QString lockedText(const TestDatabase &file,
                           DatabaseError::Operation operation = DatabaseError::Operation::Reading)
 {
-    return failureOf([&] {
-        std::rethrow_exception(DatabaseError::fromSqlite(file.path(), SQLITE_BUSY, {}, operation));
-    });
+    return sqliteText(file, SQLITE_BUSY, {}, operation);
 }

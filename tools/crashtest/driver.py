@@ -39,10 +39,10 @@ class Program:
         self._process = None
         self._keys = None
         self._title_without_program = title()
-        home = self.folder / "home"
-        self._environment = dict(os.environ, HOME=str(home), TMPDIR=str(home))
+        self.home = self.folder / "home"
+        self._environment = dict(os.environ, HOME=str(self.home), TMPDIR=str(self.home))
         for name in ("CONFIG_HOME", "DATA_HOME", "CACHE_HOME", "STATE_HOME", "RUNTIME_DIR"):
-            directory = home / name
+            directory = self.home / name
             directory.mkdir(parents=True, mode=0o700, exist_ok=True)
             self._environment["XDG_" + name] = str(directory)
 

@@ -1,4 +1,5 @@
-"""What the program does when it is killed. Each scenario prepares its work up to the last key."""
+"""What the program does when it is killed or the power is cut. Each scenario prepares its work up to
+the last key."""
 
 import shutil
 from typing import Callable, NamedTuple
@@ -12,6 +13,15 @@ class Scenario(NamedTuple):
     wait_end: Callable  # waits until the program shows that the work is done
     before: dict  # the recipes concerned by name; None for one that is not in the database
     after: dict
+
+    def allowed(self, shown_done):
+        """Returns the states that each recipe may be in, by name."""
+        if shown_done:
+            return {name: (after,) for name, after in self.after.items()}
+        return {name: (self.before[name], after) for name, after in self.after.items()}
+
+    def count_done(self, recipes):
+        return sum(recipes.get(name) == after for name, after in self.after.items())
 
 
 class Scenarios:
@@ -47,7 +57,7 @@ class Scenarios:
         for recipe in recipes:
             (folder / (recipe.name + ".srf")).write_text(recipe.srf(), newline="")
         self._program.open_first("F9", "Import Recipes")
-        self._program.press_all("shift+Tab", "shift+Tab")  # to Import
+        self._program.press_all(*["Tab"] * 5)  # to Import
 
         def is_over():
             # The key opens the recipe list only when no import is running.
@@ -78,7 +88,7 @@ class Scenarios:
         program.press_all("Return")
         program.wait_title(child(old.name))
         program.replace_text(mark)
-        program.press_all("shift+Tab", "space")  # to Description
+        program.press_all(*["Tab"] * 15, "space")  # to Description
         program.wait_title("Enter Description")
         program.replace_text(mark)
         program.press_all("Tab", "Return")
@@ -109,6 +119,30 @@ class Scenarios:
             self._program.press_all("alt+a")
         new = old._replace(utensils=_rotated(old.utensils, SPARE))
         return self._change(old, new, ["alt+o"], old.name)
+
+    # Exporting
+
+    def export(self, _known):
+        """Exports the web pages into `pages`, which is where the chooser begins."""
+        lock = self.pages.with_suffix(".lock")
+        program = self._program
+        program.start()
+        program.wait_title("Pantrywise")
+        program.press_all("ctrl+F9")
+        program.wait_title("Choose a folder for the web pages")
+
+        def wait_end():
+            # The progress has the same title. The lock is there as long as pages are written.
+            if not wait_until(lambda: title() == "Export" and not lock.exists()):
+                raise TimedOut("the export did not end")
+
+        return Scenario(lambda: program.press("Return"), wait_end, {}, {})
+
+    @property
+    def pages(self):
+        return self._program.home / "Documents" / "Pantrywise"
+
+    # Steps
 
     def _open_recipe(self, known):
         self._program.open_first("F5", "Recipes")
