@@ -2,6 +2,8 @@
 
 #include "data/DatabaseError.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 RecordCursor::RecordCursor(std::shared_ptr<Database> database, const QString &recordSource)
@@ -54,10 +56,15 @@ void RecordCursor::transactionRolledBack()
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
-    if (m_rows.refresh(m_recordSource))
-        moveTo(0);
-    else
+    // If the file cannot be read now, its former rows must not pass for the current ones.
+    auto dropRows = qScopeGuard([this] {
+        m_rows.discard();
         rowsDropped();
+    });
+    if (!m_rows.refresh(m_recordSource))
+        return;
+    dropRows.dismiss();
+    moveTo(0);
 }
 
 qsizetype RecordCursor::RecordCount()

@@ -145,7 +145,7 @@ private Q_SLOTS:
         }
     }
     // A recipe that cannot be read completely is not shown, nor the one before it. Nothing is
-    // stored until it can be read, but a new recipe, once.
+    // stored until it can be read.
     void unreadable()
     {
         QFETCH(QByteArray, table);
@@ -165,7 +165,7 @@ private Q_SLOTS:
         windows.perform(form, u"cmdEdit Soup, txtAuthor x"_s);
         windows.activate(windows.list);
         windows.select(1);
-        QString stored = windows.stored(all);
+        const QString stored = windows.stored(all);
         QByteArray page(windows.stored("PRAGMA page_size").toInt(), '\x55');
         if (damaged)
             page = replacePage(windows.file, table, page);
@@ -189,15 +189,6 @@ private Q_SLOTS:
         }
         expectFailure(u"Recipe"_s);
         windows.perform(form, u"cmdPrevious"_s);
-        QString requested = another ? u"Curry"_s : u"Bean Soup"_s;
-        if (!damaged && table != "Recipes") {
-            requested = u"Dal"_s;
-            windows.perform(form, u"cmdNew Dal"_s);
-            QVERIFY(instructions().isEmpty());
-            expectFailure(requested);
-            windows.perform(form, u"cmdSave, cmdSave"_s);
-            stored += u", Dal||5"_s;
-        }
 
         if (damaged)
             replacePage(windows.file, table, page);
@@ -206,7 +197,7 @@ private Q_SLOTS:
         QCOMPARE(windows.stored(all), stored);
         windows.activate(windows.list);
         windows.activate(windows.recipe);
-        QCOMPARE(form.title(), requested);
+        QCOMPARE(form.title(), another ? u"Curry"_s : u"Bean Soup"_s);
         QVERIFY(instructions().isEmpty());
     }
 
