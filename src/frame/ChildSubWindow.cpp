@@ -3,7 +3,6 @@
 #include "frame/ChildWindow.h"
 
 #include <QAction>
-#include <QFocusEvent>
 #include <QHelpEvent>
 #include <QMdiArea>
 #include <QMenu>
@@ -40,6 +39,10 @@ ChildSubWindow::ChildSubWindow(ChildWindow &child)
     : m_child(child)
 {
     setWidget(&child);
+    // QMdiSubWindow remembers that it got the focus by Tab, and then gives the focus to the next
+    // control each time it is activated. Without this it would get it between the last control and
+    // the first, and when Qt moves the focus out of a widget that is hidden.
+    setFocusPolicy(Qt::ClickFocus);
     // The shortcut of Close would close the window as its close box does, without a question.
     const auto actions = systemMenu()->actions();
     for (QAction *action : actions)
@@ -83,15 +86,6 @@ bool ChildSubWindow::event(QEvent *event)
     if (event->type() == QEvent::WindowStateChange)
         return changeState(static_cast<QWindowStateChangeEvent &>(*event));
     return QMdiSubWindow::event(event);
-}
-
-// QMdiSubWindow remembers that it got the focus by Tab, and then gives the focus to the next
-// control each time it is activated. It gets the focus by Tab if Qt moves it out of a widget that
-// is hidden.
-void ChildSubWindow::focusInEvent(QFocusEvent *event)
-{
-    QFocusEvent otherReason(event->type(), Qt::OtherFocusReason);
-    QMdiSubWindow::focusInEvent(&otherReason);
 }
 
 bool ChildSubWindow::changeState(QWindowStateChangeEvent &event)

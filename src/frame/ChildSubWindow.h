@@ -30,7 +30,6 @@ public:
 
 protected:
     bool event(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
 
 private:
     bool changeState(QWindowStateChangeEvent &event);

@@ -240,6 +240,9 @@ private Q_SLOTS:
             << maximised + Steps{{u"normal Record"_s, u"Record.done"_s}} + switches;
         QTest::newRow("its control is disabled in between") << open + disabled;
         QTest::newRow("its control is disabled in between, maximised") << maximised + disabled;
+        QTest::newRow("Tab at the last control") << open
+                + Steps{{u"type Tab"_s, u"Record.button"_s},
+                        {u"type shift+Tab"_s, u"Record.done"_s}};
         QTest::newRow("screen reader") << open + screenReader;
         QTest::newRow("mouse") << open
                 + Steps{{u"title List"_s, u"List.list"_s},
