@@ -1,5 +1,6 @@
 #include "frame/ErrorBoundary.h"
 
+#include "interaction/ControlCharacters.h"
 #include "interaction/Interaction.h"
 
 LoadError::LoadError(const QString &windowTitle, const std::exception &reason)
@@ -30,5 +31,5 @@ void ErrorBoundary::report(const QString &windowTitle, const std::exception &fai
 {
     m_interaction.showError(tr("Error"),
                             tr("Something went wrong in \"%1\":\n%2")
-                                .arg(windowTitle, QString::fromUtf8(failure.what())));
+                                .arg(excerpt(windowTitle), QString::fromUtf8(failure.what())));
 }

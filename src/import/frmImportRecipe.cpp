@@ -5,6 +5,7 @@
 #include "data/DatabasePath.h"
 #include "data/TextComparison.h"
 #include "import/srf/SrfFile.h"
+#include "interaction/ControlCharacters.h"
 #include "platform/Paths.h"
 
 #include <unordered_set>
@@ -147,11 +148,12 @@ QString frmImportRecipe::freeName(const QString &name)
 
 Button frmImportRecipe::askAboutTakenName(const QString &name)
 {
-    return show({tr("%1 is already in the database.  Do you want to import it anyways?").arg(name),
-                 tr("Already in database"),
-                 Icon::Information,
-                 {Button::Yes, Button::No},
-                 Button::No});
+    return show(
+        {tr("%1 is already in the database.  Do you want to import it anyways?").arg(excerpt(name)),
+         tr("Already in database"),
+         Icon::Information,
+         {Button::Yes, Button::No},
+         Button::No});
 }
 
 frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)

@@ -1,5 +1,6 @@
 #include "import/frmImport.h"
 #include "import/frmImportRecipe.h"
+#include "interaction/ControlCharacters.h"
 #include "platform/ApplicationInformation.h"
 #include "platform/Directory.h"
 #include "platform/Paths.h"
@@ -83,7 +84,7 @@ class tst_Import : public QObject
                         const std::vector<Button> &buttons = {Button::Yes, Button::No}) const
     {
         m_fixture->interaction.expect(
-            {title + " is already in the database.  Do you want to import it anyways?"_L1,
+            {excerpt(title) + " is already in the database.  Do you want to import it anyways?"_L1,
              u"Already in database"_s, Icon::Information, buttons, Button::No},
             answer);
     }
@@ -298,10 +299,12 @@ private Q_SLOTS:
 
     void takenTitles_data()
     {
+        const QString longTitle = u"a\n"_s.repeated(4000);
         addRows<QString, QString>({{"other case", u"Éclair"_s, u"éCLAIR"_s},
                                    {"quotes", u"Baba's \"Nudeln\""_s, u"Baba's \"Nudeln\""_s},
                                    {"pattern characters", u"100% *?_ soup"_s, u"100% *?_ soup"_s},
-                                   {"spaces and a line feed", u" a\nb "_s, u" a\nb "_s}});
+                                   {"spaces and a line feed", u" a\nb "_s, u" a\nb "_s},
+                                   {"too long for a box", longTitle, longTitle}});
     }
 
     // The names of the catalogs are found again as well.

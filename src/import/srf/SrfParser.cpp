@@ -202,16 +202,8 @@ bool Parser::failAtEnd(const QString &expected)
     return false;
 }
 
-// In characters; a message box still shows that much of a line well.
+// In UTF-16 code units, about one line of a message box.
 constexpr qsizetype longestFound = 80;
-
-QString shortened(const QString &text)
-{
-    if (text.size() <= longestFound)
-        return text;
-    const bool insidePair = text.at(longestFound - 1).isHighSurrogate();
-    return text.left(insidePair ? longestFound - 1 : longestFound);
-}
 
 QString foundText(const SrfError &error)
 {
@@ -219,10 +211,7 @@ QString foundText(const SrfError &error)
         return Parser::tr("the end of the file");
     if (error.found.isEmpty())
         return Parser::tr("nothing");
-    const QString start = shortened(error.found);
-    const QString visible = escapeControlCharacters(start);
-    return start.size() < error.found.size() ? Parser::tr("\"%1...\"").arg(visible)
-                                             : Parser::tr("\"%1\"").arg(visible);
+    return Parser::tr("\"%1\"").arg(excerpt(error.found, longestFound));
 }
 
 } // namespace
