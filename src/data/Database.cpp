@@ -109,17 +109,24 @@ void Database::configure()
     m_connection->exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
-// sqlite3_busy_timeout() waits longer after each attempt, so that one of two busy programs can
-// starve. Short, equal pauses let them take turns.
+// sqlite3_busy_timeout() waits longer after each attempt, so that of several busy programs one can
+// starve. Here the pauses become shorter, so that the program that has waited longest is likely to
+// get the lock.
 int Database::waitForLock(void *database, int attempt)
 {
     using namespace std::chrono;
     auto &self = *static_cast<Database *>(database);
     if (attempt == 0)
         self.m_waitingSince = steady_clock::now();
-    if (steady_clock::now() - self.m_waitingSince >= self.m_lockTimeout)
+    const auto waited = steady_clock::now() - self.m_waitingSince;
+    if (waited >= self.m_lockTimeout)
         return 0;
-    std::this_thread::sleep_for(milliseconds(2));
+    if (waited < milliseconds(100))
+        std::this_thread::sleep_for(milliseconds(4));
+    else if (waited < milliseconds(300))
+        std::this_thread::sleep_for(milliseconds(2));
+    else
+        std::this_thread::sleep_for(microseconds(500));
     return 1;
 }
 
