@@ -11,6 +11,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <thread>
 
 namespace {
@@ -110,8 +111,8 @@ void Database::configure()
 }
 
 // sqlite3_busy_timeout() waits longer after each attempt, so that of several busy programs one can
-// starve. Here the pauses become shorter, so that the program that has waited longest is likely to
-// get the lock.
+// starve. Here the pauses become shorter, so that the program that has waited longest is the most
+// likely to get the lock.
 int Database::waitForLock(void *database, int attempt)
 {
     using namespace std::chrono;
@@ -121,12 +122,8 @@ int Database::waitForLock(void *database, int attempt)
     const auto waited = steady_clock::now() - self.m_waitingSince;
     if (waited >= self.m_lockTimeout)
         return 0;
-    if (waited < milliseconds(100))
-        std::this_thread::sleep_for(milliseconds(4));
-    else if (waited < milliseconds(300))
-        std::this_thread::sleep_for(milliseconds(2));
-    else
-        std::this_thread::sleep_for(microseconds(500));
+    const auto halvings = std::min<std::int64_t>(waited / milliseconds(200), 5);
+    std::this_thread::sleep_for(microseconds(4000 >> halvings));
     return 1;
 }
 
