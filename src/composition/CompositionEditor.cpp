@@ -7,6 +7,7 @@
 #include "data/Database.h"
 #include "data/DatabaseError.h"
 #include "frame/Frame.h"
+#include "interaction/ControlCharacters.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"
 #include "widgets/StandardWidgets.h"
@@ -174,7 +175,9 @@ QStringList CompositionEditor::writeBack()
 void CompositionEditor::showMissing(const QStringList &missing)
 {
     constexpr qsizetype most = 10; // so that the message box fits on a small screen
-    QStringList named = missing.first(qMin(most, missing.size()));
+    QStringList named;
+    for (qsizetype i = 0; i < qMin(most, missing.size()); ++i)
+        named += excerpt(missing[i]);
     if (missing.size() > most)
         named += tr("and %1 more").arg(missing.size() - most);
     interaction().showError(tr("Can't save"),

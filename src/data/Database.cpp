@@ -12,6 +12,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <thread>
 #include <utility>
 
@@ -179,17 +180,20 @@ void Database::configure(SQLite::Database &connection)
     connection.exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
 }
 
-// sqlite3_busy_timeout() waits longer after each attempt, so that one of two busy programs can
-// starve. Short, equal pauses let them take turns.
+// sqlite3_busy_timeout() waits longer after each attempt, so that of several busy programs one can
+// starve. Here the pauses become shorter, so that the program that has waited longest is the most
+// likely to get the lock.
 int Database::waitForLock(void *database, int attempt)
 {
     using namespace std::chrono;
     auto &self = *static_cast<Database *>(database);
     if (attempt == 0)
         self.m_waitingSince = steady_clock::now();
-    if (steady_clock::now() - self.m_waitingSince >= self.m_lockTimeout)
+    const auto waited = steady_clock::now() - self.m_waitingSince;
+    if (waited >= self.m_lockTimeout)
         return 0;
-    std::this_thread::sleep_for(milliseconds(2));
+    const auto halvings = std::min<std::int64_t>(waited / milliseconds(200), 5);
+    std::this_thread::sleep_for(microseconds(4000 >> halvings));
     return 1;
 }
 

@@ -138,7 +138,7 @@ QString templateFor(const QString &path, int code, const QString &message,
             "that program is done, or end it, and try again.");
     case SQLITE_FULL:
         return Text::tr(
-            "The disk is full. Nothing was stored in the recipe database %1. Make room and try "
+            "The disk with the recipe database %1 is full. Nothing was stored. Make room and try "
             "again.");
     case SQLITE_IOERR:
         return Text::tr(
@@ -171,10 +171,28 @@ UnusableDatabase UnusableDatabase::damaged(const QString &path, Operation operat
     return {path, damagedText(operation).arg(QDir::toNativeSeparators(path))};
 }
 
+QString DatabaseError::nothingStored()
+{
+    return Text::tr("Nothing was stored.");
+}
+
 DatabaseError DatabaseError::newerVersion(const QString &path)
 {
     return DatabaseError(
         Text::tr("The recipe database %1 was made by a newer version of Pantrywise. Install that "
                  "version to open it. The file has not been changed.")
             .arg(QDir::toNativeSeparators(path)));
+}
+
+UnusableDatabase::UnusableDatabase(const QString &path, const QString &problem,
+                                   const QString &advice)
+    : DatabaseError(problem + u' ' + advice)
+    , m_path(path)
+    , m_problem(problem)
+{
+}
+
+QString UnusableDatabase::usualAdvice()
+{
+    return Text::tr("Put your last copy of it in its place and try again.");
 }

@@ -22,6 +22,29 @@ public:
 
     // The file at `path` has a schema of a later version.
     static DatabaseError newerVersion(const QString &path);
+
+    // The sentence that the texts of failed writes contain, after a space. Work of which a part has
+    // been stored removes it.
+    static QString nothingStored();
+};
+
+// The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is
+// put in its place would help.
+class UnusableDatabase : public DatabaseError
+{
+public:
+    // `problem` says what is wrong in complete sentences, and `advice` what to do. text() is both.
+    UnusableDatabase(const QString &path, const QString &problem,
+                     const QString &advice = usualAdvice());
+
+    QString path() const { return m_path; }
+    QString problem() const { return m_problem; }
+
+private:
+    static QString usualAdvice();
+
+    QString m_path;
+    QString m_problem;
 };
 
 // The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is

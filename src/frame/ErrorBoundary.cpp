@@ -1,5 +1,6 @@
 #include "frame/ErrorBoundary.h"
 
+#include "interaction/ControlCharacters.h"
 #include "interaction/Interaction.h"
 
 #include <QScopedValueRollback>
@@ -63,5 +64,5 @@ QString ErrorBoundary::textFor(const QString &windowTitle, const std::exception_
     } catch (const std::exception &known) {
         reason = QString::fromUtf8(known.what());
     }
-    return tr("Something went wrong in \"%1\":\n%2").arg(windowTitle, reason);
+    return tr("Something went wrong in \"%1\":\n%2").arg(excerpt(windowTitle), reason);
 }

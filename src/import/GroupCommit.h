@@ -6,31 +6,33 @@
 
 #include <optional>
 
-// Stores the files of a batch in shared transactions of about 200 ms each, because a commit costs
-// far more than a file. Between two transactions other programs can use the database.
+// The transaction that the files of a batch share, because a commit costs far more than a file. It
+// lasts about 200 ms; between two of them other programs can use the database.
 class GroupCommit
 {
 public:
     void startBatch() { m_isBatch = true; }
-    void endBatch(); // commits
+    void endBatch(); // rolls back what has not been committed
     bool isBatch() const { return m_isBatch; }
 
-    // To be called before each file: begins a transaction if none is open.
+    // To be called before each file: begins a transaction if none is open. Throws DatabaseError.
     void begin(Database &database);
 
-    // To be called after each file: commits, but within a batch only after about 200 ms.
-    void fileStored();
+    // To be asked after each file: whether the transaction should be committed now. Outside a batch
+    // that is after every file.
+    bool isDue() const;
 
-    // To be called after a file that was undone: commits the files before it.
-    void fileFailed();
-
-    // Commits what has been stored. To be called before the user is asked anything, because the
-    // database is locked until then.
+    // Does nothing if no transaction is open. Throws DatabaseError; the transaction has then been
+    // rolled back.
     void commit();
+    void rollBack() { m_transaction.reset(); }
+
+    // Gives a program that waits for the database the time to take it. To be called in a batch
+    // after a commit if the next transaction begins at once.
+    void letOthersIn() const;
 
 private:
     std::optional<Transaction> m_transaction;
     QElapsedTimer m_sinceBegin;
     bool m_isBatch = false;
-    bool m_holdsFiles = false;
 };

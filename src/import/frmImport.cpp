@@ -131,7 +131,10 @@ void frmImport::cmdImport_Click()
 {
     emptyIfVanished();
     const std::vector<int> rows = chosenRows();
-    m_importer.batch([&] { importFiles(rows); });
+    if (rows.size() == 1)
+        importFiles(rows);
+    else
+        m_importer.batch([&] { importFiles(rows); });
 }
 
 // In the order of the list, not in the order in which they were chosen.

@@ -3,11 +3,15 @@
 #include "data/Criterion.h"
 #include "data/DatabaseError.h"
 #include "data/DatabasePath.h"
-#include "data/TextComparison.h"
 #include "import/srf/SrfFile.h"
+#include "interaction/ControlCharacters.h"
 #include "platform/Paths.h"
+#include "platform/UserVisibleError.h"
 
-#include <unordered_set>
+#include <QLocale>
+#include <QScopeGuard>
+
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,33 +20,8 @@ namespace {
 // The rating that every imported recipe gets.
 constexpr int importedRating = 5;
 
-// A set of names that compares them as the database does.
-struct NameHash {
-    std::size_t operator()(const std::string &name) const { return textHash(name); }
-};
-struct NameEqual {
-    bool operator()(const std::string &a, const std::string &b) const { return textsEqual(a, b); }
-};
-using NameSet = std::unordered_set<std::string, NameHash, NameEqual>;
-
-// Checks the fields that the catalog would store if the ingredient were new. Returns the first one
-// that its column does not accept.
-std::optional<SrfError> checkNewIngredient(const SrfIngredient &entry)
-{
-    const std::variant<SrfNewIngredient, SrfError> read = newIngredient(entry);
-    if (const auto *error = std::get_if<SrfError>(&read))
-        return *error;
-    const auto &fields = std::get<SrfNewIngredient>(read);
-    if (!convertToField(FieldType::WholeNumber, fields.type))
-        return SrfError{entry.line, frmImportRecipe::tr("the number of an ingredient type"),
-                        fields.type};
-    if (!convertToField(FieldType::Number, fields.shelfLife))
-        return SrfError{entry.line, frmImportRecipe::tr("a shelf life in days"), fields.shelfLife};
-    if (!convertToField(FieldType::YesNo, fields.vegetarian))
-        return SrfError{entry.line, frmImportRecipe::tr("True or False for vegetarian"),
-                        fields.vegetarian};
-    return {};
-}
+// In bytes. A larger file takes long to parse, and other programs must not wait for that.
+constexpr qsizetype largeFile = qsizetype(64) << 10;
 
 } // namespace
 
@@ -68,58 +47,182 @@ void frmImportRecipe::openDataSources()
 
 void frmImportRecipe::batch(const std::function<void()> &imports)
 {
+    m_batch = {};
     m_commits.startBatch();
+    const auto end = qScopeGuard([this] {
+        m_commits.endBatch();
+        m_batch = {};
+    });
+    try {
+        runBatch(imports);
+    } catch (const UnusableDatabase &error) { // the error boundary can offer to put a copy back
+        throw UnusableDatabase(error.path(), endedEarlyText(error.problem()));
+    } catch (const DatabaseError &error) {
+        throw DatabaseError(endedEarlyText(error.text()) + importRestText());
+    } catch (const platform::UserVisibleError &error) {
+        throw platform::UserVisibleError(endedEarlyText(error.text()) + importRestText());
+    }
+}
+
+void frmImportRecipe::runBatch(const std::function<void()> &imports)
+{
     try {
         imports();
-    } catch (...) { // the files that have been stored are kept
-        m_commits.endBatch();
+    } catch (...) { // the files that have been imported are kept
+        commitGroup();
         throw;
     }
-    m_commits.endBatch();
+    commitGroup();
+}
+
+// Returns how many recipes were imported, at which file the batch has ended and why.
+QString frmImportRecipe::endedEarlyText(const QString &reason) const
+{
+    const QString imported = m_batch.imported == 0 ? tr("No recipe was imported.")
+        : m_batch.imported == 1
+        ? tr("1 recipe was imported.")
+        : tr("%1 recipes were imported.").arg(QLocale(QLocale::English).toString(m_batch.imported));
+    return tr("%1 The import ended at \"%2\":\n\n%3")
+        .arg(imported, excerpt(platform::displayPath(m_batch.current.filename())),
+             QString(reason).remove(u' ' + DatabaseError::nothingStored()));
+}
+
+QString frmImportRecipe::importRestText() const
+{
+    if (m_batch.imported == 0)
+        return {};
+    return u"\n\n"_s
+        + tr("Then press Import again to import the other recipes, and answer No for those that "
+             "are already there.");
 }
 
 // The whole file is read and parsed before anything is written or asked.
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
-    const std::variant<QByteArray, SrfFileError> file = readSrfFile(path);
-    if (const auto *error = std::get_if<SrfFileError>(&file)) {
+    m_batch.current = path;
+    const std::variant<QByteArray, SrfFileError> read = readSrfFile(path);
+    if (const auto *error = std::get_if<SrfFileError>(&read)) {
         return reject(error->failure == platform::ReadFailure::NotFound
                           ? tr("Could not find file.  Try importing file though File, Import.")
                           : error->message);
     }
-    const std::variant<SrfRecipe, SrfError> parsed =
-        parseSrf(decodeSrf(std::get<QByteArray>(file)));
+    const auto &bytes = std::get<QByteArray>(read);
+    if (bytes.size() > largeFile)
+        commitGroup();
+    if (m_batch.isStopped)
+        return Outcome::Stopped;
+    std::variant<SrfRecipe, SrfError> parsed = parseSrf(decodeSrf(bytes));
     if (const auto *error = std::get_if<SrfError>(&parsed))
         return reject(srfErrorText(*error, platform::displayPath(path)));
+    auto &recipe = std::get<SrfRecipe>(parsed);
+    NumberErrors numberErrors = findNumberErrors(recipe);
+    return importInGroup({path, std::move(recipe), std::move(numberErrors)});
+}
+
+// Imports the file into the transaction of the group. If that fails, the files before it are kept.
+// A failure such as a full disk makes SQLite roll all of them back; without them the file may fit.
+frmImportRecipe::Outcome frmImportRecipe::importInGroup(ReadFile file)
+{
+    auto outcome = Outcome::NotImported;
     try {
-        return importRecipe(std::get<SrfRecipe>(parsed), path);
-    } catch (...) { // an open transaction would keep the database locked
-        m_commits.fileFailed();
+        outcome = importRecipe(file);
+    } catch (const UnusableDatabase &) {
+        dropGroup(); // nothing more is written into a damaged file
+        throw;
+    } catch (const DatabaseError &) {
+        if (m_batch.group.empty()) {
+            m_commits.rollBack(); // an open transaction would keep the database locked
+            throw;
+        }
+        commitGroup();
+        return m_batch.isStopped ? Outcome::Stopped : importAlone(file);
+    } catch (...) {
+        if (m_batch.group.empty())
+            m_commits.rollBack();
         throw;
     }
+    if (outcome == Outcome::Imported)
+        m_batch.group.push_back(std::move(file));
+    if (m_commits.isDue()) {
+        commitGroup();
+        m_commits.letOthersIn();
+    }
+    return m_batch.isStopped ? Outcome::Stopped : outcome;
+}
+
+// Commits the files of the group. If that fails, they are imported again one by one, so that those
+// that fit are kept; throws at the first one that does not, which is then the current file.
+void frmImportRecipe::commitGroup()
+{
+    try {
+        m_commits.commit();
+        m_batch.imported += std::ssize(m_batch.group);
+        m_batch.group.clear();
+        return;
+    } catch (const UnusableDatabase &) {
+        dropGroup();
+        throw;
+    } catch (const DatabaseError &) {
+        if (!m_commits.isBatch()) {
+            dropGroup();
+            throw;
+        }
+    }
+    const std::filesystem::path current = m_batch.current;
+    std::vector<ReadFile> files = std::exchange(m_batch.group, {});
+    for (ReadFile &file : files) {
+        if (importAlone(file) == Outcome::Stopped) {
+            m_batch.isStopped = true;
+            return;
+        }
+    }
+    m_batch.current = current;
+}
+
+frmImportRecipe::Outcome frmImportRecipe::importAlone(ReadFile &file)
+{
+    m_batch.current = file.path;
+    try {
+        const Outcome outcome = importRecipe(file);
+        m_commits.commit();
+        if (outcome == Outcome::Imported)
+            ++m_batch.imported;
+        return outcome;
+    } catch (...) {
+        m_commits.rollBack();
+        throw;
+    }
+}
+
+// The first file that is not stored becomes the current one.
+void frmImportRecipe::dropGroup()
+{
+    m_commits.rollBack();
+    if (!m_batch.group.empty())
+        m_batch.current = m_batch.group.front().path;
+    m_batch.group.clear();
 }
 
 // The transaction that is begun before the question ends with it, so that the database is not
 // locked while the user thinks. After the answer the cursors are requeried inside the one that
 // writes.
-frmImportRecipe::Outcome frmImportRecipe::importRecipe(const SrfRecipe &recipe,
-                                                       const std::filesystem::path &path)
+frmImportRecipe::Outcome frmImportRecipe::importRecipe(ReadFile &file)
 {
     beginFile();
-    std::optional<SrfError> error = checkNumbers(recipe);
-    if (!error && isTaken(recipe.name)) {
-        const Button answer = askAboutTakenName(recipe.name);
+    std::optional<SrfError> error = numberError(file.numberErrors);
+    if (!error && !file.importAnyway && isTaken(file.recipe.name)) {
+        const Button answer = askAboutTakenName(file.recipe.name);
         if (answer != Button::Yes)
             return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
+        file.importAnyway = true;
         beginFile();
-        error = checkNumbers(recipe); // another program may have changed the catalogs
+        error = numberError(file.numberErrors); // another program may have changed the catalogs
     }
     if (error)
-        return reject(srfErrorText(*error, platform::displayPath(path)));
+        return reject(srfErrorText(*error, platform::displayPath(file.path)));
     Transaction transaction(datRecipe.Database());
-    ReadSRFRecipe(recipe, freeName(recipe.name));
+    ReadSRFRecipe(file.recipe, freeName(file.recipe.name));
     transaction.commit();
-    m_commits.fileStored();
     return Outcome::Imported;
 }
 
@@ -145,13 +248,26 @@ QString frmImportRecipe::freeName(const QString &name)
     return candidate;
 }
 
+// The answer of an earlier question can apply to all later ones of the batch.
 Button frmImportRecipe::askAboutTakenName(const QString &name)
 {
-    return show({tr("%1 is already in the database.  Do you want to import it anyways?").arg(name),
-                 tr("Already in database"),
-                 Icon::Information,
-                 {Button::Yes, Button::No},
-                 Button::No});
+    if (m_batch.answerForAll)
+        return *m_batch.answerForAll;
+    MessageBox box{
+        tr("%1 is already in the database.  Do you want to import it anyways?").arg(excerpt(name)),
+        tr("Already in database"),
+        Icon::Information,
+        {Button::Yes, Button::No},
+        Button::No};
+    bool isForAll = false;
+    if (m_commits.isBatch()) {
+        box.checkBox = tr("&Do the same for the other recipes that are already there");
+        box.isChecked = &isForAll;
+    }
+    const Button answer = show(std::move(box));
+    if (isForAll && answer != Button::Stop)
+        m_batch.answerForAll = answer;
+    return answer;
 }
 
 frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)
@@ -163,29 +279,23 @@ frmImportRecipe::Outcome frmImportRecipe::reject(const QString &text)
 // Many files of a batch may be bad or already imported, so every box offers to stop the batch.
 Button frmImportRecipe::show(MessageBox box)
 {
-    m_commits.commit();
+    commitGroup();
+    if (m_batch.isStopped)
+        return Button::Stop;
     if (m_commits.isBatch())
         box.buttons.push_back(Button::Stop);
     return m_interaction.show(box);
 }
 
-// Returns the first text that its column does not accept. The fields of an ingredient matter only
-// if the catalog does not have it, and of several entries with one name only the first one's do.
-std::optional<SrfError> frmImportRecipe::checkNumbers(const SrfRecipe &recipe)
+// Returns the first error that matters: one of an ingredient does only if the catalog does not have
+// the ingredient.
+std::optional<SrfError> frmImportRecipe::numberError(const NumberErrors &errors)
 {
-    if (!convertToField(FieldType::WholeNumber, recipe.type))
-        return SrfError{SrfRecipe::typeLine, tr("the number of a recipe type"), recipe.type};
-    if (!convertToField(FieldType::Number, recipe.serves))
-        return SrfError{SrfRecipe::servesLine, tr("the number of servings"), recipe.serves};
+    if (errors.heading)
+        return errors.heading;
     RecordCursor &catalog = datIngredients.Recordset();
-    NameSet names;
-    for (const SrfIngredient &entry : recipe.ingredients) {
-        if (!names.insert(entry.name.toStdString()).second)
-            continue;
-        std::optional<SrfError> error = checkNewIngredient(entry);
-        if (!error)
-            continue;
-        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, entry.name));
+    for (const auto &[name, error] : errors.ingredients) {
+        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, name));
         if (catalog.NoMatch())
             return error;
     }

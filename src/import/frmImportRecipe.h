@@ -2,6 +2,7 @@
 
 #include "data/DataSource.h"
 #include "import/GroupCommit.h"
+#include "import/NumberErrors.h"
 #include "import/srf/SrfParser.h"
 #include "interaction/Interaction.h"
 
@@ -9,6 +10,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
+#include <vector>
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
 class frmImportRecipe
@@ -39,13 +42,38 @@ public:
 
     // Runs imports, which calls ImportSRFFile for each file of a batch. The files share
     // transactions: all of them are committed only when batch() returns or throws. The database is
-    // not locked while a box is shown, and every box has a Stop button.
+    // not locked while a box is shown, and every box has a Stop button. If the batch ends early,
+    // throws an exception of the same kind whose text says how many recipes were imported, at which
+    // file it ended and why.
     void batch(const std::function<void()> &imports);
 
 private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
 
-    Outcome importRecipe(const SrfRecipe &recipe, const std::filesystem::path &path);
+    struct ReadFile {
+        std::filesystem::path path;
+        SrfRecipe recipe;
+        NumberErrors numberErrors;
+        bool importAnyway = false; // the user has said so, although its title is taken
+    };
+
+    // The state of a batch. A single import is a batch of one file.
+    struct Batch {
+        std::filesystem::path current; // the file that is being imported
+        std::vector<ReadFile> group; // imported in the open transaction, in this order
+        qsizetype imported = 0; // committed recipes
+        std::optional<Button> answerForAll; // to the question about a taken title
+        bool isStopped = false; // by the user, while a group was imported again
+    };
+
+    void runBatch(const std::function<void()> &imports);
+    QString endedEarlyText(const QString &reason) const;
+    QString importRestText() const; // empty if no recipe was imported
+    Outcome importInGroup(ReadFile file);
+    Outcome importAlone(ReadFile &file);
+    Outcome importRecipe(ReadFile &file);
+    void commitGroup();
+    void dropGroup();
     void beginFile();
     bool isTaken(const QString &name);
     QString freeName(const QString &name);
@@ -53,7 +81,7 @@ private:
     Outcome reject(const QString &text);
     Button show(MessageBox box);
 
-    std::optional<SrfError> checkNumbers(const SrfRecipe &recipe);
+    std::optional<SrfError> numberError(const NumberErrors &errors);
     void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);
     QVariant addRecipe(const SrfRecipe &recipe, const QString &name);
     void addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId);
@@ -67,4 +95,5 @@ private:
     DataSource datUtensils{m_sources};
     DataSource datRecipeUtensils{m_sources};
     GroupCommit m_commits;
+    Batch m_batch;
 };

@@ -2,6 +2,8 @@
 
 #include <QList>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 bool isInvisible(char32_t c)
@@ -33,4 +35,12 @@ QString escapeControlCharacters(const QString &text)
             escaped += QChar::fromUcs4(c);
     }
     return escaped;
+}
+
+QString excerpt(const QString &text, qsizetype longest)
+{
+    if (text.size() <= longest)
+        return escapeControlCharacters(text);
+    const bool insidePair = text.at(longest - 1).isHighSurrogate();
+    return escapeControlCharacters(text.left(insidePair ? longest - 1 : longest)) + "..."_L1;
 }

@@ -19,6 +19,8 @@ struct MessageBox {
     Icon icon = Icon::None;
     std::vector<Button> buttons = {Button::Ok};
     Button defaultButton = Button::Ok;
+    QString checkBox = {}; // the caption of a check box below the text; none if empty
+    bool *isChecked = nullptr; // set to the state of the check box; not null if there is one
 };
 
 enum class Lines { One, Several };

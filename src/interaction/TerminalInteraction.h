@@ -3,8 +3,9 @@
 #include "interaction/Interaction.h"
 
 // For a start without a desktop: prints texts to standard error. Asks a question on standard input
-// if that is a terminal, otherwise takes No as its answer, and prints the answer. Input boxes and
-// choosers return as if cancelled. Progress is not shown; Ctrl+C ends the program.
+// if that is a terminal, otherwise takes No as its answer, and prints the answer. A check
+// box stays unticked. Input boxes and choosers return as if cancelled. Progress is not shown;
+// Ctrl+C ends the program.
 class TerminalInteraction final : public Interaction
 {
 public:

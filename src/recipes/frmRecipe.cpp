@@ -9,6 +9,7 @@
 #include "data/TypesAndRatings.h"
 #include "data/settings/Settings.h"
 #include "frame/Frame.h"
+#include "interaction/ControlCharacters.h"
 #include "interaction/Interaction.h"
 #include "ui_frmRecipe.h"
 #include "widgets/StandardWidgets.h"
@@ -397,10 +398,10 @@ void frmRecipe::cmdSave_Click()
 bool frmRecipe::SaveRecipe()
 {
     if (!isServesValid()) {
-        interaction().showError(
-            tr("Error"),
-            tr("Serves must be a number, 0 or more. \"%1\" is not.").arg(m_ui->txtServes->text()),
-            Icon::Information);
+        interaction().showError(tr("Error"),
+                                tr("Serves must be a number, 0 or more. \"%1\" is not.")
+                                    .arg(excerpt(m_ui->txtServes->text())),
+                                Icon::Information);
         m_ui->txtServes->setFocus();
         return false;
     }

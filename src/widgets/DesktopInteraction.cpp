@@ -6,6 +6,7 @@
 #include "widgets/TextEdit.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -19,12 +20,12 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 
-#include <algorithm>
-#include <chrono>
 #include <limits>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
+using TimePoint = std::chrono::steady_clock::time_point;
 
 namespace {
 
@@ -77,22 +78,31 @@ QWidget *parentForBox()
     return nullptr;
 }
 
-// A QMessageBox grows with its text, beyond the screen. A longer text is moved into an edit, which
-// scrolls.
-void limitHeight(QMessageBox &box)
+// Returns an edit that scrolls the text if it would make the dialog too high for the screen, else
+// null.
+TextEdit *scrollingText(const QString &text, const QDialog &dialog)
 {
-    const QSize room = box.screen()->availableSize() / 2;
-    const QSize size = inches(box, 5, 3.5).boundedTo(room);
-    const QRect text = box.fontMetrics().boundingRect(
-        QRect(QPoint(), size), Qt::TextWordWrap | Qt::TextWrapAnywhere, box.text());
-    if (text.height() <= size.height())
-        return;
+    const QSize room = dialog.screen()->availableSize() / 2;
+    const QSize size = inches(dialog, 5, 3.5).boundedTo(room);
+    const QRect needed = dialog.fontMetrics().boundingRect(
+        QRect(QPoint(), size), Qt::TextWordWrap | Qt::TextWrapAnywhere, text);
+    if (needed.height() <= size.height())
+        return nullptr;
     auto *edit = new TextEdit;
-    edit->setPlainText(box.text());
+    edit->setPlainText(text);
     edit->setReadOnly(true);
     edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    edit->setAccessibleName(box.windowTitle());
+    edit->setAccessibleName(dialog.windowTitle());
     edit->setMinimumSize(size);
+    return edit;
+}
+
+// A QMessageBox grows with its text, beyond the screen.
+void limitHeight(QMessageBox &box)
+{
+    TextEdit *edit = scrollingText(box.text(), box);
+    if (!edit)
+        return;
     auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
     delete box.layout()->replaceWidget(label, edit);
     label->hide();
@@ -117,8 +127,9 @@ TextDialog::TextDialog(const InputBox &box)
     , m_defaultText(box.defaultText)
 {
     setWindowTitle(box.title);
-    auto *prompt = new QLabel(box.prompt);
-    prompt->setTextFormat(Qt::PlainText);
+    auto *label = new QLabel(box.prompt);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
     QWidget *edit = nullptr;
     if (box.lines == Lines::One) {
         edit = m_line = new LineEdit;
@@ -128,15 +139,19 @@ TextDialog::TextDialog(const InputBox &box)
         edit = m_lines = new TextEdit;
         m_lines->setPlainText(box.defaultText);
     }
-    prompt->setBuddy(edit);
+    label->setBuddy(edit);
     edit->setAccessibleName(box.prompt);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
-    for (QWidget *widget : std::initializer_list<QWidget *>{prompt, edit, buttons})
+    for (QWidget *widget : std::initializer_list<QWidget *>{label, edit, buttons})
         layout->addWidget(widget);
+    if (QWidget *scrolling = scrollingText(box.prompt, *this)) {
+        delete layout->replaceWidget(label, scrolling);
+        label->hide();
+    }
     resize(inches(*this, 4, m_lines ? 2.5 : 0)
                .expandedTo(sizeHint())
                .boundedTo(screen()->availableSize() * 0.9)); // leaves room for the title bar
@@ -151,25 +166,87 @@ QString TextDialog::text() const
     return m_lines->document()->isModified() ? documentText(*m_lines->document()) : m_defaultText;
 }
 
+} // namespace
+
+// Measures how long work has taken, without the time in which questions wait for the user.
+class WorkTime
+{
+public:
+    using Clock = DesktopInteraction::Clock;
+
+    explicit WorkTime(Clock now)
+        : m_now(std::move(now))
+        , m_since(m_now())
+    {
+    }
+
+    TimePoint now() const { return m_now(); }
+    std::chrono::steady_clock::duration worked() const
+    {
+        return m_questions > 0 ? m_worked : m_worked + (m_now() - m_since);
+    }
+
+    void questionBegins()
+    {
+        m_worked = worked();
+        ++m_questions;
+    }
+    void questionEnds()
+    {
+        --m_questions;
+        m_since = m_now();
+    }
+
+private:
+    Clock m_now;
+    TimePoint m_since; // when the work began or went on; counts while no question is open
+    std::chrono::steady_clock::duration m_worked{}; // before that
+    int m_questions = 0; // that are open
+};
+
+namespace {
+
+// A scope in which a box waits for the user.
+class Question
+{
+public:
+    explicit Question(const std::weak_ptr<WorkTime> &interrupted)
+        : m_interrupted(interrupted.lock())
+    {
+        if (m_interrupted)
+            m_interrupted->questionBegins();
+    }
+    ~Question()
+    {
+        if (m_interrupted)
+            m_interrupted->questionEnds();
+    }
+
+private:
+    Q_DISABLE_COPY_MOVE(Question)
+
+    std::shared_ptr<WorkTime> m_interrupted;
+};
+
 class ProgressBox final : public Progress
 {
 public:
-    explicit ProgressBox(const QString &title);
+    ProgressBox(const QString &title, std::shared_ptr<const WorkTime> time);
     bool update(qsizetype done, qsizetype total, const QString &label) override;
 
 private:
     bool isRepaintDue();
     void display(qsizetype done, qsizetype total, const QString &label);
 
-    using Clock = std::chrono::steady_clock;
     QProgressDialog m_dialog{parentForBox()};
-    Clock::time_point m_last = Clock::now(); // of the last repaint; before the first, of update()
-    Clock::duration m_worked{}; // until the box appears
+    std::shared_ptr<const WorkTime> m_time;
+    TimePoint m_lastRepaint;
 };
 
 // QProgressDialog's own minimumDuration would include the time in which a question waits for the
 // user, and the box would flash up between two questions. isRepaintDue() decides instead.
-ProgressBox::ProgressBox(const QString &title)
+ProgressBox::ProgressBox(const QString &title, std::shared_ptr<const WorkTime> time)
+    : m_time(std::move(time))
 {
     constexpr int width = 360;
     m_dialog.setMinimumDuration(std::numeric_limits<int>::max());
@@ -200,15 +277,13 @@ bool ProgressBox::isRepaintDue()
 {
     constexpr auto minimumDuration = 500ms;
     constexpr auto repaintInterval = 100ms;
-    // An item is finished sooner than this. If it is not, it has asked the user a question.
-    constexpr Clock::duration longestItem = 100ms;
 
-    const auto now = Clock::now();
-    if (m_dialog.isVisible() && now - m_last < repaintInterval)
+    const TimePoint now = m_time->now();
+    if (m_dialog.isVisible() ? now - m_lastRepaint < repaintInterval
+                             : m_time->worked() < minimumDuration)
         return false;
-    m_worked += std::min(now - m_last, longestItem);
-    m_last = now;
-    return m_worked >= minimumDuration;
+    m_lastRepaint = now;
+    return true;
 }
 
 void ProgressBox::display(qsizetype done, qsizetype total, const QString &label)
@@ -228,6 +303,11 @@ void ProgressBox::display(qsizetype done, qsizetype total, const QString &label)
 
 } // namespace
 
+DesktopInteraction::DesktopInteraction(Clock clock)
+    : m_now(std::move(clock))
+{
+}
+
 Button DesktopInteraction::show(const MessageBox &box)
 {
     QMessageBox dialog(toQt(box.icon), box.title, box.text, QMessageBox::NoButton, parentForBox());
@@ -240,9 +320,14 @@ Button DesktopInteraction::show(const MessageBox &box)
             dialog.setEscapeButton(added); // QMessageBox would prefer Abort, which is our Stop
     }
     dialog.setDefaultButton(toQt(box.defaultButton));
+    if (!box.checkBox.isEmpty())
+        dialog.setCheckBox(new QCheckBox(box.checkBox));
     limitHeight(dialog);
 
+    const Question question(m_workTime);
     const int pressed = dialog.exec();
+    if (dialog.checkBox())
+        *box.isChecked = dialog.checkBox()->isChecked();
     for (const Button button : box.buttons) {
         if (pressed == toQt(button))
             return button;
@@ -253,6 +338,7 @@ Button DesktopInteraction::show(const MessageBox &box)
 QString DesktopInteraction::ask(const InputBox &box)
 {
     TextDialog dialog(box);
+    const Question question(m_workTime);
     return dialog.exec() == QDialog::Accepted ? dialog.text() : QString();
 }
 
@@ -262,15 +348,19 @@ QString DesktopInteraction::choose(const FileChooser &chooser)
     QFileDialog dialog(parentForBox(), chooser.title, chooser.directory, filter);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setDefaultSuffix(chooser.defaultSuffix);
+    const Question question(m_workTime);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString DesktopInteraction::choose(const FolderChooser &chooser)
 {
+    const Question question(m_workTime);
     return QFileDialog::getExistingDirectory(parentForBox(), chooser.title, chooser.directory);
 }
 
 std::unique_ptr<Progress> DesktopInteraction::startProgress(const QString &title)
 {
-    return std::make_unique<ProgressBox>(title);
+    const auto time = std::make_shared<WorkTime>(m_now);
+    m_workTime = time;
+    return std::make_unique<ProgressBox>(title, time);
 }

@@ -1,5 +1,7 @@
+#include "data/DatabasePath.h"
 #include "import/frmImport.h"
 #include "import/frmImportRecipe.h"
+#include "interaction/ControlCharacters.h"
 #include "platform/ApplicationInformation.h"
 #include "platform/Directory.h"
 #include "platform/Paths.h"
@@ -12,12 +14,64 @@
 #include <QComboBox>
 #include <QLabel>
 
+#include <csignal>
 #include <fstream>
+#include <sys/mount.h>
+#include <sys/resource.h>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
 namespace fs = std::filesystem;
 using Outcome = frmImportRecipe::Outcome;
+
+namespace {
+
+// A copy of a database, which DatabasePath names, on a disk that has room for little more.
+class SmallDisk
+{
+public:
+    SmallDisk(const TestDatabase &database, bool isDisk)
+        : m_folder(database.folder() + "/small"_L1)
+        , m_isDisk(isDisk)
+    {
+        QDir().mkdir(m_folder);
+        if (m_isDisk)
+            m_isSmall = ::mount("none", qPrintable(m_folder), "tmpfs", 0, "size=700k") == 0;
+        DatabasePath = m_folder + "/data.rbk"_L1;
+        QFile::copy(database.path(), DatabasePath);
+        if (m_isDisk)
+            return;
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{400'000, m_before.rlim_max};
+        m_isSmall = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+    }
+    ~SmallDisk()
+    {
+        if (m_isDisk)
+            ::umount2(qPrintable(m_folder), MNT_DETACH);
+        else
+            ::setrlimit(RLIMIT_FSIZE, &m_before);
+    }
+
+    bool isSmall() const { return m_isSmall; }
+
+    int count(const char *table) const
+    {
+        SQLite::Database file(DatabasePath.toStdString());
+        return file.execAndGet(std::string("SELECT count(*) FROM ") + table).getInt();
+    }
+
+private:
+    Q_DISABLE_COPY_MOVE(SmallDisk)
+
+    QString m_folder;
+    bool m_isDisk;
+    bool m_isSmall = false;
+    rlimit m_before{};
+};
+
+} // namespace
 
 // The program directory is the directory of this test.
 class tst_Import : public QObject
@@ -79,13 +133,25 @@ class tst_Import : public QObject
         return m_importer->ImportSRFFile(nativePath(path()));
     }
 
-    void expectQuestion(const QString &title, Button answer,
-                        const std::vector<Button> &buttons = {Button::Yes, Button::No}) const
+    static MessageBox question(const QString &title)
     {
-        m_fixture->interaction.expect(
-            {title + " is already in the database.  Do you want to import it anyways?"_L1,
-             u"Already in database"_s, Icon::Information, buttons, Button::No},
-            answer);
+        return {excerpt(title)
+                    + " is already in the database.  Do you want to import it anyways?"_L1,
+                u"Already in database"_s,
+                Icon::Information,
+                {Button::Yes, Button::No},
+                Button::No};
+    }
+    void expectQuestion(const QString &title, Button answer) const
+    {
+        m_fixture->interaction.expect(question(title), answer);
+    }
+    void expectQuestionInBatch(const QString &title, const MockInteraction::Answer &answer) const
+    {
+        MessageBox box = question(title);
+        box.buttons.push_back(Button::Stop);
+        box.checkBox = u"&Do the same for the other recipes that are already there"_s;
+        m_fixture->interaction.expect(box, answer);
     }
     void expect(const QString &text, Button answer = Button::Ok) const
     {
@@ -210,8 +276,7 @@ private Q_SLOTS:
                 else if (name == u"4")
                     expect(u"Could not find file.  Try importing file though File, Import."_s);
                 else if (answer != Button::Ok)
-                    expectQuestion(name == u"1" ? u"Soup"_s : u"Cake"_s, answer,
-                                   {Button::Yes, Button::No, Button::Stop});
+                    expectQuestionInBatch(name == u"1" ? u"Soup"_s : u"Cake"_s, answer);
                 if (answer == Button::Stop && (name == u"1" || name == u"3"))
                     break;
             }
@@ -298,10 +363,12 @@ private Q_SLOTS:
 
     void takenTitles_data()
     {
+        const QString longTitle = u"a\n"_s.repeated(4000);
         addRows<QString, QString>({{"other case", u"Éclair"_s, u"éCLAIR"_s},
                                    {"quotes", u"Baba's \"Nudeln\""_s, u"Baba's \"Nudeln\""_s},
                                    {"pattern characters", u"100% *?_ soup"_s, u"100% *?_ soup"_s},
-                                   {"spaces and a line feed", u" a\nb "_s, u" a\nb "_s}});
+                                   {"spaces and a line feed", u" a\nb "_s, u" a\nb "_s},
+                                   {"too long for a box", longTitle, longTitle}});
     }
 
     // The names of the catalogs are found again as well.
@@ -344,6 +411,106 @@ private Q_SLOTS:
         });
         QCOMPARE(titles(), u"Five, One, Two"_s);
         QCOMPARE(m_fixture->stored("SELECT UtensilName FROM Utensils, Ingredients"), u"Pot, Pan"_s);
+    }
+
+    void answersForAll_data()
+    {
+        using Checked = MockInteraction::Checked;
+        addRows<MockInteraction::Checked, Outcome, QString>({
+            {"No", Checked{Button::No}, Outcome::NotImported, u"Soup"_s},
+            {"Yes", Checked{Button::Yes}, Outcome::Imported, u"Soup, Soup 1, Soup 2"_s},
+            {"Stop", Checked{Button::Stop}, Outcome::Stopped, u"Soup"_s},
+        });
+    }
+
+    // The answer to one question holds for the batch, and Stop for nothing else.
+    void answersForAll()
+    {
+        const auto [answer, outcome, expected] =
+            fetchRow<MockInteraction::Checked, Outcome, QString>();
+        import(srf({}));
+        const bool asksAgain = outcome == Outcome::Stopped;
+        m_importer->batch([&, expectedOutcome = outcome, answer = answer] {
+            for (int file = 0; file < 2; ++file) {
+                if (file == 0 || asksAgain)
+                    expectQuestionInBatch(u"Soup"_s, answer);
+                QCOMPARE(import(srf({})), expectedOutcome);
+            }
+        });
+        QCOMPARE(titles(), expected);
+        expectQuestion(u"Soup"_s, Button::No);
+        import(srf({}));
+    }
+
+    // Neither Stop nor the check box.
+    void asksAboutASingleFile()
+    {
+        write("1.srf", "Soup");
+        enter(u"recipes"_s);
+        press(*m_window, u"cmdImport"_s);
+        expectQuestion(u"Soup"_s, Button::No);
+        press(*m_window, u"cmdImport"_s);
+    }
+
+    void fullDisk_data()
+    {
+        addRows<bool, QString>({{"small disk", true, u" is full. Make room and try again."_s},
+                                {"limited file size", false, u" could not be "_s}});
+    }
+
+    // What fits is kept, file by file, and no question is asked twice.
+    void fullDisk()
+    {
+        const auto [isDisk, reason] = fetchRow<bool, QString>();
+        constexpr int files = 60;
+        const QByteArrayList instructions(1000, "Stir the soup.");
+        for (int i = 0; i < files; ++i)
+            setBytes(u"%1/%2.srf"_s.arg(m_fixture->file.folder()).arg(i),
+                     srf({.title = "Soup " + QByteArray::number(i),
+                          .instructions = instructions,
+                          .utensils = {"Pot " + QByteArray::number(i)}}));
+        m_fixture->file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup 0')"_s);
+        const SmallDisk disk(m_fixture->file, isDisk);
+        if (!disk.isSmall())
+            QSKIP("only root may mount a file system");
+
+        expectQuestionInBatch(u"Soup 0"_s, Button::Yes);
+        frmImportRecipe importer(m_fixture->interaction);
+        importer.Form_Load();
+        const QString failure = failureOf([&] {
+            importer.batch([&] {
+                for (int i = 0; i < files; ++i)
+                    importer.ImportSRFFile(
+                        nativePath(u"%1/%2.srf"_s.arg(m_fixture->file.folder()).arg(i)));
+            });
+        });
+        const int imported = disk.count("Recipes") - 1;
+        QVERIFY(imported > 3 && imported < files - 3);
+        QCOMPARE(disk.count("RecipeUtensils"), imported);
+        const QString start =
+            u"%1 recipes were imported. The import ended at \"%1.srf\":\n\n"_s.arg(imported);
+        QVERIFY2(failure.startsWith(start) && failure.contains(reason)
+                     && !failure.contains(DatabaseError::nothingStored())
+                     && failure.endsWith("\n\nThen press Import again to import the other recipes, "
+                                         "and answer No for those that are already there."_L1),
+                 qPrintable(failure));
+    }
+
+    // The kind of the exception stays, so that the error boundary can offer a copy.
+    void damageDuringABatch()
+    {
+        QString failure;
+        try {
+            m_importer->batch([&] {
+                import(srf({}));
+                throw UnusableDatabase(u"data.rbk"_s, u"It is damaged. Nothing was stored."_s);
+            });
+        } catch (const UnusableDatabase &error) {
+            failure = error.problem();
+        }
+        QCOMPARE(failure,
+                 u"1 recipe was imported. The import ended at \"recipe.srf\":\n\nIt is damaged."_s);
+        QCOMPARE(titles(), u"Soup"_s);
     }
 
     // Another program takes the first free name while the question is shown.

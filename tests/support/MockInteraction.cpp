@@ -67,6 +67,15 @@ std::unique_ptr<Progress> MockInteraction::startProgress(const QString & /*title
                                                        : std::nullopt);
 }
 
+Button MockInteraction::show(const MessageBox &box)
+{
+    const Answer answer = answerTo(describe(box), box.defaultButton);
+    const auto *checked = std::get_if<Checked>(&answer);
+    if (!box.checkBox.isEmpty())
+        *box.isChecked = checked != nullptr;
+    return checked ? checked->button : std::get<Button>(answer);
+}
+
 QString MockInteraction::describe(const MessageBox &box)
 {
     static constexpr const char *icons[] = {"no icon", "information", "question", "exclamation"};
@@ -76,6 +85,8 @@ QString MockInteraction::describe(const MessageBox &box)
         const auto *caption = captions[static_cast<int>(button)];
         buttons += QLatin1StringView(caption) + (button == box.defaultButton ? u"*"_s : QString());
     }
+    if (!box.checkBox.isEmpty())
+        buttons += u"[ ] "_s + box.checkBox;
     return u"message box \"%1\", \"%2\", %3, %4"_s.arg(
         box.title, box.text, QLatin1StringView(icons[static_cast<int>(box.icon)]),
         buttons.join(u' '));

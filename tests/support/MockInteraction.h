@@ -16,8 +16,11 @@ class MockInteraction : public Interaction
 public:
     ~MockInteraction() override;
 
+    struct Checked { // the check box is ticked before the button is pressed
+        Button button;
+    };
     // The answer is a button for a message box and a text for the other boxes.
-    using Answer = std::variant<QString, Button>;
+    using Answer = std::variant<QString, Button, Checked>;
     template <class Box = MessageBox>
     void expect(const Box &box, const Answer &answer = Button::Ok,
                 SourceLine line = SourceLine::current())
@@ -32,10 +35,7 @@ public:
     // cleanup() if the object is older than the test function.
     void checkAllCame();
 
-    Button show(const MessageBox &box) override
-    {
-        return std::get<Button>(answerTo(describe(box), box.defaultButton));
-    }
+    Button show(const MessageBox &box) override;
     QString ask(const InputBox &box) override { return textFor(describe(box)); }
     QString choose(const FileChooser &chooser) override { return textFor(describe(chooser)); }
     QString choose(const FolderChooser &chooser) override { return textFor(describe(chooser)); }

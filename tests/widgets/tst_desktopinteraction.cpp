@@ -1,7 +1,9 @@
+#include "support/Rows.h"
 #include "widgets/DesktopInteraction.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
@@ -22,6 +24,7 @@
 #include <functional>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -51,18 +54,9 @@ void createFile(const QString &path)
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 
-// Works on items of 20 ms and returns the progress box when it is visible.
-QProgressDialog *workUntilVisible(Progress &progress, const QString &label)
+QProgressDialog *visibleProgress()
 {
-    constexpr qsizetype total = 10000;
-    for (qsizetype done = 0; done < 100; ++done) {
-        if (!progress.update(done, total, label))
-            return nullptr;
-        if (auto *box = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
-            return box;
-        QTest::qSleep(20);
-    }
-    return nullptr;
+    return qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
 }
 
 } // namespace
@@ -71,8 +65,16 @@ class tst_DesktopInteraction : public QObject
 {
     Q_OBJECT
 
-    DesktopInteraction m_interaction;
+    std::chrono::steady_clock::time_point m_now; // moves only when a test says so
+    DesktopInteraction m_interaction{[this] { return m_now; }};
     QWidget m_main;
+
+    // Lets the progress box appear.
+    QProgressDialog *workUntilVisible(Progress &progress, const QString &label)
+    {
+        m_now += 500ms;
+        return progress.update(0, 10000, label) ? visibleProgress() : nullptr;
+    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -122,6 +124,40 @@ private Q_SLOTS:
             QTest::keyClick(&dialog, key);
         });
         QTEST(m_interaction.show(box), "answer");
+    }
+
+    void checkBox_data()
+    {
+        addRows<QString, bool>({{"not ticked", QString(), false},
+                                {"with the mouse", u"click"_s, true},
+                                {"with its access key", u"d"_s, true},
+                                {"with Tab and the space bar", u"\t "_s, true}});
+    }
+
+    // It is reached with the keyboard, and the buttons stay on the screen.
+    void checkBox()
+    {
+        const auto [keys, expected] = fetchRow<QString, bool>();
+        whenOpen<QMessageBox>([&keys = keys](QMessageBox &dialog) {
+            QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+            if (keys == u"click"_s)
+                dialog.checkBox()->click();
+            else if (keys == u"d"_s)
+                QTest::keyClick(&dialog, Qt::Key_D, Qt::AltModifier);
+            else
+                for (const QChar key : keys)
+                    QTest::keyClick(dialog.focusWidget(), key.toLatin1());
+            QTRY_COMPARE(dialog.checkBox()->isChecked(), !keys.isEmpty());
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        bool isChecked = !expected;
+        m_interaction.show({.text = u"Boil.\n"_s.repeated(300),
+                            .title = u"Boil"_s,
+                            .buttons = {Button::Yes, Button::No},
+                            .defaultButton = Button::No,
+                            .checkBox = u"&Do it"_s,
+                            .isChecked = &isChecked});
+        QCOMPARE(isChecked, expected);
     }
 
     void longMessage_data()
@@ -200,6 +236,15 @@ private Q_SLOTS:
               "answer");
     }
 
+    void longPrompt()
+    {
+        whenOpen<QDialog>([](QDialog &dialog) {
+            QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+            dialog.reject();
+        });
+        m_interaction.ask({u"Boil. "_s.repeated(3000), u"Boil"_s, u"Stir."_s, Lines::Several});
+    }
+
     void fileChooser_data()
     {
         QTest::addColumn<QString>("typed"); // null for Cancel
@@ -273,7 +318,7 @@ private Q_SLOTS:
     {
         const auto progress = m_interaction.startProgress(u"Export"_s);
         const QString name = u"<b>Soup\n</b>"_s + QString(200, u'x') + u"end"_s;
-        const QProgressDialog *box = workUntilVisible(*progress, name);
+        const auto *box = workUntilVisible(*progress, name);
         QVERIFY(box);
         QCOMPARE(box->windowTitle(), u"Export"_s);
         QCOMPARE(box->parentWidget(), &m_main);
@@ -283,7 +328,7 @@ private Q_SLOTS:
                 && lines[1].size() < 100);
         QCOMPARE(box->findChild<QLabel *>()->textFormat(), Qt::PlainText);
 
-        QTest::qSleep(200);
+        m_now += 100ms;
         QVERIFY(progress->update(2499, 10000, u"Salt"_s));
         QCOMPARE(box->labelText(), u"2,500 of 10,000\nSalt"_s);
         const auto *bar = box->findChild<QProgressBar *>();
@@ -291,15 +336,40 @@ private Q_SLOTS:
         QCOMPARE(bar->maximum(), 10000);
     }
 
-    // The time that a question takes is not counted as work.
-    void progressBetweenQuestions()
+    void progressAppears_data()
     {
+        using Times = QList<int>;
+        addRows<Times, int>({
+            // Milliseconds that the items take, negative ones for those that a question is open,
+            // and how many of them are over when the box appears.
+            {"short items", Times(10, 100), 5},
+            {"long items", Times(3, 3000), 1},
+            {"questions", {-9000, 200, -9000, 200, -9000, 99, -1, 1}, 8},
+            {"no work", Times(50, -9000), 0},
+        });
+    }
+
+    // It appears after half a second of work, whatever an item costs and the user thinks.
+    void progressAppears()
+    {
+        const auto [times, expected] = fetchRow<QList<int>, int>();
         const auto progress = m_interaction.startProgress(u"Import"_s);
-        for (qsizetype done = 0; done < 4; ++done) {
-            QTest::qSleep(300); // the user thinks about a question
-            QVERIFY(progress->update(done, 5, u"soup.srf"_s));
-            QVERIFY(!QApplication::activeModalWidget());
+        int over = 0;
+        while (over < times.size() && !visibleProgress()) {
+            const std::chrono::milliseconds time(times[over]);
+            if (time < 0ms) {
+                whenOpen<QMessageBox>([this, time](QMessageBox &question) {
+                    m_now -= time;
+                    question.accept();
+                });
+                m_interaction.showError(u"Error"_s, u"Bad"_s);
+            } else {
+                m_now += time;
+            }
+            ++over;
+            QVERIFY(progress->update(over, 100, u"soup.srf"_s));
         }
+        QCOMPARE(visibleProgress() ? over : 0, expected);
         // A question that is open for longer runs the event loop.
         const auto windows = QApplication::topLevelWidgets();
         for (const QWidget *window : windows) {
@@ -329,10 +399,10 @@ private Q_SLOTS:
     {
         QFETCH(const std::function<void(QProgressDialog &)>, act);
         const auto progress = m_interaction.startProgress(u"Export"_s);
-        QProgressDialog *box = workUntilVisible(*progress, u"Soup"_s);
+        auto *box = workUntilVisible(*progress, u"Soup"_s);
         QVERIFY(box);
         act(*box);
-        QTest::qSleep(200);
+        m_now += 200ms;
         QVERIFY(!progress->update(50, 100, u"Soup"_s));
         QVERIFY(!box->isVisible());
     }

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QStringDecoder>
 
+#include <iterator>
+
 namespace {
 
 struct Text {
@@ -40,6 +42,28 @@ QString messageFor(const platform::FileReadError &error, const std::filesystem::
         .arg(file, error.reason);
 }
 
+// Returns the bytes up to the end of the last tag, or all of them if a tag is missing. The tags and
+// carriage returns are the same bytes in both encodings.
+QByteArrayView upToLastTag(QByteArrayView bytes)
+{
+    constexpr int headingLines = 6;
+    static constexpr QByteArrayView tags[] = {"<Instructions>", "</Instructions>", "<Ingredients>",
+                                              "</Ingredients>", "<Utensils>",      "</Utensils>"};
+    const auto *tag = std::begin(tags);
+    qsizetype start = 0;
+    for (int line = 1; start < bytes.size(); ++line) {
+        const qsizetype found = bytes.indexOf('\r', start);
+        const qsizetype end = found < 0 ? bytes.size() : found;
+        if (line > headingLines && bytes.sliced(start, end - start) == *tag
+            && ++tag == std::end(tags))
+            return bytes.first(end);
+        start = end + 1;
+        if (start < bytes.size() && bytes[start] == '\n')
+            ++start;
+    }
+    return bytes;
+}
+
 } // namespace
 
 std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path)
@@ -52,13 +76,14 @@ std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &
 
 QString decodeSrf(QByteArrayView bytes)
 {
-    if (bytes.isValidUtf8())
-        return QString::fromUtf8(bytes); // drops the byte order mark
+    const QByteArrayView recipe = upToLastTag(bytes);
+    if (recipe.isValidUtf8())
+        return QString::fromUtf8(recipe); // drops the byte order mark
     QStringDecoder windows1252("windows-1252");
     if (!windows1252.isValid()) // Qt was built without ICU
         throw platform::UserVisibleError(
             Text::tr("The recipe file is not in UTF-8, and Qt on this computer cannot read "
                      "Windows-1252, the other encoding of recipe files. Save the file as UTF-8 "
                      "and import it again."));
-    return windows1252(bytes);
+    return windows1252(recipe);
 }

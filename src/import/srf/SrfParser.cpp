@@ -13,10 +13,11 @@
 //   recipe       = heading instructions ingredients utensils rest-of-the-file
 //   heading      = line name author type serves description
 //   instructions = { any } "<Instructions>" { any } "</Instructions>"
-//   ingredients  = { any } "<Ingredients>" { ingredient } "</Ingredients>"
+//   ingredients  = { any } "<Ingredients>" { ingredient | blank } "</Ingredients>"
 //   ingredient   = name [ '|' type '|' shelf-life '|' vegetarian ] '||' quantity
-//   utensils     = { any } "<Utensils>" { utensil } "</Utensils>"
+//   utensils     = { any } "<Utensils>" { utensil | blank } "</Utensils>"
 //   utensil      = name
+//   blank        = a line that is empty or all spaces
 //
 // The first '||' of an ingredient begins its quantity, whatever precedes it: an ingredient that is
 // in the catalog needs only its name and quantity.
@@ -55,6 +56,7 @@ private:
     bool checkName(QStringView name, const char *expected);
 
     bool nextLine();
+    bool isBlank() const;
     bool fail(const char *expected);
     bool failAtEnd(const QString &expected);
 
@@ -103,8 +105,7 @@ bool Parser::instructions()
 void Parser::addInstruction()
 {
     constexpr QLatin1StringView lineEnd = "\r\n"_L1;
-    const bool blank = std::all_of(m_line.begin(), m_line.end(), [](QChar c) { return c == u' '; });
-    if (blank)
+    if (isBlank())
         m_recipe.instructions.append(lineEnd).append(lineEnd);
     else
         m_recipe.instructions.append(m_line);
@@ -114,7 +115,7 @@ void Parser::addInstruction()
 bool Parser::ingredients()
 {
     return skipTo("<Ingredients>"_L1)
-        && readTo("</Ingredients>"_L1, [this] { return ingredient(); });
+        && readTo("</Ingredients>"_L1, [this] { return isBlank() || ingredient(); });
 }
 
 bool Parser::ingredient()
@@ -134,7 +135,8 @@ bool Parser::ingredient()
 
 bool Parser::utensils()
 {
-    return skipTo("<Utensils>"_L1) && readTo("</Utensils>"_L1, [this] { return utensil(); });
+    return skipTo("<Utensils>"_L1)
+        && readTo("</Utensils>"_L1, [this] { return isBlank() || utensil(); });
 }
 
 bool Parser::utensil()
@@ -190,6 +192,11 @@ bool Parser::nextLine()
     return true;
 }
 
+bool Parser::isBlank() const
+{
+    return std::all_of(m_line.begin(), m_line.end(), [](QChar c) { return c == u' '; });
+}
+
 bool Parser::fail(const char *expected)
 {
     m_error = {m_number, tr(expected), m_line.toString()};
@@ -202,16 +209,8 @@ bool Parser::failAtEnd(const QString &expected)
     return false;
 }
 
-// In characters; a message box still shows that much of a line well.
+// In UTF-16 code units, about one line of a message box.
 constexpr qsizetype longestFound = 80;
-
-QString shortened(const QString &text)
-{
-    if (text.size() <= longestFound)
-        return text;
-    const bool insidePair = text.at(longestFound - 1).isHighSurrogate();
-    return text.left(insidePair ? longestFound - 1 : longestFound);
-}
 
 QString foundText(const SrfError &error)
 {
@@ -219,10 +218,15 @@ QString foundText(const SrfError &error)
         return Parser::tr("the end of the file");
     if (error.found.isEmpty())
         return Parser::tr("nothing");
-    const QString start = shortened(error.found);
-    const QString visible = escapeControlCharacters(start);
-    return start.size() < error.found.size() ? Parser::tr("\"%1...\"").arg(visible)
-                                             : Parser::tr("\"%1\"").arg(visible);
+    return Parser::tr("\"%1\"").arg(excerpt(error.found, longestFound));
+}
+
+// Returns whether more lines end in a line feed alone than in a carriage return.
+bool endsLinesInLineFeeds(QStringView text)
+{
+    const qsizetype ends = text.count(u'\r');
+    const qsizetype lineFeeds = text.count(u'\n') - text.count(u"\r\n");
+    return lineFeeds > ends;
 }
 
 } // namespace
@@ -242,9 +246,11 @@ QString srfErrorText(const SrfError &error, const QString &path)
 
 std::variant<SrfRecipe, SrfError> parseSrf(const QString &text)
 {
-    if (!text.contains(u'\r') && text.contains(u'\n'))
+    std::variant<SrfRecipe, SrfError> result = Parser(text).recipe();
+    // Within a line of a good file, line feeds are part of the text.
+    if (std::holds_alternative<SrfError>(result) && endsLinesInLineFeeds(text))
         return SrfError{1, {}, {}, SrfError::Kind::LineFeeds};
-    return Parser(text).recipe();
+    return result;
 }
 
 std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingredient)

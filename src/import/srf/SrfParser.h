@@ -46,7 +46,7 @@ struct SrfError {
     enum class Kind {
         UnexpectedLine, // the line is not what was expected
         EndOfFile, // the file ends before the line; found is empty
-        LineFeeds, // the lines end in LF alone; expected and found are empty
+        LineFeeds, // most lines end in LF alone; expected and found are empty
     };
 
     int line; // counted from 1
