@@ -22,6 +22,9 @@ public:
 
     // The file at `path` has a schema of a later version.
     static DatabaseError newerVersion(const QString &path);
+
+    // A row of `table` has the largest possible key, so that no row can be added.
+    static std::exception_ptr keysUsedUp(const QString &path, const QString &table);
 };
 
 // The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is
@@ -29,19 +32,24 @@ public:
 class UnusableDatabase : public DatabaseError
 {
 public:
-    UnusableDatabase(const QString &path, const QString &text)
-        : DatabaseError(text)
-        , m_path(path)
-    {
-    }
+    // `problem` says what is wrong in complete sentences, and `advice` what to do. text() is both.
+    UnusableDatabase(const QString &path, const QString &problem,
+                     const QString &advice = usualAdvice());
 
     // The content of the file at `path` contradicts itself or ends too early.
     static UnusableDatabase damaged(const QString &path, Operation operation);
 
+    // The file at `path` is a database of the Access format.
+    static UnusableDatabase accessFormat(const QString &path);
+
     QString path() const { return m_path; }
+    QString problem() const { return m_problem; }
 
 private:
+    static QString usualAdvice();
+
     QString m_path;
+    QString m_problem;
 };
 
 // The row to be changed or deleted no longer exists.

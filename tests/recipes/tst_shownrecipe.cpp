@@ -106,8 +106,7 @@ private Q_SLOTS:
             windows.interaction.expect(
                 WindowFixture::failure(u"Bean Soup"_s,
                                        u"%1 is not a recipe database: the table %2 is missing. Put "
-                                       u"your copy of the recipe "
-                                       "database in its place and try again."_s.arg(
+                                       "your last copy of it in its place and try again."_s.arg(
                                            windows.file.path(), QString::fromLatin1(table))));
             press(windows.list, u"cmdView"_s);
             windows.interaction.checkAllCame();

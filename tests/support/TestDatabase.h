@@ -65,8 +65,7 @@ QString failureOf(Action action)
 }
 
 // Returns what a window says while another program holds a lock on the file.
-inline QString lockedText(const TestDatabase &file,
-                          DatabaseError::Operation operation = DatabaseError::Operation::Reading)
+inline QString lockedText(const TestDatabase &file, DatabaseError::Operation operation)
 {
     return failureOf([&] {
         std::rethrow_exception(DatabaseError::fromSqlite(file.path(), SQLITE_BUSY, {}, operation));
