@@ -88,8 +88,11 @@ QString fullTable(SQLite::Database &connection)
 {
     for (const Table &table : schemaTables()) {
         const std::string name(table.name);
-        const std::string largestKey = "SELECT max((SELECT max(rowid) FROM " + name
-            + "), (SELECT seq FROM sqlite_sequence WHERE name = '" + name + "'))";
+        std::string largestKey = "SELECT max((SELECT max(rowid) FROM ";
+        largestKey.append(name)
+            .append("), (SELECT seq FROM sqlite_sequence WHERE name = '")
+            .append(name)
+            .append("'))");
         try {
             if (connection.execAndGet(largestKey).getInt64() == std::numeric_limits<int64_t>::max())
                 return QString::fromStdString(name);
