@@ -16,13 +16,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Returns the text of an UnusableDatabase, and nothing for any other exception.
+// Returns what an UnusableDatabase says is wrong, and nothing for any other exception.
 std::optional<QString> problemOf(const std::exception_ptr &failure)
 {
     try {
         std::rethrow_exception(failure);
     } catch (const UnusableDatabase &problem) {
-        return problem.text();
+        return problem.problem();
     } catch (...) {
         return {};
     }
@@ -34,9 +34,9 @@ CopyOffer::CopyOffer(Frame &frame)
     : m_frame(frame)
 {
     frame.boundary().setErrorHandler(
-        [this](const std::exception_ptr &failure, const QString &text) {
+        [this](const QString &windowTitle, const std::exception_ptr &failure) {
             const std::optional<QString> problem = problemOf(failure);
-            return problem && offer(*problem, text);
+            return problem && offer(windowTitle, *problem);
         });
     frame.boundary().setAfterHandler([this] {
         m_declined.clear();
@@ -45,7 +45,7 @@ CopyOffer::CopyOffer(Frame &frame)
 }
 
 // Returns whether the user has been told of the failure.
-bool CopyOffer::offer(const QString &problem, const QString &text)
+bool CopyOffer::offer(const QString &windowTitle, const QString &problem)
 {
     if (m_declined.contains(problem))
         return true;
@@ -55,7 +55,8 @@ bool CopyOffer::offer(const QString &problem, const QString &text)
         return false;
     const QDate today = QDate::currentDate();
     const Button answer =
-        m_frame.interaction().show({.text = text + u"\n\n"_s + question(copies, *copy, today),
+        m_frame.interaction().show({.text = ErrorBoundary::text(windowTitle, problem) + u"\n\n"_s
+                                        + question(copies, *copy, today),
                                     .title = tr("Error"),
                                     .icon = Icon::Exclamation,
                                     .buttons = {Button::Yes, Button::No},

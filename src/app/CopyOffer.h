@@ -29,7 +29,7 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(CopyOffer)
 
-    bool offer(const QString &problem, const QString &text);
+    bool offer(const QString &windowTitle, const QString &problem);
     static QString question(const DatabaseCopies &copies, const DatabaseCopy &copy, QDate today);
     void putBack(const DatabaseCopies &copies, const DatabaseCopy &copy, QDate today);
     void tellCopyFailure();

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <thread>
 #include <utility>
 
@@ -62,12 +63,49 @@ std::string withoutColumnList(const std::string &statement)
     return std::string(verb) + std::string(columns.substr(word.size()));
 }
 
+// Reads the whole file. Unlike quick_check, which takes half the time, integrity_check also
+// compares each index with its table.
+bool isSound(SQLite::Database &connection)
+{
+    return connection.execAndGet("PRAGMA integrity_check(1)").getString() == "ok";
+}
+
+void writeLogOnClose(SQLite::Database &connection, bool writes)
+{
+    sqlite3_db_config(connection.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writes ? 0 : 1,
+                      nullptr);
+}
+
+// Returns the table that has no free key left, which SQLite reports in the same way as a full disk.
+QString fullTable(SQLite::Database &connection)
+{
+    for (const Table &table : schemaTables()) {
+        const std::string name(table.name);
+        std::string largestKey = "SELECT max((SELECT max(rowid) FROM ";
+        largestKey.append(name)
+            .append("), (SELECT seq FROM sqlite_sequence WHERE name = '")
+            .append(name)
+            .append("'))");
+        try {
+            if (connection.execAndGet(largestKey).getInt64()
+                == std::numeric_limits<std::int64_t>::max())
+                return QString::fromStdString(name);
+        } catch (const SQLite::Exception &) {
+            return {}; // the disk is full, and reading needs room, too
+        }
+    }
+    return {};
+}
+
 // In the write-ahead mode, which another tool can have set, the newest rows are in a second file
 // that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
 void leaveWalMode(SQLite::Database &connection)
 {
-    if (connection.execAndGet("PRAGMA journal_mode").getString() == "wal")
-        connection.tryExec("PRAGMA journal_mode = DELETE");
+    // Leaving the mode writes the file, as does closing the last connection to it.
+    if (connection.execAndGet("PRAGMA journal_mode").getString() != "wal" || !isSound(connection))
+        return;
+    writeLogOnClose(connection, true);
+    connection.tryExec("PRAGMA journal_mode = DELETE");
 }
 
 int numberOf(SQLite::Statement &statement)
@@ -150,10 +188,7 @@ Database::Session::~Session() = default;
 Database::Session Database::connect()
 {
     Session session(m_path);
-    const std::optional<DatabaseHeader> header = session.file->header();
-    // SQLite may restore the file from a journal as soon as it reads it.
-    if (header && header->applicationId == applicationId && header->userVersion > schemaVersion)
-        throw DatabaseError::newerVersion(m_path);
+    checkHeader(*session.file);
     translateSqliteErrors([&] {
         // One thread uses the connection, so that SQLite need not protect it by a mutex.
         session.connection = std::make_unique<SQLite::Database>(
@@ -170,6 +205,20 @@ Database::Session Database::connect()
     return session;
 }
 
+// Rejects what the file's first bytes show. SQLite may change a file as soon as it reads it, for
+// example by restoring it from a journal.
+void Database::checkHeader(DatabaseFile &file) const
+{
+    if (file.isAccessFormat())
+        throw UnusableDatabase::accessFormat(m_path);
+    const std::optional<DatabaseHeader> header = file.header();
+    if (header && header->applicationId == applicationId && header->userVersion > schemaVersion)
+        throw DatabaseError::newerVersion(m_path);
+    // SQLite would open the file as if it were read-only.
+    if (header && header->isOfLaterFormat)
+        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
+}
+
 void Database::configure(SQLite::Database &connection)
 {
     sqlite3 *handle = connection.getHandle();
@@ -177,7 +226,10 @@ void Database::configure(SQLite::Database &connection)
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_update_hook(handle, countChange, &m_changes);
     sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
-    connection.exec("PRAGMA synchronous = FULL; PRAGMA cache_size = -16000");
+    writeLogOnClose(connection, false); // until the file has been accepted
+    // With FULL, a power cut brings back the journal, and thus takes back what was committed, since
+    // the folder is not synced after the journal has been deleted.
+    connection.exec("PRAGMA synchronous = EXTRA; PRAGMA cache_size = -16000");
 }
 
 // sqlite3_busy_timeout() waits longer after each attempt, so that of several busy programs one can
@@ -290,8 +342,12 @@ void Database::fail(int code, const char *message)
 {
     const auto operation = m_state == TransactionState::None ? DatabaseError::Operation::Reading
                                                              : DatabaseError::Operation::Writing;
-    const std::exception_ptr failure =
+    std::exception_ptr failure =
         DatabaseError::fromSqlite(m_path, code, QString::fromUtf8(message), operation);
+    if (code == SQLITE_FULL && m_state == TransactionState::Open) {
+        if (const QString table = fullTable(connection()); !table.isEmpty())
+            failure = DatabaseError::keysUsedUp(m_path, table);
+    }
     if (m_state != TransactionState::None)
         m_failure = failure;
     if (m_state == TransactionState::Open)
@@ -300,9 +356,17 @@ void Database::fail(int code, const char *message)
     if (m_state == TransactionState::StepFailed
         && sqlite3_get_autocommit(connection().getHandle()) != 0) {
         m_state = TransactionState::RolledBack;
+        restoreFromJournal();
         notifyParticipants();
     }
     std::rethrow_exception(failure);
+}
+
+// If SQLite fails while it writes pages, it leaves the journal to the next reader, who restores the
+// file from it. Until then a copy of the file alone would be damaged.
+void Database::restoreFromJournal()
+{
+    connection().tryExec("PRAGMA schema_version");
 }
 
 // What is written after a failed step would be committed without what should have preceded it.
@@ -329,6 +393,7 @@ void Database::beginOutermost()
     m_state = TransactionState::Beginning;
     auto giveUp = qScopeGuard([this] {
         connection().tryExec("ROLLBACK");
+        restoreFromJournal();
         m_state = TransactionState::None;
     });
     translateSqliteErrors([this] {
@@ -351,10 +416,10 @@ void Database::prepareWrite()
         m_dailyCopy.make(*m_session.file, today);
 }
 
-// Reads the whole file. What is written into a damaged file can make the damage worse.
+// What is written into a damaged file can make the damage worse.
 void Database::requireSound()
 {
-    if (connection().execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
+    if (!isSound(connection()))
         throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Writing);
 }
 
@@ -370,6 +435,8 @@ void Database::rollBack() noexcept
     if (m_state != TransactionState::RolledBack) {
         // A rollback fails only if SQLite has already rolled back by itself.
         connection().tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
+        if (m_depth == 1)
+            restoreFromJournal();
         notifyParticipants();
         m_state = TransactionState::Open;
     }

@@ -138,6 +138,7 @@ private:
 
     static std::weak_ptr<Database> &knownDatabase(const QString &path);
     Session connect();
+    void checkHeader(DatabaseFile &file) const;
     void configure(SQLite::Database &connection);
     void checkFile(Session &session) const;
     static int waitForLock(void *database, int attempt);
@@ -152,6 +153,7 @@ private:
     void end();
     void notifyParticipants();
     void countChangeOfAllTables();
+    void restoreFromJournal();
     void refuseAfterFailure() const;
 
     const QString m_path;

@@ -26,6 +26,9 @@ public:
     // The sentence that the texts of failed writes contain, after a space. Work of which a part has
     // been stored removes it.
     static QString nothingStored();
+
+    // A row of `table` has the largest possible key, so that no row can be added.
+    static std::exception_ptr keysUsedUp(const QString &path, const QString &table);
 };
 
 // The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is
@@ -37,6 +40,12 @@ public:
     UnusableDatabase(const QString &path, const QString &problem,
                      const QString &advice = usualAdvice());
 
+    // The content of the file at `path` contradicts itself or ends too early.
+    static UnusableDatabase damaged(const QString &path, Operation operation);
+
+    // The file at `path` is a database of the Access format.
+    static UnusableDatabase accessFormat(const QString &path);
+
     QString path() const { return m_path; }
     QString problem() const { return m_problem; }
 
@@ -45,26 +54,6 @@ private:
 
     QString m_path;
     QString m_problem;
-};
-
-// The recipe database is missing, empty, cut, damaged or another kind of file: a copy of it that is
-// put in its place would help.
-class UnusableDatabase : public DatabaseError
-{
-public:
-    UnusableDatabase(const QString &path, const QString &text)
-        : DatabaseError(text)
-        , m_path(path)
-    {
-    }
-
-    // The content of the file at `path` contradicts itself or ends too early.
-    static UnusableDatabase damaged(const QString &path, Operation operation);
-
-    QString path() const { return m_path; }
-
-private:
-    QString m_path;
 };
 
 // The row to be changed or deleted no longer exists.

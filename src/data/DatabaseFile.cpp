@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <QtEndian>
 
+#include <filesystem>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -10,22 +12,19 @@ namespace {
 // https://www.sqlite.org/fileformat.html, "The Database Header"
 constexpr qsizetype headerSize = 100;
 constexpr QByteArrayView magic("SQLite format 3\0", 16);
+constexpr QByteArrayView accessMagic("\0\1\0\0Standard ", 13);
 constexpr qsizetype pageSizeAt = 16;
+constexpr qsizetype writeVersionAt = 18;
 constexpr qsizetype readVersionAt = 19;
 constexpr qsizetype changeCounterAt = 24;
 constexpr qsizetype pageCountAt = 28;
 constexpr qsizetype userVersionAt = 60;
 constexpr qsizetype applicationIdAt = 68;
 constexpr qsizetype pageCountValidForAt = 92;
-constexpr char writeAhead = 2;
+constexpr uchar writeAhead = 2;
 constexpr qint64 largestPage = 65536; // does not fit into its two bytes, which then hold 1
 
 constexpr int maximumLinks = 40; // as many as the system follows
-
-bool hasBytes(const QString &path)
-{
-    return QFileInfo(path).size() > 0;
-}
 
 } // namespace
 
@@ -39,19 +38,35 @@ DatabaseFile::DatabaseFile(const QString &path)
 
 QString DatabaseFile::resolvedPath(const QString &path)
 {
-    QFileInfo file(path);
-    if (const QString canonical = file.canonicalFilePath(); !canonical.isEmpty())
-        return canonical;
-    for (int i = 0; i < maximumLinks && file.isSymLink(); ++i)
-        file.setFile(file.symLinkTarget());
-    return file.absoluteFilePath();
+    // QFileInfo::canonicalFilePath() returns nothing for a link that leads nowhere, and the link
+    // for one into a folder that may not be searched.
+    std::filesystem::path file = path.toStdString();
+    std::error_code error;
+    for (int i = 0; i < maximumLinks; ++i) {
+        const std::filesystem::path target = std::filesystem::read_symlink(file, error);
+        if (error)
+            break;
+        file = file.parent_path() / target;
+    }
+    const QFileInfo own(QString::fromStdString(file.string()));
+    const QString canonical = own.canonicalFilePath(); // resolves its folder, too
+    return canonical.isEmpty() ? own.absoluteFilePath() : canonical;
+}
+
+// Returns at most `size` bytes, and none if the file cannot be read.
+QByteArray DatabaseFile::start(qint64 size)
+{
+    return m_file.isOpen() && m_file.seek(0) ? m_file.read(size) : QByteArray();
+}
+
+bool DatabaseFile::isAccessFormat()
+{
+    return start(headerSize).startsWith(accessMagic);
 }
 
 std::optional<DatabaseHeader> DatabaseFile::header()
 {
-    if (!m_file.isOpen() || !m_file.seek(0))
-        return {};
-    const QByteArray bytes = m_file.read(headerSize);
+    const QByteArray bytes = start(headerSize);
     if (bytes.size() < headerSize || !bytes.startsWith(magic))
         return {};
     const auto number = [&bytes](qsizetype at) {
@@ -66,7 +81,10 @@ std::optional<DatabaseHeader> DatabaseFile::header()
         header.pageCount = number(pageCountAt);
     header.userVersion = number(userVersionAt);
     header.applicationId = number(applicationIdAt);
-    header.isWriteAhead = bytes[readVersionAt] == writeAhead;
+    const auto writeVersion = static_cast<uchar>(bytes[writeVersionAt]);
+    const auto readVersion = static_cast<uchar>(bytes[readVersionAt]);
+    header.isOfLaterFormat = writeVersion > writeAhead || readVersion > writeAhead;
+    header.isWriteAhead = readVersion == writeAhead;
     return header;
 }
 
@@ -75,15 +93,5 @@ bool DatabaseFile::isCut()
     const std::optional<DatabaseHeader> stated = header();
     // Pages that are missing at the end may still be in the write-ahead log.
     return stated && stated->pageCount && size() < *stated->pageCount * stated->pageSize
-        && !(stated->isWriteAhead && hasWriteAheadLog());
-}
-
-bool DatabaseFile::hasRollbackJournal() const
-{
-    return hasBytes(path() + "-journal"_L1);
-}
-
-bool DatabaseFile::hasWriteAheadLog() const
-{
-    return hasBytes(path() + "-wal"_L1);
+        && !(stated->isWriteAhead && QFileInfo(path() + "-wal"_L1).size() > 0);
 }

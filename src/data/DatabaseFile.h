@@ -12,6 +12,7 @@ struct DatabaseHeader {
     quint32 userVersion = 0;
     quint32 applicationId = 0;
     bool isWriteAhead = false; // the newest rows may be in another file
+    bool isOfLaterFormat = false; // which the installed SQLite can read at best
 };
 
 // The bytes of a recipe database, read without SQLite. If any descriptor of a file is closed, the
@@ -32,19 +33,20 @@ public:
     // Read from the file at each call. None if it does not begin as an SQLite file does.
     std::optional<DatabaseHeader> header();
 
+    // Whether the file begins as one of the Access format does.
+    bool isAccessFormat();
+
     qint64 size() const { return m_file.size(); }
 
     // Whether the file is shorter than its header states. To be called in a read transaction:
     // another program may be lengthening the file otherwise, and a journal may have to restore it.
     bool isCut();
 
-    // Whether there is a file from which SQLite restores or completes this one before it reads.
-    bool hasRollbackJournal() const;
-    bool hasWriteAheadLog() const;
-
     // The descriptor, for copying the file; -1 if the file could not be opened.
     int handle() const { return m_file.handle(); }
 
 private:
+    QByteArray start(qint64 size);
+
     QFile m_file;
 };

@@ -111,8 +111,7 @@ void checkFields(SQLite::Database &connection, const Table &table, const QString
         throw UnusableDatabase(
             path,
             Text::tr("%1 is not a recipe database that Pantrywise can use: the field %2 of the "
-                     "table %3 must be declared as %4. Put your copy of the recipe database in its "
-                     "place and try again.")
+                     "table %3 must be declared as %4.")
                 .arg(QDir::toNativeSeparators(path), toText(field.name), toText(table.name),
                      toText(declaration(table, field))));
     }
@@ -130,8 +129,7 @@ void checkRowid(SQLite::Database &connection, const Table &table, const QString 
         throw UnusableDatabase(
             path,
             Text::tr("%1 is not a recipe database that Pantrywise can use: %2 is not an ordinary "
-                     "table with row numbers. Put your copy of the recipe database in its place "
-                     "and try again.")
+                     "table with row numbers.")
                 .arg(QDir::toNativeSeparators(path), toText(table.name)));
 }
 
@@ -163,10 +161,8 @@ void checkIndexes(SQLite::Database &connection, const Table &table, const QStrin
                 .arg(QDir::toNativeSeparators(path), name, toText(table.name)));
     throw UnusableDatabase(
         path,
-        Text::tr(
-            "Another program has made the field %2 of the table %3 unique in the recipe "
-            "database %1. Pantrywise compares names differently and would damage the file. Put "
-            "your copy of the recipe database in its place and try again.")
+        Text::tr("Another program has made the field %2 of the table %3 unique in the recipe "
+                 "database %1. Pantrywise compares names differently and would damage the file.")
             .arg(QDir::toNativeSeparators(path), fields, toText(table.name)));
 }
 

@@ -49,20 +49,22 @@ bool ErrorBoundary::runAndReport(const QString &windowTitle,
 
 void ErrorBoundary::report(const QString &windowTitle, const std::exception_ptr &failure) const
 {
-    const QString text = textFor(windowTitle, failure);
-    if (!m_errorHandler || !m_errorHandler(failure, text))
-        m_interaction.showError(tr("Error"), text);
+    if (!m_errorHandler || !m_errorHandler(windowTitle, failure))
+        m_interaction.showError(tr("Error"), text(windowTitle, reasonOf(failure)));
 }
 
-QString ErrorBoundary::textFor(const QString &windowTitle, const std::exception_ptr &failure)
+QString ErrorBoundary::reasonOf(const std::exception_ptr &failure)
 {
-    QString reason;
     try {
         std::rethrow_exception(failure);
     } catch (const std::bad_alloc &) {
-        reason = tr("There is not enough memory. Close other windows and programs and try again.");
+        return tr("There is not enough memory. Close other windows and programs and try again.");
     } catch (const std::exception &known) {
-        reason = QString::fromUtf8(known.what());
+        return QString::fromUtf8(known.what());
     }
+}
+
+QString ErrorBoundary::text(const QString &windowTitle, const QString &reason)
+{
     return tr("Something went wrong in \"%1\":\n%2").arg(excerpt(windowTitle), reason);
 }

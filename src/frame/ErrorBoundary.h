@@ -39,14 +39,17 @@ class ErrorBoundary
 public:
     explicit ErrorBoundary(Interaction &interaction); // which must outlive it
 
-    // What the application does about an exception. Returns whether it has shown the text, or a
-    // text that contains it, to the user; otherwise the boundary shows it. Must not throw.
+    // What the application does about an exception that a handler of the window has thrown. Returns
+    // whether it has told the user; otherwise the boundary does. Must not throw.
     using ErrorHandler =
-        std::function<bool(const std::exception_ptr &failure, const QString &text)>;
+        std::function<bool(const QString &windowTitle, const std::exception_ptr &failure)>;
     void setErrorHandler(ErrorHandler handler) { m_errorHandler = std::move(handler); }
 
     // Called after each handler that does not run inside another one. It must not throw.
     void setAfterHandler(std::function<void()> action) { m_afterHandler = std::move(action); }
+
+    // Returns what the boundary says if a handler of the window fails for this reason.
+    static QString text(const QString &windowTitle, const QString &reason);
 
     // Runs the handler and returns whether it did not throw. what() of an exception must be UTF-8
     // text for the user. Pass the title that the window has before the handler runs.
@@ -74,7 +77,7 @@ private:
     }
 
     bool runAndReport(const QString &windowTitle, const std::function<void()> &handler) const;
-    static QString textFor(const QString &windowTitle, const std::exception_ptr &failure);
+    static QString reasonOf(const std::exception_ptr &failure);
     void report(const QString &windowTitle, const std::exception_ptr &failure) const;
 
     Interaction &m_interaction;

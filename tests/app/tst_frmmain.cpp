@@ -52,8 +52,7 @@ void tst_frmMain::opensWithoutARecipeFile()
     frmMain window(interaction);
     interaction.expect(
         {u"Something went wrong in \"Pantrywise\":\nThe recipe database %1 is missing. Put "
-         u"your copy of it back and "
-         "try again."_s.arg(DatabasePath),
+         u"your last copy of it in its place and try again."_s.arg(DatabasePath),
          u"Error"_s, Icon::Exclamation});
     QVERIFY(!window.MDIForm_Load({}));
     QVERIFY(!QFile::exists(DatabasePath));

@@ -36,7 +36,10 @@ struct CatalogFixture : WindowFixture {
                                                 : "SELECT * FROM Ingredients ORDER BY 1");
     }
     bool isOpen() const { return frame.find<frmIngredient>() || frame.find<frmUtensil>(); }
-    void expectLocked() { interaction.expect(failure(u"Ingredients"_s, lockedText(file))); }
+    void expectLocked(DatabaseError::Operation operation)
+    {
+        interaction.expect(failure(u"Ingredients"_s, lockedText(file, operation)));
+    }
 
     const bool ofUtensils;
     // Windows use this connection as well; a lock of another program fails soon.

@@ -79,7 +79,7 @@ private Q_SLOTS:
             SQLite::Database other = catalog.file.other();
             SQLite::Statement reading(other, "SELECT * FROM Ingredients");
             reading.executeStep(); // a commit must wait for it
-            catalog.expectLocked();
+            catalog.expectLocked(DatabaseError::Operation::Writing);
             catalog.perform(u"cmdSave"_s);
         }
         catalog.perform(u"cmdSave"_s);
@@ -99,7 +99,7 @@ private Q_SLOTS:
         SQLite::Database other = fixture.file.other();
         for (const bool isFirst : {true, false}) {
             other.exec("BEGIN EXCLUSIVE");
-            fixture.expectLocked();
+            fixture.expectLocked(DatabaseError::Operation::Reading);
             if (isFirst)
                 fixture.perform(u"cmdDone"_s);
             else

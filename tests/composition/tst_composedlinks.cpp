@@ -91,8 +91,8 @@ private Q_SLOTS:
         SQLite::Database other = fixture.file.other();
         auto &editor = fixture.frame.load<frmChangeIngredients>();
         other.exec("BEGIN EXCLUSIVE");
-        fixture.interaction.expect(
-            WindowFixture::failure(u"Change Ingredients"_s, lockedText(fixture.file)));
+        fixture.interaction.expect(WindowFixture::failure(
+            u"Change Ingredients"_s, lockedText(fixture.file, DatabaseError::Operation::Reading)));
         fixture.frame.show(editor);
         QCoreApplication::processEvents();
         fixture.interaction.checkAllCame();

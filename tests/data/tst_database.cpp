@@ -56,6 +56,8 @@ private:
     DataSource m_source{m_sources};
 };
 
+using Situation = std::function<void(SQLite::Database &, Utensils &)>;
+
 } // namespace
 
 class tst_Database : public QObject
@@ -83,13 +85,13 @@ private Q_SLOTS:
         const QByteArray access =
             QByteArray("\0\1\0\0Standard Jet DB\0", 20).leftJustified(4096, '\1');
         addRows<Damage, QString>({
-            {"missing", remove, u"is missing. Put your copy"_s},
+            {"missing", remove, u"is missing. Put your last copy"_s},
             {"folder", makeFolder, u"is a folder"_s},
             {"unreadable", close, u"You are not allowed to read the recipe database"_s},
             {"empty", overwrite({}), u"is empty. Put your last copy"_s},
             {"other database", overwrite(access), u"Access format"_s},
             {"text file", overwrite("Soup\r\n"_ba.repeated(500)),
-             u"is not a recipe database. Put your copy"_s},
+             u"is not a recipe database. Put your last copy"_s},
             {"cut off", cutOff, u"is damaged"_s},
             {"table missing", execute(u"DROP TABLE RecipeUtensils"_s),
              u"the table RecipeUtensils is missing"_s},
@@ -135,7 +137,7 @@ private Q_SLOTS:
     {
         addRows<Permissions, Permissions, QString>(
             {{"file", mayRead, mayWrite, u"because it is read-only"_s},
-             {"folder", mayWrite, mayRead, u"because its folder is read-only"_s}});
+             {"folder", mayWrite, mayRead, u"because its folder "_s}});
     }
 
     void readsWithoutWritePermission()
@@ -229,6 +231,9 @@ private Q_SLOTS:
             });
             if (failure.isNull())
                 QVERIFY(failureOf([&] { outer.commit(); }).contains(u"The disk"_s));
+            // Even now a copy of the file alone is whole.
+            QCOMPARE(bytesOf(file.path()), before);
+            QVERIFY(!QFile::exists(file.path() + u"-journal"_s));
             // SQLite has rolled back everything, and nothing more can be written in the scope.
             const QString statement = u"INSERT INTO Utensils DEFAULT VALUES"_s;
             QVERIFY(!failureOf([&] { utensils.add(); }).isNull());
@@ -240,6 +245,45 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(file.path()), before);
         utensils.add();
         QCOMPARE(file.other().execAndGet("SELECT count(*) FROM Utensils").getInt(), 1);
+    }
+
+    void explainsFailure_data()
+    {
+        const auto read = [](Utensils &utensils) { utensils.count(); };
+        const auto write = [](Utensils &utensils) { utensils.add(QString(10'000, u'x')); };
+        const auto lock = [](SQLite::Database &other, Utensils &) {
+            other.exec("BEGIN EXCLUSIVE");
+        };
+        const auto noRoom = [](SQLite::Database &, Utensils &utensils) {
+            utensils.database().connection().exec("PRAGMA max_page_count = 1");
+        };
+        const auto noKeys = [](SQLite::Database &other, Utensils &) {
+            other.exec("INSERT INTO Utensils (UtensilID) VALUES (9223372036854775807)");
+        };
+        const auto noMemory = [](SQLite::Database &, Utensils &) {
+            sqlite3_hard_heap_limit64(sqlite3_memory_used() + 1);
+        };
+        addRows<Situation, std::function<void(Utensils &)>, QString>({
+            {"locked, reading", lock, read, u"program. Wait until"_s},
+            {"locked, writing", lock, write, u"program. Nothing was stored. Wait until"_s},
+            {"disk full", noRoom, write, u"The disk is full. Nothing was stored"_s},
+            {"keys used up", noKeys, write, u"the table Utensils"_s},
+            {"out of memory", noMemory, read, u"There is not enough memory"_s},
+        });
+    }
+
+    void explainsFailure()
+    {
+        const auto [situation, action, message] =
+            fetchRow<Situation, std::function<void(Utensils &)>, QString>();
+        const TestDatabase file;
+        const auto database = Database::open(file.path(), std::chrono::milliseconds(10));
+        Utensils utensils(file);
+        utensils.cursor();
+        SQLite::Database other = file.other();
+        situation(other, utensils);
+        const auto restore = qScopeGuard([] { sqlite3_hard_heap_limit64(0); });
+        QVERIFY(utensils.fails(message, [&, &action = action] { action(utensils); }));
     }
 
     void waitsForLockUntilTimeout()

@@ -278,7 +278,7 @@ private Q_SLOTS:
         other.exec("BEGIN EXCLUSIVE");
         list.interaction.expect(WindowFixture::failure(
             u"Recipes"_s,
-            u"The recipe database %1 is in use by another program. Nothing was stored. Wait until that program is done, or end it, and try again."_s
+            u"The recipe database %1 is in use by another program. Wait until that program is done, or end it, and try again."_s
                 .arg(list.file.path())));
         list.open<frmRecipes>(); // reads again, since it is active
         QVERIFY(list.table.placeholderText().startsWith("The recipes could not be read."_L1));

@@ -84,8 +84,7 @@ inline QString sqliteText(const TestDatabase &file, int code, const QString &mes
 }
 
 // Returns what a window says while another program holds a lock on the file.
-inline QString lockedText(const TestDatabase &file,
-                          DatabaseError::Operation operation = DatabaseError::Operation::Reading)
+inline QString lockedText(const TestDatabase &file, DatabaseError::Operation operation)
 {
     return sqliteText(file, SQLITE_BUSY, {}, operation);
 }
