@@ -284,15 +284,3 @@ UnusableDatabase UnusableDatabase::accessFormat(const QString &path)
             Text::tr("Put a recipe database of this version in its place and try again.")};
 }
 
-UnusableDatabase::UnusableDatabase(const QString &path, const QString &problem,
-                                   const QString &advice)
-    : DatabaseError(problem + u' ' + advice)
-    , m_path(path)
-    , m_problem(problem)
-{
-}
-
-QString UnusableDatabase::usualAdvice()
-{
-    return Text::tr("Put your last copy of it in its place and try again.");
-}

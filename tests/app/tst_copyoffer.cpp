@@ -29,11 +29,7 @@ public:
 
     QString damagedText(const QString &window) const
     {
-        return failure(
-                   window,
-                   file.path()
-                       + u" is not a recipe database. Put your copy of the recipe database in its place and try again."_s)
-            .text;
+        return failure(window, file.path() + u" is not a recipe database."_s).text;
     }
     MessageBox offerBox(const QString &window, const QString &number = {}) const
     {
@@ -145,7 +141,10 @@ private Q_SLOTS:
         auto &list = test.open<frmRecipes>();
         test.damage();
         setBytes(test.copy, "bad");
-        test.interaction.expect(test.warning(test.damagedText(u"Recipes"_s), u"Error"_s));
+        test.interaction.expect(
+            test.warning(test.damagedText(u"Recipes"_s)
+                             + u" Put your last copy of it in its place and try again."_s,
+                         u"Error"_s));
         test.frame.show(list);
     }
 

@@ -133,7 +133,7 @@ private Q_SLOTS:
         catalog.perform(u"lstIngredients 1, txtIngredient =Apricot, cmdSave"_s); // drops the rows
         SQLite::Database other = catalog.file.other();
         other.exec("DROP TRIGGER t; BEGIN EXCLUSIVE");
-        catalog.expectLocked();
+        catalog.expectLocked(DatabaseError::Operation::Reading);
         catalog.perform(u"lstIngredients 2"_s);
         QCOMPARE(catalog.shown(), u"Ingredients||||no"_s);
         QVERIFY(catalog.list.accessibleDescription().startsWith(

@@ -266,8 +266,8 @@ private Q_SLOTS:
         addRows<Situation, std::function<void(Utensils &)>, QString>({
             {"locked, reading", lock, read, u"program. Wait until"_s},
             {"locked, writing", lock, write, u"program. Nothing was stored. Wait until"_s},
-            {"disk full", noRoom, write, u"The disk is full. Nothing was stored"_s},
-            {"keys used up", noKeys, write, u"the table Utensils"_s},
+            {"disk full", noRoom, write, u" is full. Nothing was stored. "_s},
+            {"keys used up", noKeys, write, u"The table Utensils"_s},
             {"out of memory", noMemory, read, u"There is not enough memory"_s},
         });
     }

@@ -256,12 +256,12 @@ private Q_SLOTS:
         m_main->interaction.expect({text, u"Error"_s, Icon::Exclamation});
         runNested();
         QString handled;
-        boundary.setErrorHandler([&](const std::exception_ptr &, const QString &failure) {
-            handled = failure;
+        boundary.setErrorHandler([&](const QString &windowTitle, const std::exception_ptr &) {
+            handled = windowTitle;
             return true;
         });
         runNested();
-        QCOMPARE(handled, text);
+        QVERIFY(text.contains(u'"' + handled + u'"'));
     }
 
     void reopened_data()
