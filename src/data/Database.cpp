@@ -393,7 +393,6 @@ void Database::beginOutermost()
     m_state = TransactionState::Beginning;
     auto giveUp = qScopeGuard([this] {
         connection().tryExec("ROLLBACK");
-        restoreFromJournal();
         m_state = TransactionState::None;
     });
     translateSqliteErrors([this] {
