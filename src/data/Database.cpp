@@ -1,14 +1,12 @@
 #include "data/Database.h"
 
-#include "data/SchemaCheck.h"
-#include "data/TextComparison.h"
+#include "data/DatabaseFile.h"
 
 #include <QHash>
 #include <QScopeGuard>
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
-#include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -18,12 +16,6 @@
 #include <utility>
 
 namespace {
-
-int collate(void *, int leftSize, const void *left, int rightSize, const void *right)
-{
-    return compareTexts({static_cast<const char *>(left), static_cast<std::size_t>(leftSize)},
-                        {static_cast<const char *>(right), static_cast<std::size_t>(rightSize)});
-}
 
 void countChange(void *changes, int, const char *, const char *table, sqlite3_int64)
 {
@@ -63,19 +55,6 @@ std::string withoutColumnList(const std::string &statement)
     return std::string(verb) + std::string(columns.substr(word.size()));
 }
 
-// Reads the whole file. Unlike quick_check, which takes half the time, integrity_check also
-// compares each index with its table.
-bool isSound(SQLite::Database &connection)
-{
-    return connection.execAndGet("PRAGMA integrity_check(1)").getString() == "ok";
-}
-
-void writeLogOnClose(SQLite::Database &connection, bool writes)
-{
-    sqlite3_db_config(connection.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writes ? 0 : 1,
-                      nullptr);
-}
-
 // Returns the table that has no free key left, which SQLite reports in the same way as a full disk.
 QString fullTable(SQLite::Database &connection)
 {
@@ -95,26 +74,6 @@ QString fullTable(SQLite::Database &connection)
         }
     }
     return {};
-}
-
-// In the write-ahead mode, which another tool can have set, the newest rows are in a second file
-// that a copy made by hand would miss. If the mode cannot be left now, the program works in it.
-void leaveWalMode(SQLite::Database &connection)
-{
-    // Leaving the mode writes the file, as does closing the last connection to it.
-    if (connection.execAndGet("PRAGMA journal_mode").getString() != "wal" || !isSound(connection))
-        return;
-    writeLogOnClose(connection, true);
-    connection.tryExec("PRAGMA journal_mode = DELETE");
-}
-
-int numberOf(SQLite::Statement &statement)
-{
-    statement.tryReset();
-    statement.executeStep();
-    const int number = statement.getColumn(0).getInt();
-    statement.tryReset();
-    return number;
 }
 
 } // namespace
@@ -153,6 +112,7 @@ void Database::reopen(const QString &path)
         return;
     Q_ASSERT(database->m_state == TransactionState::None);
     database->m_retired.push_back(std::exchange(database->m_session, database->connect()));
+    database->m_isSound = false;
     database->countChangeOfAllTables();
 }
 
@@ -176,62 +136,6 @@ QString Database::takeCopyFailure(const QString &path)
     return database ? database->m_dailyCopy.takeFailure() : QString();
 }
 
-Database::Session::Session(const QString &path)
-    : file(std::make_unique<DatabaseFile>(path))
-{
-}
-
-Database::Session::Session(Session &&) noexcept = default;
-Database::Session &Database::Session::operator=(Session &&) noexcept = default;
-Database::Session::~Session() = default;
-
-Database::Session Database::connect()
-{
-    Session session(m_path);
-    checkHeader(*session.file);
-    translateSqliteErrors([&] {
-        // One thread uses the connection, so that SQLite need not protect it by a mutex.
-        session.connection = std::make_unique<SQLite::Database>(
-            m_path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
-        SQLite::Database &connection = *session.connection;
-        configure(connection);
-        checkFile(session);
-        leaveWalMode(connection);
-        session.dataVersion =
-            std::make_unique<SQLite::Statement>(connection, "PRAGMA data_version");
-        session.schemaCookie =
-            std::make_unique<SQLite::Statement>(connection, "PRAGMA schema_version");
-    });
-    return session;
-}
-
-// Rejects what the file's first bytes show. SQLite may change a file as soon as it reads it, for
-// example by restoring it from a journal.
-void Database::checkHeader(DatabaseFile &file) const
-{
-    if (file.isAccessFormat())
-        throw UnusableDatabase::accessFormat(m_path);
-    const std::optional<DatabaseHeader> header = file.header();
-    if (header && header->applicationId == applicationId && header->userVersion > schemaVersion)
-        throw DatabaseError::newerVersion(m_path);
-    // SQLite would open the file as if it were read-only.
-    if (header && header->isOfLaterFormat)
-        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
-}
-
-void Database::configure(SQLite::Database &connection)
-{
-    sqlite3 *handle = connection.getHandle();
-    sqlite3_busy_handler(handle, waitForLock, this);
-    sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
-    sqlite3_update_hook(handle, countChange, &m_changes);
-    sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
-    writeLogOnClose(connection, false); // until the file has been accepted
-    // With FULL, a power cut brings back the journal, and thus takes back what was committed, since
-    // the folder is not synced after the journal has been deleted.
-    connection.exec("PRAGMA synchronous = EXTRA; PRAGMA cache_size = -16000");
-}
-
 // sqlite3_busy_timeout() waits longer after each attempt, so that of several busy programs one can
 // starve. Here the pauses become shorter, so that the program that has waited longest is the most
 // likely to get the lock.
@@ -249,20 +153,13 @@ int Database::waitForLock(void *database, int attempt)
     return 1;
 }
 
-// Reads the file's first page and its schema. Together they find a file that is damaged, incomplete
-// or not a recipe database.
-void Database::checkFile(Session &session) const
+DatabaseSession Database::connect()
 {
-    SQLite::Database &connection = *session.connection;
-    SQLite::Transaction snapshot(connection, SQLite::TransactionBehavior::DEFERRED);
-    session.checkedSchema = connection.execAndGet("PRAGMA schema_version").getInt();
-    if (connection.execAndGet("PRAGMA application_id").getInt() == applicationId
-        && connection.execAndGet("PRAGMA user_version").getInt() > schemaVersion)
-        throw DatabaseError::newerVersion(m_path);
-    // SQLite itself notices only that whole pages are missing.
-    if (session.file->isCut())
-        throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Reading);
-    checkSchema(connection, m_path);
+    return DatabaseSession(m_path, [this](sqlite3 *handle) {
+        sqlite3_busy_handler(handle, waitForLock, this);
+        sqlite3_update_hook(handle, countChange, &m_changes);
+        sqlite3_set_authorizer(handle, deleteRowByRow, nullptr);
+    });
 }
 
 void Database::Execute(const QString &statement)
@@ -285,19 +182,12 @@ void Database::write(const std::function<void()> &action)
 
 int Database::dataVersion()
 {
-    return translateSqliteErrors([this] { return numberOf(*m_session.dataVersion); });
+    return translateSqliteErrors([this] { return m_session.dataVersion(); });
 }
 
 int Database::schemaCookie()
 {
-    return translateSqliteErrors([this] {
-        const int cookie = numberOf(*m_session.schemaCookie);
-        if (cookie != m_session.checkedSchema) {
-            checkSchema(connection(), m_path);
-            m_session.checkedSchema = cookie;
-        }
-        return cookie;
-    });
+    return translateSqliteErrors([this] { return m_session.schemaCookie(); });
 }
 
 void Database::enlist(TransactionParticipant &participant)
@@ -408,17 +298,17 @@ void Database::prepareWrite()
     schemaCookie(); // throws if another program has added an index that must not be written
     const QDate today = QDate::currentDate();
     const bool isCopyDue = m_dailyCopy.isDue(today);
-    if (!m_session.isSound || isCopyDue)
+    if (!m_isSound || isCopyDue)
         requireSound();
-    m_session.isSound = true;
+    m_isSound = true;
     if (isCopyDue)
-        m_dailyCopy.make(*m_session.file, today);
+        m_dailyCopy.make(m_session.file(), today);
 }
 
 // What is written into a damaged file can make the damage worse.
 void Database::requireSound()
 {
-    if (!isSound(connection()))
+    if (!m_session.isSound())
         throw UnusableDatabase::damaged(m_path, DatabaseError::Operation::Writing);
 }
 

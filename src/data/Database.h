@@ -2,7 +2,7 @@
 
 #include "data/DailyCopy.h"
 #include "data/DatabaseError.h"
-#include "data/DatabaseFile.h"
+#include "data/DatabaseSession.h"
 #include "data/Schema.h"
 
 #include <QString>
@@ -14,11 +14,6 @@
 #include <memory>
 #include <optional>
 #include <vector>
-
-namespace SQLite {
-class Database;
-class Statement;
-} // namespace SQLite
 
 // Notified when a transaction in which it has written is rolled back.
 class TransactionParticipant
@@ -88,7 +83,7 @@ public:
 
     // For code that runs its own statements, inside translateSqliteErrors(). A statement is of no
     // use after reopen(), when this is another object; the statement may still be destroyed.
-    SQLite::Database &connection() { return *m_session.connection; }
+    SQLite::Database &connection() { return m_session.connection(); }
 
     // Returns what `action` returns and throws a failure of SQLite as a DatabaseError.
     template <typename Action>
@@ -121,26 +116,8 @@ private:
     Database(const QString &path, std::chrono::milliseconds lockTimeout);
     Q_DISABLE_COPY_MOVE(Database)
 
-    // What belongs to one connection. The file is closed last, see DatabaseFile.
-    struct Session {
-        explicit Session(const QString &path);
-        Session(Session &&) noexcept;
-        Session &operator=(Session &&) noexcept;
-        ~Session();
-
-        std::unique_ptr<DatabaseFile> file;
-        std::unique_ptr<SQLite::Database> connection;
-        std::unique_ptr<SQLite::Statement> dataVersion;
-        std::unique_ptr<SQLite::Statement> schemaCookie;
-        int checkedSchema = 0; // the cookie of the schema that has passed the check
-        bool isSound = false; // as the check before the first write has found
-    };
-
     static std::weak_ptr<Database> &knownDatabase(const QString &path);
-    Session connect();
-    void checkHeader(DatabaseFile &file) const;
-    void configure(SQLite::Database &connection);
-    void checkFile(Session &session) const;
+    DatabaseSession connect();
     static int waitForLock(void *database, int attempt);
     [[noreturn]] void rethrow();
 
@@ -169,8 +146,9 @@ private:
     DailyCopy m_dailyCopy;
 
     // Statements of cursors refer to the retired sessions until the cursors read again.
-    std::vector<Session> m_retired;
-    Session m_session;
+    std::vector<DatabaseSession> m_retired;
+    DatabaseSession m_session;
+    bool m_isSound = false; // as the check before the first write has found
 };
 
 // A scope whose changes happen completely or not at all: they are rolled back unless commit() is

@@ -283,4 +283,3 @@ UnusableDatabase UnusableDatabase::accessFormat(const QString &path)
                 .arg(native(path)),
             Text::tr("Put a recipe database of this version in its place and try again.")};
 }
-
