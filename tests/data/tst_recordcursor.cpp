@@ -217,7 +217,7 @@ private:
     {
         const bool isKey = oneIn(4);
         const auto comparison = isKey || oneIn(2) ? Comparison::Equal : Comparison::Like;
-        const qint64 key = below(6);
+        const qint64 key = qint64{below(7)} - 1;
         const QString text =
             comparison == Comparison::Like ? oneOf({u"s*"_s, u"*E?"_s, u"5?"_s, name()}) : name();
         const QString field = isKey ? m_source.keyField : m_source.textField;

@@ -127,6 +127,7 @@ private Q_SLOTS:
         setBytes(recipe, "Leek soup\r\n");
         const QMimeType found = QMimeDatabase().mimeTypeForFile(recipe);
         QVERIFY(found.name() == type && found.inherits(u"text/plain"_s));
+        QCOMPARE(QMimeDatabase().mimeTypeForFile(recipe, QMimeDatabase::MatchExtension), found);
     }
 
     void keepsWhatItCannotRead()

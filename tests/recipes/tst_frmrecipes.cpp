@@ -101,6 +101,14 @@ private Q_SLOTS:
         QCOMPARE(list.column(0), expected[1].first);
     }
 
+    void toolTip()
+    {
+        const ListFixture list("INSERT INTO Recipes (Description) VALUES ('" + QByteArray(1001, '<')
+                               + "')");
+        QCOMPARE(list.table.model()->index(0, 1).data(Qt::ToolTipRole).toString(),
+                 u"<qt>"_s + u"&lt;"_s.repeated(1000) + u"…</qt>"_s);
+    }
+
     void comingBack()
     {
         ListFixture list("INSERT INTO Recipes (RecipeName, Serves) VALUES ('a', 2), ('b', 1)");
