@@ -50,10 +50,10 @@ bool CopyOffer::offer(const QString &windowTitle, const QString &problem)
     if (m_declined.contains(problem))
         return true;
     const DatabaseCopies copies(DatabasePath);
-    const std::optional<DatabaseCopy> copy = copies.newestSoundCopy();
+    const QDate today = QDate::currentDate();
+    const std::optional<DatabaseCopy> copy = copies.newestSoundCopy(today);
     if (!copy)
         return false;
-    const QDate today = QDate::currentDate();
     const Button answer =
         m_frame.interaction().show({.text = ErrorBoundary::text(windowTitle, problem) + u"\n\n"_s
                                         + question(copies, *copy, today),
@@ -76,7 +76,7 @@ QString CopyOffer::question(const DatabaseCopies &copies, const DatabaseCopy &co
                               ? tr("Pantrywise can put back its copy of %1 with 1 recipe.").arg(day)
                               : tr("Pantrywise can put back its copy of %1 with %2 recipes.")
                                     .arg(day, english.toString(copy.recipes)),
-                          tr("What you have stored since then is not in it.")};
+                          tr("What you have stored on that day or later is not in it.")};
     if (copies.hasDatabase()) {
         sentences += tr("The file that is there now is kept as \"%1\".")
                          .arg(platform::displayPath(copies.pathForDamaged(today).filename()));

@@ -76,10 +76,12 @@ void CompositionEditor::readCatalog()
 }
 
 // The recipe window gives no keys. Its lines are in the order of the recipe's link rows, which have
-// them. If another program has changed these since, the names decide.
+// them. If another program has changed these since, or for lines that were added before a copy of
+// the file was put in its place, the names decide.
 void CompositionEditor::findKeys()
 {
-    if (m_keysAreKnown)
+    const int fileNumber = m_composition.catalog->Database().fileNumber();
+    if (m_fileNumber == fileNumber)
         return;
     RecordCursor &links = m_composition.lines->Recordset();
     RecordCursor &catalog = m_composition.catalog->Recordset();
@@ -97,7 +99,7 @@ void CompositionEditor::findKeys()
         m_composition.lineList->setKeyAt(line,
                                          isLinked ? linked[line].key : keyInCatalog(0, used[line]));
     }
-    m_keysAreKnown = true;
+    m_fileNumber = fileNumber;
 }
 
 // Returns the entry's key if it is still in the catalog, else the key of the entry that has the

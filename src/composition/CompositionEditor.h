@@ -37,6 +37,7 @@ protected:
 
     DataSources &sources() { return m_sources; } // for the declaration of catalog and lines
     void openDataSources() final;
+    void refresh() final { Form_Activate(); }
     bool keepsActivationFrom(const ChildWindow &next) const noexcept final;
 
     virtual void addSelected() = 0;
@@ -70,5 +71,6 @@ private:
     DataSource m_recipes{m_sources}; // a new recipe may get the key of a deleted one
     Composition m_composition;
     qint64 m_recipeId = 0;
-    bool m_keysAreKnown = false; // of the lines that the recipe had when the editor was loaded
+    // Of the file in which the lines have their keys, see Database::fileNumber(); 0 before that.
+    int m_fileNumber = 0;
 };

@@ -5,6 +5,8 @@
 #include <QDate>
 #include <QString>
 
+#include <utility>
+
 // Sees to it that a recipe database is copied before the first write of a day, also if the program
 // runs past midnight.
 class DailyCopy

@@ -62,6 +62,9 @@ public:
     // SQLite has no column list in DELETE; "DELETE table.* From table" is accepted all the same.
     void Execute(const QString &statement);
 
+    // 1, and one more after each reopen(). The keys of another file may be those of other rows.
+    int fileNumber() const { return static_cast<int>(m_retired.size()) + 1; }
+
     const TableChanges &changes() const { return m_changes; }
 
     // A number that differs from the last one returned if another program has changed the file.

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -66,9 +65,8 @@ std::error_code prepareFolder(const fs::path &folder)
     std::error_code failure;
     if (fs::create_directory(folder, failure))
         return platform::syncToDisk(folder.parent_path());
-    return fs::exists(folder) && !fs::is_directory(folder)
-        ? std::make_error_code(std::errc::not_a_directory)
-        : failure;
+    return failure == std::errc::file_exists ? std::make_error_code(std::errc::not_a_directory)
+                                             : failure;
 }
 
 // A copy must not take the room that the program needs for the work itself.
@@ -208,10 +206,13 @@ void DatabaseCopies::removeOld() const
     }
 }
 
-std::optional<DatabaseCopy> DatabaseCopies::newestSoundCopy() const
+std::optional<DatabaseCopy> DatabaseCopies::newestSoundCopy(QDate today) const
 {
     QList<QDate> newestFirst = days();
-    std::sort(newestFirst.begin(), newestFirst.end(), std::greater());
+    // A day after today was given by a clock that was wrong, so it says nothing about the age.
+    std::sort(newestFirst.begin(), newestFirst.end(), [today](QDate a, QDate b) {
+        return std::pair(a <= today, a) > std::pair(b <= today, b);
+    });
     for (const QDate day : std::as_const(newestFirst)) {
         if (const auto recipes =
                 Database::countRecipesIfSound(platform::displayPath(pathOfCopy(day))))
@@ -239,7 +240,9 @@ void DatabaseCopies::putBack(const DatabaseCopy &copy, QDate day) const
 {
     if (stateOf(m_database) != m_state)
         return;
-    const fs::path temporary = withSuffix(m_database, ".new");
+    fs::path temporary = withSuffix(m_database, ".new");
+    while (isTaken(temporary))
+        temporary += '+';
     std::error_code failure = platform::copyFile(copy.path, temporary);
     if (!failure)
         failure = replaceDatabase(temporary, pathForDamaged(day));

@@ -45,7 +45,7 @@ public:
     void makeCopy(DatabaseFile &database, QDate day) const;
 
     // Returns the newest copy that the program can use. Reads each copy that it tries as a whole.
-    std::optional<DatabaseCopy> newestSoundCopy() const;
+    std::optional<DatabaseCopy> newestSoundCopy(QDate today) const;
 
     // Returns whether there was a file when this object was made.
     bool hasDatabase() const { return m_state != FileState(); }

@@ -55,10 +55,10 @@ Contents contentsOf(const QString &folder, const QSet<QString> &files)
     return contents;
 }
 
-// Returns for example "a, b, c, d, e and 12 more".
+// Returns for example "a, b, c and 12 more".
 QString enumerated(const QStringList &names)
 {
-    constexpr qsizetype most = 5;
+    constexpr qsizetype most = 100; // the box scrolls
     const QString shown = escapeControlCharacters(names.mid(0, most).join(u", "_s));
     return names.size() <= most
         ? shown

@@ -29,7 +29,7 @@ bool ErrorBoundary::run(const QString &windowTitle, const std::function<void()> 
         succeeded = runAndReport(windowTitle, handler);
     }
     if (m_depth == 0 && m_afterHandler)
-        m_afterHandler();
+        runAndReport(windowTitle, m_afterHandler);
     return succeeded;
 }
 
@@ -49,7 +49,12 @@ bool ErrorBoundary::runAndReport(const QString &windowTitle,
 
 void ErrorBoundary::report(const QString &windowTitle, const std::exception_ptr &failure) const
 {
-    if (!m_errorHandler || !m_errorHandler(windowTitle, failure))
+    bool isHandled = false;
+    try {
+        isHandled = m_errorHandler && m_errorHandler(windowTitle, failure);
+    } catch (const std::exception &) { // the user is told of the first failure
+    }
+    if (!isHandled)
         m_interaction.showError(tr("Error"), text(windowTitle, reasonOf(failure)));
 }
 

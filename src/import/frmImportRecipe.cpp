@@ -100,18 +100,18 @@ QString frmImportRecipe::importRestText() const
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
     m_batch.current = path;
+    std::error_code failure; // reading the file explains it
+    if (const auto size = std::filesystem::file_size(path, failure); !failure && size > largeFile)
+        commitGroup();
+    if (m_batch.isStopped)
+        return Outcome::Stopped;
     const std::variant<QByteArray, SrfFileError> read = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&read)) {
         return reject(error->failure == platform::ReadFailure::NotFound
                           ? tr("Could not find file.  Try importing file though File, Import.")
                           : error->message);
     }
-    const auto &bytes = std::get<QByteArray>(read);
-    if (bytes.size() > largeFile)
-        commitGroup();
-    if (m_batch.isStopped)
-        return Outcome::Stopped;
-    std::variant<SrfRecipe, SrfError> parsed = parseSrf(decodeSrf(bytes));
+    std::variant<SrfRecipe, SrfError> parsed = parseSrf(decodeSrf(std::get<QByteArray>(read)));
     if (const auto *error = std::get_if<SrfError>(&parsed))
         return reject(srfErrorText(*error, platform::displayPath(path)));
     auto &recipe = std::get<SrfRecipe>(parsed);

@@ -86,6 +86,12 @@ void frmRecipe::Form_Activate()
     });
 }
 
+void frmRecipe::refresh()
+{
+    if (!RecipeChanged || !m_shown)
+        Form_Activate();
+}
+
 void frmRecipe::setCurrentRecipeID(qint64 key)
 {
     CurrentRecipeID = key;

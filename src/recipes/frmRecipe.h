@@ -41,6 +41,7 @@ protected:
     void Form_Load() override;
     void openDataSources() override { m_sources.open(); }
     void Form_Activate() override;
+    void refresh() override; // unless there are unsaved changes
     void changeEvent(QEvent *event) override;
 
 private:

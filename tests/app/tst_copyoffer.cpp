@@ -2,6 +2,7 @@
 #include "catalogs/frmUtensil.h"
 #include "data/Database.h"
 #include "export/ExportCommand.h"
+#include "recipes/frmRecipe.h"
 #include "recipes/frmRecipes.h"
 #include "support/FileBytes.h"
 #include "support/WindowFixture.h"
@@ -35,7 +36,7 @@ public:
     {
         return {
             damagedText(window)
-                + u"\n\nPantrywise can put back its copy of 1 March 2026 with 1 recipe. What you have stored since then is not in it. The file that is there now is kept as \"%1\". Do you want to put the copy back?"_s
+                + u"\n\nPantrywise can put back its copy of 1 March 2026 with 1 recipe. What you have stored on that day or later is not in it. The file that is there now is kept as \"%1\". Do you want to put the copy back?"_s
                       .arg(keptName(number)),
             u"Error"_s,
             Icon::Exclamation,
@@ -93,6 +94,20 @@ private Q_SLOTS:
         QCOMPARE(test.stored("SELECT RecipeName, UtensilName FROM Recipes, Utensils"),
                  u"Bread|Pan"_s);
         QCOMPARE(test.titles(list), u"Bread"_s);
+    }
+
+    // The record window is read again, but what has been typed stays and can be saved in the copy.
+    void goesOnWithTheRecipe()
+    {
+        CopyFixture test;
+        auto &recipe = test.open<frmRecipe>();
+        QCOMPARE(recipe.title(), u"Bread"_s);
+        test.perform(recipe, u"cmdEdit Bread, txtAuthor Ann"_s);
+        test.damage();
+        test.interaction.expect(test.offerBox(u"Bread"_s), Button::Yes);
+        test.perform(recipe, u"cmdSave"_s);
+        test.perform(recipe, u"cmdSave"_s);
+        QCOMPARE(test.stored("SELECT RecipeName, Author FROM Recipes"), u"Bread|Ann"_s);
     }
 
     // The window is not loaded, but opens after the copy has been put back.

@@ -151,7 +151,7 @@ private Q_SLOTS:
             kept += copyName(u"2026-11-%1"_s.arg(number));
         const QStringList names = file.names(file.inCopies({}));
         QCOMPARE(QSet(names.begin(), names.end()), QSet(kept.begin(), kept.end()));
-        QCOMPARE(file.copies().newestSoundCopy().value().day, today);
+        QCOMPARE(file.copies().newestSoundCopy(today).value().day, today);
     }
 
     // The first write of the next day does the same, also in the same run.
@@ -161,7 +161,7 @@ private Q_SLOTS:
         const auto database = Database::open(file.path());
         for (int recipes = 0; recipes < 2; ++recipes) {
             Transaction transaction(*database);
-            QCOMPARE(file.copies().newestSoundCopy().value().recipes, recipes);
+            QCOMPARE(file.copies().newestSoundCopy(today).value().recipes, recipes);
             QVERIFY(isLockedForOthers(file.path()));
             database->Execute(u"INSERT INTO Recipes (RecipeName) VALUES ('Soup')"_s);
             transaction.commit();
@@ -303,7 +303,7 @@ private Q_SLOTS:
         const QString second = file.inCopies(copyName(today.addDays(-1)));
         setBytes(second, bytesOf(second).replace(4096, 4096, QByteArray(4096, 'U')));
         change(file);
-        const DatabaseCopy found = file.copies().newestSoundCopy().value();
+        const DatabaseCopy found = file.copies().newestSoundCopy(today).value();
         QCOMPARE(found.recipes, recipes);
         QCOMPARE(found.day, today.addDays(recipes - 3));
     }
@@ -322,7 +322,9 @@ private Q_SLOTS:
              {u"data.rbk"_s, u"data damaged 2026-11-25.rbk"_s,
               u"data damaged 2026-11-25 2.rbk-journal"_s},
              u"data damaged 2026-11-25 2.rbk-journal data damaged 2026-11-25 3.rbk data damaged 2026-11-25.rbk"_s},
-            {"a left-over", {u"data.rbk"_s, u"data.rbk.new"_s}, u"data damaged 2026-11-25.rbk"_s},
+            {"a file of the user",
+             {u"data.rbk"_s, u"data.rbk.new"_s},
+             u"data damaged 2026-11-25.rbk data.rbk.new"_s},
         });
     }
 
@@ -336,7 +338,7 @@ private Q_SLOTS:
         for (const QString &name : there)
             setBytes(file.inFolder(name), name.toUtf8());
         const DatabaseCopies copies = file.copies();
-        copies.putBack(copies.newestSoundCopy().value(), today);
+        copies.putBack(copies.newestSoundCopy(today).value(), today);
         QStringList names = file.names(file.folder());
         QVERIFY(names.removeOne(u"copies"_s) && names.removeOne(u"data.rbk"_s));
         QCOMPARE(names.join(u' '), kept);
@@ -346,7 +348,7 @@ private Q_SLOTS:
         for (const QString &name : there)
             QVERIFY(name.endsWith(".new"_L1) || contents.removeOne(name.toUtf8()));
         QCOMPARE(file.stored("SELECT count(*) FROM Recipes"), u"2"_s);
-        QCOMPARE(file.copies().newestSoundCopy().value().recipes, 2);
+        QCOMPARE(file.copies().newestSoundCopy(today).value().recipes, 2);
     }
 
     void leavesTheFileAlone_data()
@@ -376,7 +378,7 @@ private Q_SLOTS:
         const QByteArray before = bytesOf(file.path());
         asNobody([&, &reason = reason] {
             const QString failure =
-                failureOf([&] { copies.putBack(copies.newestSoundCopy().value(), today); });
+                failureOf([&] { copies.putBack(copies.newestSoundCopy(today).value(), today); });
             QVERIFY2(failure.contains(reason), qPrintable(failure));
             QCOMPARE(failure.isNull(), reason.isNull());
         });

@@ -122,6 +122,9 @@ private Q_SLOTS:
              u"ALTER TABLE Utensils ADD Note TEXT; CREATE TABLE Shops (Name TEXT UNIQUE COLLATE "
              "NOCASE); CREATE TRIGGER t AFTER INSERT ON Utensils BEGIN INSERT INTO Shops VALUES "
              "(new.UtensilID); UPDATE Utensils SET Note = 'x' WHERE UtensilName = 'z'; END"_s},
+            {"a table of others that their comparison sorts",
+             u"CREATE TABLE Shops (Name TEXT UNIQUE COLLATE NOCASE);"
+             "INSERT INTO Shops VALUES ('é'), ('z'), ('f'), ('e')"_s},
             {"key without AUTOINCREMENT", changed(u"Utensils"_s, u" AUTOINCREMENT"_s, u""_s)},
             {"types of other tools",
              changed(u"Utensils"_s, u"TEXT COLLATE NOCASE"_s, u"varchar(50) COLLATE nocase"_s)},

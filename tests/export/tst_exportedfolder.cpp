@@ -153,7 +153,7 @@ private Q_SLOTS:
              {"some", {"b", ".DS_Store", "a\n"}, u"contains a\u240a, b, which were"_s},
              {"many",
               {"1", "2", "3", "4", "5", "6", "7"},
-              u"contains 1, 2, 3, 4, 5 and 2 more, which"_s}});
+              u"contains 1, 2, 3, 4, 5, 6, 7, which"_s}});
     }
 
     void otherEntriesAmongThePages()
