@@ -127,7 +127,9 @@ private Q_SLOTS:
         setBytes(recipe, "Leek soup\r\n");
         const QMimeType found = QMimeDatabase().mimeTypeForFile(recipe);
         QVERIFY(found.name() == type && found.inherits(u"text/plain"_s));
-        QCOMPARE(QMimeDatabase().mimeTypeForFile(recipe, QMimeDatabase::MatchExtension), found);
+        // Unlike QMimeDatabase, GIO compares the weight with those in the folders of the system.
+        QVERIFY(output(u"gio"_s, {u"info"_s, u"-a"_s, u"standard::fast-content-type"_s, recipe})
+                    .contains(type));
     }
 
     void keepsWhatItCannotRead()
