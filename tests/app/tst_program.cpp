@@ -62,7 +62,7 @@ class tst_Program : public QObject
             || write(terminal, keys.constData(), static_cast<std::size_t>(keys.size()))
                 != keys.size())
             return u"no terminal"_s;
-        const QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
+        QString said = run({u"soup.srf"_s}, u"pantrywise"_s, QString::fromLatin1(name));
         close(terminal);
         close(programSide);
         return said;
