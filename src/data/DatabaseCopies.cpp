@@ -59,7 +59,7 @@ QSet<QDate> keptAmong(QList<QDate> days)
     return {kept.begin(), kept.end()};
 }
 
-// Creates the folder if there is none.
+// Creates the folder if it does not exist.
 std::error_code prepareFolder(const fs::path &folder)
 {
     std::error_code failure;

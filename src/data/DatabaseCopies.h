@@ -61,7 +61,7 @@ public:
     void putBack(const DatabaseCopy &copy, QDate day) const;
 
 private:
-    // Identifies the contents of a file: zeros if there is none.
+    // Identifies the contents of a file: zeros if the file does not exist.
     struct FileState {
         dev_t device = 0;
         ino_t inode = 0;

@@ -38,7 +38,7 @@ std::exception_ptr unusable(const QString &path, const QString &problem)
     return std::make_exception_ptr(UnusableDatabase(path, problem.arg(native(path))));
 }
 
-// Returns the folder that may not be searched and thus hides the file; empty if there is none.
+// Returns the folder that may not be searched and thus hides the file; empty if all may.
 QString closedFolderOf(const QString &file)
 {
     QFileInfo folder(QFileInfo(file).path());
