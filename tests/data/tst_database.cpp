@@ -1,14 +1,13 @@
 #include "data/DataSource.h"
 #include "support/AsNobody.h"
 #include "support/FileBytes.h"
+#include "support/FileSizeLimit.h"
 #include "support/Rows.h"
 #include "support/TestDatabase.h"
 
 #include <QElapsedTimer>
 
-#include <csignal>
 #include <functional>
-#include <sys/resource.h>
 #include <thread>
 
 using namespace Qt::Literals::StringLiterals;
@@ -215,12 +214,7 @@ private Q_SLOTS:
         const TestDatabase file;
         const QByteArray before = bytesOf(file.path());
         Utensils utensils(file);
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit large{};
-        getrlimit(RLIMIT_FSIZE, &large);
-        const rlimit small{65536, large.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-        const auto restore = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &large); });
+        const FileSizeLimit limit(65536);
         {
             Transaction outer(utensils.database());
             utensils.add();

@@ -3,13 +3,12 @@
 #include "data/DatabaseFile.h"
 #include "support/AsNobody.h"
 #include "support/FileBytes.h"
+#include "support/FileSizeLimit.h"
 #include "support/Rows.h"
 #include "support/TestDatabase.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <functional>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -238,12 +237,7 @@ private Q_SLOTS:
             QFile::setPermissions(folder, QFileDevice::Permissions(0x7777));
         change(file);
         const QStringList before = file.names(file.inCopies({}));
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit large{};
-        getrlimit(RLIMIT_FSIZE, &large);
-        const rlimit small{1 << 19, large.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-        const auto restore = qScopeGuard([&] { setrlimit(RLIMIT_FSIZE, &large); });
+        const FileSizeLimit limit(1 << 19);
         asNobody([&, &reason = reason] {
             const QString failure = failureOf([&] { file.copyFile(today); });
             QVERIFY2(failure.contains(reason), qPrintable(failure));

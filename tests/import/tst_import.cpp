@@ -6,6 +6,7 @@
 #include "platform/Directory.h"
 #include "platform/Paths.h"
 #include "support/FileBytes.h"
+#include "support/FileSizeLimit.h"
 #include "support/Rows.h"
 #include "support/SrfText.h"
 #include "support/WindowFixture.h"
@@ -14,10 +15,9 @@
 #include <QComboBox>
 #include <QLabel>
 
-#include <csignal>
 #include <fstream>
+#include <optional>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 using namespace platform;
 using namespace Qt::Literals::StringLiterals;
@@ -39,19 +39,13 @@ public:
             m_isSmall = ::mount("none", qPrintable(m_folder), "tmpfs", 0, "size=700k") == 0;
         DatabasePath = m_folder + "/data.rbk"_L1;
         QFile::copy(database.path(), DatabasePath);
-        if (m_isDisk)
-            return;
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{400'000, m_before.rlim_max};
-        m_isSmall = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+        if (!m_isDisk)
+            m_limit.emplace(400'000);
     }
     ~SmallDisk()
     {
         if (m_isDisk)
             ::umount2(qPrintable(m_folder), MNT_DETACH);
-        else
-            ::setrlimit(RLIMIT_FSIZE, &m_before);
     }
 
     bool isSmall() const { return m_isSmall; }
@@ -67,8 +61,8 @@ private:
 
     QString m_folder;
     bool m_isDisk;
-    bool m_isSmall = false;
-    rlimit m_before{};
+    bool m_isSmall = true;
+    std::optional<FileSizeLimit> m_limit;
 };
 
 } // namespace

@@ -11,16 +11,12 @@ public:
     explicit FileSizeLimit(rlim_t size)
     {
         std::signal(SIGXFSZ, SIG_IGN);
-        set(size);
-    }
-    ~FileSizeLimit() { set(RLIM_INFINITY); }
-
-private:
-    static void set(rlim_t size)
-    {
-        rlimit limit{};
-        ::getrlimit(RLIMIT_FSIZE, &limit);
-        limit.rlim_cur = std::min(size, limit.rlim_max);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{std::min(size, m_before.rlim_max), m_before.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+    rlimit m_before{};
 };
