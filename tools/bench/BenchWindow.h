@@ -5,6 +5,14 @@
 
 #include <QMainWindow>
 #include <QMdiArea>
+#include <QPushButton>
+
+// Presses a button and processes the queued events.
+inline void press(const QWidget &window, QLatin1StringView button)
+{
+    window.findChild<QPushButton *>(button)->click();
+    QCoreApplication::processEvents();
+}
 
 // A main window with a frame, in which the program's windows are opened and closed as a user does.
 // A message box makes the benchmark fail.
@@ -37,6 +45,12 @@ public:
     {
         frame.hide(window);
         frame.unload(window);
+        deleteClosed();
+    }
+
+    // Windows that close themselves are deleted by the event loop, which does not run here.
+    static void deleteClosed()
+    {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }

@@ -33,6 +33,11 @@ constexpr std::array<std::string_view, 40> foods = {
 constexpr std::array<std::string_view, 4> occasions = {"", " for guests", " of the house",
                                                        " in a hurry"};
 
+constexpr std::array<std::string_view, 8> days = {
+    "",           " on Monday", " on Tuesday",  " on Wednesday", " on Thursday",
+    " on Friday", " on Sunday", " on Saturday",
+};
+
 constexpr std::array<std::string_view, 25> qualities = {
     "fresh", "dried", "frozen",  "tinned", "smoked", "salted", "sweet",  "sour",   "ripe",
     "young", "wild",  "organic", "red",    "green",  "white",  "black",  "golden", "small",
@@ -126,13 +131,15 @@ CatalogSizes catalogSizes(int recipes)
 
 std::string generatedRecipeName(int number)
 {
-    static_assert(generatedRecipes
-                  == styles.size() * dishes.size() * foods.size() * occasions.size());
-    std::size_t rest = permuted(number, generatedRecipes);
+    constexpr std::size_t namesOfDay =
+        styles.size() * dishes.size() * foods.size() * occasions.size();
+    static_assert(generatedRecipes == namesOfDay * days.size());
+    std::size_t rest = permuted(number, namesOfDay);
     std::string name(take(rest, styles));
     name.append(" ").append(take(rest, dishes));
     name.append(" with ").append(take(rest, foods));
-    return name.append(take(rest, occasions));
+    name.append(take(rest, occasions));
+    return name.append(days[static_cast<std::size_t>(number) / namesOfDay]);
 }
 
 GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs)

@@ -39,7 +39,7 @@ struct CatalogSizes {
 CatalogSizes catalogSizes(int recipes);
 
 // A recipe's `number` is at least 0 and less than generatedRecipes.
-inline constexpr int generatedRecipes = 160'000;
+inline constexpr int generatedRecipes = 1'280'000;
 std::string generatedRecipeName(int number);
 GeneratedRecipe generatedRecipe(int number, CatalogSizes catalogs);
 

@@ -1,94 +1,56 @@
 #include "Measurement.h"
 
-#include <QLocale>
-
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <ctime>
 
 namespace {
 
 constexpr std::size_t rounds = 7;
+constexpr double notMeasured = std::numeric_limits<double>::quiet_NaN();
 
-double median(std::array<double, rounds> values)
+using Costs = std::array<Cost, rounds>;
+
+// Returns the median of a number that is computed from the costs of each round.
+template <typename Number>
+double medianOfRounds(const Costs &baselines, const Costs &measured, Number number)
 {
+    std::array<double, rounds> values{};
+    std::transform(baselines.begin(), baselines.end(), measured.begin(), values.begin(), number);
     std::sort(values.begin(), values.end());
     return values[rounds / 2];
 }
 
-std::string formatted(const char *format, double value)
-{
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), format, value);
-    return text.data();
-}
-
-std::string valueText(double value, Unit unit)
-{
-    if (unit == Unit::Bytes)
-        return formatted("%.1f MiB", value / (1024 * 1024));
-    if (value < 1e-3)
-        return formatted("%.3g µs", value * 1e6);
-    return value < 1 ? formatted("%.3g ms", value * 1e3) : formatted("%.3g s", value);
-}
-
-std::string limitText(const Limit &limit, Unit unit)
-{
-    if (limit.kind == Limit::Kind::Ratio)
-        return formatted("%.3g times", limit.value);
-    return valueText(limit.value, unit);
-}
-
-bool isMet(const Result &result)
-{
-    const Measurement &measurement = result.measurement;
-    return result.limit.value
-        >= (result.limit.kind == Limit::Kind::Absolute ? measurement.measured : measurement.ratio);
-}
-
-std::string ratioText(const Measurement &measurement)
-{
-    if (measurement.baseline <= 0)
-        return "-";
-    return measurement.ratio < 0.01 ? "< 0.01" : formatted("%.2f", measurement.ratio);
-}
-
 } // namespace
 
-Measurement compare(const std::function<double()> &baseline,
-                    const std::function<double()> &measured)
+Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured)
 {
     baseline();
     measured();
-    std::array<double, rounds> baselines{};
-    std::array<double, rounds> ours{};
-    std::array<double, rounds> ratios{};
+    Costs baselines{};
+    Costs ours{};
     for (std::size_t i = 0; i < rounds; ++i) {
         baselines[i] = baseline();
         ours[i] = measured();
-        ratios[i] = ours[i] / baselines[i];
     }
-    return {median(baselines), median(ours), median(ratios)};
+    const auto median = [&](auto number) { return medianOfRounds(baselines, ours, number); };
+    return {{median([](Cost base, Cost) { return base.value; }),
+             median([](Cost base, Cost) { return base.cpuSeconds; })},
+            {median([](Cost, Cost our) { return our.value; }),
+             median([](Cost, Cost our) { return our.cpuSeconds; })},
+            median([](Cost base, Cost our) { return our.value / base.value; }),
+            median([](Cost base, Cost our) { return our.cpuSeconds / base.cpuSeconds; }),
+            median([](Cost base, Cost our) { return our.value - base.value; })};
 }
 
-std::string formatNumber(qint64 number)
+Measurement measuredOnce(double value)
 {
-    return QLocale(QLocale::English).toString(number).toStdString();
+    return {{notMeasured}, {value}, notMeasured, notMeasured, notMeasured};
 }
 
-void printTableHeader()
+double cpuSecondsOfProcess()
 {
-    std::puts("| Benchmark | Recipes | Baseline | Pantrywise | Ratio | Limit | Result |");
-    std::puts("|---|--:|--:|--:|--:|--:|---|");
-}
-
-void printResult(const Result &result)
-{
-    const Measurement &measurement = result.measurement;
-    std::printf(
-        "| %s | %s | %s | %s | %s | %s | %s |\n", result.name.c_str(),
-        formatNumber(result.recipes).c_str(), valueText(measurement.baseline, result.unit).c_str(),
-        valueText(measurement.measured, result.unit).c_str(), ratioText(measurement).c_str(),
-        limitText(result.limit, result.unit).c_str(), isMet(result) ? "met" : "missed");
-    std::fflush(stdout);
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }

@@ -4,32 +4,52 @@
 
 #include <chrono>
 #include <functional>
-#include <string>
+#include <limits>
 
-// Medians, in seconds or bytes, of what is measured and of the baseline with which it is compared.
-// `ratio` is the median of the rounds' ratios, because other programs slow down whole rounds.
-struct Measurement {
-    double baseline;
-    double measured;
-    double ratio;
+// What one turn of a benchmark takes.
+struct Cost {
+    double value; // seconds of wall time, or bytes
+    double cpuSeconds = std::numeric_limits<double>::quiet_NaN(); // NaN if it is not measured
 };
 
-// Calls both functions alternately, in seven rounds after one that is not counted. Each function
-// returns what it has measured, in seconds or bytes.
-Measurement compare(const std::function<double()> &baseline,
-                    const std::function<double()> &measured);
-
-template <typename Work>
-double secondsOf(Work work)
+inline Cost operator/(Cost cost, double divisor)
 {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return {cost.value / divisor, cost.cpuSeconds / divisor};
 }
 
-// Calls work(i) for each i from 0 to count - 1. Returns the mean time of one call.
+// Medians of several rounds: of what is measured and of the baseline with which it is compared.
+// Ratios and the difference are those of a round, because other programs slow down whole rounds. A
+// number that is not measured is NaN.
+struct Measurement {
+    Cost baseline;
+    Cost measured;
+    double ratio; // measured / baseline
+    double cpuRatio;
+    double difference; // measured - baseline
+};
+
+// Calls both functions alternately, in seven rounds after one that is not counted.
+Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured);
+
+// Returns the measurement of something that has no baseline and is the same at every time.
+Measurement measuredOnce(double value);
+
+// Returns the seconds of CPU time, user and system, that this process has used.
+double cpuSecondsOfProcess();
+
 template <typename Work>
-double secondsPerCall(int count, Work work)
+Cost secondsOf(Work work)
+{
+    const double cpuStart = cpuSecondsOfProcess();
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    return {seconds.count(), cpuSecondsOfProcess() - cpuStart};
+}
+
+// Calls work(i) for each i from 0 to count - 1. Returns the mean cost of one call.
+template <typename Work>
+Cost secondsPerCall(int count, Work work)
 {
     return secondsOf([&] {
                for (int i = 0; i < count; ++i)
@@ -37,27 +57,3 @@ double secondsPerCall(int count, Work work)
            })
         / count;
 }
-
-enum class Unit { Seconds, Bytes };
-
-struct Limit {
-    enum class Kind { Ratio, Absolute };
-    Kind kind;
-    double value; // a ratio to the baseline, or seconds or bytes
-};
-
-// A row of the table of results.
-struct Result {
-    std::string name; // names the baseline if that is not the same work in plain SQLite
-    int recipes; // number of recipes in the database
-    Unit unit;
-    Measurement measurement;
-    Limit limit;
-};
-
-// Returns the number with a separator for thousands: 10,000.
-std::string formatNumber(qint64 number);
-
-// Print a Markdown table on standard output. Each row is flushed at once.
-void printTableHeader();
-void printResult(const Result &result);

@@ -39,7 +39,7 @@ SQLite::Database plainConnection(const std::string &path)
     SQLite::Database database(path, SQLite::OPEN_READWRITE);
     sqlite3_create_collation_v2(database.getHandle(), "NOCASE", SQLITE_UTF8, nullptr, collate,
                                 nullptr);
-    database.exec("PRAGMA cache_size = -16000");
+    database.exec("PRAGMA cache_size = -16000; PRAGMA synchronous = EXTRA");
     return database;
 }
 

@@ -12,8 +12,8 @@ struct sqlite3_stmt;
 
 // SQLite as any program can use it: the baseline of most benchmarks.
 
-// Opens a connection with SQLite's defaults, except for the two settings of the program that affect
-// results and costs: the collation NOCASE and the size of the page cache.
+// Opens a connection with SQLite's defaults, except for the settings of the program that affect
+// results and costs: the collation NOCASE, the size of the page cache, and how commits are synced.
 SQLite::Database plainConnection(const std::string &path);
 
 // A prepared statement that is run through SQLite's C interface alone. Throws std::runtime_error if

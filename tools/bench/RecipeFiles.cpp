@@ -24,11 +24,10 @@ void ensureKey(std::vector<qint64> &keys, int number, Add add)
 
 std::vector<RecipeFile> writeFiles(const Bench &bench, const QString &folder, int first, int count)
 {
-    constexpr int generated = 100'000; // in the largest database
     QDir().mkpath(bench.path(folder));
     std::vector<RecipeFile> files;
     for (int i = 0; i < count; ++i) {
-        GeneratedRecipe recipe = generatedRecipe(generated + first + i, catalogSizes(0));
+        GeneratedRecipe recipe = generatedRecipe(Bench::maximumSize + first + i, catalogSizes(0));
         const QString path = bench.path(folder + u"/%1.srf"_s.arg(i));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly)
@@ -43,15 +42,15 @@ QString emptyDatabase(const Bench &bench)
 {
     QString path = bench.path(u"empty.rbk"_s);
     QFile::remove(path);
-    generateEmptyDatabase(path.toStdString());
+    createDatabase(path.toStdString());
     return path;
 }
 
-double insertPlainly(const Bench &bench, std::span<const RecipeFile> files)
+Cost insertPlainly(const Bench &bench, std::span<const RecipeFile> files)
 {
     const QString path = bench.path(u"plain.rbk"_s);
     QFile::remove(path);
-    RecipeInserter inserter(path.toStdString());
+    RecipeInserter inserter(createDatabase(path.toStdString()));
     const CatalogSizes catalogs = catalogSizes(0);
     std::vector<qint64> ingredients(static_cast<std::size_t>(catalogs.ingredients));
     std::vector<qint64> utensils(static_cast<std::size_t>(catalogs.utensils));

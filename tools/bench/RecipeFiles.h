@@ -21,5 +21,5 @@ std::vector<RecipeFile> writeFiles(const Bench &bench, const QString &folder, in
 // Creates a database without any rows, which replaces that of the previous call. Returns its path.
 QString emptyDatabase(const Bench &bench);
 
-// Returns the seconds that plain SQLite takes to insert the rows of these files in one transaction.
-double insertPlainly(const Bench &bench, std::span<const RecipeFile> files);
+// Inserts the rows of these files with plain SQLite, in one transaction.
+Cost insertPlainly(const Bench &bench, std::span<const RecipeFile> files);

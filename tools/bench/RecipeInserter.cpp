@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-namespace {
-
 SQLite::Database createDatabase(const std::string &path)
 {
     SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -15,10 +13,8 @@ SQLite::Database createDatabase(const std::string &path)
     return database;
 }
 
-} // namespace
-
-RecipeInserter::RecipeInserter(const std::string &path)
-    : m_database(createDatabase(path))
+RecipeInserter::RecipeInserter(SQLite::Database database)
+    : m_database(std::move(database))
     , m_recipe(m_database.getHandle(),
                "INSERT INTO Recipes (RecipeName, Description, Author, RecipeType, Instructions, "
                "Rating, Serves) VALUES (?, ?, ?, ?, ?, ?, ?)")
@@ -81,7 +77,7 @@ void RecipeInserter::addRecipe(const GeneratedRecipe &recipe,
 
 void generateDatabase(const std::string &path, int recipes)
 {
-    RecipeInserter inserter(path);
+    RecipeInserter inserter(createDatabase(path));
     const CatalogSizes catalogs = catalogSizes(recipes);
     inserter.begin();
     std::vector<qint64> ingredientKeys(static_cast<std::size_t>(catalogs.ingredients));
@@ -93,9 +89,4 @@ void generateDatabase(const std::string &path, int recipes)
     for (int i = 0; i < recipes; ++i)
         inserter.addRecipe(generatedRecipe(i, catalogs), ingredientKeys, utensilKeys);
     inserter.commit();
-}
-
-void generateEmptyDatabase(const std::string &path)
-{
-    const RecipeInserter inserter(path);
 }

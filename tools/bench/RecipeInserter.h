@@ -5,13 +5,17 @@
 
 #include <SQLiteCpp/Database.h>
 
-// Writes generated recipes into a new database with prepared INSERT statements alone. SQLite
+// Creates a database without any rows, with the program's tables. Throws if the file exists.
+SQLite::Database createDatabase(const std::string &path);
+
+// Writes generated recipes into a database with prepared INSERT statements alone. SQLite
 // assigns the keys.
 class RecipeInserter
 {
 public:
-    // Creates the file with the program's tables. Throws if it exists.
-    explicit RecipeInserter(const std::string &path);
+    explicit RecipeInserter(SQLite::Database database);
+
+    SQLite::Database &database() { return m_database; }
 
     void begin() { m_database.exec("BEGIN IMMEDIATE"); }
     void commit() { m_database.exec("COMMIT"); }
@@ -39,6 +43,3 @@ private:
 // Creates a database with complete catalogs and that many recipes, stored in the order of their
 // keys.
 void generateDatabase(const std::string &path, int recipes);
-
-// Creates a database without any rows.
-void generateEmptyDatabase(const std::string &path);

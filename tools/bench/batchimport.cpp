@@ -66,7 +66,7 @@ private:
     frmImport *m_dialog;
 };
 
-double importByDialog(Bench &bench)
+Cost importByDialog(Bench &bench)
 {
     Dialog dialog(bench);
     dialog.enterPath(bench.path(u"files"_s));
@@ -84,7 +84,7 @@ void readDirectory(const QString &folder)
 
 // Returns the longest time, in seconds, that a file takes when one process for each folder imports
 // at the same time.
-double longestFile(Bench &bench, const QStringList &folders)
+Cost longestFile(Bench &bench, const QStringList &folders)
 {
     const QString database = emptyDatabase(bench);
     std::vector<std::unique_ptr<QProcess>> programs;
@@ -98,7 +98,7 @@ double longestFile(Bench &bench, const QStringList &folders)
             throw std::runtime_error(program->readAllStandardError().toStdString());
         longest = std::max(longest, program->readAllStandardOutput().toDouble());
     }
-    return longest;
+    return {longest};
 }
 
 } // namespace
@@ -109,31 +109,31 @@ void measureBatchImport(Bench &bench)
     const std::vector<RecipeFile> files = writeFiles(bench, u"files"_s, 0, size);
     writeFiles(bench, u"other files"_s, size, size);
     const std::string count = formatNumber(std::ssize(files));
-    printResult({"import " + count
-                     + " files in the Import window (baseline: insert the same rows in one "
-                       "transaction)",
-                 0,
-                 Unit::Seconds,
-                 compare([&] { return insertPlainly(bench, files); },
-                         [&] { return importByDialog(bench); }),
-                 {Limit::Kind::Ratio, 1.8}});
+    bench.report({"import " + count
+                      + " files in the Import window (baseline: insert the same rows in one "
+                        "transaction)",
+                  0,
+                  Unit::Seconds,
+                  compare([&] { return insertPlainly(bench, files); },
+                          [&] { return importByDialog(bench); }),
+                  {Limit::Kind::Ratio, 1.8}});
 
     Dialog dialog(bench);
     dialog.enterPath(bench.path(u"files"_s));
-    printResult({"list a directory of " + count + " files (baseline: readdir)",
-                 0,
-                 Unit::Seconds,
-                 compare([&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
-                         [&] { return secondsOf([&] { dialog.enter(u"files"_s); }); }),
-                 {Limit::Kind::Ratio, 3}});
-    printResult({"two processes import " + count
-                     + " files each at the same time: longest time for a file (baseline: one "
-                       "process)",
-                 0,
-                 Unit::Seconds,
-                 compare([&] { return longestFile(bench, {u"files"_s}); },
-                         [&] {
-                             return longestFile(bench, {u"files"_s, u"other files"_s});
-                         }),
-                 {Limit::Kind::Absolute, 0.5}});
+    bench.report({"list a directory of " + count + " files (baseline: readdir)",
+                  0,
+                  Unit::Seconds,
+                  compare([&] { return secondsOf([&] { readDirectory(bench.path(u"files"_s)); }); },
+                          [&] { return secondsOf([&] { dialog.enter(u"files"_s); }); }),
+                  {Limit::Kind::Ratio, 3}});
+    bench.report({"two processes import " + count
+                      + " files each at the same time: longest time for a file (baseline: one "
+                        "process)",
+                  0,
+                  Unit::Seconds,
+                  compare([&] { return longestFile(bench, {u"files"_s}); },
+                          [&] {
+                              return longestFile(bench, {u"files"_s, u"other files"_s});
+                          }),
+                  {Limit::Kind::Absolute, 0.5}});
 }

@@ -29,7 +29,7 @@ void copyAndSync(const QString &from, const QString &to)
         throw std::runtime_error("the copy cannot be written");
 }
 
-double checkAndCopyPlainly(const Bench &bench, const QString &path)
+Cost checkAndCopyPlainly(const Bench &bench, const QString &path)
 {
     const QString folder = emptyFolder(bench);
     SQLite::Database database = plainConnection(path.toStdString());
@@ -42,7 +42,7 @@ double checkAndCopyPlainly(const Bench &bench, const QString &path)
     });
 }
 
-double beginFirstWrite(const Bench &bench, const QString &path)
+Cost beginFirstWrite(const Bench &bench, const QString &path)
 {
     emptyFolder(bench);
     const auto database = Database::open(path);
@@ -55,11 +55,11 @@ void measureCopying(Bench &bench)
 {
     for (const int recipes : {200, bench.largest()}) {
         const QString path = bench.database(recipes);
-        printResult({"begin the first write of a day (baseline: quick_check, copy_file and fsync)",
-                     recipes,
-                     Unit::Seconds,
-                     compare([&] { return checkAndCopyPlainly(bench, path); },
-                             [&] { return beginFirstWrite(bench, path); }),
-                     {Limit::Kind::Ratio, 1.5}});
+        bench.report({"begin the first write of a day (baseline: quick_check, copy_file and fsync)",
+                      recipes,
+                      Unit::Seconds,
+                      compare([&] { return checkAndCopyPlainly(bench, path); },
+                              [&] { return beginFirstWrite(bench, path); }),
+                      {Limit::Kind::Ratio, 1.5}});
     }
 }

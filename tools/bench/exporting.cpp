@@ -1,6 +1,8 @@
 #include "Bench.h"
+#include "MemoryUse.h"
 #include "export/WebPages.h"
 #include "interaction/Progress.h"
+#include "platform/DiskSync.h"
 #include "platform/Paths.h"
 
 #include <QDir>
@@ -14,33 +16,47 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// Makes a new folder for each turn and removes them all when it is destroyed. If a folder were
+// emptied before each turn, the file system would do a part of that work during the turn.
+class Folders
+{
+public:
+    explicit Folders(const QString &parent)
+        : m_parent(platform::joinPath(parent, u"pages-XXXXXX"_s))
+    {
+        if (!m_parent.isValid())
+            throw std::runtime_error(m_parent.errorString().toStdString());
+    }
+
+    QString makeNext()
+    {
+        QString folder = m_parent.filePath(QString::number(++m_made));
+        if (!QDir().mkdir(folder))
+            throw std::runtime_error("a folder cannot be made");
+        return folder;
+    }
+
+private:
+    QTemporaryDir m_parent;
+    int m_made = 0;
+};
+
 struct PlainFile {
     QString name;
     qsizetype size;
 };
 
-// Creates an empty folder, which replaces that of the previous round.
-QString emptyFolder(const Bench &bench)
+Cost exportAll(const QString &database, const QString &folder)
 {
-    QString folder = bench.path(u"pages"_s);
-    QDir(folder).removeRecursively();
-    QDir().mkpath(folder);
-    return folder;
-}
-
-double exportAll(Bench &bench, int recipes)
-{
-    const QString database = bench.database(recipes);
-    const QString folder = emptyFolder(bench);
     SilentProgress progress;
     return secondsOf([&] { exportPages(database, folder, {}, progress); });
 }
 
-// Returns the files that the previous export has written.
-std::vector<PlainFile> writtenFiles(const Bench &bench)
+// Returns the files that an export to this folder has written.
+std::vector<PlainFile> writtenFiles(const QString &folder)
 {
     std::vector<PlainFile> files;
-    QDirIterator entries(bench.path(u"pages/Pantrywise"_s), QDir::Files);
+    QDirIterator entries(folder, QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         entries.next();
         files.push_back({entries.fileName(), entries.fileInfo().size()});
@@ -48,9 +64,8 @@ std::vector<PlainFile> writtenFiles(const Bench &bench)
     return files;
 }
 
-double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
+Cost writePlainly(const std::vector<PlainFile> &files, const QString &folder)
 {
-    const QString folder = emptyFolder(bench);
     const auto largest = std::max_element(files.begin(), files.end(),
                                           [](auto &a, auto &b) { return a.size < b.size; });
     const QByteArray bytes(largest->size, 'x');
@@ -61,20 +76,60 @@ double writePlainly(const Bench &bench, const std::vector<PlainFile> &files)
                 || written.write(bytes.constData(), file.size) != file.size)
                 throw std::runtime_error("a file cannot be written");
         }
+        if (platform::syncFileSystem(platform::nativePath(folder)))
+            throw std::runtime_error("the file system cannot be synced");
     });
+}
+
+void measureSpeed(Bench &bench, const QString &where, const QString &parent, double limit)
+{
+    const int recipes = std::min(10'000, bench.largest());
+    const QString database = bench.database(recipes);
+    Folders folders(parent);
+    const QString first = folders.makeNext();
+    exportAll(database, first);
+    const std::vector<PlainFile> files = writtenFiles(first);
+    bench.report({"export web pages " + where.toStdString()
+                      + " (baseline: write files with the same names and sizes, and sync them)",
+                  recipes,
+                  Unit::Seconds,
+                  compare([&] { return writePlainly(files, folders.makeNext()); },
+                          [&] { return exportAll(database, folders.makeNext()); }),
+                  {Limit::Kind::Ratio, limit}});
+}
+
+void measurePeak(Bench &bench, const QString &parent)
+{
+    const int recipes = std::min(10'000, bench.largest());
+    Folders folders(parent);
+    bench.report(
+        {"memory that exporting web pages takes at most",
+         recipes,
+         Unit::Bytes,
+         measuredOnce(memoryUse({u"export"_s, bench.database(recipes), folders.makeNext()})),
+         {Limit::Kind::Absolute, 20 * 1024.0 * 1024.0 + 1024.0 * recipes}});
+}
+
+void measureMainMenu(Bench &bench, const QString &parent)
+{
+    constexpr int recipes = 5'000;
+    Folders folders(parent);
+    SilentProgress progress;
+    const auto pages = exportPages(bench.database(recipes), folders.makeNext(), {}, progress);
+    bench.report({"size of the exported index.html",
+                  recipes,
+                  Unit::Bytes,
+                  measuredOnce(static_cast<double>(QFileInfo(pages->mainMenu).size())),
+                  {Limit::Kind::Absolute, 150e3}});
 }
 
 } // namespace
 
 void measureExporting(Bench &bench)
 {
-    const int recipes = std::min(10'000, bench.largest());
-    exportAll(bench, recipes);
-    const std::vector<PlainFile> files = writtenFiles(bench);
-    printResult({"export web pages (baseline: write files with the same names and sizes)",
-                 recipes,
-                 Unit::Seconds,
-                 compare([&] { return writePlainly(bench, files); },
-                         [&] { return exportAll(bench, recipes); }),
-                 {Limit::Kind::Ratio, 3}});
+    const QString inMemory = u"/dev/shm"_s;
+    measureSpeed(bench, u"to the temporary folder"_s, bench.path({}), 2);
+    measureSpeed(bench, u"to memory"_s, inMemory, 4);
+    measurePeak(bench, inMemory);
+    measureMainMenu(bench, inMemory);
 }

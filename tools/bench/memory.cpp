@@ -1,40 +1,57 @@
 #include "Bench.h"
-#include "Sources.h"
-
-#include <QProcess>
-
-#include <stdexcept>
+#include "MemoryUse.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Returns by how many bytes the memory of a new process grows.
-double memoryGrowth(const QString &how, const QString &database)
+constexpr double mebibyte = 1024 * 1024;
+
+Cost bytesUsedFor(const QStringList &arguments)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QStringLiteral(BENCH_ROWMEMORY), {how, database, u"RecipeIngredients"_s});
-    bool isNumber = false;
-    const double bytes = process.waitForFinished(-1)
-        ? process.readAllStandardOutput().trimmed().toDouble(&isNumber)
-        : 0;
-    if (!isNumber)
-        throw std::runtime_error("rowmemory failed");
-    return bytes;
+    return {memoryUse(arguments)};
+}
+
+void measureRows(Bench &bench)
+{
+    const QString database = bench.database(bench.largest());
+    const QString table = u"RecipeIngredients"_s;
+    const qint64 rows = qint64{10} * bench.largest();
+    constexpr double limitPerRow = 40 * mebibyte / 1'000'000;
+    bench.report({"memory for " + formatNumber(rows)
+                      + " link rows in a cursor (baseline: step through them)",
+                  bench.largest(),
+                  Unit::Bytes,
+                  compare(
+                      [&] {
+                          return bytesUsedFor({u"plain"_s, database, table});
+                      },
+                      [&] {
+                          return bytesUsedFor({u"cursor"_s, database, table});
+                      }),
+                  {Limit::Kind::Absolute, limitPerRow * static_cast<double>(rows)}});
+}
+
+void measureRecipeWindow(Bench &bench, int recipes)
+{
+    const QString database = bench.database(recipes);
+    bench.report({"memory of the process with the recipe window (baseline: the main window alone)",
+                  recipes, Unit::Bytes,
+                  compare(
+                      [&] {
+                          return bytesUsedFor({u"frame"_s, database});
+                      },
+                      [&] {
+                          return bytesUsedFor({u"recipe"_s, database});
+                      }),
+                  absoluteLimit(recipes, {60 * mebibyte, 80 * mebibyte, 250 * mebibyte})});
 }
 
 } // namespace
 
 void measureMemory(Bench &bench)
 {
-    const QString database = bench.database(bench.largest());
-    constexpr double mebibyte = 1024 * 1024;
-    printResult({"memory for " + formatNumber(qint64{10} * bench.largest())
-                     + " link rows in a cursor (baseline: step through them)",
-                 bench.largest(),
-                 Unit::Bytes,
-                 compare([&] { return memoryGrowth(u"plain"_s, database); },
-                         [&] { return memoryGrowth(u"cursor"_s, database); }),
-                 {Limit::Kind::Absolute, 40 * mebibyte}});
+    measureRows(bench);
+    for (const int size : bench.largeSizes())
+        measureRecipeWindow(bench, size);
 }

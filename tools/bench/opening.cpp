@@ -10,7 +10,7 @@
 namespace {
 
 // Opens a connection too, because the program has none when it starts.
-double openPlainly(const QString &path)
+Cost openPlainly(const QString &path)
 {
     return secondsOf([&] {
         SQLite::Database database(path.toStdString(), SQLite::OPEN_READWRITE);
@@ -19,7 +19,7 @@ double openPlainly(const QString &path)
     });
 }
 
-double openImporter(const QString &path)
+Cost openImporter(const QString &path)
 {
     DatabasePath = path;
     TerminalInteraction interaction;
@@ -36,10 +36,11 @@ void measureOpening(Bench &bench)
 {
     for (const int size : bench.sizes()) {
         const QString path = bench.database(size);
-        printResult({"open the importer: a connection and five cursors",
-                     size,
-                     Unit::Seconds,
-                     compare([&] { return openPlainly(path); }, [&] { return openImporter(path); }),
-                     {Limit::Kind::Absolute, 1e-3}});
+        bench.report(
+            {"open the importer: a connection and five cursors",
+             size,
+             Unit::Seconds,
+             compare([&] { return openPlainly(path); }, [&] { return openImporter(path); }),
+             {Limit::Kind::Absolute, 1e-3}});
     }
 }

@@ -107,11 +107,11 @@ void measurePrinting(Bench &bench)
     QPdfWriter plain(bench.path(u"plain.pdf"_s));
     QPdfWriter wrapped(bench.path(u"wrapped.pdf"_s));
     const Book cookbook = book(plain);
-    printResult({"print " + formatNumber(pageCount)
-                     + " pages to PDF (baseline: draw the same lines, already wrapped)",
-                 0,
-                 Unit::Seconds,
-                 compare([&] { return secondsOf([&] { drawLines(cookbook.lines, plain); }); },
-                         [&] { return secondsOf([&] { printText(cookbook.text, wrapped); }); }),
-                 {Limit::Kind::Ratio, 2}});
+    bench.report({"print " + formatNumber(pageCount)
+                      + " pages to PDF (baseline: draw the same lines, already wrapped)",
+                  0,
+                  Unit::Seconds,
+                  compare([&] { return secondsOf([&] { drawLines(cookbook.lines, plain); }); },
+                          [&] { return secondsOf([&] { printText(cookbook.text, wrapped); }); }),
+                  {Limit::Kind::Ratio, 2}});
 }

@@ -26,7 +26,7 @@ Measurement measureSource(const Source &source, SQLite::Database &plain,
     constexpr double minimumSeconds = 0.1;
     if (readRows(source, database) != stepRows(source, plain))
         throw std::runtime_error("the cursor read a different number of rows");
-    const double once = secondsOf([&] { stepRows(source, plain); });
+    const double once = secondsOf([&] { stepRows(source, plain); }).value;
     const int times = std::max(1, static_cast<int>(minimumSeconds / once));
     return compare([&] { return secondsPerCall(times, [&](int) { stepRows(source, plain); }); },
                    [&] { return secondsPerCall(times, [&](int) { readRows(source, database); }); });
@@ -36,17 +36,15 @@ Measurement measureSource(const Source &source, SQLite::Database &plain,
 
 void measureReading(Bench &bench)
 {
-    for (const int size : bench.sizes()) {
-        if (size < 10'000)
-            continue;
+    for (const int size : bench.largeSizes()) {
         const QString path = bench.database(size);
         SQLite::Database plain = plainConnection(path.toStdString());
         const std::shared_ptr<Database> database = Database::open(path);
         for (const Source &source : windowSources())
-            printResult({std::string("read ") + source.title,
-                         size,
-                         Unit::Seconds,
-                         measureSource(source, plain, database),
-                         {Limit::Kind::Ratio, 1.3}});
+            bench.report({std::string("read ") + source.title,
+                          size,
+                          Unit::Seconds,
+                          measureSource(source, plain, database),
+                          {Limit::Kind::Ratio, 1.3}});
     }
 }

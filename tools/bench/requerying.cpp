@@ -44,16 +44,16 @@ void measureRequerying(Bench &bench)
                 cursor->Requery();
         });
     };
-    printResult({"requery five unchanged cursors (baseline: one PRAGMA data_version)",
-                 size,
-                 Unit::Seconds,
-                 compare(askVersion, requery),
-                 {Limit::Kind::Ratio, 2}});
+    bench.report({"requery five unchanged cursors (baseline: one PRAGMA data_version)",
+                  size,
+                  Unit::Seconds,
+                  compare(askVersion, requery),
+                  {Limit::Kind::Ratio, 2}});
 
     const ReadTransaction scope(*database);
-    printResult({"the same inside a transaction",
-                 size,
-                 Unit::Seconds,
-                 compare(askVersion, requery),
-                 {Limit::Kind::Absolute, 2e-6}});
+    bench.report({"the same inside a transaction",
+                  size,
+                  Unit::Seconds,
+                  compare(askVersion, requery),
+                  {Limit::Kind::Absolute, 2e-6}});
 }

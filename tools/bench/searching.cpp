@@ -37,7 +37,7 @@ void findName(RecordCursor &cursor, const QString &criteria)
 }
 
 // Each search reads every recipe, because the database has no index on names.
-double findNamePlainly(SQLite::Database &plain, int recipe)
+Cost findNamePlainly(SQLite::Database &plain, int recipe)
 {
     PlainStatement statement(plain.getHandle(),
                              "SELECT RecipeID FROM Recipes WHERE RecipeName = ?");
@@ -46,7 +46,7 @@ double findNamePlainly(SQLite::Database &plain, int recipe)
     return secondsOf([&] { statement.run(); });
 }
 
-double findNameWarm(RecordCursor &cursor, int recipes)
+Cost findNameWarm(RecordCursor &cursor, int recipes)
 {
     QStringList criteria;
     for (int i = 0; i < searches; ++i)
@@ -55,33 +55,34 @@ double findNameWarm(RecordCursor &cursor, int recipes)
 }
 
 // Returns the longest of the first five searches, one of which builds the cursor's index.
-double findNameFirst(const std::shared_ptr<Database> &database, int recipes)
+Cost findNameFirst(const std::shared_ptr<Database> &database, int recipes)
 {
     RecordCursor cursor(database, recipesTable);
     cursor.MoveLast();
-    double longest = 0;
+    Cost longest{0};
     for (int i = 1; i <= 5; ++i) {
         const QString criteria = nameCriterion(recipes - i);
-        longest = std::max(longest, secondsOf([&] { findName(cursor, criteria); }));
+        longest = std::max(longest, secondsOf([&] { findName(cursor, criteria); }),
+                           [](const Cost &a, const Cost &b) { return a.value < b.value; });
     }
     return longest;
 }
 
-void measureNames(SQLite::Database &connection, const std::shared_ptr<Database> &database,
-                  int recipes)
+void measureNames(Bench &bench, SQLite::Database &connection,
+                  const std::shared_ptr<Database> &database, int recipes)
 {
     RecordCursor cursor(database, recipesTable);
     const auto plain = [&] { return findNamePlainly(connection, recipes / 2); };
-    printResult({"FindFirst by name with the cursor's index",
-                 recipes,
-                 Unit::Seconds,
-                 compare(plain, [&] { return findNameWarm(cursor, recipes); }),
-                 {Limit::Kind::Absolute, 5e-6}});
-    printResult({"FindFirst by name, the longest of the first five",
-                 recipes,
-                 Unit::Seconds,
-                 compare(plain, [&] { return findNameFirst(database, recipes); }),
-                 {Limit::Kind::Absolute, 50e-3}});
+    bench.report({"FindFirst by name with the cursor's index",
+                  recipes,
+                  Unit::Seconds,
+                  compare(plain, [&] { return findNameWarm(cursor, recipes); }),
+                  {Limit::Kind::Absolute, 5e-6}});
+    bench.report({"FindFirst by name, the longest of the first five",
+                  recipes,
+                  Unit::Seconds,
+                  compare(plain, [&] { return findNameFirst(database, recipes); }),
+                  {Limit::Kind::Absolute, 50e-3}});
 }
 
 // The measured time includes writing the criterion.
@@ -94,8 +95,8 @@ int walkLines(RecordCursor &cursor, int recipe)
     return lines;
 }
 
-void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> &database,
-                  int recipes)
+void measureLines(Bench &bench, SQLite::Database &connection,
+                  const std::shared_ptr<Database> &database, int recipes)
 {
     const QString source = inLinkOrder(ingredientJoin(), "RecipeIngredients"_L1);
     RecordCursor cursor(database, source);
@@ -113,11 +114,12 @@ void measureLines(SQLite::Database &connection, const std::shared_ptr<Database> 
                 throw std::runtime_error("the cursor did not find all lines of a recipe");
         });
     };
-    printResult({"FindFirst and FindNext of a recipe's lines (baseline: with the database's index)",
-                 recipes,
-                 Unit::Seconds,
-                 compare(plain, walk),
-                 {Limit::Kind::Absolute, 20e-6}});
+    bench.report(
+        {"FindFirst and FindNext of a recipe's lines (baseline: with the database's index)",
+         recipes,
+         Unit::Seconds,
+         compare(plain, walk),
+         {Limit::Kind::Absolute, 20e-6}});
 }
 
 } // namespace
@@ -128,6 +130,6 @@ void measureSearching(Bench &bench)
     const QString path = bench.database(recipes);
     SQLite::Database connection = plainConnection(path.toStdString());
     const std::shared_ptr<Database> database = Database::open(path);
-    measureNames(connection, database, recipes);
-    measureLines(connection, database, recipes);
+    measureNames(bench, connection, database, recipes);
+    measureLines(bench, connection, database, recipes);
 }

@@ -25,7 +25,7 @@ void measureSorting(Bench &bench)
     const char *text = "SELECT RecipeID FROM Names ORDER BY RecipeName COLLATE NOCASE";
     PlainStatement ourOrder(database->connection().getHandle(), text);
     PlainStatement builtInOrder(plain.getHandle(), text);
-    printResult(
+    bench.report(
         {"sort the names of recipes (baseline: the built-in NOCASE, which folds ASCII only)",
          bench.largest(),
          Unit::Seconds,

@@ -54,8 +54,8 @@ double proportionalSetSize(qint64 process)
 }
 
 struct Start {
-    double seconds; // from starting the process to the mapped window
-    double bytes; // proportional set size half a second later
+    Cost seconds; // from starting the process to the mapped window
+    Cost bytes; // proportional set size half a second later
 };
 
 Start start(const Program &program, WindowWatcher &watcher)
@@ -63,7 +63,7 @@ Start start(const Program &program, WindowWatcher &watcher)
     QProcess process;
     process.setProcessEnvironment(program.environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    const double seconds = secondsOf([&] {
+    const Cost cost = secondsOf([&] {
         process.start(program.path, QStringList());
         watcher.waitForWindowOf(process.processId());
     });
@@ -71,7 +71,7 @@ Start start(const Program &program, WindowWatcher &watcher)
     const double bytes = proportionalSetSize(process.processId());
     process.terminate();
     process.waitForFinished();
-    return {seconds, bytes};
+    return {{cost.value}, {bytes}};
 }
 
 } // namespace
@@ -85,17 +85,17 @@ void measureStartup(Bench &bench)
     if (!QFile::copy(bench.database(bench.largest()), bench.path(u"pantrywise/data.rbk"_s)))
         throw std::runtime_error("the database cannot be copied");
 
-    printResult(
+    bench.report(
         {"start until the main window is mapped (baseline: a minimal Qt program with an MDI area)",
          bench.largest(),
          Unit::Seconds,
          compare([&] { return start(bareFrame, watcher).seconds; },
                  [&] { return start(pantrywise, watcher).seconds; }),
          {Limit::Kind::Ratio, 1.25}});
-    printResult({"proportional set size half a second later (baseline: the same program)",
-                 bench.largest(),
-                 Unit::Bytes,
-                 compare([&] { return start(bareFrame, watcher).bytes; },
-                         [&] { return start(pantrywise, watcher).bytes; }),
-                 {Limit::Kind::Ratio, 1.5}});
+    bench.report({"proportional set size half a second later (baseline: the same program)",
+                  bench.largest(),
+                  Unit::Bytes,
+                  compare([&] { return start(bareFrame, watcher).bytes; },
+                          [&] { return start(pantrywise, watcher).bytes; }),
+                  {Limit::Kind::Ratio, 1.5}});
 }
