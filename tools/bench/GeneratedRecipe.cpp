@@ -34,8 +34,8 @@ constexpr std::array<std::string_view, 4> occasions = {"", " for guests", " of t
                                                        " in a hurry"};
 
 constexpr std::array<std::string_view, 8> days = {
-    "",           " on Monday", " on Tuesday",  " on Wednesday", " on Thursday",
-    " on Friday", " on Sunday", " on Saturday",
+    "",           " on Monday",   " on Tuesday", " on Wednesday", " on Thursday",
+    " on Friday", " on Saturday", " on Sunday",
 };
 
 constexpr std::array<std::string_view, 25> qualities = {

@@ -1,6 +1,8 @@
 #include "RecipeFiles.h"
 
 #include "RecipeInserter.h"
+#include "platform/DiskSync.h"
+#include "platform/Paths.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,6 +37,9 @@ std::vector<RecipeFile> writeFiles(const Bench &bench, const QString &folder, in
             throw std::runtime_error(file.errorString().toStdString());
         files.push_back({QFile::encodeName(path).toStdString(), std::move(recipe)});
     }
+    // Otherwise the commits of the first rounds would wait for these files.
+    if (platform::syncFileSystem(platform::nativePath(bench.path(folder))))
+        throw std::runtime_error("the files cannot be synced");
     return files;
 }
 
