@@ -14,25 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-bool isWordCharacter(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-std::vector<std::string_view> words(std::string_view text)
-{
-    std::vector<std::string_view> result;
-    for (std::size_t i = 0; i < text.size();) {
-        std::size_t end = i;
-        while (end < text.size() && isWordCharacter(text[end]))
-            ++end;
-        if (end > i)
-            result.push_back(text.substr(i, end - i));
-        i = std::max(end, i + 1);
-    }
-    return result;
-}
-
 std::string selectOfTable(std::string_view name)
 {
     return "SELECT *, rowid FROM \"" + std::string(name) + "\" ORDER BY rowid";
@@ -89,11 +70,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     const std::string text = source.toStdString();
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
-    for (const std::string_view word : all) {
-        const int table = ::tableNumber(word);
-        if (table >= 0)
-            m_reads[static_cast<std::size_t>(table)] = true;
-    }
+    m_reads = namedTables(text);
     prepare(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
 }
