@@ -93,7 +93,7 @@ qsizetype RowSearch::find(const QString &criteria, qsizetype from)
 {
     if (!m_prepared || criteria != m_prepared->criteria)
         m_prepared = prepare(criteria);
-    if (m_prepared->isPattern)
+    if (m_prepared->isPattern || m_rows.isLongText(m_prepared->column))
         return scan(from);
 
     SearchedColumn &searched = searchedColumn();
@@ -136,8 +136,10 @@ qsizetype RowSearch::scan(qsizetype from) const
         const auto *text = std::get_if<std::string_view>(&cell);
         return text != nullptr && textMatches(*text, std::get<std::string>(m_prepared->key.value));
     };
+    const int column = m_prepared->column;
+    const bool isLongText = m_rows.isLongText(column);
     for (qsizetype row = from; row < m_rows.size(); ++row) {
-        if (matches(m_rows.cell(row, m_prepared->column)))
+        if (matches(isLongText ? m_rows.longText(row) : m_rows.cell(row, column)))
             return row;
     }
     return -1;

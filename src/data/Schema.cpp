@@ -9,7 +9,7 @@ namespace {
 constexpr std::array recipesFields = {
     Field{"RecipeID", FieldType::Key},           Field{"RecipeName", FieldType::Text},
     Field{"Description", FieldType::Text},       Field{"Author", FieldType::Text},
-    Field{"RecipeType", FieldType::WholeNumber}, Field{"Instructions", FieldType::Text},
+    Field{"RecipeType", FieldType::WholeNumber}, Field{"Instructions", FieldType::Text, true},
     Field{"Rating", FieldType::WholeNumber},     Field{"Serves", FieldType::Number},
 };
 

@@ -15,6 +15,8 @@
 struct Field {
     std::string_view name;
     FieldType type;
+    // Whether its texts are too long to keep those of all rows. A table has at most one such field.
+    bool isLongText = false;
 };
 
 struct Table {
