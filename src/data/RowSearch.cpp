@@ -8,6 +8,9 @@
 
 namespace {
 
+// Making an index takes as long as some scans, and the next write drops it.
+constexpr qsizetype scansBeforeIndex = 4;
+
 std::size_t keyHash(qint64 key)
 {
     const quint64 mixed = static_cast<quint64>(key) * 0x9e3779b97f4a7c15U;
@@ -101,7 +104,7 @@ qsizetype RowSearch::find(const QString &criteria, qsizetype from)
         return searched.index->find(m_prepared->key, m_rows, from);
     const qsizetype found = scan(from);
     searched.scannedRows += 1 + (found < 0 ? m_rows.size() : found) - from;
-    if (searched.scannedRows > m_rows.size())
+    if (searched.scannedRows > scansBeforeIndex * m_rows.size())
         searched.index.emplace(searched.column, searched.isText, m_rows);
     return found;
 }
