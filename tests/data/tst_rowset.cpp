@@ -37,6 +37,9 @@ const std::vector<FieldValue> values = {FieldValue(),
                                         std::string("a\0b", 3),
                                         "a",
                                         "Sauce with much",
+
+                                        qint64{2},
+                                        qint64{32'767},
                                         "sauce with more",
                                         std::string(70, 'x') + "b",
                                         "Ⅷ",
@@ -69,8 +72,12 @@ private Q_SLOTS:
     {
         const auto [order] = fetchRow<QString>();
         const TestDatabase file;
-        file.write(u"ALTER TABLE Recipes ADD Note; ALTER TABLE Recipes ADD Extra TEXT "
-                   "COLLATE NOCASE DEFAULT 'by default'"_s);
+        file.write(
+            u"ALTER TABLE Recipes ADD Note; ALTER TABLE Recipes ADD Extra TEXT "
+            "COLLATE NOCASE DEFAULT 'by default'; "
+            "WITH n(i) AS (VALUES (1) UNION ALL SELECT i + 1 FROM n LIMIT 20) INSERT INTO "
+            "Recipes (RecipeType, RecipeName) SELECT 3, iif(i % 2, 'saucy 1 a', 'sauce 1 b') "
+            "FROM n"_s);
         const auto database = Database::open(file.path());
         database->connection().exec("PRAGMA synchronous = OFF"); // makes the test much faster
         const QString source = u"Select  * FROM recipes order by "_s + order;
@@ -95,6 +102,8 @@ private Q_SLOTS:
                     if (below(3) != 0)
                         written[i] = values[below(values.size())];
                 }
+                if (below(10) == 0)
+                    written[0] = qint64{1000} * round + static_cast<qint64>(writes);
                 const auto row = static_cast<qsizetype>(below(1 + rows.size()));
                 const bool isRow = row < rows.size();
                 const auto kind = below(4);
