@@ -164,10 +164,20 @@ DatabaseSession Database::connect()
 
 void Database::Execute(const QString &statement)
 {
+    const std::string text = statement.toStdString();
     write([&] {
-        translateSqliteErrors(
-            [&] { connection().exec(withoutColumnList(statement.toStdString())); });
+        announceChangesBy(text);
+        translateSqliteErrors([&] { connection().exec(withoutColumnList(text)); });
     });
+}
+
+void Database::announceChangesBy(const std::string &statement)
+{
+    const auto named = namedTables(statement);
+    for (std::size_t table = 0; table < named.size(); ++table) {
+        if (named[table])
+            announce({.table = table});
+    }
 }
 
 void Database::write(const std::function<void()> &action)
@@ -202,6 +212,24 @@ void Database::enlist(TransactionParticipant &participant)
 void Database::delist(TransactionParticipant &participant)
 {
     std::erase(m_participants, &participant);
+}
+
+void Database::addObserver(ChangeObserver &observer)
+{
+    m_observers.push_back(&observer);
+}
+
+void Database::removeObserver(ChangeObserver &observer)
+{
+    std::erase(m_observers, &observer);
+}
+
+void Database::announce(const TableChange &change, const ChangeObserver *author)
+{
+    for (ChangeObserver *observer : m_observers) {
+        if (observer != author)
+            observer->aboutToChange(change);
+    }
 }
 
 // Makes the next requery of each cursor read again.

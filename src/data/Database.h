@@ -25,6 +25,24 @@ protected:
     ~TransactionParticipant() = default;
 };
 
+// A change that this program is about to make to the rows of a table.
+struct TableChange {
+    std::size_t table; // its number
+    bool isInsertion = false;
+    std::optional<qint64> rowid = {}; // of the only row that is updated or deleted; else nothing
+};
+
+// Notified before this program changes a table.
+class ChangeObserver
+{
+public:
+    // Called in the transaction of the change. May read; if it throws, the change is not made.
+    virtual void aboutToChange(const TableChange &change) = 0;
+
+protected:
+    ~ChangeObserver() = default;
+};
+
 // How many changes of rows this program has made in each table, by table number.
 using TableChanges = std::array<quint64, tableCount>;
 
@@ -58,8 +76,9 @@ public:
 
     ~Database();
 
-    // Runs one action statement. Its effect shows in a cursor after the cursor's next requery.
-    // SQLite has no column list in DELETE; "DELETE table.* From table" is accepted all the same.
+    // Runs one action statement, whose text names each table that it changes. Its effect shows in a
+    // cursor after the cursor's next requery. SQLite has no column list in DELETE; "DELETE table.*
+    // From table" is accepted all the same.
     void Execute(const QString &statement);
 
     // 1, and one more after each reopen(). The keys of another file may be those of other rows.
@@ -79,6 +98,14 @@ public:
     // participant is notified of rollbacks. Throws if a step of the transaction has failed.
     void enlist(TransactionParticipant &participant);
     void delist(TransactionParticipant &participant);
+
+    // An observer is notified until it is removed.
+    void addObserver(ChangeObserver &observer);
+    void removeObserver(ChangeObserver &observer);
+
+    // Notifies all observers but `author`, through which the change is made. To be called before
+    // each change, inside its transaction. Throws what an observer throws.
+    void announce(const TableChange &change, const ChangeObserver *author = nullptr);
 
     // Runs an action that writes: inside the transaction that is open, or else inside its own one.
     // Throws what the action throws, and DatabaseError.
@@ -131,6 +158,7 @@ private:
     void commit();
     void rollBack() noexcept;
     void end();
+    void announceChangesBy(const std::string &statement);
     void notifyParticipants();
     void countChangeOfAllTables();
     void restoreFromJournal();
@@ -145,6 +173,7 @@ private:
     int m_depth = 0; // of nested transactions
     std::exception_ptr m_failure; // of the step that failed
     std::vector<TransactionParticipant *> m_participants;
+    std::vector<ChangeObserver *> m_observers;
 
     DailyCopy m_dailyCopy;
 

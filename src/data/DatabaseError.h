@@ -56,14 +56,18 @@ private:
     QString m_problem;
 };
 
-// The row to be changed or deleted no longer exists.
+// The row to be read, changed or deleted no longer exists.
 class RowNotFound final : public DatabaseError
 {
     Q_DECLARE_TR_FUNCTIONS(RowNotFound)
 
 public:
-    RowNotFound()
-        : DatabaseError(tr("This entry has been deleted by another program. Nothing was stored."))
+    explicit RowNotFound(Operation operation = Operation::Writing)
+        : DatabaseError(operation == Operation::Writing
+                            ? tr("This entry has been deleted by another program. Nothing was "
+                                 "stored.")
+                            : tr("This entry has been deleted by another program. Press F5 to show "
+                                 "the entries that are left."))
     {
     }
 };

@@ -11,10 +11,12 @@ RecordCursor::RecordCursor(std::shared_ptr<Database> database, const QString &re
     , m_recordSource(recordSource)
     , m_rows(*m_database, recordSource)
 {
+    m_database->addObserver(*this);
 }
 
 RecordCursor::~RecordCursor()
 {
+    m_database->removeObserver(*this);
     m_database->delist(*this);
 }
 
@@ -53,6 +55,12 @@ void RecordCursor::transactionRolledBack()
     rowsDropped();
 }
 
+void RecordCursor::aboutToChange(const TableChange &change)
+{
+    if (m_rows.query().reads(change.table) && !change.isInsertion)
+        m_rows.keepLongTexts(change.rowid);
+}
+
 void RecordCursor::Requery()
 {
     m_buffer = Buffer::Closed;
@@ -61,9 +69,12 @@ void RecordCursor::Requery()
         m_rows.discard();
         rowsDropped();
     });
+    const int generation = m_rows.generation();
     if (!m_rows.refresh(m_recordSource))
         return;
     dropRows.dismiss();
+    if (m_rows.generation() != generation)
+        m_search.clear();
     moveTo(0);
 }
 
@@ -174,7 +185,8 @@ QVariant RecordCursor::value(QLatin1StringView field)
         readRows(); // may change the columns
     const int column = m_rows.columnNumber(field);
     requireRow();
-    return toVariant(m_rows.cell(m_row, column));
+    return toVariant(m_rows.isLongText(column) ? m_rows.longText(m_row)
+                                               : m_rows.cell(m_row, column));
 }
 
 void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
@@ -231,10 +243,11 @@ TableWriter &RecordCursor::writer()
         std::vector<std::string> fields;
         for (const SourceQuery::Column &column : query.columns())
             fields.push_back(column.name);
+        const ChangeObserver *author = this;
         const std::string key =
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
-                                                 std::move(fields), key);
+                                                 std::move(fields), key, author);
         m_writerPreparation = m_rows.preparation();
     }
     return *m_writer;

@@ -14,7 +14,7 @@
 // requerying reads rows: the first operation that needs them does, and each function below says
 // whether it is one of these. All failures are thrown as DatabaseError; an operation that fails
 // leaves rows and position as they were.
-class RecordCursor final : private TransactionParticipant
+class RecordCursor final : private TransactionParticipant, private ChangeObserver
 {
     Q_DECLARE_TR_FUNCTIONS(RecordCursor)
 
@@ -63,7 +63,8 @@ public:
     void Requery();
 
     // The field of the current row, with the type that it was stored with; null is an invalid
-    // variant. Reads.
+    // variant. Reads, and reads a long text (see Schema.h) from the file: what another program has
+    // written since the last requery shows there, and if it has deleted the row, this fails.
     QVariant value(QLatin1StringView field);
 
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see
@@ -80,6 +81,7 @@ private:
     enum class Buffer { Closed, Adding, Editing };
 
     void transactionRolledBack() override;
+    void aboutToChange(const TableChange &change) override;
 
     void readRows();
     void rowsDropped();

@@ -8,6 +8,9 @@
 
 namespace {
 
+// Making an index takes as long as some scans, and the next write drops it.
+constexpr qsizetype scansBeforeIndex = 4;
+
 std::size_t keyHash(qint64 key)
 {
     const quint64 mixed = static_cast<quint64>(key) * 0x9e3779b97f4a7c15U;
@@ -93,7 +96,7 @@ qsizetype RowSearch::find(const QString &criteria, qsizetype from)
 {
     if (!m_prepared || criteria != m_prepared->criteria)
         m_prepared = prepare(criteria);
-    if (m_prepared->isPattern)
+    if (m_prepared->isPattern || m_rows.isLongText(m_prepared->column))
         return scan(from);
 
     SearchedColumn &searched = searchedColumn();
@@ -101,7 +104,7 @@ qsizetype RowSearch::find(const QString &criteria, qsizetype from)
         return searched.index->find(m_prepared->key, m_rows, from);
     const qsizetype found = scan(from);
     searched.scannedRows += 1 + (found < 0 ? m_rows.size() : found) - from;
-    if (searched.scannedRows > m_rows.size())
+    if (searched.scannedRows > scansBeforeIndex * m_rows.size())
         searched.index.emplace(searched.column, searched.isText, m_rows);
     return found;
 }
@@ -136,8 +139,10 @@ qsizetype RowSearch::scan(qsizetype from) const
         const auto *text = std::get_if<std::string_view>(&cell);
         return text != nullptr && textMatches(*text, std::get<std::string>(m_prepared->key.value));
     };
+    const int column = m_prepared->column;
+    const bool isLongText = m_rows.isLongText(column);
     for (qsizetype row = from; row < m_rows.size(); ++row) {
-        if (matches(m_rows.cell(row, m_prepared->column)))
+        if (matches(isLongText ? m_rows.longText(row) : m_rows.cell(row, column)))
             return row;
     }
     return -1;

@@ -46,7 +46,7 @@ private:
 };
 
 // Searches a row set by criteria, see Criterion.h. A search by equality scans the rows at first. As
-// soon as the scans of a column have visited more rows than the set has, the column gets an index.
+// soon as the scans of a column have visited each row several times, the column gets an index.
 class RowSearch
 {
 public:

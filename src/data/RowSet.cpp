@@ -2,7 +2,7 @@
 
 #include "data/DatabaseError.h"
 
-#include <unordered_set>
+#include <algorithm>
 
 namespace {
 
@@ -14,14 +14,11 @@ qint64 integerIn(RowStore::Row row, int column)
 }
 
 // Appended rows are in the file, too; this removes the second copies that have been read.
-void eraseRowsByKey(std::vector<RowStore::Row> &rows, const std::vector<RowStore::Row> &known,
-                    int keyColumn)
+void eraseRowsByKey(std::vector<RowStore::Row> &rows,
+                    const std::unordered_map<qint64, RowStore::Row> &known, int keyColumn)
 {
-    std::unordered_set<qint64> keys;
-    for (const RowStore::Row row : known)
-        keys.insert(integerIn(row, keyColumn));
     std::erase_if(rows,
-                  [&](RowStore::Row row) { return keys.contains(integerIn(row, keyColumn)); });
+                  [&](RowStore::Row row) { return known.contains(integerIn(row, keyColumn)); });
 }
 
 } // namespace
@@ -46,17 +43,20 @@ qsizetype RowSet::read(bool keepsColumns)
     const int dataVersion = m_database->dataVersion();
     const TableChanges changes = m_database->changes();
     std::vector<RowStore::Row> rows = m_query.rows(m_store);
-    const qint64 lastKey =
+    const qint64 largestKey =
         rows.empty() || !m_query.isBareTable() ? 0 : integerIn(rows.back(), m_query.keyColumn());
+    std::unordered_map<qint64, RowStore::Row> appended;
+    for (const RowStore::Row row : m_rows)
+        appended.emplace(integerIn(row, m_query.keyColumn()), row);
     if (!m_rows.empty())
-        eraseRowsByKey(rows, m_rows, m_query.keyColumn());
+        eraseRowsByKey(rows, appended, m_query.keyColumn());
     const auto rowsBefore = static_cast<qsizetype>(rows.size());
     rows.insert(rows.end(), m_rows.begin(), m_rows.end());
 
     // Nothing below throws.
-    m_isAppendedOutOfOrder = !m_rows.empty();
     m_rows = std::move(rows);
-    m_lastKey = lastKey;
+    m_written = std::move(appended);
+    m_largestKey = largestKey;
     m_dataVersion = dataVersion;
     m_changes = changes;
     m_isRead = true;
@@ -90,14 +90,15 @@ void RowSet::failAsChanged()
 void RowSet::discard()
 {
     m_rows.clear();
+    m_written.clear();
+    m_keptLongTexts.clear();
     m_store.clear();
     m_isRead = false;
-    m_isAppendedOutOfOrder = false;
 }
 
 bool RowSet::refresh(const QString &source)
 {
-    if (source == m_query.source() && m_isRead && isCurrent())
+    if (source == m_query.source() && m_isRead && isCurrent() && placeWrittenRows())
         return true;
     if (source != m_query.source() || isOutdated())
         prepare(source);
@@ -107,8 +108,6 @@ bool RowSet::refresh(const QString &source)
 
 bool RowSet::isCurrent() const
 {
-    if (m_isAppendedOutOfOrder)
-        return false;
     const TableChanges &changes = m_database->changes();
     for (std::size_t i = 0; i < changes.size(); ++i) {
         if (m_query.reads(i) && changes[i] != m_changes[i])
@@ -117,41 +116,129 @@ bool RowSet::isCurrent() const
     return m_database->dataVersion() == m_dataVersion;
 }
 
+// Returns false if all rows must be read.
+bool RowSet::placeWrittenRows()
+{
+    if (m_written.empty())
+        return true;
+    if (m_query.order() == nullptr)
+        return false;
+    std::vector<RowStore::Row> before;
+    std::vector<RowStore::Row> now;
+    for (const auto &[key, row] : m_written) {
+        before.push_back(row);
+        // Defaults, conversions and triggers may have stored other values than were written.
+        now.push_back(m_query.row(key, m_store));
+        if (now.back() == nullptr)
+            return false;
+    }
+    std::sort(before.begin(), before.end());
+    std::erase_if(m_rows, [&before](RowStore::Row row) {
+        return std::binary_search(before.begin(), before.end(), row);
+    });
+    m_query.order()->insert(std::move(now), m_rows);
+    m_written.clear();
+    m_keptLongTexts.clear();
+    ++m_generation;
+    return true;
+}
+
 qint64 RowSet::integer(qsizetype row, int column) const
 {
     return integerIn(m_rows[static_cast<std::size_t>(row)], column);
 }
 
+Cell RowSet::longText(qsizetype row) const
+{
+    const auto kept = m_keptLongTexts.find(key(row));
+    if (kept != m_keptLongTexts.end())
+        return RowStore::cell(kept->second, 0);
+    m_longText.clear();
+    const RowStore::Row text = m_query.longText(key(row), m_longText);
+    if (text == nullptr)
+        throw RowNotFound(DatabaseError::Operation::Reading);
+    return RowStore::cell(text, 0);
+}
+
+void RowSet::keepLongTexts(std::optional<qint64> key)
+{
+    if (m_query.longTextColumn() < 0 || m_rows.empty())
+        return;
+    if (!key) {
+        for (const RowStore::Row text : m_query.longTexts(m_store))
+            m_keptLongTexts.emplace(integerIn(text, 1), text);
+    } else if (!m_keptLongTexts.contains(*key)) {
+        if (const RowStore::Row text = m_query.longText(*key, m_store); text != nullptr)
+            m_keptLongTexts.emplace(*key, text);
+    }
+}
+
+// A change that is not counted makes the next refresh() drop the rows.
+void RowSet::countOwnChange()
+{
+    if (m_query.order() != nullptr)
+        ++m_changes[static_cast<std::size_t>(m_query.tableNumber())];
+}
+
 void RowSet::append(const FieldValues &values, qint64 key)
 {
     m_rows.push_back(store(values, nullptr, key));
-    m_isAppendedOutOfOrder = m_isAppendedOutOfOrder || !m_query.isBareTable() || key <= m_lastKey;
-    m_lastKey = key;
-    ++m_changes[static_cast<std::size_t>(m_query.tableNumber())];
+    if (m_isRead && (!m_query.isBareTable() || key <= m_largestKey))
+        m_written[key] = m_rows.back();
+    m_largestKey = std::max(m_largestKey, key);
+    countOwnChange();
 }
 
 void RowSet::replace(qsizetype row, const FieldValues &values)
 {
+    const qint64 oldKey = key(row);
+    const qint64 newKey = keyIn(values).value_or(oldKey);
     RowStore::Row &stored = m_rows[static_cast<std::size_t>(row)];
-    stored = store(values, stored, key(row));
+    stored = store(values, stored, newKey);
+    m_written.erase(oldKey);
+    m_written[newKey] = stored;
+    const int longText = m_query.longTextColumn();
+    if (longText >= 0 && values[static_cast<std::size_t>(longText)])
+        m_keptLongTexts.erase(oldKey);
+    countOwnChange();
 }
 
 void RowSet::erase(qsizetype row)
 {
+    m_written.erase(key(row));
     m_rows.erase(m_rows.begin() + row);
+    countOwnChange();
+}
+
+// Returns the key that a row gets with these values, or nothing if they leave that to the database.
+std::optional<qint64> RowSet::keyIn(const FieldValues &values) const
+{
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const auto *key = isKey(i) && values[i] ? std::get_if<qint64>(&*values[i]) : nullptr;
+        if (key != nullptr)
+            return *key;
+    }
+    return {};
+}
+
+bool RowSet::isKey(std::size_t column) const
+{
+    return m_query.table().hasKey && m_query.columns()[column].type == FieldType::Key;
 }
 
 RowStore::Row RowSet::store(const FieldValues &values, RowStore::Row old, qint64 key)
 {
     m_store.beginRow();
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const bool isKey = m_query.table().hasKey && m_query.columns()[i].type == FieldType::Key;
-        if (values[i])
+        const auto column = static_cast<int>(i);
+        if (isKey(i))
+            m_store.add(key);
+        else if (isLongText(column))
+            m_store.add({});
+        else if (values[i])
             m_store.add(toCell(*values[i]));
-        else if (old != nullptr)
-            m_store.add(RowStore::cell(old, static_cast<int>(i)));
         else
-            m_store.add(isKey ? Cell(key) : Cell());
+            m_store.add(old == nullptr ? Cell() : RowStore::cell(old, column));
     }
     if (m_query.isBareTable())
         m_store.add(key);

@@ -5,10 +5,16 @@
 
 #include <QCoreApplication>
 
+#include <unordered_map>
+
 // The rows of a record source as they were in the file when they were read, followed by those that
-// have been appended since. What others write shows after a refresh(). Only read() reads, and it
-// reads all rows; size(), cell() and the like never do. The set writes nothing itself: code that
-// writes a row to the file then calls append(), replace() or erase().
+// have been appended since. What others write shows after a refresh(). read() reads all rows;
+// size(), cell() and the like never do. The set writes nothing itself: code that writes a row to
+// the file then calls append(), replace() or erase().
+//
+// Long texts (see Schema.h) are not kept: longText() reads one from the file. If another program
+// has changed it since the rows were read, the new text shows. Nothing of this program does, if
+// keepLongTexts() is called before each change that is not made through the set.
 class RowSet
 {
     Q_DECLARE_TR_FUNCTIONS(RowSet)
@@ -37,12 +43,13 @@ public:
     void discard();
 
     // Changes to `source` and drops the rows, unless they are those of `source` and are still as
-    // the file has them. Returns whether they were kept. Throws DatabaseError if the database
-    // rejects the source, and then leaves the set as it was.
+    // the file has them. If nothing was written to it but rows of this set, these rows are read and
+    // put into their places. Returns whether the rows were kept. Throws DatabaseError if the
+    // database rejects the source or a row cannot be read, and then leaves the set as it was.
     bool refresh(const QString &source);
 
-    // How often the rows have been read. What was derived from them is valid as long as this number
-    // stays and no row is written.
+    // How often the rows have been read or put into their places. What was derived from them is
+    // valid as long as this number stays and no row is written.
     int generation() const { return m_generation; }
 
     // How often the source has been prepared again. What was derived from its columns is valid as
@@ -52,11 +59,22 @@ public:
     // Before read(), the number of rows that have been appended.
     qsizetype size() const { return static_cast<qsizetype>(m_rows.size()); }
 
-    // A text or a blob in the cell is valid until the rows are dropped.
+    // A text or a blob in the cell is valid until the rows are dropped. The cell of a long text is
+    // null.
     Cell cell(qsizetype row, int column) const
     {
         return RowStore::cell(m_rows[static_cast<std::size_t>(row)], column);
     }
+
+    bool isLongText(int column) const { return column == m_query.longTextColumn(); }
+
+    // The long text of a row, valid until the next call. Throws RowNotFound if another program has
+    // deleted the row, or a DatabaseError if the text cannot be read.
+    Cell longText(qsizetype row) const;
+
+    // To be called before this program updates or deletes the row with this key, or any rows,
+    // otherwise than through the set. Throws DatabaseError if the texts cannot be read.
+    void keepLongTexts(std::optional<qint64> key);
 
     // The integer in a cell, or 0, which is never a key, if it holds something else.
     qint64 integer(qsizetype row, int column) const;
@@ -77,7 +95,11 @@ private:
     bool isOutdated() const;
     [[noreturn]] static void failAsChanged();
     bool isCurrent() const;
+    bool placeWrittenRows();
+    void countOwnChange();
     RowStore::Row store(const FieldValues &values, RowStore::Row old, qint64 key);
+    std::optional<qint64> keyIn(const FieldValues &values) const;
+    bool isKey(std::size_t column) const;
 
     Database *m_database;
     SourceQuery m_query;
@@ -87,12 +109,16 @@ private:
     int m_generation = 0;
     int m_preparation = 0;
 
-    // The state of the file when the rows were last known to be current.
+    // The state of the file when the rows were last known to be current, and what the set itself
+    // has changed since.
     int m_dataVersion = 0;
     TableChanges m_changes{};
 
-    // Whether another run of the query could put an appended row anywhere but last. A bare table is
-    // read in the order of its keys, so there a row is in order if its key is the largest.
-    bool m_isAppendedOutOfOrder = false;
-    qint64 m_lastKey = 0;
+    // By key, the rows that may differ from the file or have another place in it. A row that is
+    // appended to a bare table is in order if its key is the largest.
+    std::unordered_map<qint64, RowStore::Row> m_written;
+    qint64 m_largestKey = 0; // of a bare table
+
+    std::unordered_map<qint64, RowStore::Row> m_keptLongTexts; // by key; in cell 0
+    mutable RowStore m_longText; // the one that was read last
 };

@@ -2,14 +2,14 @@
 
 #include <sqlite3.h>
 
-#include <array>
+#include <algorithm>
 
 namespace {
 
 constexpr std::array recipesFields = {
     Field{"RecipeID", FieldType::Key},           Field{"RecipeName", FieldType::Text},
     Field{"Description", FieldType::Text},       Field{"Author", FieldType::Text},
-    Field{"RecipeType", FieldType::WholeNumber}, Field{"Instructions", FieldType::Text},
+    Field{"RecipeType", FieldType::WholeNumber}, Field{"Instructions", FieldType::Text, true},
     Field{"Rating", FieldType::WholeNumber},     Field{"Serves", FieldType::Number},
 };
 
@@ -69,6 +69,11 @@ std::string createTable(const Table &table)
     return statement + ");";
 }
 
+bool isWordCharacter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
 } // namespace
 
 std::span<const Table, tableCount> schemaTables()
@@ -91,6 +96,31 @@ int tableNumber(std::string_view name)
             return static_cast<int>(i);
     }
     return -1;
+}
+
+std::vector<std::string_view> words(std::string_view sql)
+{
+    std::vector<std::string_view> result;
+    for (std::size_t i = 0; i < sql.size();) {
+        std::size_t end = i;
+        while (end < sql.size() && isWordCharacter(sql[end]))
+            ++end;
+        if (end > i)
+            result.push_back(sql.substr(i, end - i));
+        i = std::max(end, i + 1);
+    }
+    return result;
+}
+
+std::array<bool, tableCount> namedTables(std::string_view sql)
+{
+    std::array<bool, tableCount> named{};
+    for (const std::string_view word : words(sql)) {
+        const int table = tableNumber(word);
+        if (table >= 0)
+            named[static_cast<std::size_t>(table)] = true;
+    }
+    return named;
 }
 
 bool isSameName(std::string_view a, std::string_view b)

@@ -2,9 +2,11 @@
 
 #include "data/FieldValue.h"
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The five tables of a recipe database. Texts are declared COLLATE NOCASE, for which the program
 // registers its own comparison. No text column has an index, since a tool with the built-in NOCASE
@@ -13,6 +15,8 @@
 struct Field {
     std::string_view name;
     FieldType type;
+    // Whether its texts are too long to keep those of all rows. A table has at most one such field.
+    bool isLongText = false;
 };
 
 struct Table {
@@ -30,6 +34,12 @@ std::string declaration(const Table &table, const Field &field);
 
 // The index of a table in schemaTables(), or -1.
 int tableNumber(std::string_view name);
+
+// The names, key words and numbers in an SQL text, in their order.
+std::vector<std::string_view> words(std::string_view sql);
+
+// Whether an SQL text names each of the tables, by table number.
+std::array<bool, tableCount> namedTables(std::string_view sql);
 
 // Whether two names of tables or fields are the same without regard to case.
 bool isSameName(std::string_view a, std::string_view b);

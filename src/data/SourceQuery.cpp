@@ -3,6 +3,7 @@
 #include "data/Database.h"
 #include "data/DatabaseError.h"
 
+#include <QRegularExpression>
 #include <QScopeGuard>
 
 #include <SQLiteCpp/Database.h>
@@ -14,37 +15,48 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-bool isWordCharacter(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-std::vector<std::string_view> words(std::string_view text)
-{
-    std::vector<std::string_view> result;
-    for (std::size_t i = 0; i < text.size();) {
-        std::size_t end = i;
-        while (end < text.size() && isWordCharacter(text[end]))
-            ++end;
-        if (end > i)
-            result.push_back(text.substr(i, end - i));
-        i = std::max(end, i + 1);
-    }
-    return result;
-}
-
 std::string selectOfTable(std::string_view name)
 {
     return "SELECT *, rowid FROM \"" + std::string(name) + "\" ORDER BY rowid";
 }
 
-FieldType typeOf(int table, const char *field)
+// Returns null for a column that another tool has added.
+const Field *knownField(int table, std::string_view name)
 {
-    for (const Field &known : schemaTables()[static_cast<std::size_t>(table)].fields) {
-        if (isSameName(known.name, field))
-            return known.type;
-    }
-    return FieldType::Text;
+    const std::span<const Field> fields = schemaTables()[static_cast<std::size_t>(table)].fields;
+    const auto found = std::find_if(fields.begin(), fields.end(), [name](const Field &field) {
+        return isSameName(field.name, name);
+    });
+    return found == fields.end() ? nullptr : &*found;
+}
+
+FieldType typeOf(int table, std::string_view field)
+{
+    const Field *known = knownField(table, field);
+    return known == nullptr ? FieldType::Text : known->type;
+}
+
+bool isLongText(int table, std::string_view field)
+{
+    const Field *known = knownField(table, field);
+    return known != nullptr && known->isLongText;
+}
+
+std::string quotedName(std::string_view name)
+{
+    std::string text = "\"";
+    for (const char c : name)
+        text.append(c == '"' ? 2 : 1, c);
+    return text + '"';
+}
+
+std::string collationOf(Database &database, const Table &table, const std::string &field)
+{
+    const char *collation = nullptr;
+    sqlite3_table_column_metadata(database.connection().getHandle(), "main",
+                                  std::string(table.name).c_str(), field.c_str(), nullptr,
+                                  &collation, nullptr, nullptr, nullptr);
+    return collation == nullptr ? std::string() : collation;
 }
 
 // sqlite3_value_*() answer from the value that was looked up once; each sqlite3_column_*() call
@@ -89,26 +101,28 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     const std::string text = source.toStdString();
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
-    for (const std::string_view word : all) {
-        const int table = ::tableNumber(word);
-        if (table >= 0)
-            m_reads[static_cast<std::size_t>(table)] = true;
-    }
-    prepare(m_bareTable ? selectOfTable(all.front()) : text);
+    m_reads = namedTables(text);
+    m_statement = prepared(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
+    if (!isUpdatable())
+        return;
+    m_order = m_bareTable ? RowOrder({}, m_keyColumn) : orderInText();
+    if (m_order)
+        prepareOwnStatements();
 }
 
-void SourceQuery::prepare(const std::string &text)
+SourceQuery::Statement SourceQuery::prepared(const std::string &text) const
 {
     sqlite3 *handle = m_database->connection().getHandle();
-    sqlite3_stmt *statement = nullptr;
-    const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
-                                          &statement, nullptr);
-    m_statement.reset(statement);
+    sqlite3_stmt *prepared = nullptr;
+    const int result =
+        sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()), &prepared, nullptr);
+    Statement statement(prepared);
     if (result != SQLITE_OK)
         m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
-    if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
+    if (prepared == nullptr || sqlite3_stmt_readonly(prepared) == 0)
         throw DatabaseError(tr("Not a record source: %1").arg(m_source));
+    return statement;
 }
 
 void SourceQuery::describeColumns()
@@ -150,9 +164,87 @@ int SourceQuery::columnNumber(QLatin1StringView field) const
     return number;
 }
 
+// Returns nothing if the text says more than a table and some of its columns.
+std::optional<RowOrder> SourceQuery::orderInText() const
+{
+    static const QRegularExpression form(
+        uR"(^\s*SELECT\s+\*\s+FROM\s+(\w+)\s+ORDER\s+BY\s+(\w+(\s*,\s*\w+)*)\s*$)"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = form.match(m_source);
+    if (!match.hasMatch() || ::tableNumber(match.captured(1).toStdString()) != m_table)
+        return {};
+    std::vector<RowOrder::Column> columns;
+    const std::string fields = match.captured(2).toStdString();
+    for (const std::string_view field : words(fields)) {
+        const int number = findColumn(field);
+        if (number < 0 || isLongText(m_table, field))
+            return {};
+        const std::string collation = collationOf(*m_database, table(), std::string(field));
+        const bool isText = isSameName(collation, "NOCASE");
+        if (!isText && !isSameName(collation, "BINARY"))
+            return {};
+        columns.push_back({number, isText});
+    }
+    return RowOrder(std::move(columns), m_keyColumn);
+}
+
+// Rows are sorted here, which is faster than in the database, and are read without the long texts,
+// which would take most of the time and nearly all of the memory.
+void SourceQuery::prepareOwnStatements()
+{
+    const std::string from = " FROM " + quotedName(table().name);
+    const std::string ofKey = " WHERE rowid = ?";
+    std::string columns;
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        const std::string name = quotedName(m_columns[i].name);
+        columns += columns.empty() ? "" : ", ";
+        if (!isLongText(m_table, m_columns[i].name)) {
+            columns += name;
+            continue;
+        }
+        columns += "NULL"; // so that the columns keep their numbers
+        m_longTextColumn = static_cast<int>(i);
+        m_longTexts = prepared("SELECT " + name + ", rowid" + from);
+        m_longTextOfKey = prepared("SELECT " + name + from + ofKey);
+    }
+    const std::string select = "SELECT " + columns + (m_bareTable ? ", rowid" : "") + from;
+    m_statement = prepared(select + (m_bareTable ? " ORDER BY rowid" : ""));
+    m_statementOfKey = prepared(select + ofKey);
+}
+
 std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 {
-    sqlite3_stmt *statement = m_statement.get();
+    std::vector<RowStore::Row> rows = run(m_statement, store);
+    if (m_order && !m_bareTable)
+        m_order->sort(rows);
+    return rows;
+}
+
+RowStore::Row SourceQuery::row(qint64 key, RowStore &store) const
+{
+    return runFor(key, m_statementOfKey, store);
+}
+
+RowStore::Row SourceQuery::longText(qint64 key, RowStore &store) const
+{
+    return runFor(key, m_longTextOfKey, store);
+}
+
+std::vector<RowStore::Row> SourceQuery::longTexts(RowStore &store) const
+{
+    return run(m_longTexts, store);
+}
+
+RowStore::Row SourceQuery::runFor(qint64 key, const Statement &statement, RowStore &store) const
+{
+    sqlite3_bind_int64(statement.get(), 1, key);
+    const std::vector<RowStore::Row> rows = run(statement, store);
+    return rows.empty() ? nullptr : rows.front();
+}
+
+std::vector<RowStore::Row> SourceQuery::run(const Statement &prepared, RowStore &store) const
+{
+    sqlite3_stmt *statement = prepared.get();
     const int columns = sqlite3_column_count(statement);
     // Also if memory runs out: a statement that is not reset keeps the file locked.
     const auto reset = qScopeGuard([statement] { sqlite3_reset(statement); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/FieldValue.h"
+#include "data/RowOrder.h"
 #include "data/RowStore.h"
 #include "data/Schema.h"
 
@@ -9,6 +10,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,10 @@ QString inLinkOrder(const QString &join, QLatin1StringView linkTable);
 // A record source, prepared by the database: which columns it has and what can be written through
 // it. Its text is one SELECT statement or the bare name of a table, which means all rows of the
 // table in the order in which they were stored.
+//
+// Of a bare table and of "SELECT * FROM table ORDER BY column, column ...", the text of which says
+// all about the order, rows can be read one by one, too. The rows of such a source do not hold the
+// long texts of the table: their cells are null, and longText() reads one.
 class SourceQuery
 {
     Q_DECLARE_TR_FUNCTIONS(SourceQuery)
@@ -61,8 +67,24 @@ public:
     // Whether the rows come from this table.
     bool reads(std::size_t table) const { return m_reads[table]; }
 
-    // Runs the statement to its end and stores the rows. Throws DatabaseError.
+    // The order of the rows, or null if only the database can tell it.
+    const RowOrder *order() const { return m_order ? &*m_order : nullptr; }
+
+    // The number of the column whose cells are not stored with the rows, or -1.
+    int longTextColumn() const { return m_longTextColumn; }
+
+    // The functions below read and store rows. They throw DatabaseError.
+
+    // All rows, in their order.
     std::vector<RowStore::Row> rows(RowStore &store) const;
+
+    // The row with this key as it is now, or null if there is no such row. Needs an order().
+    RowStore::Row row(qint64 key, RowStore &store) const;
+
+    // A row whose cell 0 is the long text of the row with this key, as it is now, or null if there
+    // is no such row. longTexts() has the texts of all rows, with their keys in cell 1.
+    RowStore::Row longText(qint64 key, RowStore &store) const;
+    std::vector<RowStore::Row> longTexts(RowStore &store) const;
 
     // Database::schemaCookie() when the source was prepared. If that has changed, the columns may
     // be wrong.
@@ -76,17 +98,28 @@ private:
         void operator()(sqlite3_stmt *statement) const;
     };
 
-    void prepare(const std::string &text);
+    using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+    Statement prepared(const std::string &text) const;
     void describeColumns();
+    std::optional<RowOrder> orderInText() const;
+    void prepareOwnStatements();
+    std::vector<RowStore::Row> run(const Statement &prepared, RowStore &store) const;
+    RowStore::Row runFor(qint64 key, const Statement &statement, RowStore &store) const;
     int findColumn(std::string_view field) const;
 
     Database *m_database;
     QString m_source;
     int m_schemaCookie;
     bool m_bareTable = false;
-    std::unique_ptr<sqlite3_stmt, Finalizer> m_statement;
+    Statement m_statement;
+    Statement m_statementOfKey;
+    Statement m_longTexts;
+    Statement m_longTextOfKey;
     std::vector<Column> m_columns;
     std::array<bool, tableCount> m_reads{};
     int m_table = -1;
     int m_keyColumn = -1;
+    int m_longTextColumn = -1;
+    std::optional<RowOrder> m_order;
 };

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+class ChangeObserver;
 class Database;
 
 namespace SQLite {
@@ -13,14 +14,16 @@ class Database;
 class Statement;
 } // namespace SQLite
 
-// Adds, changes and deletes rows of one table. Failures are thrown as DatabaseError.
+// Adds, changes and deletes rows of one table, and announces each change. Failures are thrown as
+// DatabaseError.
 class TableWriter
 {
 public:
-    // `keyField` identifies a row; it may be SQLite's "rowid". The values that the functions below
-    // take are in the order of `fields`.
+    // `keyField` identifies a row: "rowid" or the field that SQLite uses for it. The values that
+    // the functions below take are in the order of `fields`. The changes are not announced to
+    // `author`.
     TableWriter(Database &database, std::string table, std::vector<std::string> fields,
-                std::string keyField);
+                std::string keyField, const ChangeObserver *author = nullptr);
     ~TableWriter();
 
     // Returns the new row's key.
@@ -41,12 +44,14 @@ private:
     SQLite::Statement &prepared(Prepared &kept, const FieldValues &values, MakeText makeText);
     std::string insertText(const FieldValues &values) const;
     std::string updateText(const FieldValues &values) const;
+    void announce(bool isInsertion, std::optional<qint64> key = {});
     void changeOneRow(SQLite::Statement &statement);
 
     Database &m_database;
     std::string m_table;
     std::vector<std::string> m_fields;
     std::string m_keyField;
+    const ChangeObserver *m_author;
     Prepared m_insert;
     Prepared m_update;
 };

@@ -125,6 +125,51 @@ bool isContinuation(std::string_view text, std::size_t at)
     return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
 }
 
+// Collects eight bytes after the first `skipped` ones.
+class PrefixBytes
+{
+public:
+    explicit PrefixBytes(std::size_t skipped)
+        : m_skipped(skipped)
+    {
+    }
+
+    bool isFull() const { return m_shift < 0; }
+    quint64 value() const { return m_value; }
+
+    void add(char32_t byte)
+    {
+        if (m_skipped > 0) {
+            --m_skipped;
+        } else if (!isFull()) {
+            m_value |= quint64{byte & 0xFFU} << m_shift;
+            m_shift -= 8;
+        }
+    }
+
+    // Adds the UTF-8 of the character. It has the order of the characters, which what is added for
+    // an invalid byte follows.
+    void addCharacter(char32_t c)
+    {
+        if (c < 0x80) {
+            add(c);
+        } else if (c > 0x10FFFF) {
+            add(0xFF);
+            add(c);
+        } else {
+            const int more = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+            add((0xFF00U >> (more + 1)) | (c >> (6 * more)));
+            for (int shift = 6 * (more - 1); shift >= 0; shift -= 6)
+                add(0x80U | (c >> shift & 0x3FU));
+        }
+    }
+
+private:
+    std::size_t m_skipped;
+    int m_shift = 56;
+    quint64 m_value = 0;
+};
+
 // The length in bytes of the whole characters with which both texts begin.
 std::size_t commonPrefix(std::string_view a, std::string_view b)
 {
@@ -175,6 +220,18 @@ int compareTexts(std::string_view a, std::string_view b)
     if (!left.atEnd())
         return 1;
     return right.atEnd() ? byAccent : -1;
+}
+
+quint64 textPrefix(std::string_view text, std::size_t from)
+{
+    PrefixBytes bytes(from);
+    for (Characters characters(text); !characters.atEnd() && !bytes.isFull();) {
+        if (characters.atAscii())
+            bytes.add(asciiFolded(characters.nextAscii()));
+        else
+            bytes.addCharacter(folding(characters.next()).base);
+    }
+    return bytes.value();
 }
 
 std::size_t textHash(std::string_view text)

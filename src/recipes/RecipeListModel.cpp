@@ -1,6 +1,7 @@
 #include "recipes/RecipeListModel.h"
 
 #include "data/FieldValue.h"
+#include "data/PrefixSort.h"
 #include "data/RowSet.h"
 #include "data/TextComparison.h"
 
@@ -14,13 +15,18 @@ namespace {
 
 struct SortedRow {
     std::string_view text;
-    int row;
+    int row = 0;
 };
 
-bool operator<(const SortedRow &a, const SortedRow &b)
+bool isLess(const SortedRow &a, const SortedRow &b)
 {
     const int order = compareTexts(a.text, b.text);
     return order != 0 ? order < 0 : a.row < b.row;
+}
+
+quint64 prefixOf(const SortedRow &row, int part)
+{
+    return textPrefix(row.text, sizeof(quint64) * static_cast<std::size_t>(part));
 }
 
 bool isTextColumn(int column)
@@ -78,21 +84,20 @@ std::vector<int> RecipeListModel::sortedRows(const RowSet &rows, int sortColumn)
     const int column = m_rowSetColumns[static_cast<std::size_t>(sortColumn)];
     const auto count = static_cast<int>(rows.size());
     std::deque<std::string> numberTexts; // SortedRow refers to them; a deque does not move them
-    std::vector<SortedRow> sorted;
+    std::vector<PrefixedItem<SortedRow>> sorted;
     sorted.reserve(static_cast<std::size_t>(count));
     for (int row = 0; row < count; ++row) {
         const Cell cell = rows.cell(row, column);
         if (const auto *text = std::get_if<std::string_view>(&cell))
-            sorted.push_back({*text, row});
+            sorted.push_back({{*text, row}});
         else
             sorted.push_back(
-                {numberTexts.emplace_back(displayText(toVariant(cell)).toStdString()), row});
+                {{numberTexts.emplace_back(displayText(toVariant(cell)).toStdString()), row}});
     }
-    if (!std::is_sorted(sorted.begin(), sorted.end()))
-        std::sort(sorted.begin(), sorted.end());
+    prefixSort(std::span(sorted), prefixOf, isLess);
     std::vector<int> order(sorted.size());
     std::transform(sorted.begin(), sorted.end(), order.begin(),
-                   [](const SortedRow &sortedRow) { return sortedRow.row; });
+                   [](const auto &sortedRow) { return sortedRow.item.row; });
     return order;
 }
 
@@ -130,11 +135,12 @@ qint64 RecipeListModel::recipeIdAt(int row) const
 
 int RecipeListModel::rowOf(qint64 recipeId) const
 {
-    for (int row = 0; row < rowCount(); ++row) {
-        if (recipeIdAt(row) == recipeId)
-            return row;
-    }
-    return -1;
+    if (!m_rows || recipeId == 0)
+        return -1;
+    const auto row = std::find_if(m_order.begin(), m_order.end(), [&](int recipe) {
+        return m_rows->integer(recipe, m_idColumn) == recipeId;
+    });
+    return row == m_order.end() ? -1 : static_cast<int>(row - m_order.begin());
 }
 
 int RecipeListModel::rowCount(const QModelIndex &parent) const

@@ -55,6 +55,37 @@ private:
     DataSource m_source{m_sources};
 };
 
+// Logs each change with the utensils that are in the file when it is announced.
+class ChangeLog final : public ChangeObserver
+{
+public:
+    explicit ChangeLog(Database &database)
+        : m_database(database)
+    {
+        m_database.addObserver(*this);
+    }
+    ~ChangeLog() { m_database.removeObserver(*this); }
+    Q_DISABLE_COPY_MOVE(ChangeLog)
+
+    void aboutToChange(const TableChange &change) override
+    {
+        const auto row = change.rowid ? QString::number(*change.rowid) : u"any"_s;
+        const std::string count =
+            m_database.connection().execAndGet("SELECT count(*) FROM Utensils").getString();
+        entries += u"%1 %2 of %3"_s.arg(change.isInsertion ? u"new"_s : row,
+                                        QString::fromLatin1(schemaTables()[change.table].name),
+                                        QString::fromStdString(count));
+        if (throws)
+            throw DatabaseError(u"No"_s);
+    }
+
+    QStringList entries;
+    bool throws = false;
+
+private:
+    Database &m_database;
+};
+
 using Situation = std::function<void(SQLite::Database &, Utensils &)>;
 
 } // namespace
@@ -200,6 +231,53 @@ private Q_SLOTS:
         reading.cursor().Requery();
         QCOMPARE(reading.count(), 2);
         Database::reopen(file.folder()); // is not open
+    }
+
+    void announcesChanges_data()
+    {
+        using Action = std::function<void(Utensils &)>;
+        const auto execute = [](const QString &statement) -> Action {
+            return [statement](Utensils &utensils) { utensils.database().Execute(statement); };
+        };
+        addRows<Action, QStringList>({
+            {"insertion", [](Utensils &utensils) { utensils.add(); }, {u"new Utensils of 2"_s}},
+            {"update",
+             [](Utensils &utensils) {
+                 utensils.cursor().MoveLast();
+                 utensils.cursor().Edit();
+                 utensils.cursor().setValue("UtensilName"_L1, u"Pot"_s);
+                 utensils.cursor().Update();
+             },
+             {u"7 Utensils of 2"_s}},
+            {"deletion",
+             [](Utensils &utensils) { utensils.cursor().Delete(); },
+             {u"5 Utensils of 2"_s}},
+            {"statement",
+             execute(u"DELETE utensils.* From utensils WHERE (((utensils.x)=1))"_s),
+             {u"any Utensils of 2"_s}},
+            {"statement on two tables",
+             execute(u"UPDATE Utensils SET UtensilName = (SELECT count(*) FROM Recipes)"_s),
+             {u"any Recipes of 2"_s, u"any Utensils of 2"_s}},
+        });
+    }
+
+    void announcesChanges()
+    {
+        const auto [action, entries] = fetchRow<std::function<void(Utensils &)>, QStringList>();
+        const TestDatabase file;
+        file.write(u"ALTER TABLE Utensils ADD x; INSERT INTO Utensils (UtensilID, x) "
+                   "VALUES (5, 1), (7, 2)"_s);
+        Utensils utensils(file);
+        const QString before = file.stored("SELECT * FROM Utensils");
+        ChangeLog log(utensils.database());
+        log.throws = true;
+        QCOMPARE(failureOf([&, &action = action] { action(utensils); }), u"No"_s);
+        QCOMPARE(file.stored("SELECT * FROM Utensils"), before);
+        log.entries.clear();
+        log.throws = false;
+        action(utensils);
+        QCOMPARE(log.entries, entries);
+        QVERIFY(file.stored("SELECT * FROM Utensils") != before);
     }
 
     void survivesFullDisk_data()

@@ -189,6 +189,7 @@ private:
             u"SELECT rowid AS \"#\", * FROM %1 WHERE %2"_s.arg(m_source.tables.front(), condition));
     }
     Row stored(qint64 rowid) { return contents(u"rowid = %1"_s.arg(rowid)).value(0); }
+    bool readsLongTexts() const { return m_source.textField == "Instructions"_L1; }
     bool isInFile() { return isOnRow() && !stored(current()[u"#"_s].toLongLong()).empty(); }
 
     void move()
@@ -231,7 +232,7 @@ private:
             return comparison == Comparison::Equal ? textsEqual(cell, text.toStdString())
                                                    : textMatches(cell, text.toStdString());
         };
-        for (unsigned times = 1 + below(5); times > 0; --times) {
+        for (unsigned times = 1 + below(8); times > 0; --times) {
             const bool fromStart = oneIn(3);
             fromStart ? m_cursor.FindFirst(criteria) : m_cursor.FindNext(criteria);
             const auto from = m_rows.begin() + (fromStart ? 0 : nextRow());
@@ -288,7 +289,8 @@ private:
     void writeElsewhere()
     {
         const QString text = statement(oneOf(m_source.tables));
-        if (m_transactions.empty() && oneIn(2))
+        // What another program writes into a long text shows before the next requery.
+        if (m_transactions.empty() && !readsLongTexts() && oneIn(2))
             m_other.exec(text.toStdString());
         else
             m_database->Execute(text);
@@ -328,7 +330,9 @@ private:
         m_transactions.pop_back();
         const QList<Row> found = m_contentsBefore.takeLast();
         check(commits || contents() == found, "rolled back");
-        if (!commits && m_wroteInTransaction)
+        if (!commits && readsLongTexts())
+            m_cursor.Requery(); // it may hold rows that have been rolled back
+        if (!commits && (m_wroteInTransaction || readsLongTexts()))
             readRows();
         if (m_transactions.empty())
             m_wroteInTransaction = false;
@@ -395,6 +399,7 @@ private Q_SLOTS:
         const QString utensils = u"Utensils"_s;
         const QString links = u"RecipeIngredients"_s;
         const QString ingredients = u"Ingredients"_s;
+        const QString recipes = u"Recipes"_s;
         QTest::newRow("table with a key") << Source{
             utensils, {utensils}, plain.arg(utensils, u""_s), u"UtensilName"_s, u"UtensilID"_s};
         QTest::newRow("table without a key")
@@ -405,6 +410,12 @@ private Q_SLOTS:
                       plain.arg(ingredients, u"IngredientName COLLATE NOCASE,"_s),
                       u"IngredientName"_s,
                       u"IngredientID"_s};
+        QTest::newRow("long texts")
+            << Source{u"SELECT * FROM Recipes ORDER BY RecipeType, RecipeName"_s,
+                      {recipes},
+                      plain.arg(recipes, u"RecipeType, RecipeName COLLATE NOCASE,"_s),
+                      u"Instructions"_s,
+                      u"RecipeID"_s};
         QTest::newRow("join") << Source{
             ingredientJoin,
             {links, ingredients},

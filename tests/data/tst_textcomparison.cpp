@@ -53,6 +53,9 @@ private Q_SLOTS:
                 result += pieces[int(random() % unsigned(pieces.size()))].toStdString();
             return result;
         };
+        const auto key = [](const std::string &text) {
+            return std::array{textPrefix(text, 0), textPrefix(text, 8), textPrefix(text, 16)};
+        };
         for (int i = 0; i < 200'000; ++i) {
             const std::string a = text();
             const std::string b = text();
@@ -60,6 +63,7 @@ private Q_SLOTS:
             const int ab = sign(compareTexts(a, b));
             QVERIFY2(sign(compareTexts(b, a)) == -ab && (ab == 0) == textsEqual(a, b)
                          && (ab != 0 || textHash(a) == textHash(b))
+                         && (key(a) == key(b) || (key(a) < key(b)) == (ab < 0))
                          && (ab > 0 || compareTexts(b, c) > 0 || compareTexts(a, c) <= 0)
                          && (hasPatternCharacters(b) || textMatches(a, b) == textsEqual(a, b))
                          && textMatches(std::string(a).append(b).append(c),
