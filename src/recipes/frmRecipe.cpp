@@ -166,21 +166,24 @@ void frmRecipe::showReadFailure(bool failed)
 void frmRecipe::showFields(const ShownRecipe &recipe)
 {
     const RecipeFields &fields = recipe.fields;
-    if (m_shown && m_shown->key == recipe.key)
+    QStringList ingredients;
+    for (const IngredientLine &line : recipe.ingredients)
+        ingredients += line.text();
+    if (m_shown && m_shown->key == recipe.key) {
         updateText(*m_ui->txtInstruction, fields.instructions);
-    else
+        m_ui->lstUtensils->updateTexts(recipe.utensils);
+        m_ui->lstIngredient->updateTexts(ingredients);
+    } else {
         m_ui->txtInstruction->setPlainText(fields.instructions);
+        m_ui->lstUtensils->setTexts(recipe.utensils);
+        m_ui->lstIngredient->setTexts(ingredients);
+    }
     setTitle(fields.name);
     m_ui->txtAuthor->showStored(fields.author);
     m_ui->cmbRecipeType->setCurrentIndex(fields.type);
     m_ui->cmbRating->setCurrentIndex(fields.rating);
     m_ui->txtServes->showStored(fields.serves);
     RecipeDescription = fields.description;
-    m_ui->lstUtensils->clear();
-    m_ui->lstUtensils->addItems(recipe.utensils);
-    m_ui->lstIngredient->clear();
-    for (const IngredientLine &line : recipe.ingredients)
-        m_ui->lstIngredient->addItem(line.text());
 }
 
 void frmRecipe::showVegetarian()

@@ -2,19 +2,10 @@
 
 #include <QMouseEvent>
 
-static constexpr int keyRole = Qt::UserRole;
-
-static QStandardItem *newItem(const ListBox::Row &row)
-{
-    auto *item = new QStandardItem(row.text);
-    item->setData(row.key, keyRole);
-    return item;
-}
-
 ListBox::ListBox(QWidget *parent)
     : TextListView(parent)
 {
-    setModel(&m_rows);
+    setModel(&m_model);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ListBox::onSelectionChanged);
     connect(this, &QListView::clicked, this, &ListBox::onClicked);
@@ -23,18 +14,15 @@ ListBox::ListBox(QWidget *parent)
 QStringList ListBox::texts() const
 {
     QStringList texts;
-    for (int row = 0; row < count(); ++row)
-        texts += m_rows.item(row)->text();
+    texts.reserve(count());
+    for (const Row &row : m_model.rows())
+        texts += row.text;
     return texts;
 }
 
 void ListBox::setRows(const QList<Row> &rows)
 {
-    QList<QStandardItem *> items;
-    items.reserve(rows.size());
-    for (const Row &row : rows)
-        items += newItem(row);
-    replaceRows(items, placeholderText());
+    replaceRows(rows, placeholderText());
 }
 
 void ListBox::showUnavailable(const QString &text)
@@ -42,12 +30,13 @@ void ListBox::showUnavailable(const QString &text)
     replaceRows({}, text);
 }
 
-// Keeps the model's root item, which QStandardItemModel::clear() would destroy: rows are also
-// replaced while the view selects one, and the view then still uses an index below that item.
-void ListBox::replaceRows(const QList<QStandardItem *> &items, const QString &textWhenEmpty)
+// Equal rows keep their layout: the catalogs list 10,000 rows again after each save.
+void ListBox::replaceRows(const QList<Row> &rows, const QString &textWhenEmpty)
 {
-    m_rows.removeRows(0, count());
-    m_rows.invisibleRootItem()->appendRows(items);
+    if (rows == m_model.rows())
+        selectionModel()->clear();
+    else
+        m_model.setRows(rows);
     m_textWhenEmpty = textWhenEmpty;
     describe();
     viewport()->update();
@@ -61,9 +50,9 @@ void ListBox::describe()
 
 void ListBox::append(const Row &row)
 {
-    m_rows.appendRow(newItem(row));
+    m_model.append(row);
     describe();
-    scrollTo(m_rows.index(count() - 1, 0));
+    scrollTo(m_model.index(count() - 1, 0));
 }
 
 // QListView would select a neighbour of a removed row.
@@ -71,18 +60,13 @@ void ListBox::remove(int row)
 {
     if (row == selectedRow())
         selectionModel()->clear();
-    m_rows.removeRow(row);
+    m_model.remove(row);
     describe();
 }
 
 qint64 ListBox::keyAt(int row) const
 {
-    return m_rows.index(row, 0).data(keyRole).toLongLong();
-}
-
-void ListBox::setKeyAt(int row, qint64 key)
-{
-    m_rows.setData(m_rows.index(row, 0), key, keyRole);
+    return row >= 0 && row < count() ? m_model.rows()[row].key : 0;
 }
 
 int ListBox::rowOf(qint64 key) const
@@ -102,13 +86,13 @@ int ListBox::selectedRow() const
 
 QString ListBox::selectedText() const
 {
-    return m_rows.index(selectedRow(), 0).data().toString();
+    return m_model.index(selectedRow(), 0).data().toString();
 }
 
 void ListBox::selectRow(int row)
 {
     if (row >= 0 && row < count())
-        setCurrentIndex(m_rows.index(row, 0));
+        setCurrentIndex(m_model.index(row, 0));
 }
 
 void ListBox::onSelectionChanged()
@@ -159,5 +143,5 @@ QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modif
 void ListBox::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
-    scrollTo(m_rows.index(selectedRow(), 0));
+    scrollTo(m_model.index(selectedRow(), 0));
 }

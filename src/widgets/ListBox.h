@@ -1,8 +1,7 @@
 #pragma once
 
+#include "widgets/ListBoxModel.h"
 #include "widgets/TextListView.h"
-
-#include <QStandardItemModel>
 
 // A list of texts that it stores itself, of which one or none is selected. Each text has a key, by
 // which it is told from others that look the same.
@@ -11,10 +10,7 @@ class ListBox final : public TextListView
     Q_OBJECT
 
 public:
-    struct Row {
-        QString text;
-        qint64 key = 0;
-    };
+    using Row = ListBoxModel::Row;
 
     explicit ListBox(QWidget *parent = nullptr);
 
@@ -25,9 +21,9 @@ public:
     // Empties the list and shows the text in the place of rows until setRows() is called.
     void showUnavailable(const QString &text);
 
-    int count() const { return m_rows.rowCount(); }
+    int count() const { return m_model.rowCount(); }
     qint64 keyAt(int row) const; // 0 if there is no such row
-    void setKeyAt(int row, qint64 key);
+    void setKeyAt(int row, qint64 key) { m_model.setKey(row, key); }
     int rowOf(qint64 key) const; // from 0, or -1 if no row has the key
 
     int selectedRow() const; // from 0, or -1 if none is selected
@@ -49,12 +45,12 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void replaceRows(const QList<QStandardItem *> &items, const QString &textWhenEmpty);
+    void replaceRows(const QList<Row> &rows, const QString &textWhenEmpty);
     void describe();
     void onSelectionChanged();
     void onClicked();
 
-    QStandardItemModel m_rows{0, 1};
+    ListBoxModel m_model;
     QString m_textWhenEmpty; // empty until the rows are set: the list may not be empty then
     bool m_pressedSelected = false; // whether the latest press was on the selected row
 };

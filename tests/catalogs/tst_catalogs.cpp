@@ -306,6 +306,17 @@ private Q_SLOTS:
         QCOMPARE(catalog.shown(), u"Ingredients||Canned good|6|no"_s);
     }
 
+    // The same rows are listed again, of which the first one was selected before.
+    void readingAgain()
+    {
+        CatalogFixture catalog;
+        const QString first = catalog.shown();
+        catalog.perform(u"cmdNew"_s);
+        QVERIFY(catalog.shown() != first);
+        catalog.frame.show(catalog.window); // as its key in the menu does
+        QCOMPARE(catalog.shown(), first);
+    }
+
     void leavesUtensils()
     {
         CatalogFixture catalog(pantry, true);

@@ -4,6 +4,9 @@
 #include "support/WindowFixture.h"
 #include "widgets/ComboBox.h"
 
+#include <QListWidget>
+#include <QScrollBar>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -84,6 +87,62 @@ private Q_SLOTS:
         QCOMPARE(fixture.shown(), u"b||no|Misc||Unrated|Oil () + Ham () + Salt (x)||"_s);
         fixture.perform(u"cmdPrevious, cmdPrevious"_s);
         QCOMPARE(fixture.shown(), a);
+    }
+
+    void placeInLists_data()
+    {
+        // What another program does, what the user does, and what the lists then show: the number
+        // of lines, the current and the selected one, and whether they are scrolled as before.
+        addRows<QByteArray, QString, QString>({
+            {"unchanged", "", u""_s, u"60 x30 x30 scrolled"_s},
+            {"saved", "", u"cmdEdit a, cmbRating 2, cmdSave"_s, u"60 x30 x30 scrolled"_s},
+            {"line added",
+             "INSERT INTO RecipeIngredients VALUES (1, 5, ''); INSERT INTO RecipeUtensils VALUES "
+             "(1, 5)",
+             u""_s, u"61 x30 x30 scrolled"_s},
+            {"line before it deleted",
+             "DELETE FROM RecipeIngredients WHERE IngredientID = 5;"
+             "DELETE FROM RecipeUtensils WHERE UtensilID = 5",
+             u""_s, u"59 x30 x30 scrolled"_s},
+            {"line deleted",
+             "DELETE FROM RecipeIngredients WHERE IngredientID = 30;"
+             "DELETE FROM RecipeUtensils WHERE UtensilID = 30",
+             u""_s, u"59 x29 - scrolled"_s},
+            {"another recipe with the same lines", "", u"cmdNext"_s, u"60 - - top"_s},
+        });
+    }
+    void placeInLists()
+    {
+        const auto [change, steps, expected] = fetchRow<QByteArray, QString, QString>();
+        RecipeWindowFixture fixture(
+            "INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b');"
+            "CREATE TEMP TABLE n AS WITH RECURSIVE n(i) AS"
+            " (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 60) SELECT i FROM n;"
+            "INSERT INTO Ingredients SELECT i, 'x' || i, 0, 0, 1 FROM n;"
+            "INSERT INTO Utensils SELECT i, 'x' || i FROM n;"
+            "INSERT INTO RecipeIngredients SELECT RecipeID, i, '' FROM Recipes, n;"
+            "INSERT INTO RecipeUtensils SELECT RecipeID, i FROM Recipes, n");
+        for (const QString &name : {u"lstIngredient"_s, u"lstUtensils"_s}) {
+            auto &list = control<QListWidget>(fixture.form, name);
+            list.setCurrentRow(29);
+            list.verticalScrollBar()->setValue(100);
+        }
+        fixture.sql(change);
+        fixture.perform(steps);
+        fixture.open<frmRecipe>(); // reads again, as F5 and View do
+        for (const QString &name : {u"lstIngredient"_s, u"lstUtensils"_s}) {
+            const auto &list = control<QListWidget>(fixture.form, name);
+            const auto nameIn = [](const QListWidgetItem *item) {
+                return item ? item->text().section(u' ', 0, 0) : u"-"_s;
+            };
+            const int top = list.verticalScrollBar()->value();
+            QCOMPARE(QString::number(list.count()) + u' ' + nameIn(list.currentItem()) + u' '
+                         + nameIn(list.selectedItems().value(0))
+                         + (top == 100     ? u" scrolled"_s
+                                : top == 0 ? u" top"_s
+                                           : u" moved"_s),
+                     expected);
+        }
     }
 
     void order()
