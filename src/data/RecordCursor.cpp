@@ -11,10 +11,12 @@ RecordCursor::RecordCursor(std::shared_ptr<Database> database, const QString &re
     , m_recordSource(recordSource)
     , m_rows(*m_database, recordSource)
 {
+    m_database->addObserver(*this);
 }
 
 RecordCursor::~RecordCursor()
 {
+    m_database->removeObserver(*this);
     m_database->delist(*this);
 }
 
@@ -31,6 +33,9 @@ void RecordCursor::readRows()
     m_search.clear();
     if (m_place == Place::Unset)
         setPosition(0);
+    else if (m_place == Place::OnKeyedRow)
+        setPosition(m_keyedRows.currentRow());
+    m_keyedRows.clear();
 }
 
 const RowSet &RecordCursor::rows()
@@ -39,8 +44,11 @@ const RowSet &RecordCursor::rows()
     return m_rows;
 }
 
-void RecordCursor::rowsDropped()
+void RecordCursor::dropRows()
 {
+    m_buffer = Buffer::Closed;
+    m_rows.discard();
+    m_keyedRows.clear();
     m_search.clear();
     m_place = Place::Unset;
     m_row = 0;
@@ -48,22 +56,30 @@ void RecordCursor::rowsDropped()
 
 void RecordCursor::transactionRolledBack()
 {
-    m_buffer = Buffer::Closed;
-    m_rows.discard();
-    rowsDropped();
+    dropRows();
+}
+
+// The rows that have been found by a key are those of before the change, so all others must be,
+// too.
+void RecordCursor::aboutToChange(const TableChange &change)
+{
+    if (!m_keyedRows.hasRead() || !m_rows.query().reads(change.table))
+        return;
+    if (m_isSuspended)
+        dropRows();
+    else
+        readRows();
 }
 
 void RecordCursor::Requery()
 {
+    m_isSuspended = false;
     m_buffer = Buffer::Closed;
     // If the file cannot be read now, its former rows must not pass for the current ones.
-    auto dropRows = qScopeGuard([this] {
-        m_rows.discard();
-        rowsDropped();
-    });
+    auto drop = qScopeGuard([this] { dropRows(); });
     if (!m_rows.refresh(m_recordSource))
         return;
-    dropRows.dismiss();
+    drop.dismiss();
     moveTo(0);
 }
 
@@ -141,7 +157,7 @@ bool RecordCursor::AtEOF()
 
 void RecordCursor::requireRow()
 {
-    if (m_place == Place::Unset)
+    if (m_place == Place::Unset || m_place == Place::OnKeyedRow)
         readRows();
     if (m_place != Place::OnRow)
         fail(tr("There is no current row in: %1"));
@@ -149,14 +165,30 @@ void RecordCursor::requireRow()
 
 void RecordCursor::FindFirst(const QString &criteria)
 {
+    if (findInKeyedRows(m_keyedRows.findFirst(criteria)))
+        return;
     readRows();
     find(criteria, 0);
 }
 
 void RecordCursor::FindNext(const QString &criteria)
 {
+    if (m_place == Place::OnKeyedRow && findInKeyedRows(m_keyedRows.findNext(criteria)))
+        return;
     readRows();
     find(criteria, nextRow());
+}
+
+// Returns whether the index gave an answer.
+bool RecordCursor::findInKeyedRows(std::optional<bool> isFound)
+{
+    if (!isFound)
+        return false;
+    m_buffer = Buffer::Closed;
+    m_noMatch = !*isFound;
+    if (*isFound)
+        m_place = Place::OnKeyedRow;
+    return true;
 }
 
 void RecordCursor::find(const QString &criteria, qsizetype from)
@@ -173,6 +205,8 @@ QVariant RecordCursor::value(QLatin1StringView field)
     if (m_place == Place::Unset)
         readRows(); // may change the columns
     const int column = m_rows.columnNumber(field);
+    if (m_place == Place::OnKeyedRow)
+        return toVariant(m_keyedRows.cell(column));
     requireRow();
     return toVariant(m_rows.cell(m_row, column));
 }
@@ -234,7 +268,8 @@ TableWriter &RecordCursor::writer()
         const std::string key =
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
-                                                 std::move(fields), key);
+                                                 std::move(fields), key,
+                                                 static_cast<const ChangeObserver *>(this));
         m_writerPreparation = m_rows.preparation();
     }
     return *m_writer;

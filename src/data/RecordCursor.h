@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/KeyedRows.h"
 #include "data/RowSearch.h"
 #include "data/RowSet.h"
 #include "data/TableWriter.h"
@@ -14,7 +15,7 @@
 // requerying reads rows: the first operation that needs them does, and each function below says
 // whether it is one of these. All failures are thrown as DatabaseError; an operation that fails
 // leaves rows and position as they were.
-class RecordCursor final : private TransactionParticipant
+class RecordCursor final : private TransactionParticipant, private ChangeObserver
 {
     Q_DECLARE_TR_FUNCTIONS(RecordCursor)
 
@@ -62,6 +63,10 @@ public:
     // Drops the rows if the file or the source's text has changed, and moves to the first row.
     void Requery();
 
+    // To be called when the rows are not needed until the next requery. The cursor still works, but
+    // no longer reads all rows because of a change: it drops them, and may then show the change.
+    void suspend() { m_isSuspended = true; }
+
     // The field of the current row, with the type that it was stored with; null is an invalid
     // variant. Reads.
     QVariant value(QLatin1StringView field);
@@ -76,13 +81,15 @@ public:
 
 private:
     // Deleted: before the row with the number m_row.
-    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast };
+    // OnKeyedRow: on the current row of m_keyedRows; the number m_row has no meaning.
+    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast, OnKeyedRow };
     enum class Buffer { Closed, Adding, Editing };
 
     void transactionRolledBack() override;
+    void aboutToChange(const TableChange &change) override;
 
     void readRows();
-    void rowsDropped();
+    void dropRows();
 
     [[noreturn]] void fail(const QString &text) const;
     void requireRow();
@@ -91,6 +98,7 @@ private:
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
+    bool findInKeyedRows(std::optional<bool> isFound);
     void find(const QString &criteria, qsizetype from);
 
     void openBuffer(Buffer buffer);
@@ -104,7 +112,9 @@ private:
 
     Place m_place = Place::Unset;
     qsizetype m_row = 0;
+    bool m_isSuspended = false;
 
+    KeyedRows m_keyedRows{m_rows};
     RowSearch m_search{m_rows};
     bool m_noMatch = false;
 

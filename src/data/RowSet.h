@@ -19,6 +19,7 @@ public:
     RowSet(Database &database, const QString &source);
 
     const SourceQuery &query() const { return m_query; }
+    Database &database() const { return *m_database; }
 
     bool isRead() const { return m_isRead; }
 
@@ -28,6 +29,10 @@ public:
     // rows have been appended or the caller `keepsColumns`, or if the file to which rows have been
     // appended was replaced.
     qsizetype read(bool keepsColumns = false);
+
+    // Whether the source must be prepared again: another program has changed the schema, or another
+    // file has been put in the place of the one that was open.
+    bool isOutdated() const;
 
     // Throws DatabaseError if another program has changed the columns since the source was
     // prepared. To be called before a row is written, in the same transaction.
@@ -58,6 +63,9 @@ public:
         return RowStore::cell(m_rows[static_cast<std::size_t>(row)], column);
     }
 
+    // Valid until the rows are dropped.
+    RowStore::Row row(qsizetype row) const { return m_rows[static_cast<std::size_t>(row)]; }
+
     // The integer in a cell, or 0, which is never a key, if it holds something else.
     qint64 integer(qsizetype row, int column) const;
 
@@ -74,7 +82,6 @@ public:
 
 private:
     void prepare(const QString &source);
-    bool isOutdated() const;
     [[noreturn]] static void failAsChanged();
     bool isCurrent() const;
     RowStore::Row store(const FieldValues &values, RowStore::Row old, qint64 key);

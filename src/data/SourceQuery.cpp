@@ -71,21 +71,24 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
     m_reads = namedTables(text);
-    prepare(m_bareTable ? selectOfTable(all.front()) : text);
+    m_statement = prepare(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
+    m_indexedColumn = findIndexedColumn();
 }
 
-void SourceQuery::prepare(const std::string &text)
+SourceQuery::Statement SourceQuery::prepare(const std::string &text) const
 {
-    sqlite3 *handle = m_database->connection().getHandle();
+    sqlite3 *handle =
+        m_statement ? sqlite3_db_handle(m_statement.get()) : m_database->connection().getHandle();
     sqlite3_stmt *statement = nullptr;
     const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
                                           &statement, nullptr);
-    m_statement.reset(statement);
+    Statement prepared(statement);
     if (result != SQLITE_OK)
         m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
     if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
         throw DatabaseError(tr("Not a record source: %1").arg(m_source));
+    return prepared;
 }
 
 void SourceQuery::describeColumns()
@@ -109,6 +112,23 @@ void SourceQuery::describeColumns()
         m_keyColumn = findColumn(table().fields.front().name);
 }
 
+int SourceQuery::findIndexedColumn() const
+{
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        const auto number = static_cast<int>(i);
+        const char *tableName = sqlite3_column_table_name(m_statement.get(), number);
+        const int table = tableName == nullptr ? -1 : ::tableNumber(tableName);
+        if (table < 0)
+            continue;
+        const Table &known = schemaTables()[static_cast<std::size_t>(table)];
+        const char *field = sqlite3_column_origin_name(m_statement.get(), number);
+        if (isSameName(field, known.fields.front().name)
+            && (!known.hasKey || m_columns.size() == 1))
+            return number;
+    }
+    return -1;
+}
+
 // Returns -1 if there is none.
 int SourceQuery::findColumn(std::string_view field) const
 {
@@ -129,7 +149,25 @@ int SourceQuery::columnNumber(QLatin1StringView field) const
 
 std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 {
-    sqlite3_stmt *statement = m_statement.get();
+    return run(m_statement, store);
+}
+
+// SQLite applies the condition inside the query, and thus uses the index.
+std::vector<RowStore::Row> SourceQuery::rowsWithKey(qint64 key, RowStore &store) const
+{
+    if (!m_statementByKey) {
+        const std::string column =
+            '"' + m_columns[static_cast<std::size_t>(m_indexedColumn)].name + '"';
+        m_statementByKey = prepare(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
+                                   + ") WHERE " + column + " = ?1");
+    }
+    sqlite3_bind_int64(m_statementByKey.get(), 1, key);
+    return run(m_statementByKey, store);
+}
+
+std::vector<RowStore::Row> SourceQuery::run(const Statement &prepared, RowStore &store) const
+{
+    sqlite3_stmt *statement = prepared.get();
     const int columns = sqlite3_column_count(statement);
     // Also if memory runs out: a statement that is not reset keeps the file locked.
     const auto reset = qScopeGuard([statement] { sqlite3_reset(statement); });

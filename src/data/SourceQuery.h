@@ -44,6 +44,9 @@ public:
 
     const std::vector<Column> &columns() const { return m_columns; }
 
+    // Of a row: one for each column, and for a bare table one more, see keyColumn().
+    int cellCount() const { return static_cast<int>(m_columns.size()) + (m_bareTable ? 1 : 0); }
+
     // Throws DatabaseError with the names of field and source if there is no such column.
     int columnNumber(QLatin1StringView field) const;
 
@@ -58,11 +61,19 @@ public:
 
     bool isBareTable() const { return m_bareTable; }
 
+    // The number of the column in which rowsWithKey() searches, or -1: the RecipeID of a link
+    // table, which has an index, or the key of a table if it is the only column.
+    int indexedColumn() const { return m_indexedColumn; }
+
     // Whether the rows come from this table.
     bool reads(std::size_t table) const { return m_reads[table]; }
 
     // Runs the statement to its end and stores the rows. Throws DatabaseError.
     std::vector<RowStore::Row> rows(RowStore &store) const;
+
+    // The same for the rows that have this key in the indexed column. In a file that lacks the
+    // index, which another tool can have removed, the time grows with the table.
+    std::vector<RowStore::Row> rowsWithKey(qint64 key, RowStore &store) const;
 
     // Database::schemaCookie() when the source was prepared. If that has changed, the columns may
     // be wrong.
@@ -76,17 +87,23 @@ private:
         void operator()(sqlite3_stmt *statement) const;
     };
 
-    void prepare(const std::string &text);
+    using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+    Statement prepare(const std::string &text) const;
     void describeColumns();
+    int findIndexedColumn() const;
+    std::vector<RowStore::Row> run(const Statement &statement, RowStore &store) const;
     int findColumn(std::string_view field) const;
 
     Database *m_database;
     QString m_source;
     int m_schemaCookie;
     bool m_bareTable = false;
-    std::unique_ptr<sqlite3_stmt, Finalizer> m_statement;
+    Statement m_statement;
+    mutable Statement m_statementByKey; // prepared when it is needed
     std::vector<Column> m_columns;
     std::array<bool, tableCount> m_reads{};
     int m_table = -1;
     int m_keyColumn = -1;
+    int m_indexedColumn = -1;
 };
