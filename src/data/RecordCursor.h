@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/KeyedRows.h"
 #include "data/RowSearch.h"
 #include "data/RowSet.h"
 #include "data/TableWriter.h"
@@ -62,6 +63,10 @@ public:
     // Drops the rows if the file or the source's text has changed, and moves to the first row.
     void Requery();
 
+    // To be called when the rows are not needed until the next requery. The cursor still works, but
+    // no longer reads all rows because of a change: it drops them, and may then show the change.
+    void suspend() { m_isSuspended = true; }
+
     // The field of the current row, with the type that it was stored with; null is an invalid
     // variant. Reads, and reads a long text (see Schema.h) from the file: what another program has
     // written since the last requery shows there, and if it has deleted the row, this fails.
@@ -77,14 +82,15 @@ public:
 
 private:
     // Deleted: before the row with the number m_row.
-    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast };
+    // OnKeyedRow: on the current row of m_keyedRows; the number m_row has no meaning.
+    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast, OnKeyedRow };
     enum class Buffer { Closed, Adding, Editing };
 
     void transactionRolledBack() override;
     void aboutToChange(const TableChange &change) override;
 
     void readRows();
-    void rowsDropped();
+    void dropRows();
 
     [[noreturn]] void fail(const QString &text) const;
     void requireRow();
@@ -93,6 +99,7 @@ private:
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
+    bool findInKeyedRows(std::optional<bool> isFound);
     void find(const QString &criteria, qsizetype from);
 
     void openBuffer(Buffer buffer);
@@ -106,7 +113,9 @@ private:
 
     Place m_place = Place::Unset;
     qsizetype m_row = 0;
+    bool m_isSuspended = false;
 
+    KeyedRows m_keyedRows{m_rows};
     RowSearch m_search{m_rows};
     bool m_noMatch = false;
 
