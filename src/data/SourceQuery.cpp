@@ -71,24 +71,23 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
     m_reads = namedTables(text);
-    m_statement = prepare(m_bareTable ? selectOfTable(all.front()) : text);
+    m_statement = prepared(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
     m_indexedColumn = findIndexedColumn();
 }
 
-SourceQuery::Statement SourceQuery::prepare(const std::string &text) const
+SourceQuery::Statement SourceQuery::prepared(const std::string &text) const
 {
-    sqlite3 *handle =
-        m_statement ? sqlite3_db_handle(m_statement.get()) : m_database->connection().getHandle();
-    sqlite3_stmt *statement = nullptr;
-    const int result = sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()),
-                                          &statement, nullptr);
-    Statement prepared(statement);
+    sqlite3 *handle = m_database->connection().getHandle();
+    sqlite3_stmt *prepared = nullptr;
+    const int result =
+        sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()), &prepared, nullptr);
+    Statement statement(prepared);
     if (result != SQLITE_OK)
         m_database->fail(sqlite3_extended_errcode(handle), sqlite3_errmsg(handle));
-    if (statement == nullptr || sqlite3_stmt_readonly(statement) == 0)
+    if (prepared == nullptr || sqlite3_stmt_readonly(prepared) == 0)
         throw DatabaseError(tr("Not a record source: %1").arg(m_source));
-    return prepared;
+    return statement;
 }
 
 void SourceQuery::describeColumns()
@@ -158,8 +157,8 @@ std::vector<RowStore::Row> SourceQuery::rowsWithKey(qint64 key, RowStore &store)
     if (!m_statementByKey) {
         const std::string column =
             '"' + m_columns[static_cast<std::size_t>(m_indexedColumn)].name + '"';
-        m_statementByKey = prepare(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
-                                   + ") WHERE " + column + " = ?1");
+        m_statementByKey = prepared(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
+                                    + ") WHERE " + column + " = ?1");
     }
     sqlite3_bind_int64(m_statementByKey.get(), 1, key);
     return run(m_statementByKey, store);

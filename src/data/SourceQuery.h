@@ -89,7 +89,7 @@ private:
 
     using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
-    Statement prepare(const std::string &text) const;
+    Statement prepared(const std::string &text) const;
     void describeColumns();
     int findIndexedColumn() const;
     std::vector<RowStore::Row> run(const Statement &statement, RowStore &store) const;
