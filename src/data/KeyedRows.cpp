@@ -17,13 +17,6 @@ std::optional<qint64> KeyedRows::keyIn(const QString &criteria) const
     return *key;
 }
 
-// After Database::reopen(), a search that has begun in the former file goes on there: a key can be
-// another recipe in the new one.
-bool KeyedRows::canRead() const
-{
-    return m_rows.query().isOfClosedFile() ? m_hasRead : !m_rows.isOutdated();
-}
-
 std::optional<bool> KeyedRows::findFirst(const QString &criteria)
 {
     const std::optional<qint64> key = keyIn(criteria);
@@ -31,7 +24,7 @@ std::optional<bool> KeyedRows::findFirst(const QString &criteria)
         return {};
     if (m_found.empty() || *key != m_key) {
         const ReadTransaction scope(m_rows.database());
-        if (!canRead())
+        if (m_rows.isOutdated())
             return {};
         m_spareStore.clear();
         std::vector<RowStore::Row> found = m_rows.query().rowsWithKey(*key, m_spareStore);

@@ -38,7 +38,6 @@ public:
 
 private:
     std::optional<qint64> keyIn(const QString &criteria) const;
-    bool canRead() const;
 
     const RowSet &m_rows;
     RowStore m_store;

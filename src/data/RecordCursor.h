@@ -15,6 +15,12 @@
 // requerying reads rows: the first operation that needs them does, and each function below says
 // whether it is one of these. All failures are thrown as DatabaseError; an operation that fails
 // leaves rows and position as they were.
+//
+// A search for a recipe's lines by RecipeID reads only these lines as long as no other operation
+// has read all rows. If another program commits between the requery and such a search, the search
+// can find the newer lines. The lines found last do not change, and what this program writes is
+// never seen before the next requery: the cursor reads all rows before such a change. The same
+// holds for long texts (see Schema.h), each of which is read from the file when it is needed.
 class RecordCursor final : private TransactionParticipant, private ChangeObserver
 {
     Q_DECLARE_TR_FUNCTIONS(RecordCursor)
@@ -40,7 +46,7 @@ public:
 
     // FindFirst() searches from the first row on, FindNext() from the row after the current one.
     // If no row satisfies the criterion (see Criterion.h), NoMatch() is true and the position
-    // stays. They read.
+    // stays. They read: all rows, or the lines of one recipe.
     void FindFirst(const QString &criteria);
     void FindNext(const QString &criteria);
     bool NoMatch() const { return m_noMatch; }
@@ -68,8 +74,8 @@ public:
     void suspend() { m_isSuspended = true; }
 
     // The field of the current row, with the type that it was stored with; null is an invalid
-    // variant. Reads, and reads a long text (see Schema.h) from the file: what another program has
-    // written since the last requery shows there, and if it has deleted the row, this fails.
+    // variant. Reads, unless a search has found the row. Throws RowNotFound for a long text if
+    // another program has deleted the row.
     QVariant value(QLatin1StringView field);
 
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see

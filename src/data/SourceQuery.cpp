@@ -102,7 +102,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     const std::vector<std::string_view> all = words(text);
     m_bareTable = all.size() == 1;
     m_reads = namedTables(text);
-    m_statement = prepare(m_bareTable ? selectOfTable(all.front()) : text);
+    m_statement = prepared(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
     m_indexedColumn = findIndexedColumn();
     if (!isUpdatable())
@@ -112,10 +112,9 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
         prepareOwnStatements();
 }
 
-SourceQuery::Statement SourceQuery::prepare(const std::string &text) const
+SourceQuery::Statement SourceQuery::prepared(const std::string &text) const
 {
-    sqlite3 *handle =
-        m_statement ? sqlite3_db_handle(m_statement.get()) : m_database->connection().getHandle();
+    sqlite3 *handle = m_database->connection().getHandle();
     sqlite3_stmt *prepared = nullptr;
     const int result =
         sqlite3_prepare_v2(handle, text.c_str(), static_cast<int>(text.size()), &prepared, nullptr);
@@ -223,12 +222,15 @@ void SourceQuery::prepareOwnStatements()
         }
         columns += "NULL"; // so that the columns keep their numbers
         m_longTextColumn = static_cast<int>(i);
-        m_longTexts = prepare("SELECT " + name + ", rowid" + from);
-        m_longTextOfKey = prepare("SELECT " + name + from + ofKey);
+        const std::string selectText = "SELECT " + name;
+        m_longTexts = prepared(selectText + ", rowid" + from);
+        m_longTextOfKey = prepared(std::string(selectText).append(from).append(ofKey));
     }
-    const std::string select = "SELECT " + columns + (m_bareTable ? ", rowid" : "") + from;
-    m_statement = prepare(select + (m_bareTable ? " ORDER BY rowid" : ""));
-    m_rowOfKey = prepare(select + ofKey);
+    if (m_bareTable)
+        columns += ", rowid";
+    const std::string select = "SELECT " + columns + from;
+    m_statement = prepared(m_bareTable ? select + " ORDER BY rowid" : select);
+    m_rowOfKey = prepared(select + ofKey);
 }
 
 std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
@@ -267,8 +269,8 @@ std::vector<RowStore::Row> SourceQuery::rowsWithKey(qint64 key, RowStore &store)
     if (!m_statementByKey) {
         const std::string column =
             '"' + m_columns[static_cast<std::size_t>(m_indexedColumn)].name + '"';
-        m_statementByKey = prepare(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
-                                   + ") WHERE " + column + " = ?1");
+        m_statementByKey = prepared(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
+                                    + ") WHERE " + column + " = ?1");
     }
     sqlite3_bind_int64(m_statementByKey.get(), 1, key);
     return run(m_statementByKey, store);

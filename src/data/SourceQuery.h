@@ -110,7 +110,7 @@ private:
 
     using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
-    Statement prepare(const std::string &text) const;
+    Statement prepared(const std::string &text) const;
     void describeColumns();
     int findIndexedColumn() const;
     std::optional<RowOrder> orderInText() const;
