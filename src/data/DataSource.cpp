@@ -42,3 +42,11 @@ void DataSources::requery()
     for (DataSource *source : m_sources)
         source->Recordset().Requery();
 }
+
+void DataSources::suspend()
+{
+    for (DataSource *source : m_sources) {
+        if (source->m_recordset)
+            source->m_recordset->suspend();
+    }
+}

@@ -28,6 +28,7 @@ public:
     ::Database &Database();
 
 private:
+    friend class DataSources;
     Q_DISABLE_COPY_MOVE(DataSource)
 
     std::shared_ptr<::Database> m_database;
@@ -49,6 +50,10 @@ public:
     // Requeries the cursors of all sources. Cursors that are to show one state of the file are
     // requeried and then read inside one ReadTransaction, or inside the Transaction that writes.
     void requery();
+
+    // To be called when the rows are not needed until the next requery, see
+    // RecordCursor::suspend(). Opens no source.
+    void suspend();
 
 private:
     friend class DataSource; // whose constructor adds it

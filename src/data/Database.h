@@ -62,8 +62,8 @@ public:
 
     // To be called after another file has been put in the place of the one at `path`: if that is
     // open, it is opened again in the same object, and all its cursors read the new file from their
-    // next requery on. Throws as open() does, and the object then keeps the old file. Must not be
-    // called inside a transaction.
+    // next requery on; those that have not read all their rows, from now on. Throws as open() does,
+    // and the object then keeps the old file. Must not be called inside a transaction.
     static void reopen(const QString &path);
 
     // Returns the number of recipes in the file at `path`, or nothing if open() would reject it or

@@ -33,6 +33,9 @@ void RecordCursor::readRows()
     m_search.clear();
     if (m_place == Place::Unset)
         setPosition(0);
+    else if (m_place == Place::OnKeyedRow)
+        setPosition(m_keyedRows.currentRow());
+    m_keyedRows.clear();
 }
 
 const RowSet &RecordCursor::rows()
@@ -41,8 +44,11 @@ const RowSet &RecordCursor::rows()
     return m_rows;
 }
 
-void RecordCursor::rowsDropped()
+void RecordCursor::dropRows()
 {
+    m_buffer = Buffer::Closed;
+    m_rows.discard();
+    m_keyedRows.clear();
     m_search.clear();
     m_place = Place::Unset;
     m_row = 0;
@@ -50,29 +56,38 @@ void RecordCursor::rowsDropped()
 
 void RecordCursor::transactionRolledBack()
 {
-    m_buffer = Buffer::Closed;
-    m_rows.discard();
-    rowsDropped();
+    dropRows();
 }
 
+// The rows that have been found by a key are those of before the change, so all others must be,
+// too.
 void RecordCursor::aboutToChange(const TableChange &change)
 {
-    if (m_rows.query().reads(change.table) && !change.isInsertion)
+    if (!m_rows.query().reads(change.table))
+        return;
+    const bool hidesLongTexts = m_rows.hasLongTexts() && !change.isInsertion;
+    if (!m_keyedRows.hasRead() && !hidesLongTexts)
+        return;
+    if (m_isSuspended) {
+        dropRows();
+        return;
+    }
+    if (m_keyedRows.hasRead())
+        readRows();
+    if (hidesLongTexts)
         m_rows.keepLongTexts(change.rowid);
 }
 
 void RecordCursor::Requery()
 {
+    m_isSuspended = false;
     m_buffer = Buffer::Closed;
     // If the file cannot be read now, its former rows must not pass for the current ones.
-    auto dropRows = qScopeGuard([this] {
-        m_rows.discard();
-        rowsDropped();
-    });
+    auto drop = qScopeGuard([this] { dropRows(); });
     const int generation = m_rows.generation();
     if (!m_rows.refresh(m_recordSource))
         return;
-    dropRows.dismiss();
+    drop.dismiss();
     if (m_rows.generation() != generation)
         m_search.clear();
     moveTo(0);
@@ -152,7 +167,7 @@ bool RecordCursor::AtEOF()
 
 void RecordCursor::requireRow()
 {
-    if (m_place == Place::Unset)
+    if (m_place == Place::Unset || m_place == Place::OnKeyedRow)
         readRows();
     if (m_place != Place::OnRow)
         fail(tr("There is no current row in: %1"));
@@ -160,14 +175,30 @@ void RecordCursor::requireRow()
 
 void RecordCursor::FindFirst(const QString &criteria)
 {
+    if (findInKeyedRows(m_keyedRows.findFirst(criteria)))
+        return;
     readRows();
     find(criteria, 0);
 }
 
 void RecordCursor::FindNext(const QString &criteria)
 {
+    if (m_place == Place::OnKeyedRow && findInKeyedRows(m_keyedRows.findNext(criteria)))
+        return;
     readRows();
     find(criteria, nextRow());
+}
+
+// Returns whether the index gave an answer.
+bool RecordCursor::findInKeyedRows(std::optional<bool> isFound)
+{
+    if (!isFound)
+        return false;
+    m_buffer = Buffer::Closed;
+    m_noMatch = !*isFound;
+    if (*isFound)
+        m_place = Place::OnKeyedRow;
+    return true;
 }
 
 void RecordCursor::find(const QString &criteria, qsizetype from)
@@ -184,6 +215,8 @@ QVariant RecordCursor::value(QLatin1StringView field)
     if (m_place == Place::Unset)
         readRows(); // may change the columns
     const int column = m_rows.columnNumber(field);
+    if (m_place == Place::OnKeyedRow)
+        return toVariant(m_keyedRows.cell(column));
     requireRow();
     return toVariant(m_rows.isLongText(column) ? m_rows.longText(m_row)
                                                : m_rows.cell(m_row, column));
@@ -243,11 +276,11 @@ TableWriter &RecordCursor::writer()
         std::vector<std::string> fields;
         for (const SourceQuery::Column &column : query.columns())
             fields.push_back(column.name);
-        const ChangeObserver *author = this;
         const std::string key =
             query.isBareTable() ? "rowid" : fields[static_cast<std::size_t>(query.keyColumn())];
         m_writer = std::make_unique<TableWriter>(*m_database, std::string(query.table().name),
-                                                 std::move(fields), key, author);
+                                                 std::move(fields), key,
+                                                 static_cast<const ChangeObserver *>(this));
         m_writerPreparation = m_rows.preparation();
     }
     return *m_writer;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/KeyedRows.h"
 #include "data/RowSearch.h"
 #include "data/RowSet.h"
 #include "data/TableWriter.h"
@@ -14,6 +15,12 @@
 // requerying reads rows: the first operation that needs them does, and each function below says
 // whether it is one of these. All failures are thrown as DatabaseError; an operation that fails
 // leaves rows and position as they were.
+//
+// A search for a recipe's lines by RecipeID reads only these lines as long as no other operation
+// has read all rows. If another program commits between the requery and such a search, the search
+// can find the newer lines. The lines found last do not change, and what this program writes is
+// never seen before the next requery: the cursor reads all rows before such a change. The same
+// holds for long texts (see Schema.h), each of which is read from the file when it is needed.
 class RecordCursor final : private TransactionParticipant, private ChangeObserver
 {
     Q_DECLARE_TR_FUNCTIONS(RecordCursor)
@@ -39,7 +46,7 @@ public:
 
     // FindFirst() searches from the first row on, FindNext() from the row after the current one.
     // If no row satisfies the criterion (see Criterion.h), NoMatch() is true and the position
-    // stays. They read.
+    // stays. They read: all rows, or the lines of one recipe.
     void FindFirst(const QString &criteria);
     void FindNext(const QString &criteria);
     bool NoMatch() const { return m_noMatch; }
@@ -62,9 +69,13 @@ public:
     // Drops the rows if the file or the source's text has changed, and moves to the first row.
     void Requery();
 
+    // To be called when the rows are not needed until the next requery. The cursor still works, but
+    // no longer reads all rows because of a change: it drops them, and may then show the change.
+    void suspend() { m_isSuspended = true; }
+
     // The field of the current row, with the type that it was stored with; null is an invalid
-    // variant. Reads, and reads a long text (see Schema.h) from the file: what another program has
-    // written since the last requery shows there, and if it has deleted the row, this fails.
+    // variant. Reads, unless a search has found the row. Throws RowNotFound for a long text if
+    // another program has deleted the row.
     QVariant value(QLatin1StringView field);
 
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see
@@ -77,14 +88,15 @@ public:
 
 private:
     // Deleted: before the row with the number m_row.
-    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast };
+    // OnKeyedRow: on the current row of m_keyedRows; the number m_row has no meaning.
+    enum class Place { Unset, BeforeFirst, OnRow, Deleted, AfterLast, OnKeyedRow };
     enum class Buffer { Closed, Adding, Editing };
 
     void transactionRolledBack() override;
     void aboutToChange(const TableChange &change) override;
 
     void readRows();
-    void rowsDropped();
+    void dropRows();
 
     [[noreturn]] void fail(const QString &text) const;
     void requireRow();
@@ -93,6 +105,7 @@ private:
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
+    bool findInKeyedRows(std::optional<bool> isFound);
     void find(const QString &criteria, qsizetype from);
 
     void openBuffer(Buffer buffer);
@@ -106,7 +119,9 @@ private:
 
     Place m_place = Place::Unset;
     qsizetype m_row = 0;
+    bool m_isSuspended = false;
 
+    KeyedRows m_keyedRows{m_rows};
     RowSearch m_search{m_rows};
     bool m_noMatch = false;
 

@@ -153,6 +153,9 @@ Cell RowSet::longText(qsizetype row) const
     const auto kept = m_keptLongTexts.find(key(row));
     if (kept != m_keptLongTexts.end())
         return RowStore::cell(kept->second, 0);
+    if (m_query.isOfClosedFile()) // which was damaged, or else it would not have been replaced
+        throw DatabaseError(tr("The recipe database was replaced. Press F5 to show what is in it "
+                               "now."));
     m_longText.clear();
     const RowStore::Row text = m_query.longText(key(row), m_longText);
     if (text == nullptr)
@@ -162,7 +165,7 @@ Cell RowSet::longText(qsizetype row) const
 
 void RowSet::keepLongTexts(std::optional<qint64> key)
 {
-    if (m_query.longTextColumn() < 0 || m_rows.empty())
+    if (!hasLongTexts() || m_query.isOfClosedFile())
         return;
     if (!key) {
         for (const RowStore::Row text : m_query.longTexts(m_store))

@@ -25,6 +25,7 @@ public:
     RowSet(Database &database, const QString &source);
 
     const SourceQuery &query() const { return m_query; }
+    Database &database() const { return *m_database; }
 
     bool isRead() const { return m_isRead; }
 
@@ -34,6 +35,10 @@ public:
     // rows have been appended or the caller `keepsColumns`, or if the file to which rows have been
     // appended was replaced.
     qsizetype read(bool keepsColumns = false);
+
+    // Whether the source must be prepared again: another program has changed the schema, or another
+    // file has been put in the place of the one that was open.
+    bool isOutdated() const;
 
     // Throws DatabaseError if another program has changed the columns since the source was
     // prepared. To be called before a row is written, in the same transaction.
@@ -66,10 +71,16 @@ public:
         return RowStore::cell(m_rows[static_cast<std::size_t>(row)], column);
     }
 
+    // Valid until the rows are dropped.
+    RowStore::Row row(qsizetype row) const { return m_rows[static_cast<std::size_t>(row)]; }
+
+    // Whether there are rows with a long text.
+    bool hasLongTexts() const { return m_query.longTextColumn() >= 0 && !m_rows.empty(); }
+
     bool isLongText(int column) const { return column == m_query.longTextColumn(); }
 
     // The long text of a row, valid until the next call. Throws RowNotFound if another program has
-    // deleted the row, or a DatabaseError if the text cannot be read.
+    // deleted the row, or a DatabaseError if the text cannot be read or the file was replaced.
     Cell longText(qsizetype row) const;
 
     // To be called before this program updates or deletes the row with this key, or any rows,
@@ -92,7 +103,6 @@ public:
 
 private:
     void prepare(const QString &source);
-    bool isOutdated() const;
     [[noreturn]] static void failAsChanged();
     bool isCurrent() const;
     bool placeWrittenRows();

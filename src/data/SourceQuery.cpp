@@ -104,6 +104,7 @@ SourceQuery::SourceQuery(Database &database, const QString &source)
     m_reads = namedTables(text);
     m_statement = prepared(m_bareTable ? selectOfTable(all.front()) : text);
     describeColumns();
+    m_indexedColumn = findIndexedColumn();
     if (!isUpdatable())
         return;
     m_order = m_bareTable ? RowOrder({}, m_keyColumn) : orderInText();
@@ -144,6 +145,23 @@ void SourceQuery::describeColumns()
         m_keyColumn = count;
     else if (table().hasKey)
         m_keyColumn = findColumn(table().fields.front().name);
+}
+
+int SourceQuery::findIndexedColumn() const
+{
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        const auto number = static_cast<int>(i);
+        const char *tableName = sqlite3_column_table_name(m_statement.get(), number);
+        const int table = tableName == nullptr ? -1 : ::tableNumber(tableName);
+        if (table < 0)
+            continue;
+        const Table &known = schemaTables()[static_cast<std::size_t>(table)];
+        const char *field = sqlite3_column_origin_name(m_statement.get(), number);
+        if (isSameName(field, known.fields.front().name)
+            && (!known.hasKey || m_columns.size() == 1))
+            return number;
+    }
+    return -1;
 }
 
 // Returns -1 if there is none.
@@ -204,12 +222,15 @@ void SourceQuery::prepareOwnStatements()
         }
         columns += "NULL"; // so that the columns keep their numbers
         m_longTextColumn = static_cast<int>(i);
-        m_longTexts = prepared("SELECT " + name + ", rowid" + from);
-        m_longTextOfKey = prepared("SELECT " + name + from + ofKey);
+        const std::string selectText = "SELECT " + name;
+        m_longTexts = prepared(selectText + ", rowid" + from);
+        m_longTextOfKey = prepared(std::string(selectText).append(from).append(ofKey));
     }
-    const std::string select = "SELECT " + columns + (m_bareTable ? ", rowid" : "") + from;
-    m_statement = prepared(select + (m_bareTable ? " ORDER BY rowid" : ""));
-    m_statementOfKey = prepared(select + ofKey);
+    if (m_bareTable)
+        columns += ", rowid";
+    const std::string select = "SELECT " + columns + from;
+    m_statement = prepared(m_bareTable ? select + " ORDER BY rowid" : select);
+    m_rowOfKey = prepared(select + ofKey);
 }
 
 std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
@@ -222,7 +243,7 @@ std::vector<RowStore::Row> SourceQuery::rows(RowStore &store) const
 
 RowStore::Row SourceQuery::row(qint64 key, RowStore &store) const
 {
-    return runFor(key, m_statementOfKey, store);
+    return runFor(key, m_rowOfKey, store);
 }
 
 RowStore::Row SourceQuery::longText(qint64 key, RowStore &store) const
@@ -240,6 +261,19 @@ RowStore::Row SourceQuery::runFor(qint64 key, const Statement &statement, RowSto
     sqlite3_bind_int64(statement.get(), 1, key);
     const std::vector<RowStore::Row> rows = run(statement, store);
     return rows.empty() ? nullptr : rows.front();
+}
+
+// SQLite applies the condition inside the query, and thus uses the index.
+std::vector<RowStore::Row> SourceQuery::rowsWithKey(qint64 key, RowStore &store) const
+{
+    if (!m_statementByKey) {
+        const std::string column =
+            '"' + m_columns[static_cast<std::size_t>(m_indexedColumn)].name + '"';
+        m_statementByKey = prepared(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
+                                    + ") WHERE " + column + " = ?1");
+    }
+    sqlite3_bind_int64(m_statementByKey.get(), 1, key);
+    return run(m_statementByKey, store);
 }
 
 std::vector<RowStore::Row> SourceQuery::run(const Statement &prepared, RowStore &store) const

@@ -50,6 +50,9 @@ public:
 
     const std::vector<Column> &columns() const { return m_columns; }
 
+    // Of a row: one for each column, and for a bare table one more, see keyColumn().
+    int cellCount() const { return static_cast<int>(m_columns.size()) + (m_bareTable ? 1 : 0); }
+
     // Throws DatabaseError with the names of field and source if there is no such column.
     int columnNumber(QLatin1StringView field) const;
 
@@ -63,6 +66,10 @@ public:
     int keyColumn() const { return m_keyColumn; }
 
     bool isBareTable() const { return m_bareTable; }
+
+    // The number of the column in which rowsWithKey() searches, or -1: the RecipeID of a link
+    // table, which has an index, or the key of a table if it is the only column.
+    int indexedColumn() const { return m_indexedColumn; }
 
     // Whether the rows come from this table.
     bool reads(std::size_t table) const { return m_reads[table]; }
@@ -78,6 +85,9 @@ public:
     // All rows, in their order.
     std::vector<RowStore::Row> rows(RowStore &store) const;
 
+    // The rows that have this key in the indexed column, in the same order. In a file that lacks
+    // the index, which another tool can have removed, the time grows with the table.
+    std::vector<RowStore::Row> rowsWithKey(qint64 key, RowStore &store) const;
     // The row with this key as it is now, or null if there is no such row. Needs an order().
     RowStore::Row row(qint64 key, RowStore &store) const;
 
@@ -102,6 +112,7 @@ private:
 
     Statement prepared(const std::string &text) const;
     void describeColumns();
+    int findIndexedColumn() const;
     std::optional<RowOrder> orderInText() const;
     void prepareOwnStatements();
     std::vector<RowStore::Row> run(const Statement &prepared, RowStore &store) const;
@@ -113,13 +124,15 @@ private:
     int m_schemaCookie;
     bool m_bareTable = false;
     Statement m_statement;
-    Statement m_statementOfKey;
+    Statement m_rowOfKey;
     Statement m_longTexts;
     Statement m_longTextOfKey;
+    mutable Statement m_statementByKey; // prepared when it is needed
     std::vector<Column> m_columns;
     std::array<bool, tableCount> m_reads{};
     int m_table = -1;
     int m_keyColumn = -1;
+    int m_indexedColumn = -1;
     int m_longTextColumn = -1;
     std::optional<RowOrder> m_order;
 };

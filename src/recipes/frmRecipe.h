@@ -41,6 +41,7 @@ protected:
     void Form_Load() override;
     void openDataSources() override { m_sources.open(); }
     void Form_Activate() override;
+    void Form_Deactivate() override { m_sources.suspend(); } // until Form_Activate requeries
     void refresh() override; // unless there are unsaved changes
     void changeEvent(QEvent *event) override;
 

@@ -211,13 +211,15 @@ private Q_SLOTS:
              },
              u"old"_s},
             {"file replaced",
-             [](auto &, auto &, const TestDatabase &file) {
+             [change](auto &, auto &database, const TestDatabase &file) {
                  const TestDatabase newer;
+                 QFile::resize(file.path(), 0);
                  QFile::remove(file.path());
                  QFile::copy(newer.path(), file.path());
                  Database::reopen(file.path());
+                 database.Execute(change);
              },
-             u"old"_s},
+             u"[The recipe database was replaced. Press F5"_s},
         });
     }
 
