@@ -185,8 +185,11 @@ int Database::dataVersion()
     return translateSqliteErrors([this] { return m_session.dataVersion(); });
 }
 
+// While this program holds the write lock, no other one can change the schema.
 int Database::schemaCookie()
 {
+    if (m_state == TransactionState::Open)
+        return m_session.checkedSchemaCookie();
     return translateSqliteErrors([this] { return m_session.schemaCookie(); });
 }
 

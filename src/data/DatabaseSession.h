@@ -13,9 +13,9 @@ class Database;
 class Statement;
 } // namespace SQLite
 
-// Sets the options of SQLite that hold for the whole process. They must be set before SQLite is used
-// for the first time, and later calls have no effect. Each session calls this; a program that uses
-// SQLite before its first session calls it itself.
+// Sets the options of SQLite that hold for the whole process. They must be set before SQLite is
+// used for the first time, and later calls have no effect. Each session calls this; a program that
+// uses SQLite before its first session calls it itself.
 void configureSqlite();
 
 // A connection to a recipe database that has been checked and accepted, and the file itself, which
@@ -42,6 +42,9 @@ public:
     // SQLite's schema version. If it has changed, the schema is checked again, and DatabaseError
     // thrown, see SchemaCheck.h.
     int schemaCookie();
+
+    // What schemaCookie() has returned last.
+    int checkedSchemaCookie() const { return m_checkedSchema; }
 
     // Begin and end a transaction inside the one that is open. Their statements are kept, because
     // an import runs them for each file.

@@ -1,6 +1,7 @@
 #include "data/RecordCursor.h"
 
 #include "data/DatabaseError.h"
+#include "platform/Utf8.h"
 
 #include <QScopeGuard>
 
@@ -153,16 +154,23 @@ void RecordCursor::FindFirst(const QString &criteria)
     find(criteria, 0);
 }
 
+void RecordCursor::FindFirst(Criterion criterion)
+{
+    readRows();
+    find(std::move(criterion), 0);
+}
+
 void RecordCursor::FindNext(const QString &criteria)
 {
     readRows();
     find(criteria, nextRow());
 }
 
-void RecordCursor::find(const QString &criteria, qsizetype from)
+template <typename Criteria>
+void RecordCursor::find(Criteria &&criteria, qsizetype from)
 {
     m_buffer = Buffer::Closed;
-    const qsizetype found = m_search.find(criteria, from);
+    const qsizetype found = m_search.find(std::forward<Criteria>(criteria), from);
     m_noMatch = found < 0;
     if (!m_noMatch)
         setPosition(found);
@@ -179,6 +187,20 @@ QVariant RecordCursor::value(QLatin1StringView field)
 
 void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
 {
+    if (!convertInto(field, value))
+        failForValue(field, value.toString());
+}
+
+void RecordCursor::setValue(QLatin1StringView field, std::string_view text)
+{
+    if (!convertInto(field, text))
+        failForValue(field, platform::decodeUtf8(text));
+}
+
+// Sets the field to the value that it stores for `value`; returns false if it does not accept it.
+template <typename Value>
+bool RecordCursor::convertInto(QLatin1StringView field, const Value &value)
+{
     const auto column = static_cast<std::size_t>(m_rows.columnNumber(field));
     if (m_buffer == Buffer::Closed)
         throw DatabaseError(tr("The field %1 cannot be written while no row is being added or "
@@ -187,8 +209,14 @@ void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
     std::optional<FieldValue> converted =
         convertToField(m_rows.query().columns()[column].type, value);
     if (!converted)
-        throw DatabaseError(tr("The field %1 does not take \"%2\".").arg(field, value.toString()));
+        return false;
     m_values[column] = std::move(converted);
+    return true;
+}
+
+void RecordCursor::failForValue(QLatin1StringView field, const QString &value)
+{
+    throw DatabaseError(tr("The field %1 does not take \"%2\".").arg(field, value));
 }
 
 void RecordCursor::requireUpdatable() const

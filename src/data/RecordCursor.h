@@ -39,8 +39,9 @@ public:
 
     // FindFirst() searches from the first row on, FindNext() from the row after the current one.
     // If no row satisfies the criterion (see Criterion.h), NoMatch() is true and the position
-    // stays. They read.
+    // stays. A criterion that is not given as text need not be parsed. They read.
     void FindFirst(const QString &criteria);
+    void FindFirst(Criterion criterion);
     void FindNext(const QString &criteria);
     bool NoMatch() const { return m_noMatch; }
 
@@ -67,8 +68,9 @@ public:
     QVariant value(QLatin1StringView field);
 
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see
-    // convertToField().
+    // convertToField(). The text of the second overload is UTF-8.
     void setValue(QLatin1StringView field, const QVariant &value);
+    void setValue(QLatin1StringView field, std::string_view text);
 
     // The rows for lists, which show any row without moving to it. Reads. The rows are valid until
     // the next requery; the set, as long as the cursor.
@@ -91,8 +93,12 @@ private:
     void moveTo(qsizetype row);
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
-    void find(const QString &criteria, qsizetype from);
+    template <typename Criteria>
+    void find(Criteria &&criteria, qsizetype from);
 
+    template <typename Value>
+    bool convertInto(QLatin1StringView field, const Value &value);
+    [[noreturn]] static void failForValue(QLatin1StringView field, const QString &value);
     void openBuffer(Buffer buffer);
     TableWriter &writer();
     void addRow();

@@ -96,7 +96,7 @@ int tableNumber(std::string_view name)
 bool isSameName(std::string_view a, std::string_view b)
 {
     return a.size() == b.size()
-        && sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0;
+        && (a == b || sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0);
 }
 
 std::string creationScript()
