@@ -185,33 +185,46 @@ QVariant RecordCursor::value(QLatin1StringView field)
     return toVariant(m_rows.cell(m_row, column));
 }
 
-void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
+qint64 RecordCursor::key()
 {
-    if (!convertInto(field, value))
-        failForValue(field, value.toString());
+    requireRow();
+    return m_rows.key(m_row);
 }
 
-void RecordCursor::setValue(QLatin1StringView field, std::string_view text)
+// Returns the field's place in the edit buffer.
+std::size_t RecordCursor::writtenColumn(QLatin1StringView field) const
 {
-    if (!convertInto(field, text))
-        failForValue(field, platform::decodeUtf8(text));
-}
-
-// Sets the field to the value that it stores for `value`; returns false if it does not accept it.
-template <typename Value>
-bool RecordCursor::convertInto(QLatin1StringView field, const Value &value)
-{
-    const auto column = static_cast<std::size_t>(m_rows.columnNumber(field));
+    const int column = m_rows.columnNumber(field);
     if (m_buffer == Buffer::Closed)
         throw DatabaseError(tr("The field %1 cannot be written while no row is being added or "
                                "edited in: %2")
                                 .arg(field, m_rows.query().source()));
-    std::optional<FieldValue> converted =
-        convertToField(m_rows.query().columns()[column].type, value);
+    return static_cast<std::size_t>(column);
+}
+
+void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
+{
+    const std::size_t column = writtenColumn(field);
+    std::optional<FieldValue> converted = convertToField(typeOf(column), value);
     if (!converted)
-        return false;
+        failForValue(field, value.toString());
     m_values[column] = std::move(converted);
-    return true;
+}
+
+void RecordCursor::setValue(QLatin1StringView field, std::string_view text)
+{
+    const std::size_t column = writtenColumn(field);
+    std::optional<FieldValue> converted = convertToField(typeOf(column), text);
+    if (!converted)
+        failForValue(field, platform::decodeUtf8(text));
+    m_values[column] = std::move(converted);
+}
+
+void RecordCursor::setKey(QLatin1StringView field, qint64 key)
+{
+    const std::size_t column = writtenColumn(field);
+    Q_ASSERT(typeOf(column) == FieldType::Key);
+    m_values[column] = key;
 }
 
 void RecordCursor::failForValue(QLatin1StringView field, const QString &value)

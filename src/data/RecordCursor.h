@@ -67,10 +67,16 @@ public:
     // variant. Reads.
     QVariant value(QLatin1StringView field);
 
+    // For updatable sources: what identifies the current row in its table. Reads.
+    qint64 key();
+
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see
     // convertToField(). The text of the second overload is UTF-8.
     void setValue(QLatin1StringView field, const QVariant &value);
     void setValue(QLatin1StringView field, std::string_view text);
+
+    // Sets a key field in the edit buffer, which accepts every key.
+    void setKey(QLatin1StringView field, qint64 key);
 
     // The rows for lists, which show any row without moving to it. Reads. The rows are valid until
     // the next requery; the set, as long as the cursor.
@@ -96,8 +102,8 @@ private:
     template <typename Criteria>
     void find(Criteria &&criteria, qsizetype from);
 
-    template <typename Value>
-    bool convertInto(QLatin1StringView field, const Value &value);
+    std::size_t writtenColumn(QLatin1StringView field) const;
+    FieldType typeOf(std::size_t column) const { return m_rows.query().columns()[column].type; }
     [[noreturn]] static void failForValue(QLatin1StringView field, const QString &value);
     void openBuffer(Buffer buffer);
     TableWriter &writer();

@@ -37,7 +37,7 @@ struct NameEqual {
 using NameSet = std::unordered_set<std::string_view, NameHash, NameEqual>;
 
 // Moves to the first row with this name; returns whether there is one.
-bool find(RecordCursor &rows, const char *field, std::string_view name)
+bool find(RecordCursor &rows, const QByteArray &field, std::string_view name)
 {
     rows.FindFirst(Criterion{field, Comparison::Equal, std::string(name)});
     return !rows.NoMatch();
@@ -103,7 +103,8 @@ QString frmImportRecipe::endedEarlyText(const QString &reason) const
         ? tr("1 recipe was imported.")
         : tr("%1 recipes were imported.").arg(QLocale(QLocale::English).toString(m_batch.imported));
     return tr("%1 The import ended at \"%2\":\n\n%3")
-        .arg(imported, excerpt(platform::displayPath(m_batch.current.filename())),
+        .arg(imported,
+             excerpt(platform::displayPath(std::filesystem::path(m_batch.current).filename())),
              QString(reason).remove(u' ' + DatabaseError::nothingStored()));
 }
 
@@ -119,13 +120,13 @@ QString frmImportRecipe::importRestText() const
 // The whole file is read and parsed before anything is written or asked.
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
-    m_batch.current = path;
-    std::error_code failure; // reading the file explains it
-    if (const auto size = std::filesystem::file_size(path, failure); !failure && size > largeFile)
-        commitGroup();
+    m_batch.current = path.native();
+    std::variant<QByteArray, SrfFileError> read = readSrfFile(path, [this](qsizetype size) {
+        if (size > largeFile)
+            commitGroup();
+    });
     if (m_batch.isStopped)
         return Outcome::Stopped;
-    std::variant<QByteArray, SrfFileError> read = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&read)) {
         return reject(error->failure == platform::ReadFailure::NotFound
                           ? tr("Could not find file.  Try importing file though File, Import.")
@@ -135,7 +136,7 @@ frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::p
         parseSrf(decodeSrf(std::get<QByteArray>(std::move(read))));
     if (const auto *error = std::get_if<SrfError>(&parsed))
         return reject(srfErrorText(*error, platform::displayPath(path)));
-    return importInGroup({path, std::get<SrfRecipe>(std::move(parsed))});
+    return importInGroup({path.native(), std::get<SrfRecipe>(std::move(parsed))});
 }
 
 // Imports the file into the transaction of the group. If that fails, the files before it are kept.
@@ -187,7 +188,7 @@ void frmImportRecipe::commitGroup()
             throw;
         }
     }
-    const std::filesystem::path current = m_batch.current;
+    const std::string current = m_batch.current;
     std::vector<ReadFile> files = std::exchange(m_batch.group, {});
     for (ReadFile &file : files) {
         if (importAlone(file) == Outcome::Stopped) {
@@ -256,7 +257,7 @@ void frmImportRecipe::beginFile()
 
 bool frmImportRecipe::isTaken(std::string_view name)
 {
-    return find(datRecipe.Recordset(), "RecipeName", name);
+    return find(datRecipe.Recordset(), "RecipeName"_ba, name);
 }
 
 // Returns the name, or the name followed by the first number that makes it unique.
@@ -337,16 +338,16 @@ void frmImportRecipe::ReadSRFRecipe(const SrfRecipe &recipe, const IngredientKey
         const qint64 known = ingredients[i];
         ingredientLinks.AddNew();
         ingredientLinks.setValue("Quantity"_L1, ingredient.quantity);
-        ingredientLinks.setValue("IngredientID"_L1,
-                                 known != 0 ? known : findOrAddIngredient(ingredient));
-        ingredientLinks.setValue("RecipeID"_L1, recipeId);
+        ingredientLinks.setKey("IngredientID"_L1,
+                               known != 0 ? known : findOrAddIngredient(ingredient));
+        ingredientLinks.setKey("RecipeID"_L1, recipeId);
         ingredientLinks.Update();
     }
     RecordCursor &utensilLinks = datRecipeUtensils.Recordset();
     for (const SrfUtensil &utensil : recipe.utensils) {
         utensilLinks.AddNew();
-        utensilLinks.setValue("UtensilID"_L1, findOrAddUtensil(utensil.name));
-        utensilLinks.setValue("RecipeID"_L1, recipeId);
+        utensilLinks.setKey("UtensilID"_L1, findOrAddUtensil(utensil.name));
+        utensilLinks.setKey("RecipeID"_L1, recipeId);
         utensilLinks.Update();
     }
 }
@@ -365,15 +366,14 @@ qint64 frmImportRecipe::addRecipe(const SrfRecipe &recipe, std::string_view name
     recipes.setValue("Instructions"_L1, recipe.instructions);
     recipes.Update();
     recipes.MoveLast();
-    return recipes.value("RecipeID"_L1).toLongLong();
+    return recipes.key();
 }
 
 // Returns 0 if the catalog does not have the ingredient.
 qint64 frmImportRecipe::ingredientKey(std::string_view name)
 {
     RecordCursor &catalog = datIngredients.Recordset();
-    return find(catalog, "IngredientName", name) ? catalog.value("IngredientID"_L1).toLongLong()
-                                                 : 0;
+    return find(catalog, "IngredientName"_ba, name) ? catalog.key() : 0;
 }
 
 // Returns the key of an ingredient that may be new; an earlier line may have added it.
@@ -390,17 +390,17 @@ qint64 frmImportRecipe::findOrAddIngredient(const SrfIngredient &ingredient)
     catalog.setValue("Vegetarian"_L1, fields.vegetarian);
     catalog.Update();
     catalog.MoveLast();
-    return catalog.value("IngredientID"_L1).toLongLong();
+    return catalog.key();
 }
 
 qint64 frmImportRecipe::findOrAddUtensil(std::string_view name)
 {
     RecordCursor &catalog = datUtensils.Recordset();
-    if (!find(catalog, "UtensilName", name)) {
+    if (!find(catalog, "UtensilName"_ba, name)) {
         catalog.AddNew();
         catalog.setValue("UtensilName"_L1, name);
         catalog.Update();
         catalog.MoveLast();
     }
-    return catalog.value("UtensilID"_L1).toLongLong();
+    return catalog.key();
 }

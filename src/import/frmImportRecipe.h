@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
@@ -50,14 +51,14 @@ private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
 
     struct ReadFile {
-        std::filesystem::path path;
+        std::string path; // a std::filesystem::path would take several times as long to copy
         SrfRecipe recipe;
         bool importAnyway = false; // the user has said so, although its title is taken
     };
 
     // The state of a batch. A single import is a batch of one file.
     struct Batch {
-        std::filesystem::path current; // the file that is being imported
+        std::string current; // path of the file that is being imported
         std::vector<ReadFile> group; // imported in the open transaction, in this order
         qsizetype imported = 0; // committed recipes
         std::optional<Button> answerForAll; // to the question about a taken title

@@ -66,9 +66,10 @@ qsizetype sizeUpToLastTag(QByteArrayView bytes)
 
 } // namespace
 
-std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path)
+std::variant<QByteArray, SrfFileError>
+readSrfFile(const std::filesystem::path &path, const std::function<void(qsizetype)> &beforeReading)
 {
-    auto result = platform::readRegularFile(path, largestSrfFile);
+    auto result = platform::readRegularFile(path, largestSrfFile, beforeReading);
     if (const auto *error = std::get_if<platform::FileReadError>(&result))
         return SrfFileError{error->failure, messageFor(*error, path)};
     return std::get<QByteArray>(std::move(result));

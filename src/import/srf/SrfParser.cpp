@@ -33,7 +33,10 @@ public:
     explicit Parser(const QByteArray &text)
         : m_rest(text.constData(), static_cast<std::size_t>(text.size()))
     {
+        constexpr std::size_t usualLines = 16;
         m_recipe.text = text; // the same bytes, of which the recipe has views
+        m_recipe.ingredients.reserve(usualLines);
+        m_recipe.utensils.reserve(usualLines);
     }
 
     std::variant<SrfRecipe, SrfError> recipe();
