@@ -195,8 +195,11 @@ int Database::dataVersion()
     return translateSqliteErrors([this] { return m_session.dataVersion(); });
 }
 
+// While this program holds the write lock, no other one can change the schema.
 int Database::schemaCookie()
 {
+    if (m_state == TransactionState::Open)
+        return m_session.checkedSchemaCookie();
     return translateSqliteErrors([this] { return m_session.schemaCookie(); });
 }
 
@@ -300,7 +303,7 @@ void Database::begin()
     if (m_depth == 0)
         beginOutermost();
     else
-        translateSqliteErrors([this] { connection().exec("SAVEPOINT inner"); });
+        translateSqliteErrors([this] { m_session.beginNested(); });
     ++m_depth;
     m_state = TransactionState::Open;
 }
@@ -343,17 +346,24 @@ void Database::requireSound()
 void Database::commit()
 {
     refuseAfterFailure();
-    translateSqliteErrors([this] { connection().exec(m_depth == 1 ? "COMMIT" : "RELEASE inner"); });
+    translateSqliteErrors([this] {
+        if (m_depth == 1)
+            connection().exec("COMMIT");
+        else
+            m_session.commitNested();
+    });
     end();
 }
 
 void Database::rollBack() noexcept
 {
     if (m_state != TransactionState::RolledBack) {
-        // A rollback fails only if SQLite has already rolled back by itself.
-        connection().tryExec(m_depth == 1 ? "ROLLBACK" : "ROLLBACK TO inner; RELEASE inner");
-        if (m_depth == 1)
+        if (m_depth == 1) {
+            connection().tryExec("ROLLBACK"); // fails if SQLite has rolled back by itself
             restoreFromJournal();
+        } else {
+            m_session.rollBackNested();
+        }
         notifyParticipants();
         m_state = TransactionState::Open;
     }

@@ -32,6 +32,12 @@ int numberOf(SQLite::Statement &statement)
     return number;
 }
 
+void run(SQLite::Statement &statement)
+{
+    statement.tryReset();
+    statement.exec();
+}
+
 void writeLogOnClose(SQLite::Database &connection, bool writes)
 {
     sqlite3_db_config(connection.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writes ? 0 : 1,
@@ -54,12 +60,24 @@ void checkHeader(DatabaseFile &file, const QString &path)
 
 } // namespace
 
+void configureSqlite()
+{
+    // A nested transaction keeps copies of the pages that it changes. By default SQLite moves more
+    // than 64 KiB of them to a temporary file, as those of a recipe with many lines are.
+    constexpr int copiesInMemory = 1 << 20; // in bytes
+    constexpr int withoutStatistics = 0;
+    // If SQLite has been used before, it returns SQLITE_MISUSE and stays slower.
+    sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, copiesInMemory);
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, withoutStatistics);
+}
+
 DatabaseSession::DatabaseSession(const QString &path,
                                  const std::function<void(sqlite3 *)> &configure)
     : m_path(path)
     , m_file(std::make_unique<DatabaseFile>(path))
 {
     checkHeader(*m_file, m_path);
+    configureSqlite();
     try {
         // One thread uses the connection, so that SQLite need not protect it by a mutex.
         m_connection = std::make_unique<SQLite::Database>(
@@ -71,6 +89,8 @@ DatabaseSession::DatabaseSession(const QString &path,
         m_dataVersion = std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA data_version");
         m_schemaCookie =
             std::make_unique<SQLite::Statement>(*m_connection, "PRAGMA schema_version");
+        m_beginNested = std::make_unique<SQLite::Statement>(*m_connection, "SAVEPOINT nested");
+        m_commitNested = std::make_unique<SQLite::Statement>(*m_connection, "RELEASE nested");
     } catch (const SQLite::Exception &error) {
         std::rethrow_exception(DatabaseError::fromSqlite(m_path, error.getExtendedErrorCode(),
                                                          QString::fromUtf8(error.what()),
@@ -131,6 +151,21 @@ int DatabaseSession::schemaCookie()
         m_checkedSchema = cookie;
     }
     return cookie;
+}
+
+void DatabaseSession::beginNested()
+{
+    run(*m_beginNested);
+}
+
+void DatabaseSession::commitNested()
+{
+    run(*m_commitNested);
+}
+
+void DatabaseSession::rollBackNested() noexcept
+{
+    m_connection->tryExec("ROLLBACK TO nested; RELEASE nested");
 }
 
 // Unlike quick_check, which takes half the time, integrity_check also compares each index with its

@@ -13,6 +13,11 @@ class Database;
 class Statement;
 } // namespace SQLite
 
+// Sets the options of SQLite that hold for the whole process. They must be set before SQLite is
+// used for the first time, and later calls have no effect. Each session calls this; a program that
+// uses SQLite before its first session calls it itself.
+void configureSqlite();
+
 // A connection to a recipe database that has been checked and accepted, and the file itself, which
 // stays open until the connection is closed (see DatabaseFile).
 class DatabaseSession
@@ -38,6 +43,15 @@ public:
     // thrown, see SchemaCheck.h.
     int schemaCookie();
 
+    // What schemaCookie() has returned last.
+    int checkedSchemaCookie() const { return m_checkedSchema; }
+
+    // Begin and end a transaction inside the one that is open. Their statements are kept, because
+    // an import runs them for each file.
+    void beginNested();
+    void commitNested();
+    void rollBackNested() noexcept; // does nothing if SQLite has rolled back by itself
+
     // Whether the content of the file agrees with itself. Reads the whole file.
     bool isSound();
 
@@ -51,5 +65,7 @@ private:
     std::unique_ptr<SQLite::Database> m_connection;
     std::unique_ptr<SQLite::Statement> m_dataVersion;
     std::unique_ptr<SQLite::Statement> m_schemaCookie;
+    std::unique_ptr<SQLite::Statement> m_beginNested;
+    std::unique_ptr<SQLite::Statement> m_commitNested;
     int m_checkedSchema = 0; // the cookie of the schema that has passed the check
 };

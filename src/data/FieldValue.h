@@ -44,8 +44,9 @@ QVariant toVariant(const Cell &cell);
 // The value that a field of this type stores for `value`, or nothing if the field does not accept
 // it. Text is converted to a number without regard to the locale or to spaces at its ends. A whole
 // number is an optional sign and digits; a number may also have a point followed by digits; yes and
-// no are True and False in any case, or a whole number.
+// no are True and False in any case, or a whole number. The text of the second overload is UTF-8.
 std::optional<FieldValue> convertToField(FieldType type, const QVariant &value);
+std::optional<FieldValue> convertToField(FieldType type, std::string_view text);
 
 // Whether a number field accepts the text and the text has no minus sign. Empty text counts as 0.
 bool isNotNegative(const QString &text);

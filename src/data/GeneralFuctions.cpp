@@ -18,3 +18,12 @@ QStringView trimSpaces(QStringView text)
         text.chop(1);
     return text;
 }
+
+std::string_view trimSpaces(std::string_view text)
+{
+    while (text.starts_with(' '))
+        text.remove_prefix(1);
+    while (text.ends_with(' '))
+        text.remove_suffix(1);
+    return text;
+}

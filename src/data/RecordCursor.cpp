@@ -1,6 +1,7 @@
 #include "data/RecordCursor.h"
 
 #include "data/DatabaseError.h"
+#include "platform/Utf8.h"
 
 #include <QScopeGuard>
 
@@ -181,6 +182,12 @@ void RecordCursor::FindFirst(const QString &criteria)
     find(criteria, 0);
 }
 
+void RecordCursor::FindFirst(Criterion criterion)
+{
+    readRows();
+    find(std::move(criterion), 0);
+}
+
 void RecordCursor::FindNext(const QString &criteria)
 {
     if (m_place == Place::OnKeyedRow && findInKeyedRows(m_keyedRows.findNext(criteria)))
@@ -201,10 +208,11 @@ bool RecordCursor::findInKeyedRows(std::optional<bool> isFound)
     return true;
 }
 
-void RecordCursor::find(const QString &criteria, qsizetype from)
+template <typename Criteria>
+void RecordCursor::find(Criteria &&criteria, qsizetype from)
 {
     m_buffer = Buffer::Closed;
-    const qsizetype found = m_search.find(criteria, from);
+    const qsizetype found = m_search.find(std::forward<Criteria>(criteria), from);
     m_noMatch = found < 0;
     if (!m_noMatch)
         setPosition(found);
@@ -222,18 +230,51 @@ QVariant RecordCursor::value(QLatin1StringView field)
                                                : m_rows.cell(m_row, column));
 }
 
-void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
+qint64 RecordCursor::key()
 {
-    const auto column = static_cast<std::size_t>(m_rows.columnNumber(field));
+    requireRow();
+    return m_rows.key(m_row);
+}
+
+// Returns the field's place in the edit buffer.
+std::size_t RecordCursor::writtenColumn(QLatin1StringView field) const
+{
+    const int column = m_rows.columnNumber(field);
     if (m_buffer == Buffer::Closed)
         throw DatabaseError(tr("The field %1 cannot be written while no row is being added or "
                                "edited in: %2")
                                 .arg(field, m_rows.query().source()));
-    std::optional<FieldValue> converted =
-        convertToField(m_rows.query().columns()[column].type, value);
+    return static_cast<std::size_t>(column);
+}
+
+void RecordCursor::setValue(QLatin1StringView field, const QVariant &value)
+{
+    const std::size_t column = writtenColumn(field);
+    std::optional<FieldValue> converted = convertToField(typeOf(column), value);
     if (!converted)
-        throw DatabaseError(tr("The field %1 does not take \"%2\".").arg(field, value.toString()));
+        failForValue(field, value.toString());
     m_values[column] = std::move(converted);
+}
+
+void RecordCursor::setValue(QLatin1StringView field, std::string_view text)
+{
+    const std::size_t column = writtenColumn(field);
+    std::optional<FieldValue> converted = convertToField(typeOf(column), text);
+    if (!converted)
+        failForValue(field, platform::decodeUtf8(text));
+    m_values[column] = std::move(converted);
+}
+
+void RecordCursor::setKey(QLatin1StringView field, qint64 key)
+{
+    const std::size_t column = writtenColumn(field);
+    Q_ASSERT(typeOf(column) == FieldType::Key);
+    m_values[column] = key;
+}
+
+void RecordCursor::failForValue(QLatin1StringView field, const QString &value)
+{
+    throw DatabaseError(tr("The field %1 does not take \"%2\".").arg(field, value));
 }
 
 void RecordCursor::requireUpdatable() const

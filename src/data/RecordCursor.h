@@ -46,8 +46,10 @@ public:
 
     // FindFirst() searches from the first row on, FindNext() from the row after the current one.
     // If no row satisfies the criterion (see Criterion.h), NoMatch() is true and the position
-    // stays. They read: all rows, or the lines of one recipe.
+    // stays. They read: all rows, or the lines of one recipe if the criterion is a text. One that
+    // is not given as text need not be parsed.
     void FindFirst(const QString &criteria);
+    void FindFirst(Criterion criterion);
     void FindNext(const QString &criteria);
     bool NoMatch() const { return m_noMatch; }
 
@@ -78,9 +80,16 @@ public:
     // another program has deleted the row.
     QVariant value(QLatin1StringView field);
 
+    // For updatable sources: what identifies the current row in its table. Reads.
+    qint64 key();
+
     // Sets a field in the edit buffer. Fails if the field does not accept the value, see
-    // convertToField().
+    // convertToField(). The text of the second overload is UTF-8.
     void setValue(QLatin1StringView field, const QVariant &value);
+    void setValue(QLatin1StringView field, std::string_view text);
+
+    // Sets a key field in the edit buffer, which accepts every key.
+    void setKey(QLatin1StringView field, qint64 key);
 
     // The rows for lists, which show any row without moving to it. Reads. The rows are valid until
     // the next requery; the set, as long as the cursor.
@@ -106,8 +115,12 @@ private:
     void setPosition(qsizetype row);
     qsizetype nextRow() const;
     bool findInKeyedRows(std::optional<bool> isFound);
-    void find(const QString &criteria, qsizetype from);
+    template <typename Criteria>
+    void find(Criteria &&criteria, qsizetype from);
 
+    std::size_t writtenColumn(QLatin1StringView field) const;
+    FieldType typeOf(std::size_t column) const { return m_rows.query().columns()[column].type; }
+    [[noreturn]] static void failForValue(QLatin1StringView field, const QString &value);
     void openBuffer(Buffer buffer);
     TableWriter &writer();
     void addRow();

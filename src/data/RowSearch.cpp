@@ -1,6 +1,5 @@
 #include "data/RowSearch.h"
 
-#include "data/Criterion.h"
 #include "data/TextComparison.h"
 
 #include <algorithm>
@@ -94,8 +93,21 @@ qsizetype ColumnIndex::find(const SearchKey &key, const RowSet &rows, qsizetype 
 
 qsizetype RowSearch::find(const QString &criteria, qsizetype from)
 {
-    if (!m_prepared || criteria != m_prepared->criteria)
-        m_prepared = prepare(criteria);
+    if (!m_prepared || m_prepared->criteria != criteria) {
+        m_prepared = prepare(Criterion::parse(criteria));
+        m_prepared->criteria = criteria;
+    }
+    return findPrepared(from);
+}
+
+qsizetype RowSearch::find(Criterion criterion, qsizetype from)
+{
+    m_prepared = prepare(std::move(criterion));
+    return findPrepared(from);
+}
+
+qsizetype RowSearch::findPrepared(qsizetype from)
+{
     if (m_prepared->isPattern || m_rows.isLongText(m_prepared->column))
         return scan(from);
 
@@ -109,14 +121,13 @@ qsizetype RowSearch::find(const QString &criteria, qsizetype from)
     return found;
 }
 
-RowSearch::Prepared RowSearch::prepare(const QString &criteria) const
+RowSearch::Prepared RowSearch::prepare(Criterion criterion) const
 {
-    Criterion parsed = Criterion::parse(criteria);
-    const int column = m_rows.columnNumber(QLatin1StringView(parsed.field));
-    const auto *text = std::get_if<std::string>(&parsed.value);
+    const int column = m_rows.columnNumber(QLatin1StringView(criterion.field));
+    const auto *text = std::get_if<std::string>(&criterion.value);
     const bool isPattern =
-        text != nullptr && parsed.comparison == Comparison::Like && hasPatternCharacters(*text);
-    return {criteria, column, isPattern, SearchKey(std::move(parsed.value))};
+        text != nullptr && criterion.comparison == Comparison::Like && hasPatternCharacters(*text);
+    return {{}, column, isPattern, SearchKey(std::move(criterion.value))};
 }
 
 RowSearch::SearchedColumn &RowSearch::searchedColumn()

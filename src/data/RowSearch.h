@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/Criterion.h"
 #include "data/RowSet.h"
 
 #include <string>
@@ -59,6 +60,7 @@ public:
     // The number of the first row from `from` on that satisfies the criterion, or -1. Throws
     // DatabaseError if the text is not a criterion or there is no such field.
     qsizetype find(const QString &criteria, qsizetype from);
+    qsizetype find(Criterion criterion, qsizetype from);
 
     // To be called after a row has been appended.
     void rowAppended();
@@ -68,7 +70,7 @@ public:
 
 private:
     struct Prepared {
-        QString criteria;
+        std::optional<QString> criteria; // none if the criterion was not given as text
         int column;
         bool isPattern;
         SearchKey key;
@@ -81,7 +83,8 @@ private:
         std::optional<ColumnIndex> index;
     };
 
-    Prepared prepare(const QString &criteria) const;
+    Prepared prepare(Criterion criterion) const;
+    qsizetype findPrepared(qsizetype from);
     SearchedColumn &searchedColumn();
     qsizetype scan(qsizetype from) const;
 

@@ -126,7 +126,7 @@ std::array<bool, tableCount> namedTables(std::string_view sql)
 bool isSameName(std::string_view a, std::string_view b)
 {
     return a.size() == b.size()
-        && sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0;
+        && (a == b || sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(a.size())) == 0);
 }
 
 std::string creationScript()

@@ -16,12 +16,13 @@ void GroupCommit::endBatch()
     rollBack();
 }
 
-void GroupCommit::begin(Database &database)
+bool GroupCommit::begin(Database &database)
 {
     if (m_transaction)
-        return;
+        return false;
     m_transaction.emplace(database);
     m_sinceBegin.start();
+    return true;
 }
 
 bool GroupCommit::isDue() const

@@ -15,8 +15,9 @@ public:
     void endBatch(); // rolls back what has not been committed
     bool isBatch() const { return m_isBatch; }
 
-    // To be called before each file: begins a transaction if none is open. Throws DatabaseError.
-    void begin(Database &database);
+    // To be called before each file: begins a transaction if none is open. Returns whether it has
+    // begun one. Throws DatabaseError.
+    bool begin(Database &database);
 
     // To be asked after each file: whether the transaction should be committed now. Outside a batch
     // that is after every file.

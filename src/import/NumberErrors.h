@@ -3,20 +3,10 @@
 #include "import/srf/SrfParser.h"
 
 #include <optional>
-#include <vector>
 
 // The texts of a recipe file that are not the numbers that the columns of the database accept.
-struct NumberErrors {
-    // The fields of an ingredient are stored only if the catalog does not have it, and of several
-    // entries with one name only those of the first one.
-    struct Ingredient {
-        QString name;
-        SrfError error;
-    };
 
-    std::optional<SrfError> heading;
-    std::vector<Ingredient> ingredients; // in the order of the file
-};
+std::optional<SrfError> headingError(const SrfRecipe &recipe);
 
-// Does not need the database.
-NumberErrors findNumberErrors(const SrfRecipe &recipe);
+// The error in the fields that are stored if the catalog does not have the ingredient.
+std::optional<SrfError> newIngredientError(const SrfIngredient &ingredient);

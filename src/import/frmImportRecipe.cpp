@@ -3,14 +3,18 @@
 #include "data/Criterion.h"
 #include "data/DatabaseError.h"
 #include "data/DatabasePath.h"
+#include "data/TextComparison.h"
+#include "import/NumberErrors.h"
 #include "import/srf/SrfFile.h"
 #include "interaction/ControlCharacters.h"
 #include "platform/Paths.h"
 #include "platform/UserVisibleError.h"
+#include "platform/Utf8.h"
 
 #include <QLocale>
 #include <QScopeGuard>
 
+#include <unordered_set>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,6 +26,22 @@ constexpr int importedRating = 5;
 
 // In bytes. A larger file takes long to parse, and other programs must not wait for that.
 constexpr qsizetype largeFile = qsizetype(64) << 10;
+
+// A set of names that compares them as the database does.
+struct NameHash {
+    std::size_t operator()(std::string_view name) const { return textHash(name); }
+};
+struct NameEqual {
+    bool operator()(std::string_view a, std::string_view b) const { return textsEqual(a, b); }
+};
+using NameSet = std::unordered_set<std::string_view, NameHash, NameEqual>;
+
+// Moves to the first row with this name; returns whether there is one.
+bool find(RecordCursor &rows, const QByteArray &field, std::string_view name)
+{
+    rows.FindFirst(Criterion{field, Comparison::Equal, std::string(name)});
+    return !rows.NoMatch();
+}
 
 } // namespace
 
@@ -83,7 +103,8 @@ QString frmImportRecipe::endedEarlyText(const QString &reason) const
         ? tr("1 recipe was imported.")
         : tr("%1 recipes were imported.").arg(QLocale(QLocale::English).toString(m_batch.imported));
     return tr("%1 The import ended at \"%2\":\n\n%3")
-        .arg(imported, excerpt(platform::displayPath(m_batch.current.filename())),
+        .arg(imported,
+             excerpt(platform::displayPath(std::filesystem::path(m_batch.current).filename())),
              QString(reason).remove(u' ' + DatabaseError::nothingStored()));
 }
 
@@ -99,24 +120,23 @@ QString frmImportRecipe::importRestText() const
 // The whole file is read and parsed before anything is written or asked.
 frmImportRecipe::Outcome frmImportRecipe::ImportSRFFile(const std::filesystem::path &path)
 {
-    m_batch.current = path;
-    std::error_code failure; // reading the file explains it
-    if (const auto size = std::filesystem::file_size(path, failure); !failure && size > largeFile)
-        commitGroup();
+    m_batch.current = path.native();
+    std::variant<QByteArray, SrfFileError> read = readSrfFile(path, [this](qsizetype size) {
+        if (size > largeFile)
+            commitGroup();
+    });
     if (m_batch.isStopped)
         return Outcome::Stopped;
-    const std::variant<QByteArray, SrfFileError> read = readSrfFile(path);
     if (const auto *error = std::get_if<SrfFileError>(&read)) {
         return reject(error->failure == platform::ReadFailure::NotFound
                           ? tr("Could not find file.  Try importing file though File, Import.")
                           : error->message);
     }
-    std::variant<SrfRecipe, SrfError> parsed = parseSrf(decodeSrf(std::get<QByteArray>(read)));
+    std::variant<SrfRecipe, SrfError> parsed =
+        parseSrf(decodeSrf(std::get<QByteArray>(std::move(read))));
     if (const auto *error = std::get_if<SrfError>(&parsed))
         return reject(srfErrorText(*error, platform::displayPath(path)));
-    auto &recipe = std::get<SrfRecipe>(parsed);
-    NumberErrors numberErrors = findNumberErrors(recipe);
-    return importInGroup({path, std::move(recipe), std::move(numberErrors)});
+    return importInGroup({path.native(), std::get<SrfRecipe>(std::move(parsed))});
 }
 
 // Imports the file into the transaction of the group. If that fails, the files before it are kept.
@@ -168,7 +188,7 @@ void frmImportRecipe::commitGroup()
             throw;
         }
     }
-    const std::filesystem::path current = m_batch.current;
+    const std::string current = m_batch.current;
     std::vector<ReadFile> files = std::exchange(m_batch.group, {});
     for (ReadFile &file : files) {
         if (importAlone(file) == Outcome::Stopped) {
@@ -209,56 +229,57 @@ void frmImportRecipe::dropGroup()
 frmImportRecipe::Outcome frmImportRecipe::importRecipe(ReadFile &file)
 {
     beginFile();
-    std::optional<SrfError> error = numberError(file.numberErrors);
-    if (!error && !file.importAnyway && isTaken(file.recipe.name)) {
+    std::variant<IngredientKeys, SrfError> ingredients = findIngredients(file.recipe);
+    const bool isGood = std::holds_alternative<IngredientKeys>(ingredients);
+    if (isGood && !file.importAnyway && isTaken(file.recipe.name)) {
         const Button answer = askAboutTakenName(file.recipe.name);
         if (answer != Button::Yes)
             return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
         file.importAnyway = true;
         beginFile();
-        error = numberError(file.numberErrors); // another program may have changed the catalogs
+        ingredients = findIngredients(file.recipe); // another program may have changed the catalog
     }
-    if (error)
+    if (const auto *error = std::get_if<SrfError>(&ingredients))
         return reject(srfErrorText(*error, platform::displayPath(file.path)));
     Transaction transaction(datRecipe.Database());
-    ReadSRFRecipe(file.recipe, freeName(file.recipe.name));
+    ReadSRFRecipe(file.recipe, std::get<IngredientKeys>(ingredients),
+                  file.importAnyway ? freeName(file.recipe.name) : std::string(file.recipe.name));
     transaction.commit();
     return Outcome::Imported;
 }
 
+// While the transaction of the group is open, no other program can change what the cursors hold.
 void frmImportRecipe::beginFile()
 {
-    m_commits.begin(datRecipe.Database());
-    m_sources.requery();
+    if (m_commits.begin(datRecipe.Database()))
+        m_sources.requery();
 }
 
-bool frmImportRecipe::isTaken(const QString &name)
+bool frmImportRecipe::isTaken(std::string_view name)
 {
-    RecordCursor &recipes = datRecipe.Recordset();
-    recipes.FindFirst(criterion("RecipeName"_L1, Comparison::Equal, name));
-    return !recipes.NoMatch();
+    return find(datRecipe.Recordset(), "RecipeName"_ba, name);
 }
 
 // Returns the name, or the name followed by the first number that makes it unique.
-QString frmImportRecipe::freeName(const QString &name)
+std::string frmImportRecipe::freeName(std::string_view name)
 {
-    QString candidate = name;
+    std::string candidate(name);
     for (int n = 1; isTaken(candidate); ++n)
-        candidate = name + u' ' + QString::number(n);
+        candidate = std::string(name) + ' ' + std::to_string(n);
     return candidate;
 }
 
 // The answer of an earlier question can apply to all later ones of the batch.
-Button frmImportRecipe::askAboutTakenName(const QString &name)
+Button frmImportRecipe::askAboutTakenName(std::string_view name)
 {
     if (m_batch.answerForAll)
         return *m_batch.answerForAll;
-    MessageBox box{
-        tr("%1 is already in the database.  Do you want to import it anyways?").arg(excerpt(name)),
-        tr("Already in database"),
-        Icon::Information,
-        {Button::Yes, Button::No},
-        Button::No};
+    MessageBox box{tr("%1 is already in the database.  Do you want to import it anyways?")
+                       .arg(excerpt(platform::decodeUtf8(name))),
+                   tr("Already in database"),
+                   Icon::Information,
+                   {Button::Yes, Button::No},
+                   Button::No};
     bool isForAll = false;
     if (m_commits.isBatch()) {
         box.checkBox = tr("&Do the same for the other recipes that are already there");
@@ -287,32 +308,52 @@ Button frmImportRecipe::show(MessageBox box)
     return m_interaction.show(box);
 }
 
-// Returns the first error that matters: one of an ingredient does only if the catalog does not have
-// the ingredient.
-std::optional<SrfError> frmImportRecipe::numberError(const NumberErrors &errors)
+// Looks up each ingredient. Returns the first error in the numbers of the file; those of an
+// ingredient matter only if it is new, and only in the first entry with its name.
+std::variant<frmImportRecipe::IngredientKeys, SrfError>
+frmImportRecipe::findIngredients(const SrfRecipe &recipe)
 {
-    if (errors.heading)
-        return errors.heading;
-    RecordCursor &catalog = datIngredients.Recordset();
-    for (const auto &[name, error] : errors.ingredients) {
-        catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, name));
-        if (catalog.NoMatch())
-            return error;
+    if (std::optional<SrfError> error = headingError(recipe))
+        return *std::move(error);
+    IngredientKeys keys;
+    keys.reserve(recipe.ingredients.size());
+    NameSet newNames;
+    for (const SrfIngredient &ingredient : recipe.ingredients) {
+        keys.push_back(ingredientKey(ingredient.name));
+        if (keys.back() != 0 || !newNames.insert(ingredient.name).second)
+            continue;
+        if (std::optional<SrfError> error = newIngredientError(ingredient))
+            return *std::move(error);
     }
-    return {};
+    return keys;
 }
 
-void frmImportRecipe::ReadSRFRecipe(const SrfRecipe &recipe, const QString &name)
+void frmImportRecipe::ReadSRFRecipe(const SrfRecipe &recipe, const IngredientKeys &ingredients,
+                                    std::string_view name)
 {
-    const QVariant recipeId = addRecipe(recipe, name);
-    for (const SrfIngredient &ingredient : recipe.ingredients)
-        addIngredient(ingredient, recipeId);
-    for (const SrfUtensil &utensil : recipe.utensils)
-        addUtensil(utensil, recipeId);
+    const qint64 recipeId = addRecipe(recipe, name);
+    RecordCursor &ingredientLinks = datRecipeIngredients.Recordset();
+    for (std::size_t i = 0; i < ingredients.size(); ++i) {
+        const SrfIngredient &ingredient = recipe.ingredients[i];
+        const qint64 known = ingredients[i];
+        ingredientLinks.AddNew();
+        ingredientLinks.setValue("Quantity"_L1, ingredient.quantity);
+        ingredientLinks.setKey("IngredientID"_L1,
+                               known != 0 ? known : findOrAddIngredient(ingredient));
+        ingredientLinks.setKey("RecipeID"_L1, recipeId);
+        ingredientLinks.Update();
+    }
+    RecordCursor &utensilLinks = datRecipeUtensils.Recordset();
+    for (const SrfUtensil &utensil : recipe.utensils) {
+        utensilLinks.AddNew();
+        utensilLinks.setKey("UtensilID"_L1, findOrAddUtensil(utensil.name));
+        utensilLinks.setKey("RecipeID"_L1, recipeId);
+        utensilLinks.Update();
+    }
 }
 
 // Returns the new recipe's key.
-QVariant frmImportRecipe::addRecipe(const SrfRecipe &recipe, const QString &name)
+qint64 frmImportRecipe::addRecipe(const SrfRecipe &recipe, std::string_view name)
 {
     RecordCursor &recipes = datRecipe.Recordset();
     recipes.AddNew();
@@ -325,44 +366,41 @@ QVariant frmImportRecipe::addRecipe(const SrfRecipe &recipe, const QString &name
     recipes.setValue("Instructions"_L1, recipe.instructions);
     recipes.Update();
     recipes.MoveLast();
-    return recipes.value("RecipeID"_L1);
+    return recipes.key();
 }
 
-void frmImportRecipe::addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId)
+// Returns 0 if the catalog does not have the ingredient.
+qint64 frmImportRecipe::ingredientKey(std::string_view name)
 {
     RecordCursor &catalog = datIngredients.Recordset();
-    catalog.FindFirst(criterion("IngredientName"_L1, Comparison::Equal, ingredient.name));
-    if (catalog.NoMatch()) {
-        const auto fields = std::get<SrfNewIngredient>(newIngredient(ingredient));
-        catalog.AddNew();
-        catalog.setValue("IngredientName"_L1, ingredient.name);
-        catalog.setValue("IngredientType"_L1, fields.type);
-        catalog.setValue("ShelfLife"_L1, fields.shelfLife);
-        catalog.setValue("Vegetarian"_L1, fields.vegetarian);
-        catalog.Update();
-        catalog.MoveLast();
-    }
-    RecordCursor &links = datRecipeIngredients.Recordset();
-    links.AddNew();
-    links.setValue("Quantity"_L1, ingredient.quantity);
-    links.setValue("IngredientID"_L1, catalog.value("IngredientID"_L1));
-    links.setValue("RecipeID"_L1, recipeId);
-    links.Update();
+    return find(catalog, "IngredientName"_ba, name) ? catalog.key() : 0;
 }
 
-void frmImportRecipe::addUtensil(const SrfUtensil &utensil, const QVariant &recipeId)
+// Returns the key of an ingredient that may be new; an earlier line may have added it.
+qint64 frmImportRecipe::findOrAddIngredient(const SrfIngredient &ingredient)
+{
+    if (const qint64 key = ingredientKey(ingredient.name))
+        return key;
+    const auto fields = std::get<SrfNewIngredient>(newIngredient(ingredient));
+    RecordCursor &catalog = datIngredients.Recordset();
+    catalog.AddNew();
+    catalog.setValue("IngredientName"_L1, ingredient.name);
+    catalog.setValue("IngredientType"_L1, fields.type);
+    catalog.setValue("ShelfLife"_L1, fields.shelfLife);
+    catalog.setValue("Vegetarian"_L1, fields.vegetarian);
+    catalog.Update();
+    catalog.MoveLast();
+    return catalog.key();
+}
+
+qint64 frmImportRecipe::findOrAddUtensil(std::string_view name)
 {
     RecordCursor &catalog = datUtensils.Recordset();
-    catalog.FindFirst(criterion("UtensilName"_L1, Comparison::Equal, utensil.name));
-    if (catalog.NoMatch()) {
+    if (!find(catalog, "UtensilName"_ba, name)) {
         catalog.AddNew();
-        catalog.setValue("UtensilName"_L1, utensil.name);
+        catalog.setValue("UtensilName"_L1, name);
         catalog.Update();
         catalog.MoveLast();
     }
-    RecordCursor &links = datRecipeUtensils.Recordset();
-    links.AddNew();
-    links.setValue("UtensilID"_L1, catalog.value("UtensilID"_L1));
-    links.setValue("RecipeID"_L1, recipeId);
-    links.Update();
+    return catalog.key();
 }

@@ -2,7 +2,6 @@
 
 #include "data/DataSource.h"
 #include "import/GroupCommit.h"
-#include "import/NumberErrors.h"
 #include "import/srf/SrfParser.h"
 #include "interaction/Interaction.h"
 
@@ -11,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 // The hidden owner of the five cursors through which recipe files are imported. It is never shown.
@@ -51,15 +51,14 @@ private:
     Q_DISABLE_COPY_MOVE(frmImportRecipe)
 
     struct ReadFile {
-        std::filesystem::path path;
+        std::string path; // a std::filesystem::path would take several times as long to copy
         SrfRecipe recipe;
-        NumberErrors numberErrors;
         bool importAnyway = false; // the user has said so, although its title is taken
     };
 
     // The state of a batch. A single import is a batch of one file.
     struct Batch {
-        std::filesystem::path current; // the file that is being imported
+        std::string current; // path of the file that is being imported
         std::vector<ReadFile> group; // imported in the open transaction, in this order
         qsizetype imported = 0; // committed recipes
         std::optional<Button> answerForAll; // to the question about a taken title
@@ -75,17 +74,22 @@ private:
     void commitGroup();
     void dropGroup();
     void beginFile();
-    bool isTaken(const QString &name);
-    QString freeName(const QString &name);
-    Button askAboutTakenName(const QString &name);
+    bool isTaken(std::string_view name);
+    std::string freeName(std::string_view name);
+    Button askAboutTakenName(std::string_view name);
     Outcome reject(const QString &text);
     Button show(MessageBox box);
 
-    std::optional<SrfError> numberError(const NumberErrors &errors);
-    void ReadSRFRecipe(const SrfRecipe &recipe, const QString &name);
-    QVariant addRecipe(const SrfRecipe &recipe, const QString &name);
-    void addIngredient(const SrfIngredient &ingredient, const QVariant &recipeId);
-    void addUtensil(const SrfUtensil &utensil, const QVariant &recipeId);
+    // The keys of a recipe's ingredients, in its order; 0 for one that the catalog does not have.
+    using IngredientKeys = std::vector<qint64>;
+
+    std::variant<IngredientKeys, SrfError> findIngredients(const SrfRecipe &recipe);
+    void ReadSRFRecipe(const SrfRecipe &recipe, const IngredientKeys &ingredients,
+                       std::string_view name);
+    qint64 addRecipe(const SrfRecipe &recipe, std::string_view name);
+    qint64 ingredientKey(std::string_view name);
+    qint64 findOrAddIngredient(const SrfIngredient &ingredient);
+    qint64 findOrAddUtensil(std::string_view name);
 
     Interaction &m_interaction;
     DataSources m_sources;

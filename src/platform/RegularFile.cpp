@@ -1,6 +1,6 @@
 #include "platform/RegularFile.h"
 
-#include <QFile>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cerrno>
@@ -8,6 +8,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace platform {
 namespace {
@@ -38,31 +39,38 @@ std::optional<FileReadError> findObstacle(const struct stat &status, qsizetype l
     return std::nullopt;
 }
 
-// Reads until nothing is left, because after a part has been read QFile reports an error only at
-// the next call.
-std::variant<QByteArray, FileReadError> readToEnd(QFile &file, qsizetype expected, qsizetype limit)
+// Asks for one byte more than expected, so that one call mostly reads all and finds the end. Reads
+// on if there is more or less, because after a part has been read the system reports an error only
+// at the next call.
+std::variant<QByteArray, FileReadError> readToEnd(int descriptor, qsizetype expected,
+                                                  qsizetype limit)
 {
-    QByteArray bytes(expected + 1, Qt::Uninitialized); // one more, to detect the end
+    QByteArray bytes(expected + 1, Qt::Uninitialized);
     qsizetype size = 0;
     while (size <= limit) {
         if (size == bytes.size())
             bytes.resize(std::min(limit + 1, 2 * size + 4096));
-        const qint64 count = file.read(bytes.data() + size, bytes.size() - size);
+        const auto room = static_cast<std::size_t>(bytes.size() - size);
+        const ssize_t count = ::read(descriptor, bytes.data() + size, room);
+        if (count < 0 && errno == EINTR)
+            continue;
         if (count < 0)
-            return FileReadError{ReadFailure::Failed, file.errorString()};
-        if (count == 0) {
+            return errorOf(errno);
+        const bool isWhole = size == 0 && count == expected;
+        size += count;
+        if (count == 0 || isWhole) {
             bytes.truncate(size);
             return bytes;
         }
-        size += count;
     }
     return FileReadError{ReadFailure::TooLarge, {}};
 }
 
 } // namespace
 
-std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::path &path,
-                                                        qsizetype limit)
+std::variant<QByteArray, FileReadError>
+readRegularFile(const std::filesystem::path &path, qsizetype limit,
+                const std::function<void(qsizetype)> &beforeReading)
 {
     const std::string &name = path.native();
     if (name.find('\0') != std::string::npos) // the system would open another file
@@ -79,15 +87,14 @@ std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::p
     const int descriptor = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
         return errorOf(errno);
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
-                   QFileDevice::AutoCloseHandle))
-        return FileReadError{ReadFailure::Failed, file.errorString()};
+    const auto close = qScopeGuard([descriptor] { ::close(descriptor); });
     if (::fstat(descriptor, &status) != 0)
         return errorOf(errno);
     if (const auto error = findObstacle(status, limit))
         return *error;
-    return readToEnd(file, static_cast<qsizetype>(status.st_size), limit);
+    const auto size = static_cast<qsizetype>(status.st_size);
+    beforeReading(size);
+    return readToEnd(descriptor, size, limit);
 }
 
 } // namespace platform

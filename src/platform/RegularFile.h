@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 #include <variant>
 
 namespace platform {
@@ -24,8 +25,10 @@ struct FileReadError {
 
 // Returns the contents of a regular file, or of the file that a symbolic link leads to. Never waits
 // for a pipe or a device, and never holds more than limit + 1 bytes: a file that is larger, or that
-// grows beyond the limit while it is read, is TooLarge.
-std::variant<QByteArray, FileReadError> readRegularFile(const std::filesystem::path &path,
-                                                        qsizetype limit);
+// grows beyond the limit while it is read, is TooLarge. Calls `beforeReading` with the file's size
+// before the first byte is read.
+std::variant<QByteArray, FileReadError> readRegularFile(
+    const std::filesystem::path &path, qsizetype limit,
+    const std::function<void(qsizetype)> &beforeReading = [](qsizetype) {});
 
 } // namespace platform

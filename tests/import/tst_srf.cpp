@@ -2,6 +2,7 @@
 #include "import/srf/SrfParser.h"
 #include "interaction/ControlCharacters.h"
 #include "platform/Paths.h"
+#include "platform/Utf8.h"
 #include "support/Rows.h"
 #include "support/SrfText.h"
 
@@ -30,13 +31,16 @@ QByteArray firstLines(int count)
 // All that was read, one item per line, with the line numbers of ingredients and utensils.
 QString shown(const SrfRecipe &recipe)
 {
-    const QStringList heading{recipe.name, recipe.author, recipe.type, recipe.serves,
-                              recipe.description};
-    QStringList all{heading.join(u'/'), recipe.instructions};
+    const auto text = [](std::string_view utf8) { return platform::decodeUtf8(utf8); };
+    QStringList heading;
+    for (const std::string_view field :
+         {recipe.name, recipe.author, recipe.type, recipe.serves, recipe.description})
+        heading += text(field);
+    QStringList all{heading.join(u'/'), text(recipe.instructions)};
     for (const SrfIngredient &each : recipe.ingredients)
-        all += u"%1 %2 %3"_s.arg(QString::number(each.line), each.quantity, each.name);
+        all += u"%1 %2 %3"_s.arg(QString::number(each.line), text(each.quantity), text(each.name));
     for (const SrfUtensil &each : recipe.utensils)
-        all += u"%1 %2"_s.arg(QString::number(each.line), each.name);
+        all += u"%1 %2"_s.arg(QString::number(each.line), text(each.name));
     return all.join(u'\n').replace("\r\n"_L1, "~"_L1);
 }
 
@@ -239,7 +243,7 @@ private Q_SLOTS:
     void decoding()
     {
         const auto [bytes, text] = fetchRow<QByteArray, QString>();
-        QCOMPARE(decodeSrf(bytes), text);
+        QCOMPARE(decodeSrf(bytes), text.toUtf8());
     }
 };
 

@@ -5,6 +5,7 @@
 #include "import/srf/SrfFile.h"
 #include "import/srf/SrfParser.h"
 #include "platform/Paths.h"
+#include "platform/Utf8.h"
 #include "support/FileBytes.h"
 #include "support/MockInteraction.h"
 #include "support/Rows.h"
@@ -94,11 +95,15 @@ private Q_SLOTS:
                      frmImportRecipe::Outcome::Imported);
             const auto recipe = std::get<SrfRecipe>(parseSrf(decodeSrf(bytesOf(path))));
             for (const auto &[ingredient, quantity, entry, line] : recipe.ingredients) {
-                QVERIFY2(ingredients.contains(entry.chopped(quantity.size())), qPrintable(entry));
-                QCOMPARE(quantityText(quantity, {}, {}), quantity);
+                const QString amount = platform::decodeUtf8(quantity);
+                const QString known = platform::decodeUtf8(entry).chopped(amount.size());
+                QVERIFY2(ingredients.contains(known), qPrintable(known));
+                QCOMPARE(quantityText(amount, {}, {}), amount);
             }
-            for (const SrfUtensil &utensil : recipe.utensils)
-                QVERIFY2(utensils.contains(utensil.name), qPrintable(utensil.name));
+            for (const SrfUtensil &each : recipe.utensils) {
+                const QString utensil = platform::decodeUtf8(each.name);
+                QVERIFY2(utensils.contains(utensil), qPrintable(utensil));
+            }
         }
         QCOMPARE(texts("SELECT RecipeType FROM Recipes").size(), recipeTypes().size());
     }

@@ -1,4 +1,5 @@
 #include "Bench.h"
+#include "data/DatabaseSession.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -43,6 +44,7 @@ int main(int argc, char *argv[])
     // The windows in this process need no display. Programs that it starts inherit the real
     // platform.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    configureSqlite(); // before the baselines use SQLite
     const QApplication application(argc, argv);
     qunsetenv("QT_QPA_PLATFORM");
     QStringList names;

@@ -1,7 +1,7 @@
 #include "import/srf/SrfFile.h"
 #include "import/srf/SrfParser.h"
 
-#include <QStringList>
+#include <QByteArrayList>
 
 #include <cstdint>
 #include <cstdlib>
@@ -17,20 +17,25 @@ void require(bool condition)
 }
 
 // The lines of a file, found in a different way than the parser finds them.
-QStringList linesOf(const QString &text)
+QByteArrayList linesOf(QByteArray text)
 {
-    QStringList lines = QString(text).replace("\r\n"_L1, "\r"_L1).split(u'\r');
+    QByteArrayList lines = text.replace("\r\n", "\r").split('\r');
     if (lines.last().isEmpty())
         lines.removeLast();
     return lines;
 }
 
-bool isName(const QString &name)
+QByteArray bytes(std::string_view text)
 {
-    return !name.isEmpty() && !name.contains(QChar::Null);
+    return {text.data(), static_cast<qsizetype>(text.size())};
 }
 
-void checkError(const SrfError &error, const QStringList &lines)
+bool isName(const QByteArray &name)
+{
+    return !name.isEmpty() && !name.contains('\0');
+}
+
+void checkError(const SrfError &error, const QByteArrayList &lines)
 {
     const bool atEnd = error.kind == SrfError::Kind::EndOfFile;
     require(error.line >= 1);
@@ -39,17 +44,18 @@ void checkError(const SrfError &error, const QStringList &lines)
     else
         require(error.line <= lines.size());
     if (error.kind == SrfError::Kind::UnexpectedLine)
-        require(error.found == lines.at(error.line - 1));
+        require(error.found.toUtf8() == lines.at(error.line - 1));
     const QString text = srfErrorText(error, u"Soup.srf"_s);
     require(text.startsWith(u"Soup.srf") && text.size() < 1500);
 }
 
-void checkIngredient(const SrfIngredient &ingredient, const QStringList &lines)
+void checkIngredient(const SrfIngredient &ingredient, const QByteArrayList &lines)
 {
-    require(isName(ingredient.name));
-    require(ingredient.entry == lines.at(ingredient.line - 1));
-    require(ingredient.entry.startsWith(ingredient.name + u'|'));
-    require(ingredient.entry.endsWith("||"_L1 + ingredient.quantity));
+    const QByteArray entry = bytes(ingredient.entry);
+    require(isName(bytes(ingredient.name)));
+    require(entry == lines.at(ingredient.line - 1));
+    require(entry.startsWith(bytes(ingredient.name) + '|'));
+    require(entry.endsWith("||" + bytes(ingredient.quantity)));
 
     const auto result = newIngredient(ingredient);
     const auto *fields = std::get_if<SrfNewIngredient>(&result);
@@ -57,39 +63,41 @@ void checkIngredient(const SrfIngredient &ingredient, const QStringList &lines)
         checkError(std::get<SrfError>(result), lines);
         return;
     }
-    const QStringList parts{ingredient.name, fields->type, fields->shelfLife, fields->vegetarian};
-    require(!parts.contains(QString()));
-    require(ingredient.entry.startsWith(parts.join(u'|') + u'|'));
+    const QByteArrayList parts{bytes(ingredient.name), bytes(fields->type),
+                               bytes(fields->shelfLife), bytes(fields->vegetarian)};
+    require(!parts.contains(QByteArray()));
+    require(entry.startsWith(parts.join('|') + '|'));
 }
 
-void checkRecipe(const SrfRecipe &recipe, const QStringList &lines)
+void checkRecipe(const SrfRecipe &recipe, const QByteArrayList &lines)
 {
-    require(isName(recipe.name));
-    require(
-        QStringList({recipe.name, recipe.author, recipe.type, recipe.serves, recipe.description})
-        == lines.mid(1, 5));
-    require(recipe.type == lines.at(SrfRecipe::typeLine - 1));
-    require(recipe.serves == lines.at(SrfRecipe::servesLine - 1));
+    require(isName(bytes(recipe.name)));
+    const QByteArrayList heading{bytes(recipe.name), bytes(recipe.author), bytes(recipe.type),
+                                 bytes(recipe.serves), bytes(recipe.description)};
+    require(heading == lines.mid(1, 5));
+    require(bytes(recipe.type) == lines.at(SrfRecipe::typeLine - 1));
+    require(bytes(recipe.serves) == lines.at(SrfRecipe::servesLine - 1));
 
-    const auto first = lines.indexOf(u"<Instructions>"_s, 6) + 1;
-    const auto end = lines.indexOf(u"</Instructions>"_s, first);
-    QString instructions;
-    for (const QString &line : lines.mid(first, end - first))
-        instructions += (line.count(u' ') == line.size() ? u"\r\n\r\n"_s : line) + u"\r\n"_s;
-    require(recipe.instructions == instructions);
+    const auto first = lines.indexOf("<Instructions>", 6) + 1;
+    const auto end = lines.indexOf("</Instructions>", first);
+    QByteArray instructions;
+    for (const QByteArray &line : lines.mid(first, end - first))
+        instructions += (line.count(' ') == line.size() ? "\r\n\r\n" : line) + "\r\n";
+    require(bytes(recipe.instructions) == instructions);
 
     for (const SrfIngredient &ingredient : recipe.ingredients)
         checkIngredient(ingredient, lines);
     for (const SrfUtensil &utensil : recipe.utensils)
-        require(isName(utensil.name) && utensil.name == lines.at(utensil.line - 1));
+        require(isName(bytes(utensil.name)) && bytes(utensil.name) == lines.at(utensil.line - 1));
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString text = decodeSrf({data, static_cast<qsizetype>(size)});
-    const QStringList lines = linesOf(text);
+    const QByteArray text =
+        decodeSrf(QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
+    const QByteArrayList lines = linesOf(text);
     const auto result = parseSrf(text);
     if (const auto *recipe = std::get_if<SrfRecipe>(&result))
         checkRecipe(*recipe, lines);

@@ -42,9 +42,9 @@ QString messageFor(const platform::FileReadError &error, const std::filesystem::
         .arg(file, error.reason);
 }
 
-// Returns the bytes up to the end of the last tag, or all of them if a tag is missing. The tags and
-// carriage returns are the same bytes in both encodings.
-QByteArrayView upToLastTag(QByteArrayView bytes)
+// Returns the number of bytes up to the end of the last tag, or of all if a tag is missing. The
+// tags and carriage returns are the same bytes in both encodings.
+qsizetype sizeUpToLastTag(QByteArrayView bytes)
 {
     constexpr int headingLines = 6;
     static constexpr QByteArrayView tags[] = {"<Instructions>", "</Instructions>", "<Ingredients>",
@@ -56,34 +56,40 @@ QByteArrayView upToLastTag(QByteArrayView bytes)
         const qsizetype end = found < 0 ? bytes.size() : found;
         if (line > headingLines && bytes.sliced(start, end - start) == *tag
             && ++tag == std::end(tags))
-            return bytes.first(end);
+            return end;
         start = end + 1;
         if (start < bytes.size() && bytes[start] == '\n')
             ++start;
     }
-    return bytes;
+    return bytes.size();
 }
 
 } // namespace
 
-std::variant<QByteArray, SrfFileError> readSrfFile(const std::filesystem::path &path)
+std::variant<QByteArray, SrfFileError>
+readSrfFile(const std::filesystem::path &path, const std::function<void(qsizetype)> &beforeReading)
 {
-    auto result = platform::readRegularFile(path, largestSrfFile);
+    auto result = platform::readRegularFile(path, largestSrfFile, beforeReading);
     if (const auto *error = std::get_if<platform::FileReadError>(&result))
         return SrfFileError{error->failure, messageFor(*error, path)};
     return std::get<QByteArray>(std::move(result));
 }
 
-QString decodeSrf(QByteArrayView bytes)
+QByteArray decodeSrf(QByteArray bytes)
 {
-    const QByteArrayView recipe = upToLastTag(bytes);
-    if (recipe.isValidUtf8())
-        return QString::fromUtf8(recipe); // drops the byte order mark
+    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
+    bytes.truncate(sizeUpToLastTag(bytes));
+    if (bytes.isValidUtf8()) {
+        if (bytes.startsWith(byteOrderMark))
+            bytes.remove(0, byteOrderMark.size());
+        return bytes;
+    }
     QStringDecoder windows1252("windows-1252");
     if (!windows1252.isValid()) // Qt was built without ICU
         throw platform::UserVisibleError(
             Text::tr("The recipe file is not in UTF-8, and Qt on this computer cannot read "
                      "Windows-1252, the other encoding of recipe files. Save the file as UTF-8 "
                      "and import it again."));
-    return windows1252(recipe);
+    const QString text = windows1252(bytes);
+    return text.toUtf8();
 }

@@ -1,6 +1,7 @@
 #include "import/srf/SrfParser.h"
 
 #include "interaction/ControlCharacters.h"
+#include "platform/Utf8.h"
 
 #include <QCoreApplication>
 
@@ -22,8 +23,6 @@
 // The first '||' of an ingredient begins its quantity, whatever precedes it: an ingredient that is
 // in the catalog needs only its name and quantity.
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 class Parser
@@ -31,9 +30,13 @@ class Parser
     Q_DECLARE_TR_FUNCTIONS(SrfParser)
 
 public:
-    explicit Parser(QStringView text)
-        : m_rest(text)
+    explicit Parser(const QByteArray &text)
+        : m_rest(text.constData(), static_cast<std::size_t>(text.size()))
     {
+        constexpr std::size_t usualLines = 16;
+        m_recipe.text = text; // the same bytes, of which the recipe has views
+        m_recipe.ingredients.reserve(usualLines);
+        m_recipe.utensils.reserve(usualLines);
     }
 
     std::variant<SrfRecipe, SrfError> recipe();
@@ -48,22 +51,22 @@ private:
     bool utensils();
     bool utensil();
 
-    bool headingLine(QString &field, const char *expected);
+    bool headingLine(std::string_view &field, const char *expected);
     void addInstruction();
-    bool skipTo(QLatin1StringView tag);
+    bool skipTo(std::string_view tag);
     template <typename Rule>
-    bool readTo(QLatin1StringView tag, Rule rule);
-    bool checkName(QStringView name, const char *expected);
+    bool readTo(std::string_view tag, Rule rule);
+    bool checkName(std::string_view name, const char *expected);
 
     bool nextLine();
     bool isBlank() const;
     bool fail(const char *expected);
     bool failAtEnd(const QString &expected);
 
-    QStringView m_rest;
-    QStringView m_line;
-    int m_number = 0; // of m_line, counted from 1
     SrfRecipe m_recipe;
+    std::string_view m_rest;
+    std::string_view m_line;
+    int m_number = 0; // of m_line, counted from 1
     SrfError m_error = {};
 };
 
@@ -77,7 +80,7 @@ std::variant<SrfRecipe, SrfError> Parser::recipe()
 bool Parser::heading()
 {
     constexpr const char *name = QT_TR_NOOP("the name of the recipe");
-    QString anything;
+    std::string_view anything;
     return headingLine(anything, QT_TR_NOOP("a first line with any text"))
         && headingLine(m_recipe.name, name) && checkName(m_recipe.name, name)
         && headingLine(m_recipe.author, QT_TR_NOOP("the author"))
@@ -86,17 +89,18 @@ bool Parser::heading()
         && headingLine(m_recipe.description, QT_TR_NOOP("the description"));
 }
 
-bool Parser::headingLine(QString &field, const char *expected)
+bool Parser::headingLine(std::string_view &field, const char *expected)
 {
     if (!nextLine())
         return failAtEnd(tr(expected));
-    field = m_line.toString();
+    field = m_line;
     return true;
 }
 
 bool Parser::instructions()
 {
-    return skipTo("<Instructions>"_L1) && readTo("</Instructions>"_L1, [this] {
+    m_recipe.instructions.reserve(m_rest.size());
+    return skipTo("<Instructions>") && readTo("</Instructions>", [this] {
                addInstruction();
                return true;
            });
@@ -104,7 +108,7 @@ bool Parser::instructions()
 
 void Parser::addInstruction()
 {
-    constexpr QLatin1StringView lineEnd = "\r\n"_L1;
+    constexpr std::string_view lineEnd = "\r\n";
     if (isBlank())
         m_recipe.instructions.append(lineEnd).append(lineEnd);
     else
@@ -114,46 +118,44 @@ void Parser::addInstruction()
 
 bool Parser::ingredients()
 {
-    return skipTo("<Ingredients>"_L1)
-        && readTo("</Ingredients>"_L1, [this] { return isBlank() || ingredient(); });
+    return skipTo("<Ingredients>")
+        && readTo("</Ingredients>", [this] { return isBlank() || ingredient(); });
 }
 
 bool Parser::ingredient()
 {
-    const qsizetype nameEnd = m_line.indexOf(u'|');
-    const qsizetype quantityMark = m_line.indexOf(u"||");
-    if (quantityMark < 0)
+    const std::size_t nameEnd = m_line.find('|');
+    const std::size_t quantityMark = m_line.find("||");
+    if (quantityMark == std::string_view::npos)
         return fail(QT_TR_NOOP("an ingredient as name|type|shelf life|vegetarian||quantity, "
                                "or the line \"</Ingredients>\""));
-    const QStringView name = m_line.first(nameEnd);
+    const std::string_view name = m_line.substr(0, nameEnd);
     if (!checkName(name, QT_TR_NOOP("the name of an ingredient before the first |")))
         return false;
-    m_recipe.ingredients.push_back(
-        {name.toString(), m_line.sliced(quantityMark + 2).toString(), m_line.toString(), m_number});
+    m_recipe.ingredients.push_back({name, m_line.substr(quantityMark + 2), m_line, m_number});
     return true;
 }
 
 bool Parser::utensils()
 {
-    return skipTo("<Utensils>"_L1)
-        && readTo("</Utensils>"_L1, [this] { return isBlank() || utensil(); });
+    return skipTo("<Utensils>") && readTo("</Utensils>", [this] { return isBlank() || utensil(); });
 }
 
 bool Parser::utensil()
 {
     if (!checkName(m_line, QT_TR_NOOP("the name of a utensil, or the line \"</Utensils>\"")))
         return false;
-    m_recipe.utensils.push_back({m_line.toString(), m_number});
+    m_recipe.utensils.push_back({m_line, m_number});
     return true;
 }
 
-bool Parser::skipTo(QLatin1StringView tag)
+bool Parser::skipTo(std::string_view tag)
 {
     return readTo(tag, [] { return true; });
 }
 
 template <typename Rule>
-bool Parser::readTo(QLatin1StringView tag, Rule rule)
+bool Parser::readTo(std::string_view tag, Rule rule)
 {
     const int first = m_number + 1;
     while (nextLine()) {
@@ -162,14 +164,15 @@ bool Parser::readTo(QLatin1StringView tag, Rule rule)
         if (!rule())
             return false;
     }
-    return failAtEnd(tr("the line \"%1\" somewhere from line %2 on").arg(tag).arg(first));
+    return failAtEnd(
+        tr("the line \"%1\" somewhere from line %2 on").arg(platform::decodeUtf8(tag)).arg(first));
 }
 
-bool Parser::checkName(QStringView name, const char *expected)
+bool Parser::checkName(std::string_view name, const char *expected)
 {
-    if (name.isEmpty())
+    if (name.empty())
         return fail(expected);
-    if (name.contains(QChar::Null))
+    if (name.find('\0') != std::string_view::npos)
         return fail(QT_TR_NOOP("a name without a null character"));
     return true;
 }
@@ -178,28 +181,24 @@ bool Parser::checkName(QStringView name, const char *expected)
 bool Parser::nextLine()
 {
     ++m_number;
-    if (m_rest.isEmpty())
+    if (m_rest.empty())
         return false;
-    const qsizetype end = m_rest.indexOf(u'\r');
-    if (end < 0) {
-        m_line = std::exchange(m_rest, {});
-        return true;
-    }
-    m_line = m_rest.first(end);
-    m_rest = m_rest.sliced(end + 1);
-    if (m_rest.startsWith(u'\n'))
-        m_rest = m_rest.sliced(1);
+    const std::size_t end = m_rest.find('\r');
+    m_line = m_rest.substr(0, end);
+    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
+    if (end != std::string_view::npos && m_rest.starts_with('\n'))
+        m_rest.remove_prefix(1);
     return true;
 }
 
 bool Parser::isBlank() const
 {
-    return std::all_of(m_line.begin(), m_line.end(), [](QChar c) { return c == u' '; });
+    return m_line.find_first_not_of(' ') == std::string_view::npos;
 }
 
 bool Parser::fail(const char *expected)
 {
-    m_error = {m_number, tr(expected), m_line.toString()};
+    m_error = {m_number, tr(expected), platform::decodeUtf8(m_line)};
     return false;
 }
 
@@ -222,10 +221,10 @@ QString foundText(const SrfError &error)
 }
 
 // Returns whether more lines end in a line feed alone than in a carriage return.
-bool endsLinesInLineFeeds(QStringView text)
+bool endsLinesInLineFeeds(QByteArrayView text)
 {
-    const qsizetype ends = text.count(u'\r');
-    const qsizetype lineFeeds = text.count(u'\n') - text.count(u"\r\n");
+    const qsizetype ends = text.count('\r');
+    const qsizetype lineFeeds = text.count('\n') - text.count("\r\n");
     return lineFeeds > ends;
 }
 
@@ -244,7 +243,7 @@ QString srfErrorText(const SrfError &error, const QString &path)
         .arg(file, QString::number(error.line), error.expected, foundText(error));
 }
 
-std::variant<SrfRecipe, SrfError> parseSrf(const QString &text)
+std::variant<SrfRecipe, SrfError> parseSrf(const QByteArray &text)
 {
     std::variant<SrfRecipe, SrfError> result = Parser(text).recipe();
     // Within a line of a good file, line feeds are part of the text.
@@ -257,7 +256,7 @@ std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingr
 {
     SrfNewIngredient fields;
     const struct {
-        QString &field;
+        std::string_view &field;
         const char *expected;
     } rules[] = {
         {fields.type, QT_TRANSLATE_NOOP("SrfParser", "the type of a new ingredient")},
@@ -265,12 +264,13 @@ std::variant<SrfNewIngredient, SrfError> newIngredient(const SrfIngredient &ingr
         {fields.vegetarian,
          QT_TRANSLATE_NOOP("SrfParser", "True or False for a new ingredient as vegetarian")},
     };
-    qsizetype start = ingredient.name.size() + 1;
+    std::size_t start = ingredient.name.size() + 1;
     for (const auto &[field, expected] : rules) {
-        const qsizetype end = ingredient.entry.indexOf(u'|', start);
-        if (end <= start)
-            return SrfError{ingredient.line, Parser::tr(expected), ingredient.entry};
-        field = ingredient.entry.sliced(start, end - start);
+        const std::size_t end = ingredient.entry.find('|', start);
+        if (end == start || end == std::string_view::npos)
+            return SrfError{ingredient.line, Parser::tr(expected),
+                            platform::decodeUtf8(ingredient.entry)};
+        field = ingredient.entry.substr(start, end - start);
         start = end + 1;
     }
     return fields;

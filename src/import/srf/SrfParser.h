@@ -1,28 +1,32 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
+#include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
-// The contents of a recipe file. Every text is as it is in the file, neither trimmed nor converted.
+// The contents of a recipe file. Every text is UTF-8 and as it is in the file, neither trimmed nor
+// converted. The views are parts of SrfRecipe::text.
 
 struct SrfIngredient {
-    QString name; // never empty, contains no null character
-    QString quantity;
-    QString entry; // the whole line
+    std::string_view name; // never empty, contains no null character
+    std::string_view quantity;
+    std::string_view entry; // the whole line
     int line; // counted from 1
 };
 
 // The fields that are needed only if the catalog does not have the ingredient. None is empty.
 struct SrfNewIngredient {
-    QString type;
-    QString shelfLife;
-    QString vegetarian;
+    std::string_view type;
+    std::string_view shelfLife;
+    std::string_view vegetarian;
 };
 
 struct SrfUtensil {
-    QString name; // never empty, contains no null character
+    std::string_view name; // never empty, contains no null character
     int line; // counted from 1
 };
 
@@ -31,12 +35,13 @@ struct SrfRecipe {
     static constexpr int typeLine = 4;
     static constexpr int servesLine = 5;
 
-    QString name; // never empty, contains no null character
-    QString author;
-    QString type;
-    QString serves;
-    QString description;
-    QString instructions; // every line ends in CR LF
+    QByteArray text; // of the whole file
+    std::string_view name; // never empty, contains no null character
+    std::string_view author;
+    std::string_view type;
+    std::string_view serves;
+    std::string_view description;
+    std::string instructions; // every line ends in CR LF
     std::vector<SrfIngredient> ingredients;
     std::vector<SrfUtensil> utensils;
 };
@@ -59,10 +64,10 @@ struct SrfError {
 // found, shortened if it is long and with its control characters made visible.
 QString srfErrorText(const SrfError &error, const QString &path);
 
-// Parses the text of a recipe file and returns the recipe or the first error. What depends on the
-// database is not checked: whether the numbers are numbers, and the fields between an ingredient's
-// name and its quantity, which only a new ingredient needs.
-std::variant<SrfRecipe, SrfError> parseSrf(const QString &text);
+// Parses the text of a recipe file, which is UTF-8, and returns the recipe or the first error. What
+// depends on the database is not checked: whether the numbers are numbers, and the fields between
+// an ingredient's name and its quantity, which only a new ingredient needs.
+std::variant<SrfRecipe, SrfError> parseSrf(const QByteArray &text);
 
 // Returns the fields of an ingredient that the catalog does not have yet, or an error if one of
 // them is missing or empty.
