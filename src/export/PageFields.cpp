@@ -10,7 +10,6 @@
 #include <span>
 
 using namespace Qt::Literals::StringLiterals;
-using kainjow::mustache::data;
 
 namespace {
 
@@ -18,51 +17,36 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(PageFields)
 };
 
-// The text must not contain a null character.
-data textField(const QString &text)
+void setText(TemplateData &fields, std::string_view name, const QString &text)
 {
-    return {text.toUtf8().constData()};
+    fields.setText(name, text.toStdString());
 }
 
-// An empty text sets no field, so that a section can ask whether there is one.
-void setText(data &fields, const char *name, const QString &text)
+QString recipeCount(qsizetype count)
 {
-    if (!text.isEmpty())
-        fields[name] = textField(text);
+    return count == 1 ? Text::tr("1 recipe")
+                      : Text::tr("%1 recipes").arg(QLocale(QLocale::English).toString(count));
 }
 
-void setCount(data &fields, qsizetype count)
+void setCount(TemplateData &fields, qsizetype count)
 {
-    const QString number = QLocale(QLocale::English).toString(count);
-    fields["count"] = textField(number);
-    fields["recipeCount"] =
-        textField(count == 1 ? Text::tr("1 recipe") : Text::tr("%1 recipes").arg(number));
+    setText(fields, "count", QLocale(QLocale::English).toString(count));
+    setText(fields, "recipeCount", recipeCount(count));
 }
 
-data commonFields()
+TemplateData linkTo(const RecipeEntry &recipe)
 {
-    data fields;
-    fields["stylesheet"] = textField(SiteMap::styleSheet);
-    fields["mainMenu"] = textField(SiteMap::mainMenuPage);
+    TemplateData fields;
+    setText(fields, "title", recipe.title);
+    setText(fields, "link", recipe.page);
     return fields;
 }
 
-data linkTo(const RecipeEntry &recipe)
+TemplateData::List listOf(std::string_view field, const QStringList &texts)
 {
-    data fields;
-    fields["title"] = textField(recipe.title);
-    fields["link"] = textField(recipe.page);
-    return fields;
-}
-
-data listOf(const char *field, const QStringList &texts)
-{
-    data items = data::type::list;
-    for (const QString &text : texts) {
-        data item;
-        item[field] = textField(text);
-        items << item;
-    }
+    TemplateData::List items;
+    for (const QString &text : texts)
+        setText(items.emplace_back(), field, text);
     return items;
 }
 
@@ -95,57 +79,58 @@ std::vector<IndexLine> indexLines(const SiteMap &site)
     return lines;
 }
 
-data letterFields(std::span<const IndexLine> lines, std::size_t number)
+TemplateData letterFields(std::span<const IndexLine> lines, std::size_t number)
 {
-    data fields;
-    fields["letter"] = lines.front().letter;
-    fields["anchor"] = "letter-" + std::to_string(number);
-    data &recipes = fields["recipes"] = data::type::list;
+    TemplateData fields;
+    fields.setText("letter", lines.front().letter);
+    fields.setText("anchor", "letter-" + std::to_string(number));
+    TemplateData::List recipes;
     for (const IndexLine &line : lines)
-        recipes << linkTo(*line.recipe);
+        recipes.push_back(linkTo(*line.recipe));
+    fields.setList("recipes", std::move(recipes));
     return fields;
 }
 
-data letters(const SiteMap &site)
+TemplateData::List letters(const SiteMap &site)
 {
     const std::vector<IndexLine> lines = indexLines(site);
-    data result = data::type::list;
+    TemplateData::List result;
     for (auto first = lines.begin(); first != lines.end();) {
         const auto last = std::find_if(first, lines.end(), [&](const IndexLine &line) {
             return !textsEqual(line.letter, first->letter);
         });
-        result << letterFields({first, last}, result.list_value().size() + 1);
+        result.push_back(letterFields({first, last}, result.size() + 1));
         first = last;
     }
     return result;
 }
 
-data typeFields(const TypeEntry &type)
+TemplateData typeFields(const TypeEntry &type)
 {
-    data fields;
-    fields["name"] = textField(type.name);
-    fields["link"] = textField(type.page);
+    TemplateData fields;
+    setText(fields, "name", type.name);
+    setText(fields, "link", type.page);
     setCount(fields, type.recipes);
     return fields;
 }
 
-data ingredientsOf(const RecipeDetails &details)
+TemplateData::List ingredientsOf(const RecipeDetails &details)
 {
-    data items = data::type::list;
+    TemplateData::List items;
     for (const IngredientDetails &ingredient : details.ingredients) {
-        data item;
-        item["name"] = textField(ingredient.name);
+        TemplateData &item = items.emplace_back();
         setText(item, "quantity", ingredient.quantity);
-        items << item;
+        setText(item, "amount", ingredient.quantity);
+        setText(item, "name", ingredient.name);
     }
     return items;
 }
 
-void setLists(data &fields, const RecipeDetails &details)
+void setLists(TemplateData &fields, const RecipeDetails &details)
 {
-    const auto set = [&fields](const char *name, const char *flag, data &&items) {
-        fields[flag] = data(items.is_non_empty_list());
-        fields[name] = std::move(items);
+    const auto set = [&fields](const char *name, const char *flag, TemplateData::List items) {
+        fields.setFlag(flag, !items.empty());
+        fields.setList(name, std::move(items));
     };
     set("description", "hasDescription", listOf("paragraph", details.description));
     set("ingredients", "hasIngredients", ingredientsOf(details));
@@ -155,76 +140,61 @@ void setLists(data &fields, const RecipeDetails &details)
 
 } // namespace
 
-const KnownFields &knownFields(PageKind kind)
+TemplateData commonFields(const SiteMap &site)
 {
-    static const KnownFields mainMenu{{"stylesheet", "mainMenu", "count", "recipeCount",
-                                       "hasRecipes", "types", "name", "link", "letters", "letter",
-                                       "anchor", "recipes", "title"},
-                                      {}};
-    static const KnownFields category{
-        {"stylesheet", "mainMenu", "name", "link", "count", "recipeCount", "recipes", "title"}, {}};
-    static const KnownFields recipe{
-        {"stylesheet",  "mainMenu",  "title",       "type",           "typeLink",
-         "author",      "servings",  "rating",      "vegetarian",     "hasDescription",
-         "description", "paragraph", "ingredients", "hasIngredients", "quantity",
-         "name",        "utensils",  "hasUtensils", "instructions",   "hasInstructions",
-         "previous",    "next",      "link",        "jsonLd"},
-        "jsonLd"};
-    switch (kind) {
-    case PageKind::MainMenu:
-        return mainMenu;
-    case PageKind::Category:
-        return category;
-    case PageKind::Recipe:
-        break;
-    }
-    return recipe;
-}
-
-data mainMenuFields(const SiteMap &site)
-{
-    data fields = commonFields();
-    setCount(fields, std::ssize(site.recipes));
-    fields["hasRecipes"] = data(!site.recipes.empty());
-    data &types = fields["types"] = data::type::list;
-    for (const TypeEntry &type : site.types)
-        types << typeFields(type);
-    fields["letters"] = letters(site);
+    TemplateData fields;
+    setText(fields, "stylesheet", SiteMap::styleSheet);
+    setText(fields, "mainMenu", SiteMap::mainMenuPage);
+    setText(fields, "recipeTotal", recipeCount(std::ssize(site.recipes)));
     return fields;
 }
 
-data categoryFields(const SiteMap &site, const TypeEntry &type)
+TemplateData mainMenuFields(const SiteMap &site)
 {
-    data fields = commonFields();
-    fields["name"] = textField(type.name);
-    fields["link"] = textField(type.page);
+    TemplateData fields = commonFields(site);
+    setCount(fields, std::ssize(site.recipes));
+    fields.setFlag("hasRecipes", !site.recipes.empty());
+    TemplateData::List types;
+    for (const TypeEntry &type : site.types)
+        types.push_back(typeFields(type));
+    fields.setList("types", std::move(types));
+    fields.setList("letters", letters(site));
+    return fields;
+}
+
+TemplateData categoryFields(const SiteMap &site, const TypeEntry &type)
+{
+    TemplateData fields = commonFields(site);
+    setText(fields, "name", type.name);
+    setText(fields, "link", type.page);
     setCount(fields, type.recipes);
-    data &recipes = fields["recipes"] = data::type::list;
+    TemplateData::List recipes;
     for (const RecipeEntry &recipe : site.recipes) {
         if (recipe.type == type.type)
-            recipes << linkTo(recipe);
+            recipes.push_back(linkTo(recipe));
     }
+    fields.setList("recipes", std::move(recipes));
     return fields;
 }
 
-data recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
+TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
 {
     const int type = site.recipes[position].type;
     const auto entry = std::find_if(site.types.begin(), site.types.end(),
                                     [type](const TypeEntry &known) { return known.type == type; });
-    data fields = commonFields();
-    fields["title"] = textField(details.title);
-    fields["type"] = textField(entry->name);
-    fields["typeLink"] = textField(entry->page);
+    TemplateData fields = commonFields(site);
+    setText(fields, "title", details.title);
+    setText(fields, "type", entry->name);
+    setText(fields, "typeLink", entry->page);
     setText(fields, "author", details.author);
     setText(fields, "servings", details.servings);
     setText(fields, "rating", details.ratingText);
-    fields["vegetarian"] = data(details.vegetarian);
+    fields.setFlag("vegetarian", details.vegetarian);
     setLists(fields, details);
     if (position > 0)
-        fields["previous"] = linkTo(site.recipes[position - 1]);
+        fields.setPage("previous", linkTo(site.recipes[position - 1]));
     if (position + 1 < site.recipes.size())
-        fields["next"] = linkTo(site.recipes[position + 1]);
-    fields["jsonLd"] = jsonLd(details);
+        fields.setPage("next", linkTo(site.recipes[position + 1]));
+    fields.setText("jsonLd", jsonLd(details));
     return fields;
 }

@@ -1,17 +1,16 @@
 #pragma once
 
-#include "export/PageTemplate.h"
 #include "export/RecipeReader.h"
 #include "export/SiteMap.h"
+#include "export/TemplateData.h"
 
-// The fields that templates can show. docs/templates.md describes them for authors of templates.
+// The values of the fields in TemplateFields.h. The site map must be valid as long as they are.
 
-// Every name that the fields of this kind of page can have, at any level.
-const KnownFields &knownFields(PageKind kind);
+// Those of every page.
+TemplateData commonFields(const SiteMap &site);
 
-kainjow::mustache::data mainMenuFields(const SiteMap &site);
-kainjow::mustache::data categoryFields(const SiteMap &site, const TypeEntry &type);
+TemplateData mainMenuFields(const SiteMap &site);
+TemplateData categoryFields(const SiteMap &site, const TypeEntry &type);
 
 // The position is that of the recipe in site.recipes.
-kainjow::mustache::data recipeFields(const SiteMap &site, std::size_t position,
-                                     const RecipeDetails &details);
+TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details);

@@ -2,6 +2,7 @@
 
 #include "export/OutputFolder.h"
 #include "export/PageFields.h"
+#include "export/PageTemplate.h"
 #include "export/RecipeReader.h"
 #include "interaction/Progress.h"
 
@@ -78,7 +79,7 @@ public:
     }
 
 private:
-    void write(const QString &name, PageTemplate &page, const kainjow::mustache::data &fields)
+    void write(const QString &name, PageTemplate &page, const TemplateData &fields)
     {
         m_folder.write(name, QByteArrayView(page.fillIn(fields)));
     }
