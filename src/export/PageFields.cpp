@@ -2,6 +2,7 @@
 
 #include "data/TextComparison.h"
 #include "export/JsonLd.h"
+#include "export/TitleLetters.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -37,8 +38,9 @@ void setCount(TemplateData &fields, qsizetype count)
 TemplateData linkTo(const RecipeEntry &recipe)
 {
     TemplateData fields;
-    setText(fields, "title", recipe.title);
-    setText(fields, "link", recipe.page);
+    fields.setView("title", recipe.title);
+    fields.setView("link", recipe.page);
+    fields.setFlag("vegetarian", recipe.vegetarian);
     return fields;
 }
 
@@ -50,12 +52,10 @@ TemplateData::List listOf(std::string_view field, const QStringList &texts)
     return items;
 }
 
-// The base letter under which the index lists a title, or "#" if it begins with no letter.
-QString letterOf(const QString &title)
+std::string letterText(const RecipeEntry &recipe)
 {
-    const QString base =
-        title.first(1).normalized(QString::NormalizationForm_KD).toUpper().first(1);
-    return base.front().isLetter() ? base : u"#"_s;
+    const char32_t letter = titleLetter(QString::fromStdString(recipe.title));
+    return letter == 0 ? "#" : QString::fromUcs4(&letter, 1).toStdString();
 }
 
 struct IndexLine {
@@ -70,8 +70,7 @@ std::vector<IndexLine> indexLines(const SiteMap &site)
     std::vector<IndexLine> lines;
     lines.reserve(site.recipes.size());
     for (const RecipeEntry &recipe : site.recipes)
-        lines.push_back(
-            {letterOf(recipe.title).toStdString(), recipe.title.toStdString(), &recipe});
+        lines.push_back({letterText(recipe), recipe.title, &recipe});
     std::sort(lines.begin(), lines.end(), [](const IndexLine &a, const IndexLine &b) {
         const int order = compareTexts(a.letter, b.letter);
         return order != 0 ? order < 0 : compareTexts(a.title, b.title) < 0;
@@ -105,12 +104,12 @@ TemplateData::List letters(const SiteMap &site)
     return result;
 }
 
-TemplateData typeFields(const TypeEntry &type)
+TemplateData typeFields(const ListEntry &type)
 {
     TemplateData fields;
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
     return fields;
 }
 
@@ -155,24 +154,22 @@ TemplateData mainMenuFields(const SiteMap &site)
     setCount(fields, std::ssize(site.recipes));
     fields.setFlag("hasRecipes", !site.recipes.empty());
     TemplateData::List types;
-    for (const TypeEntry &type : site.types)
+    for (const ListEntry &type : site.types)
         types.push_back(typeFields(type));
     fields.setList("types", std::move(types));
     fields.setList("letters", letters(site));
     return fields;
 }
 
-TemplateData categoryFields(const SiteMap &site, const TypeEntry &type)
+TemplateData categoryFields(const SiteMap &site, const ListEntry &type)
 {
     TemplateData fields = commonFields(site);
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
     TemplateData::List recipes;
-    for (const RecipeEntry &recipe : site.recipes) {
-        if (recipe.type == type.type)
-            recipes.push_back(linkTo(recipe));
-    }
+    for (const RecipePosition position : type.recipes)
+        recipes.push_back(linkTo(site.recipes[position]));
     fields.setList("recipes", std::move(recipes));
     return fields;
 }
@@ -181,11 +178,11 @@ TemplateData recipeFields(const SiteMap &site, std::size_t position, const Recip
 {
     const int type = site.recipes[position].type;
     const auto entry = std::find_if(site.types.begin(), site.types.end(),
-                                    [type](const TypeEntry &known) { return known.type == type; });
+                                    [type](const ListEntry &known) { return known.key == type; });
     TemplateData fields = commonFields(site);
     setText(fields, "title", details.title);
-    setText(fields, "type", entry->name);
-    setText(fields, "typeLink", entry->page);
+    fields.setView("type", entry->name);
+    fields.setView("typeLink", entry->page);
     setText(fields, "author", details.author);
     setText(fields, "servings", details.servings);
     setText(fields, "rating", details.ratingText);

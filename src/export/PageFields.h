@@ -10,7 +10,7 @@
 TemplateData commonFields(const SiteMap &site);
 
 TemplateData mainMenuFields(const SiteMap &site);
-TemplateData categoryFields(const SiteMap &site, const TypeEntry &type);
+TemplateData categoryFields(const SiteMap &site, const ListEntry &type);
 
 // The position is that of the recipe in site.recipes.
 TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details);

@@ -9,6 +9,8 @@
 #include "export/PageText.h"
 
 #include <QCoreApplication>
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -150,6 +152,65 @@ void readUtensils(Batch &batch)
         batch.ofKey(rows.integer(row, 0)).utensils += pageLine(rows.text(row, 1));
 }
 
+std::vector<RecipeEntry> readEntries(Database &database)
+{
+    const Rows rows(database,
+                    u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
+                        + recipeOrderByClause());
+    const qsizetype types = recipeTypes().size();
+    std::vector<RecipeEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rows.count()));
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        entries.push_back({.key = rows.integer(row, 0),
+                           .title = rows.text(row, 1).toStdString(),
+                           .type = typeIn(rows, row, 2, types)});
+    return entries;
+}
+
+// Also returns the keys of the ingredients that are not vegetarian.
+std::vector<ListEntry> readIngredientEntries(Database &database, QSet<qint64> &notVegetarian)
+{
+    const Rows rows(database,
+                    u"SELECT IngredientID, IngredientName, IngredientType, Vegetarian "
+                    "FROM Ingredients ORDER BY IngredientID"_s);
+    const qsizetype types = ingredientTypes().size();
+    std::vector<ListEntry> entries;
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        entries.push_back({.key = rows.integer(row, 0),
+                           .name = rows.text(row, 1).toStdString(),
+                           .type = rows.listIndex(row, 2, types, 0).value_or(0)});
+        if (!rows.isYes(row, 3))
+            notVegetarian.insert(entries.back().key);
+    }
+    return entries;
+}
+
+std::vector<ListEntry> readUtensilEntries(Database &database)
+{
+    const Rows rows(database, u"SELECT UtensilID, UtensilName FROM Utensils ORDER BY UtensilID"_s);
+    std::vector<ListEntry> entries;
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        entries.push_back({.key = rows.integer(row, 0), .name = rows.text(row, 1).toStdString()});
+    return entries;
+}
+
+// Adds the recipes to the entries that they use, and removes the entries that no recipe uses. The
+// rows are keys of a recipe and an entry. Either may be missing in its table.
+void readLinks(const Rows &rows, const QHash<qint64, RecipePosition> &positions,
+               std::vector<ListEntry> &entries)
+{
+    QHash<qint64, std::size_t> numbers;
+    for (const ListEntry &entry : entries)
+        numbers.insert(entry.key, static_cast<std::size_t>(numbers.size()));
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        const auto recipe = positions.constFind(rows.integer(row, 0));
+        const auto entry = numbers.constFind(rows.integer(row, 1));
+        if (recipe != positions.cend() && entry != numbers.cend())
+            entries[*entry].recipes.push_back(*recipe);
+    }
+    std::erase_if(entries, [](const ListEntry &entry) { return entry.recipes.empty(); });
+}
+
 } // namespace
 
 RecipeReader::RecipeReader(const QString &databasePath)
@@ -157,21 +218,31 @@ RecipeReader::RecipeReader(const QString &databasePath)
 {
 }
 
-std::vector<RecipeEntry> RecipeReader::entries()
+SiteContents RecipeReader::entries()
 {
     const ReadTransaction snapshot(*m_database);
     m_version = m_database->dataVersion();
-    const Rows rows(*m_database,
-                    u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
-                        + recipeOrderByClause());
-    const qsizetype types = recipeTypes().size();
-    std::vector<RecipeEntry> entries;
-    entries.reserve(static_cast<std::size_t>(rows.count()));
-    for (qsizetype row = 0; row < rows.count(); ++row) {
-        entries.push_back(
-            {rows.integer(row, 0), rows.text(row, 1), typeIn(rows, row, 2, types), {}});
+    SiteContents contents;
+    contents.recipes = readEntries(*m_database);
+    QHash<qint64, RecipePosition> positions;
+    positions.reserve(std::ssize(contents.recipes));
+    for (const RecipeEntry &recipe : contents.recipes)
+        positions.insert(recipe.key, static_cast<RecipePosition>(positions.size()));
+
+    QSet<qint64> meat;
+    contents.ingredients = readIngredientEntries(*m_database, meat);
+    readLinks({*m_database, u"SELECT RecipeID, IngredientID FROM RecipeIngredients"_s}, positions,
+              contents.ingredients);
+    for (const ListEntry &ingredient : contents.ingredients) {
+        if (meat.contains(ingredient.key)) {
+            for (const RecipePosition recipe : ingredient.recipes)
+                contents.recipes[recipe].vegetarian = false;
+        }
     }
-    return entries;
+    contents.utensils = readUtensilEntries(*m_database);
+    readLinks({*m_database, u"SELECT RecipeID, UtensilID FROM RecipeUtensils"_s}, positions,
+              contents.utensils);
+    return contents;
 }
 
 std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)

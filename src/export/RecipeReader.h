@@ -38,9 +38,9 @@ class RecipeReader
 public:
     explicit RecipeReader(const QString &databasePath);
 
-    // Returns all recipes in the sort order of the settings, with their stored titles and without
-    // page names. To be called once, before details().
-    std::vector<RecipeEntry> entries();
+    // Returns all recipes, and the ingredients and utensils that they use. To be called once,
+    // before details().
+    SiteContents entries();
 
     // Returns the details of the recipes with these keys, in the same order. The keys must be
     // consecutive keys of entries() in ascending order, and at least one.

@@ -56,8 +56,8 @@ public:
     void writeMenus()
     {
         write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
-        for (const TypeEntry &type : m_site.types)
-            write(type.page, m_category, categoryFields(m_site, type));
+        for (const ListEntry &type : m_site.types)
+            write(QString::fromStdString(type.page), m_category, categoryFields(m_site, type));
     }
 
     // Returns false if the user stops it.
@@ -94,9 +94,10 @@ private:
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
             const std::size_t finished = done + i;
             if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
-                                 recipe.title))
+                                 QString::fromStdString(recipe.title)))
                 return false;
-            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
+            write(QString::fromStdString(recipe.page), m_recipe,
+                  recipeFields(m_site, positions[i], details[i]));
         }
         return true;
     }
