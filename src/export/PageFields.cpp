@@ -2,6 +2,9 @@
 
 #include "data/TextComparison.h"
 #include "export/JsonLd.h"
+#include "export/PageText.h"
+#include "export/QuantityText.h"
+#include "export/StepNumber.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -40,14 +43,6 @@ TemplateData linkTo(const RecipeEntry &recipe)
     setText(fields, "title", recipe.title);
     setText(fields, "link", recipe.page);
     return fields;
-}
-
-TemplateData::List listOf(std::string_view field, const QStringList &texts)
-{
-    TemplateData::List items;
-    for (const QString &text : texts)
-        setText(items.emplace_back(), field, text);
-    return items;
 }
 
 // The base letter under which the index lists a title, or "#" if it begins with no letter.
@@ -114,45 +109,140 @@ TemplateData typeFields(const TypeEntry &type)
     return fields;
 }
 
-TemplateData::List ingredientsOf(const RecipeDetails &details)
+TemplateData::List listOf(const std::vector<std::string> &paragraphs)
 {
     TemplateData::List items;
-    for (const IngredientDetails &ingredient : details.ingredients) {
-        TemplateData &item = items.emplace_back();
-        setText(item, "quantity", ingredient.quantity);
-        setText(item, "amount", ingredient.quantity);
-        setText(item, "name", ingredient.name);
-    }
+    items.reserve(paragraphs.size());
+    for (const std::string &paragraph : paragraphs)
+        items.emplace_back().setView("paragraph", paragraph);
     return items;
 }
 
-void setLists(TemplateData &fields, const RecipeDetails &details)
+// Sets the ingredients and returns their lines.
+std::vector<std::string> setIngredients(TemplateData &fields, const RecipeDetails &details)
 {
-    const auto set = [&fields](const char *name, const char *flag, TemplateData::List items) {
-        fields.setFlag(flag, !items.empty());
-        fields.setList(name, std::move(items));
-    };
-    set("description", "hasDescription", listOf("paragraph", details.description));
-    set("ingredients", "hasIngredients", ingredientsOf(details));
-    set("utensils", "hasUtensils", listOf("name", details.utensils));
-    set("instructions", "hasInstructions", listOf("paragraph", details.instructions));
+    TemplateData::List items;
+    items.reserve(details.ingredients.size());
+    std::vector<std::string> lines;
+    lines.reserve(details.ingredients.size());
+    for (const IngredientDetails &ingredient : details.ingredients) {
+        SplitQuantity split = splitQuantity(ingredient.quantity);
+        lines.push_back(ingredientLine(split, ingredient.name));
+        TemplateData &item = items.emplace_back();
+        item.setView("quantity", ingredient.quantity);
+        item.setText("amount", std::move(split.amount));
+        item.setView("name", ingredient.name);
+        item.setText("preparation", std::move(split.preparation));
+    }
+    fields.setFlag("hasIngredients", !items.empty());
+    fields.setList("ingredients", std::move(items));
+    return lines;
+}
+
+void setUtensils(TemplateData &fields, const RecipeDetails &details)
+{
+    TemplateData::List items;
+    items.reserve(details.utensils.size());
+    for (const UtensilDetails &utensil : details.utensils)
+        items.emplace_back().setView("name", utensil.name);
+    fields.setFlag("hasUtensils", !items.empty());
+    fields.setList("utensils", std::move(items));
+}
+
+void setParagraphs(TemplateData &fields, const RecipeDetails &details)
+{
+    const std::vector<std::string> &steps = details.instructions;
+    fields.setFlag("hasDescription", !details.description.empty());
+    fields.setList("description", listOf(details.description));
+    fields.setFlag("hasInstructions", !steps.empty());
+    fields.setFlag("hasOwnNumbers", std::any_of(steps.begin(), steps.end(), beginsWithStepNumber));
+    fields.setList("instructions", listOf(steps));
+}
+
+// The servings are not always a number: other programs can store "4 to 6 people".
+std::string yieldOf(const std::string &servings)
+{
+    if (servings.empty() || servings.back() < '0' || servings.back() > '9')
+        return servings;
+    static const QString one = Text::tr("1 serving");
+    static const QString several = Text::tr("%1 servings");
+    return (servings == "1" ? one : several.arg(QString::fromStdString(servings))).toStdString();
+}
+
+std::string ratingOf(const RecipeDetails &details)
+{
+    static const QStringList ratings = pageRatings();
+    return details.rating == 0 ? std::string() : ratings[details.rating].toStdString();
+}
+
+// Shortens a text to what search engines show, at the end of a word.
+void shorten(std::string &text)
+{
+    constexpr std::size_t longest = 160;
+    if (text.size() <= longest)
+        return;
+    const std::size_t space = text.rfind(' ', longest);
+    std::size_t end = space == std::string::npos ? longest : space;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end; // into a character
+    text.replace(end, std::string::npos, "…");
+}
+
+// The first words of the description, or the type and the ingredients.
+std::string pageDescription(const RecipeDetails &details, const std::string &type)
+{
+    std::string text;
+    for (const std::string &paragraph : details.description)
+        text.append(text.empty() ? "" : " ").append(paragraph);
+    if (text.empty()) {
+        text = type;
+        for (const IngredientDetails &ingredient : details.ingredients)
+            text.append(text.size() == type.size() ? ": " : ", ").append(ingredient.name);
+    }
+    shorten(text);
+    return text;
+}
+
+// The colours of the browser's own bars: those of the page in the style sheet.
+void setThemeColors(TemplateData &fields, PageStyle style)
+{
+    const bool isCookbook = style == PageStyle::Cookbook;
+    fields.setText("themeColor", isCookbook ? "#faf5ea" : "#e9e7e1");
+    fields.setText("themeColorDark", isCookbook ? "#1e1a16" : "#15171b");
+}
+
+// A pot, in the colours of the style.
+std::string icon(PageStyle style)
+{
+    const std::string color = style == PageStyle::Cookbook ? "8a3b12" : "b3322f";
+    return "data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 32 32'%3E"
+           "%3Cpath fill='%23"
+        + color
+        + "' d='M6 14h20v9a5 5 0 0 1-5 5H11a5 5 0 0 1-5-5zM2 15h3v4H2zM27 15h3v4h-3zM5 10h22v3H5z"
+          "M13 6h6v3h-6z'/%3E%3C/svg%3E";
 }
 
 } // namespace
 
-TemplateData commonFields(const SiteMap &site)
+TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn)
 {
+    const QLocale english(QLocale::English);
     TemplateData fields;
     setText(fields, "stylesheet", SiteMap::styleSheet);
     setText(fields, "mainMenu", SiteMap::mainMenuPage);
+    setThemeColors(fields, style);
+    fields.setText("icon", icon(style));
+    setText(fields, "exportedOn", english.toString(exportedOn, u"d MMMM yyyy"));
     setText(fields, "recipeTotal", recipeCount(std::ssize(site.recipes)));
     return fields;
 }
 
-TemplateData mainMenuFields(const SiteMap &site)
+TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common)
 {
-    TemplateData fields = commonFields(site);
+    TemplateData fields;
+    fields.setCommon(common);
     setCount(fields, std::ssize(site.recipes));
+    setText(fields, "pageDescription", recipeCount(std::ssize(site.recipes)));
     fields.setFlag("hasRecipes", !site.recipes.empty());
     TemplateData::List types;
     for (const TypeEntry &type : site.types)
@@ -162,39 +252,56 @@ TemplateData mainMenuFields(const SiteMap &site)
     return fields;
 }
 
-TemplateData categoryFields(const SiteMap &site, const TypeEntry &type)
+TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const TypeEntry &type)
 {
-    TemplateData fields = commonFields(site);
+    TemplateData fields;
+    fields.setCommon(common);
     setText(fields, "name", type.name);
     setText(fields, "link", type.page);
     setCount(fields, type.recipes);
+    setText(fields, "pageDescription", type.name + u": "_s + recipeCount(type.recipes));
     TemplateData::List recipes;
+    std::vector<const RecipeEntry *> listed;
     for (const RecipeEntry &recipe : site.recipes) {
-        if (recipe.type == type.type)
+        if (recipe.type == type.type) {
             recipes.push_back(linkTo(recipe));
+            listed.push_back(&recipe);
+        }
     }
     fields.setList("recipes", std::move(recipes));
+    fields.setText("jsonLd", itemListJsonLd(type.name.toStdString(), listed));
     return fields;
 }
 
-TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
+TemplateData recipeFields(const SiteMap &site, const TemplateData &common, std::size_t position,
+                          const RecipeDetails &details)
 {
-    const int type = site.recipes[position].type;
-    const auto entry = std::find_if(site.types.begin(), site.types.end(),
-                                    [type](const TypeEntry &known) { return known.type == type; });
-    TemplateData fields = commonFields(site);
-    setText(fields, "title", details.title);
-    setText(fields, "type", entry->name);
-    setText(fields, "typeLink", entry->page);
-    setText(fields, "author", details.author);
-    setText(fields, "servings", details.servings);
-    setText(fields, "rating", details.ratingText);
+    const RecipeEntry &entry = site.recipes[position];
+    const auto type =
+        std::find_if(site.types.begin(), site.types.end(),
+                     [&](const TypeEntry &known) { return known.type == entry.type; });
+    const std::string title = entry.title.toStdString();
+    const std::string typeName = type->name.toStdString();
+    const std::string yield = yieldOf(details.servings);
+    const std::string rating = ratingOf(details);
+    TemplateData fields;
+    fields.setCommon(common);
+    fields.setText("title", title);
+    fields.setText("type", typeName);
+    setText(fields, "typeLink", type->page);
+    fields.setView("author", details.author);
+    fields.setView("servings", details.servings);
+    fields.setText("yield", yield);
+    fields.setText("rating", rating);
     fields.setFlag("vegetarian", details.vegetarian);
-    setLists(fields, details);
+    fields.setText("pageDescription", pageDescription(details, typeName));
+    setParagraphs(fields, details);
+    const std::vector<std::string> lines = setIngredients(fields, details);
+    setUtensils(fields, details);
     if (position > 0)
         fields.setPage("previous", linkTo(site.recipes[position - 1]));
     if (position + 1 < site.recipes.size())
         fields.setPage("next", linkTo(site.recipes[position + 1]));
-    fields.setText("jsonLd", jsonLd(details));
+    fields.setText("jsonLd", recipeJsonLd({details, title, typeName, yield, rating, lines}));
     return fields;
 }

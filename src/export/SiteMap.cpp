@@ -1,6 +1,5 @@
 #include "export/SiteMap.h"
 
-#include "data/TypesAndRatings.h"
 #include "export/PageText.h"
 
 #include <QCryptographicHash>
@@ -120,7 +119,7 @@ void namePages(std::vector<RecipeEntry> &recipes)
 SiteMap siteMapOf(std::vector<RecipeEntry> recipes)
 {
     namePages(recipes);
-    const QStringList names = recipeTypes();
+    const QStringList names = pageTypes();
     std::vector<qsizetype> counts(static_cast<std::size_t>(names.size()));
     for (const RecipeEntry &recipe : recipes)
         ++counts[static_cast<std::size_t>(recipe.type)];

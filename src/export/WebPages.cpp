@@ -47,6 +47,7 @@ public:
         , m_recipe(PageTemplate::load(PageKind::Recipe, settings.recipeTemplate))
         , m_reader(databasePath)
         , m_site(siteMapOf(m_reader.entries()))
+        , m_common(commonFields(m_site, settings.style, QDate::currentDate()))
         , m_folder(chosenFolder)
     {
         m_folder.begin(fileNames(m_site));
@@ -55,9 +56,9 @@ public:
 
     void writeMenus()
     {
-        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
+        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common));
         for (const TypeEntry &type : m_site.types)
-            write(type.page, m_category, categoryFields(m_site, type));
+            write(type.page, m_category, categoryFields(m_site, m_common, type));
     }
 
     // Returns false if the user stops it.
@@ -96,7 +97,7 @@ private:
             if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
                                  recipe.title))
                 return false;
-            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
+            write(recipe.page, m_recipe, recipeFields(m_site, m_common, positions[i], details[i]));
         }
         return true;
     }
@@ -106,6 +107,7 @@ private:
     PageTemplate m_recipe;
     RecipeReader m_reader;
     SiteMap m_site;
+    TemplateData m_common;
     OutputFolder m_folder;
 };
 
