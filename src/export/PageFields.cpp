@@ -1,14 +1,15 @@
 #include "export/PageFields.h"
 
-#include "data/TextComparison.h"
 #include "export/JsonLd.h"
-#include "export/TitleLetters.h"
+#include "export/ListFields.h"
+#include "export/PageText.h"
+#include "export/QuantityText.h"
+#include "export/StepNumber.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 
 #include <algorithm>
-#include <span>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,180 +19,167 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(PageFields)
 };
 
-void setText(TemplateData &fields, std::string_view name, const QString &text)
-{
-    fields.setText(name, text.toStdString());
-}
-
-QString recipeCount(qsizetype count)
-{
-    return count == 1 ? Text::tr("1 recipe")
-                      : Text::tr("%1 recipes").arg(QLocale(QLocale::English).toString(count));
-}
-
-void setCount(TemplateData &fields, qsizetype count)
-{
-    setText(fields, "count", QLocale(QLocale::English).toString(count));
-    setText(fields, "recipeCount", recipeCount(count));
-}
-
-TemplateData linkTo(const RecipeEntry &recipe)
-{
-    TemplateData fields;
-    fields.setView("title", recipe.title);
-    fields.setView("link", recipe.page);
-    fields.setFlag("vegetarian", recipe.vegetarian);
-    return fields;
-}
-
-TemplateData::List listOf(std::string_view field, const QStringList &texts)
+TemplateData::List listOf(const std::vector<std::string> &paragraphs)
 {
     TemplateData::List items;
-    for (const QString &text : texts)
-        setText(items.emplace_back(), field, text);
+    items.reserve(paragraphs.size());
+    for (const std::string &paragraph : paragraphs)
+        items.emplace_back().setView("paragraph", paragraph);
     return items;
 }
 
-std::string letterText(const RecipeEntry &recipe)
+// Sets the ingredients and returns their lines.
+std::vector<std::string> setIngredients(TemplateData &fields, const SiteMap &site,
+                                        const RecipeDetails &details)
 {
-    const char32_t letter = titleLetter(QString::fromStdString(recipe.title));
-    return letter == 0 ? "#" : QString::fromUcs4(&letter, 1).toStdString();
-}
-
-struct IndexLine {
-    std::string letter;
-    std::string title;
-    const RecipeEntry *recipe;
-};
-
-// Sorted by letter, then by title.
-std::vector<IndexLine> indexLines(const SiteMap &site)
-{
-    std::vector<IndexLine> lines;
-    lines.reserve(site.recipes.size());
-    for (const RecipeEntry &recipe : site.recipes)
-        lines.push_back({letterText(recipe), recipe.title, &recipe});
-    std::sort(lines.begin(), lines.end(), [](const IndexLine &a, const IndexLine &b) {
-        const int order = compareTexts(a.letter, b.letter);
-        return order != 0 ? order < 0 : compareTexts(a.title, b.title) < 0;
-    });
+    TemplateData::List items;
+    items.reserve(details.ingredients.size());
+    std::vector<std::string> lines;
+    lines.reserve(details.ingredients.size());
+    for (const IngredientDetails &ingredient : details.ingredients) {
+        SplitQuantity split = splitQuantity(ingredient.quantity);
+        lines.push_back(ingredientLine(split, ingredient.name));
+        TemplateData &item = items.emplace_back();
+        item.setView("quantity", ingredient.quantity);
+        item.setText("amount", std::move(split.amount));
+        item.setView("name", ingredient.name);
+        item.setText("preparation", std::move(split.preparation));
+        if (const ListEntry *entry = site.ingredient(ingredient.key))
+            item.setView("link", entry->page);
+    }
+    fields.setFlag("hasIngredients", !items.empty());
+    fields.setList("ingredients", std::move(items));
     return lines;
 }
 
-TemplateData letterFields(std::span<const IndexLine> lines, std::size_t number)
-{
-    TemplateData fields;
-    fields.setText("letter", lines.front().letter);
-    fields.setText("anchor", "letter-" + std::to_string(number));
-    TemplateData::List recipes;
-    for (const IndexLine &line : lines)
-        recipes.push_back(linkTo(*line.recipe));
-    fields.setList("recipes", std::move(recipes));
-    return fields;
-}
-
-TemplateData::List letters(const SiteMap &site)
-{
-    const std::vector<IndexLine> lines = indexLines(site);
-    TemplateData::List result;
-    for (auto first = lines.begin(); first != lines.end();) {
-        const auto last = std::find_if(first, lines.end(), [&](const IndexLine &line) {
-            return !textsEqual(line.letter, first->letter);
-        });
-        result.push_back(letterFields({first, last}, result.size() + 1));
-        first = last;
-    }
-    return result;
-}
-
-TemplateData typeFields(const ListEntry &type)
-{
-    TemplateData fields;
-    fields.setView("name", type.name);
-    fields.setView("link", type.page);
-    setCount(fields, std::ssize(type.recipes));
-    return fields;
-}
-
-TemplateData::List ingredientsOf(const RecipeDetails &details)
+void setUtensils(TemplateData &fields, const SiteMap &site, const RecipeDetails &details)
 {
     TemplateData::List items;
-    for (const IngredientDetails &ingredient : details.ingredients) {
+    items.reserve(details.utensils.size());
+    for (const UtensilDetails &utensil : details.utensils) {
         TemplateData &item = items.emplace_back();
-        setText(item, "quantity", ingredient.quantity);
-        setText(item, "amount", ingredient.quantity);
-        setText(item, "name", ingredient.name);
+        item.setView("name", utensil.name);
+        if (const ListEntry *entry = site.utensil(utensil.key))
+            item.setView("link", entry->page);
     }
-    return items;
+    fields.setFlag("hasUtensils", !items.empty());
+    fields.setList("utensils", std::move(items));
 }
 
-void setLists(TemplateData &fields, const RecipeDetails &details)
+void setParagraphs(TemplateData &fields, const RecipeDetails &details)
 {
-    const auto set = [&fields](const char *name, const char *flag, TemplateData::List items) {
-        fields.setFlag(flag, !items.empty());
-        fields.setList(name, std::move(items));
-    };
-    set("description", "hasDescription", listOf("paragraph", details.description));
-    set("ingredients", "hasIngredients", ingredientsOf(details));
-    set("utensils", "hasUtensils", listOf("name", details.utensils));
-    set("instructions", "hasInstructions", listOf("paragraph", details.instructions));
+    const std::vector<std::string> &steps = details.instructions;
+    fields.setFlag("hasDescription", !details.description.empty());
+    fields.setList("description", listOf(details.description));
+    fields.setFlag("hasInstructions", !steps.empty());
+    fields.setFlag("hasOwnNumbers", std::any_of(steps.begin(), steps.end(), beginsWithStepNumber));
+    fields.setList("instructions", listOf(steps));
+}
+
+// The servings are not always a number: other programs can store "4 to 6 people".
+std::string yieldOf(const std::string &servings)
+{
+    if (servings.empty() || servings.back() < '0' || servings.back() > '9')
+        return servings;
+    static const QString one = Text::tr("1 serving");
+    static const QString several = Text::tr("%1 servings");
+    return (servings == "1" ? one : several.arg(QString::fromStdString(servings))).toStdString();
+}
+
+std::string ratingOf(const RecipeDetails &details)
+{
+    static const QStringList ratings = pageRatings();
+    return details.rating == 0 ? std::string() : ratings[details.rating].toStdString();
+}
+
+// Shortens a text to what search engines show, at the end of a word.
+void shorten(std::string &text)
+{
+    constexpr std::size_t longest = 160;
+    if (text.size() <= longest)
+        return;
+    const std::size_t space = text.rfind(' ', longest);
+    std::size_t end = space == std::string::npos ? longest : space;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end; // into a character
+    text.replace(end, std::string::npos, "…");
+}
+
+// The first words of the description, or the type and the ingredients.
+std::string pageDescription(const RecipeDetails &details, const std::string &type)
+{
+    std::string text;
+    for (const std::string &paragraph : details.description)
+        text.append(text.empty() ? "" : " ").append(paragraph);
+    if (text.empty()) {
+        text = type;
+        for (const IngredientDetails &ingredient : details.ingredients)
+            text.append(text.size() == type.size() ? ": " : ", ").append(ingredient.name);
+    }
+    shorten(text);
+    return text;
+}
+
+// The colours of the browser's own bars: those of the page in the style sheet.
+void setThemeColors(TemplateData &fields, PageStyle style)
+{
+    const bool isCookbook = style == PageStyle::Cookbook;
+    fields.setText("themeColor", isCookbook ? "#faf5ea" : "#e9e7e1");
+    fields.setText("themeColorDark", isCookbook ? "#1e1a16" : "#15171b");
+}
+
+// A pot, in the colours of the style.
+std::string icon(PageStyle style)
+{
+    const std::string color = style == PageStyle::Cookbook ? "8a3b12" : "b3322f";
+    return "data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 32 32'%3E"
+           "%3Cpath fill='%23"
+        + color
+        + "' d='M6 14h20v9a5 5 0 0 1-5 5H11a5 5 0 0 1-5-5zM2 15h3v4H2zM27 15h3v4h-3zM5 10h22v3H5z"
+          "M13 6h6v3h-6z'/%3E%3C/svg%3E";
 }
 
 } // namespace
 
-TemplateData commonFields(const SiteMap &site)
+TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn)
 {
+    const QLocale english(QLocale::English);
     TemplateData fields;
-    setText(fields, "stylesheet", SiteMap::styleSheet);
-    setText(fields, "mainMenu", SiteMap::mainMenuPage);
-    setText(fields, "recipeTotal", recipeCount(std::ssize(site.recipes)));
+    fields.setView("stylesheet", SiteMap::styleSheet);
+    fields.setView("script", SiteMap::script);
+    fields.setView("mainMenu", SiteMap::mainMenuPage);
+    setThemeColors(fields, style);
+    fields.setText("icon", icon(style));
+    fields.setText("exportedOn", english.toString(exportedOn, u"d MMMM yyyy").toStdString());
+    fields.setText("recipeTotal", countText(ListKind::Recipes, site.recipes.size()));
     return fields;
 }
 
-TemplateData mainMenuFields(const SiteMap &site)
+TemplateData recipeFields(const SiteMap &site, const TemplateData &common, std::size_t position,
+                          const RecipeDetails &details)
 {
-    TemplateData fields = commonFields(site);
-    setCount(fields, std::ssize(site.recipes));
-    fields.setFlag("hasRecipes", !site.recipes.empty());
-    TemplateData::List types;
-    for (const ListEntry &type : site.types)
-        types.push_back(typeFields(type));
-    fields.setList("types", std::move(types));
-    fields.setList("letters", letters(site));
-    return fields;
-}
-
-TemplateData categoryFields(const SiteMap &site, const ListEntry &type)
-{
-    TemplateData fields = commonFields(site);
-    fields.setView("name", type.name);
-    fields.setView("link", type.page);
-    setCount(fields, std::ssize(type.recipes));
-    TemplateData::List recipes;
-    for (const RecipePosition position : type.recipes)
-        recipes.push_back(linkTo(site.recipes[position]));
-    fields.setList("recipes", std::move(recipes));
-    return fields;
-}
-
-TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
-{
-    const int type = site.recipes[position].type;
-    const auto entry = std::find_if(site.types.begin(), site.types.end(),
-                                    [type](const ListEntry &known) { return known.key == type; });
-    TemplateData fields = commonFields(site);
-    setText(fields, "title", details.title);
-    fields.setView("type", entry->name);
-    fields.setView("typeLink", entry->page);
-    setText(fields, "author", details.author);
-    setText(fields, "servings", details.servings);
-    setText(fields, "rating", details.ratingText);
+    const RecipeEntry &entry = site.recipes[position];
+    const ListEntry &type = *site.type(entry.type);
+    const std::string yield = yieldOf(details.servings);
+    const std::string rating = ratingOf(details);
+    TemplateData fields;
+    fields.setCommon(common);
+    fields.setView("title", entry.title);
+    fields.setView("type", type.name);
+    fields.setView("typeLink", type.page);
+    fields.setView("author", details.author);
+    fields.setView("servings", details.servings);
+    fields.setText("yield", yield);
+    fields.setText("rating", rating);
     fields.setFlag("vegetarian", details.vegetarian);
-    setLists(fields, details);
+    fields.setText("pageDescription", pageDescription(details, type.name));
+    setParagraphs(fields, details);
+    const std::vector<std::string> lines = setIngredients(fields, site, details);
+    setUtensils(fields, site, details);
     if (position > 0)
-        fields.setPage("previous", linkTo(site.recipes[position - 1]));
+        fields.setPage("previous", recipeLink(site.recipes[position - 1]));
     if (position + 1 < site.recipes.size())
-        fields.setPage("next", linkTo(site.recipes[position + 1]));
-    fields.setText("jsonLd", jsonLd(details));
+        fields.setPage("next", recipeLink(site.recipes[position + 1]));
+    fields.setText("jsonLd", recipeJsonLd({details, entry.title, type.name, yield, rating, lines}));
     return fields;
 }

@@ -10,24 +10,28 @@
 class Database;
 
 struct IngredientDetails {
-    QString quantity; // may be empty
-    QString name;
+    qint64 key = 0;
+    std::string name;
+    int type = 0; // position in ingredientTypes()
+    std::string quantity; // may be empty
 };
 
-// What the page of a recipe shows, as clean text (PageText.h). Texts are empty if nothing is
-// stored.
+struct UtensilDetails {
+    qint64 key = 0;
+    std::string name;
+};
+
+// What the page of a recipe shows, as clean text in UTF-8 (PageText.h). Texts are empty if nothing
+// is stored.
 struct RecipeDetails {
-    QString title;
-    QString type; // its name
-    QString author;
-    QString servings;
-    int rating = 0; // position in recipeRatings(), 0 if not rated
-    QString ratingText;
+    std::string author;
+    std::string servings;
+    int rating = 0; // position in recipeRatings(), 0 if it is not shown
     bool vegetarian = true; // whether all ingredients are; also if there are none
-    QStringList description; // paragraphs
-    QList<IngredientDetails> ingredients; // in their stored order
-    QStringList utensils;
-    QStringList instructions; // paragraphs
+    std::vector<std::string> description; // paragraphs
+    std::vector<IngredientDetails> ingredients; // in their stored order
+    std::vector<UtensilDetails> utensils;
+    std::vector<std::string> instructions; // paragraphs
 };
 
 // Reads the contents of the pages from the database. The database is locked only during each call,

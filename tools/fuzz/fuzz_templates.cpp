@@ -28,26 +28,31 @@ public:
         for (qint64 key = 1; key <= 3; ++key)
             recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
         m_site = siteMapOf(std::move(recipes));
-        m_details.title = m_details.author = m_details.servings = m_details.ratingText = text;
-        m_details.description = m_details.utensils = m_details.instructions = {text, text};
-        m_details.ingredients = {{text, text}, {{}, text}};
+        const std::string utf8 = text.toStdString();
+        m_details = {.author = utf8,
+                     .servings = utf8,
+                     .description = {utf8, utf8},
+                     .ingredients = {{1, utf8, 0, utf8}, {2, utf8, 0, {}}},
+                     .utensils = {{1, utf8}},
+                     .instructions = {utf8, utf8}};
     }
 
     TemplateData fields(PageKind kind) const
     {
         switch (kind) {
         case PageKind::MainMenu:
-            return mainMenuFields(m_site);
+            return mainMenuFields(m_site, m_common);
         case PageKind::Category:
-            return categoryFields(m_site, m_site.types.front());
+            return categoryFields(m_site, m_common, m_site.types.front());
         case PageKind::Recipe:
             break;
         }
-        return recipeFields(m_site, 1, m_details);
+        return recipeFields(m_site, m_common, 1, m_details);
     }
 
 private:
     SiteMap m_site;
+    TemplateData m_common = commonFields(m_site, PageStyle::PlainCard, {});
     RecipeDetails m_details;
 };
 
