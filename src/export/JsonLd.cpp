@@ -119,12 +119,13 @@ std::string keywordsOf(const JsonRecipe &recipe)
 {
     constexpr int mostIngredients = 3;
     std::string keywords(recipe.type);
-    if (recipe.details.vegetarian && !recipe.details.ingredients.empty())
+    if (recipe.recipe.vegetarian && !recipe.details.ingredients.empty())
         keywords += ", Vegetarian";
     int count = 0;
     for (const IngredientDetails &ingredient : recipe.details.ingredients) {
-        if (canBeMainIngredient(ingredient.type) && ++count <= mostIngredients)
-            keywords.append(", ").append(ingredient.name, 0, ingredient.name.find(','));
+        const std::string &name = ingredient.entry->name;
+        if (canBeMainIngredient(ingredient.entry->type) && ++count <= mostIngredients)
+            keywords.append(", ").append(name, 0, name.find(','));
     }
     return keywords;
 }
@@ -150,7 +151,7 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     const RecipeDetails &details = recipe.details;
     JsonWriter json;
     json.beginPage("Recipe");
-    json.add("name", recipe.title);
+    json.add("name", recipe.recipe.title);
     if (!details.author.empty()) {
         json.key("author");
         json.begin("Person");
@@ -161,12 +162,12 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     json.add("recipeCategory", recipe.type);
     json.add("keywords", keywordsOf(recipe));
     json.addUnlessEmpty("recipeYield", recipe.yield);
-    if (details.vegetarian && !details.ingredients.empty())
+    if (recipe.recipe.vegetarian && !details.ingredients.empty())
         json.add("suitableForDiet", "https://schema.org/VegetarianDiet");
     json.addList("recipeIngredient", recipe.ingredients,
                  [&](const std::string &line) { json.text(line); });
     json.addList("tool", details.utensils,
-                 [&](const UtensilDetails &utensil) { json.text(utensil.name); });
+                 [&](const ListEntry *utensil) { json.text(utensil->name); });
     json.addList("recipeInstructions", details.instructions, [&](const std::string &paragraph) {
         json.begin("HowToStep");
         json.add("text", paragraph);
@@ -178,18 +179,20 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     return json.takeText();
 }
 
-std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *const> recipes)
+std::string itemListJsonLd(std::string_view name, const SiteMap &site,
+                           std::span<const RecipePosition> recipes)
 {
     JsonWriter json;
     json.beginPage("ItemList");
     json.add("name", name);
     json.add("numberOfItems", static_cast<int>(recipes.size()));
-    int position = 0;
-    json.addList("itemListElement", recipes, [&](const RecipeEntry *recipe) {
+    int number = 0;
+    json.addList("itemListElement", recipes, [&](RecipePosition position) {
+        const RecipeEntry &recipe = site.recipes[position];
         json.begin("ListItem");
-        json.add("position", ++position);
-        json.add("url", recipe->page.toStdString());
-        json.add("name", recipe->title.toStdString());
+        json.add("position", ++number);
+        json.add("url", recipe.page);
+        json.add("name", recipe.title);
         json.end();
     });
     json.end();

@@ -2,9 +2,7 @@
 
 #include "data/TextComparison.h"
 #include "export/JsonLd.h"
-#include "export/PageText.h"
-#include "export/QuantityText.h"
-#include "export/StepNumber.h"
+#include "export/TitleLetters.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -37,20 +35,10 @@ void setCount(TemplateData &fields, qsizetype count)
     setText(fields, "recipeCount", recipeCount(count));
 }
 
-TemplateData linkTo(const RecipeEntry &recipe)
+std::string letterText(const RecipeEntry &recipe)
 {
-    TemplateData fields;
-    setText(fields, "title", recipe.title);
-    setText(fields, "link", recipe.page);
-    return fields;
-}
-
-// The base letter under which the index lists a title, or "#" if it begins with no letter.
-QString letterOf(const QString &title)
-{
-    const QString base =
-        title.first(1).normalized(QString::NormalizationForm_KD).toUpper().first(1);
-    return base.front().isLetter() ? base : u"#"_s;
+    const char32_t letter = titleLetter(QString::fromStdString(recipe.title));
+    return letter == 0 ? "#" : QString::fromUcs4(&letter, 1).toStdString();
 }
 
 struct IndexLine {
@@ -65,8 +53,7 @@ std::vector<IndexLine> indexLines(const SiteMap &site)
     std::vector<IndexLine> lines;
     lines.reserve(site.recipes.size());
     for (const RecipeEntry &recipe : site.recipes)
-        lines.push_back(
-            {letterOf(recipe.title).toStdString(), recipe.title.toStdString(), &recipe});
+        lines.push_back({letterText(recipe), recipe.title, &recipe});
     std::sort(lines.begin(), lines.end(), [](const IndexLine &a, const IndexLine &b) {
         const int order = compareTexts(a.letter, b.letter);
         return order != 0 ? order < 0 : compareTexts(a.title, b.title) < 0;
@@ -81,7 +68,7 @@ TemplateData letterFields(std::span<const IndexLine> lines, std::size_t number)
     fields.setText("anchor", "letter-" + std::to_string(number));
     TemplateData::List recipes;
     for (const IndexLine &line : lines)
-        recipes.push_back(linkTo(*line.recipe));
+        recipes.push_back(recipeLink(*line.recipe));
     fields.setList("recipes", std::move(recipes));
     return fields;
 }
@@ -100,107 +87,13 @@ TemplateData::List letters(const SiteMap &site)
     return result;
 }
 
-TemplateData typeFields(const TypeEntry &type)
+TemplateData typeFields(const ListEntry &type)
 {
     TemplateData fields;
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
     return fields;
-}
-
-TemplateData::List listOf(const std::vector<std::string> &paragraphs)
-{
-    TemplateData::List items;
-    items.reserve(paragraphs.size());
-    for (const std::string &paragraph : paragraphs)
-        items.emplace_back().setView("paragraph", paragraph);
-    return items;
-}
-
-// Sets the ingredients and returns their lines.
-std::vector<std::string> setIngredients(TemplateData &fields, const RecipeDetails &details)
-{
-    TemplateData::List items;
-    items.reserve(details.ingredients.size());
-    std::vector<std::string> lines;
-    lines.reserve(details.ingredients.size());
-    for (const IngredientDetails &ingredient : details.ingredients) {
-        SplitQuantity split = splitQuantity(ingredient.quantity);
-        lines.push_back(ingredientLine(split, ingredient.name));
-        TemplateData &item = items.emplace_back();
-        item.setView("quantity", ingredient.quantity);
-        item.setText("amount", std::move(split.amount));
-        item.setView("name", ingredient.name);
-        item.setText("preparation", std::move(split.preparation));
-    }
-    fields.setFlag("hasIngredients", !items.empty());
-    fields.setList("ingredients", std::move(items));
-    return lines;
-}
-
-void setUtensils(TemplateData &fields, const RecipeDetails &details)
-{
-    TemplateData::List items;
-    items.reserve(details.utensils.size());
-    for (const UtensilDetails &utensil : details.utensils)
-        items.emplace_back().setView("name", utensil.name);
-    fields.setFlag("hasUtensils", !items.empty());
-    fields.setList("utensils", std::move(items));
-}
-
-void setParagraphs(TemplateData &fields, const RecipeDetails &details)
-{
-    const std::vector<std::string> &steps = details.instructions;
-    fields.setFlag("hasDescription", !details.description.empty());
-    fields.setList("description", listOf(details.description));
-    fields.setFlag("hasInstructions", !steps.empty());
-    fields.setFlag("hasOwnNumbers", std::any_of(steps.begin(), steps.end(), beginsWithStepNumber));
-    fields.setList("instructions", listOf(steps));
-}
-
-// The servings are not always a number: other programs can store "4 to 6 people".
-std::string yieldOf(const std::string &servings)
-{
-    if (servings.empty() || servings.back() < '0' || servings.back() > '9')
-        return servings;
-    static const QString one = Text::tr("1 serving");
-    static const QString several = Text::tr("%1 servings");
-    return (servings == "1" ? one : several.arg(QString::fromStdString(servings))).toStdString();
-}
-
-std::string ratingOf(const RecipeDetails &details)
-{
-    static const QStringList ratings = pageRatings();
-    return details.rating == 0 ? std::string() : ratings[details.rating].toStdString();
-}
-
-// Shortens a text to what search engines show, at the end of a word.
-void shorten(std::string &text)
-{
-    constexpr std::size_t longest = 160;
-    if (text.size() <= longest)
-        return;
-    const std::size_t space = text.rfind(' ', longest);
-    std::size_t end = space == std::string::npos ? longest : space;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
-        --end; // into a character
-    text.replace(end, std::string::npos, "…");
-}
-
-// The first words of the description, or the type and the ingredients.
-std::string pageDescription(const RecipeDetails &details, const std::string &type)
-{
-    std::string text;
-    for (const std::string &paragraph : details.description)
-        text.append(text.empty() ? "" : " ").append(paragraph);
-    if (text.empty()) {
-        text = type;
-        for (const IngredientDetails &ingredient : details.ingredients)
-            text.append(text.size() == type.size() ? ": " : ", ").append(ingredient.name);
-    }
-    shorten(text);
-    return text;
 }
 
 // The colours of the browser's own bars: those of the page in the style sheet.
@@ -224,11 +117,21 @@ std::string icon(PageStyle style)
 
 } // namespace
 
+TemplateData recipeLink(const RecipeEntry &recipe)
+{
+    TemplateData fields;
+    fields.setView("title", recipe.title);
+    fields.setView("link", recipe.page);
+    fields.setFlag("vegetarian", recipe.vegetarian);
+    return fields;
+}
+
 TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn)
 {
     const QLocale english(QLocale::English);
     TemplateData fields;
     setText(fields, "stylesheet", SiteMap::styleSheet);
+    setText(fields, "script", SiteMap::script);
     setText(fields, "mainMenu", SiteMap::mainMenuPage);
     setThemeColors(fields, style);
     fields.setText("icon", icon(style));
@@ -245,63 +148,26 @@ TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common)
     setText(fields, "pageDescription", recipeCount(std::ssize(site.recipes)));
     fields.setFlag("hasRecipes", !site.recipes.empty());
     TemplateData::List types;
-    for (const TypeEntry &type : site.types)
+    for (const ListEntry &type : site.types)
         types.push_back(typeFields(type));
     fields.setList("types", std::move(types));
     fields.setList("letters", letters(site));
     return fields;
 }
 
-TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const TypeEntry &type)
+TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const ListEntry &type)
 {
     TemplateData fields;
     fields.setCommon(common);
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
-    setText(fields, "pageDescription", type.name + u": "_s + recipeCount(type.recipes));
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
+    fields.setText("pageDescription",
+                   type.name + ": " + recipeCount(std::ssize(type.recipes)).toStdString());
     TemplateData::List recipes;
-    std::vector<const RecipeEntry *> listed;
-    for (const RecipeEntry &recipe : site.recipes) {
-        if (recipe.type == type.type) {
-            recipes.push_back(linkTo(recipe));
-            listed.push_back(&recipe);
-        }
-    }
+    for (const RecipePosition position : type.recipes)
+        recipes.push_back(recipeLink(site.recipes[position]));
     fields.setList("recipes", std::move(recipes));
-    fields.setText("jsonLd", itemListJsonLd(type.name.toStdString(), listed));
-    return fields;
-}
-
-TemplateData recipeFields(const SiteMap &site, const TemplateData &common, std::size_t position,
-                          const RecipeDetails &details)
-{
-    const RecipeEntry &entry = site.recipes[position];
-    const auto type =
-        std::find_if(site.types.begin(), site.types.end(),
-                     [&](const TypeEntry &known) { return known.type == entry.type; });
-    const std::string title = entry.title.toStdString();
-    const std::string typeName = type->name.toStdString();
-    const std::string yield = yieldOf(details.servings);
-    const std::string rating = ratingOf(details);
-    TemplateData fields;
-    fields.setCommon(common);
-    fields.setText("title", title);
-    fields.setText("type", typeName);
-    setText(fields, "typeLink", type->page);
-    fields.setView("author", details.author);
-    fields.setView("servings", details.servings);
-    fields.setText("yield", yield);
-    fields.setText("rating", rating);
-    fields.setFlag("vegetarian", details.vegetarian);
-    fields.setText("pageDescription", pageDescription(details, typeName));
-    setParagraphs(fields, details);
-    const std::vector<std::string> lines = setIngredients(fields, details);
-    setUtensils(fields, details);
-    if (position > 0)
-        fields.setPage("previous", linkTo(site.recipes[position - 1]));
-    if (position + 1 < site.recipes.size())
-        fields.setPage("next", linkTo(site.recipes[position + 1]));
-    fields.setText("jsonLd", recipeJsonLd({details, title, typeName, yield, rating, lines}));
+    fields.setText("jsonLd", itemListJsonLd(type.name, site, type.recipes));
     return fields;
 }

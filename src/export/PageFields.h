@@ -1,21 +1,19 @@
 #pragma once
 
 #include "data/settings/Settings.h"
-#include "export/RecipeReader.h"
 #include "export/SiteMap.h"
 #include "export/TemplateData.h"
 
 #include <QDate>
 
-// The values of the fields in TemplateFields.h. They refer to the texts of the site map, of the
-// common fields and of the details, which must outlive them.
+// The values of the fields in TemplateFields.h. They refer to the texts of the site map and of the
+// common fields, which must outlive them.
 
 // Those that are the same on all pages.
 TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn);
 
-TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common);
-TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const TypeEntry &type);
+// Those of a link to a recipe.
+TemplateData recipeLink(const RecipeEntry &recipe);
 
-// The position is that of the recipe in site.recipes.
-TemplateData recipeFields(const SiteMap &site, const TemplateData &common, std::size_t position,
-                          const RecipeDetails &details);
+TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common);
+TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const ListEntry &type);

@@ -9,6 +9,8 @@
 #include "export/PageText.h"
 
 #include <QCoreApplication>
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -145,36 +147,86 @@ void readRecipes(Batch &batch)
     }
 }
 
-void readIngredients(Batch &batch)
+// The lines of a recipe are in the order in which they were stored.
+void readIngredients(Batch &batch, const SiteMap &site)
 {
-    const Rows rows = batch.rows(inLinkOrder(
-        u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
-        "Ingredients.IngredientID, Ingredients.IngredientName, Ingredients.IngredientType, "
-        "Ingredients.Vegetarian FROM Ingredients INNER JOIN RecipeIngredients "
-        "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
-        "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s,
-        "RecipeIngredients"_L1));
-    const qsizetype types = ingredientTypes().size();
+    const Rows rows = batch.rows(u"SELECT RecipeID, IngredientID, Quantity FROM RecipeIngredients "
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY rowid"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
-        details.ingredients.push_back({rows.integer(row, 2), rows.line(row, 3),
-                                       rows.listIndex(row, 4, types, 0).value_or(0),
-                                       rows.line(row, 1)});
-        details.vegetarian = details.vegetarian && rows.isYes(row, 5);
+        if (const ListEntry *ingredient = site.ingredient(rows.integer(row, 1)))
+            details.ingredients.push_back({ingredient, rows.line(row, 2)});
     }
 }
 
-void readUtensils(Batch &batch)
+void readUtensils(Batch &batch, const SiteMap &site)
 {
-    const Rows rows = batch.rows(
-        inLinkOrder(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilID, Utensils.UtensilName "
-                    "FROM Utensils INNER JOIN RecipeUtensils "
-                    "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
-                    "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s,
-                    "RecipeUtensils"_L1));
+    const Rows rows = batch.rows(u"SELECT RecipeID, UtensilID FROM RecipeUtensils "
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY rowid"_s);
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
+        if (const ListEntry *utensil = site.utensil(rows.integer(row, 1)))
+            details.utensils.push_back(utensil);
+    }
+}
+
+std::vector<RecipeEntry> readEntries(Database &database)
+{
+    const Rows rows(database,
+                    u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
+                        + recipeOrderByClause());
+    const qsizetype types = recipeTypes().size();
+    std::vector<RecipeEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rows.count()));
     for (qsizetype row = 0; row < rows.count(); ++row)
-        batch.ofKey(rows.integer(row, 0))
-            .utensils.push_back({rows.integer(row, 1), rows.line(row, 2)});
+        entries.push_back({.key = rows.integer(row, 0),
+                           .title = rows.text(row, 1).toStdString(),
+                           .type = typeIn(rows, row, 2, types)});
+    return entries;
+}
+
+// Also returns the keys of the ingredients that are not vegetarian.
+std::vector<ListEntry> readIngredientEntries(Database &database, QSet<qint64> &notVegetarian)
+{
+    const Rows rows(database,
+                    u"SELECT IngredientID, IngredientName, IngredientType, Vegetarian "
+                    "FROM Ingredients ORDER BY IngredientID"_s);
+    const qsizetype types = ingredientTypes().size();
+    std::vector<ListEntry> entries;
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        entries.push_back({.key = rows.integer(row, 0),
+                           .name = rows.text(row, 1).toStdString(),
+                           .type = rows.listIndex(row, 2, types, 0).value_or(0)});
+        if (!rows.isYes(row, 3))
+            notVegetarian.insert(entries.back().key);
+    }
+    return entries;
+}
+
+std::vector<ListEntry> readUtensilEntries(Database &database)
+{
+    const Rows rows(database, u"SELECT UtensilID, UtensilName FROM Utensils ORDER BY UtensilID"_s);
+    std::vector<ListEntry> entries;
+    for (qsizetype row = 0; row < rows.count(); ++row)
+        entries.push_back({.key = rows.integer(row, 0), .name = rows.text(row, 1).toStdString()});
+    return entries;
+}
+
+// Adds the recipes to the entries that they use, and removes the entries that no recipe uses. The
+// rows are keys of a recipe and an entry. Either may be missing in its table.
+void readLinks(const Rows &rows, const QHash<qint64, RecipePosition> &positions,
+               std::vector<ListEntry> &entries)
+{
+    QHash<qint64, std::size_t> numbers;
+    for (const ListEntry &entry : entries)
+        numbers.insert(entry.key, static_cast<std::size_t>(numbers.size()));
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        const auto recipe = positions.constFind(rows.integer(row, 0));
+        const auto entry = numbers.constFind(rows.integer(row, 1));
+        if (recipe != positions.cend() && entry != numbers.cend())
+            entries[*entry].recipes.push_back(*recipe);
+    }
+    std::erase_if(entries, [](const ListEntry &entry) { return entry.recipes.empty(); });
 }
 
 } // namespace
@@ -184,31 +236,41 @@ RecipeReader::RecipeReader(const QString &databasePath)
 {
 }
 
-std::vector<RecipeEntry> RecipeReader::entries()
+SiteContents RecipeReader::entries()
 {
     const ReadTransaction snapshot(*m_database);
     m_version = m_database->dataVersion();
-    const Rows rows(*m_database,
-                    u"SELECT RecipeID, RecipeName, RecipeType FROM Recipes ORDER BY"_s
-                        + recipeOrderByClause());
-    const qsizetype types = recipeTypes().size();
-    std::vector<RecipeEntry> entries;
-    entries.reserve(static_cast<std::size_t>(rows.count()));
-    for (qsizetype row = 0; row < rows.count(); ++row) {
-        entries.push_back(
-            {rows.integer(row, 0), rows.text(row, 1), typeIn(rows, row, 2, types), {}});
+    SiteContents contents;
+    contents.recipes = readEntries(*m_database);
+    QHash<qint64, RecipePosition> positions;
+    positions.reserve(std::ssize(contents.recipes));
+    for (const RecipeEntry &recipe : contents.recipes)
+        positions.insert(recipe.key, static_cast<RecipePosition>(positions.size()));
+
+    QSet<qint64> meat;
+    contents.ingredients = readIngredientEntries(*m_database, meat);
+    readLinks({*m_database, u"SELECT RecipeID, IngredientID FROM RecipeIngredients"_s}, positions,
+              contents.ingredients);
+    for (const ListEntry &ingredient : contents.ingredients) {
+        if (meat.contains(ingredient.key)) {
+            for (const RecipePosition recipe : ingredient.recipes)
+                contents.recipes[recipe].vegetarian = false;
+        }
     }
-    return entries;
+    contents.utensils = readUtensilEntries(*m_database);
+    readLinks({*m_database, u"SELECT RecipeID, UtensilID FROM RecipeUtensils"_s}, positions,
+              contents.utensils);
+    return contents;
 }
 
-std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)
+std::vector<RecipeDetails> RecipeReader::details(const SiteMap &site, std::span<const qint64> keys)
 {
     const ReadTransaction snapshot(*m_database);
     if (m_database->dataVersion() != m_version)
         failAsChanged();
     Batch batch{*m_database, keys, std::vector<RecipeDetails>(keys.size())};
     readRecipes(batch);
-    readIngredients(batch);
-    readUtensils(batch);
+    readIngredients(batch, site);
+    readUtensils(batch, site);
     return std::move(batch.details);
 }

@@ -1,5 +1,7 @@
 #include "export/ExportFixture.h"
 #include "export/PageFields.h"
+#include "export/PageNames.h"
+#include "export/RecipeFields.h"
 #include "export/SiteMap.h"
 #include "export/StepNumber.h"
 #include "export/TemplateFields.h"
@@ -39,14 +41,16 @@ void collectPaths(const TemplateData &data, const QString &prefix, QSet<QString>
 TemplateData allFields(PageKind kind)
 {
     static const SiteMap site =
-        siteMapOf({{1, u"A"_s, 0, {}}, {2, u"B"_s, 0, {}}, {3, u"C"_s, 1, {}}});
-    static const TemplateData common = commonFields(site, PageStyle::Cookbook, {});
+        siteMapOf({.recipes = {{1, "A", 0}, {2, "B", 0}, {3, "C", 1}},
+                   .ingredients = {{.key = 1, .name = "Leek", .recipes = {1}}},
+                   .utensils = {{.key = 1, .name = "Pan", .recipes = {1}}}});
+    static const TemplateData common = commonFields(site, PageStyle::Cookbook, QDate(2026, 11, 5));
     static const RecipeDetails details{.author = "Ann",
                                        .servings = "2",
                                        .rating = 1,
                                        .description = {"Good."},
-                                       .ingredients = {{1, "Leek", 0, "1, chopped"}},
-                                       .utensils = {{1, "Pan"}},
+                                       .ingredients = {{site.ingredient(1), "1, chopped"}},
+                                       .utensils = {site.utensil(1)},
                                        .instructions = {"Boil."}};
     if (kind == PageKind::MainMenu)
         return mainMenuFields(site, common);
@@ -95,17 +99,17 @@ private Q_SLOTS:
     {
         addRows<QString, QString>({
             {"complete", u"Autumn Soup 2"_s, u"autumn-soup-2"_s},
-            {"accent", u"Crème"_s, u"creme_[0-9a-f]{6}"_s},
-            {"combining accent", u"CRE\u0301ME"_s, u"creme_.{6}"_s},
+            {"accent", u"Crème"_s, u"creme_[0-9a-f]{10}"_s},
+            {"combining accent", u"CRE\u0301ME"_s, u"creme_.{10}"_s},
             {"other letters", u"Straße Łódź Ærø kısır œuf"_s,
-             u"strasse-lodz-aero-kisir-oeuf_.{6}"_s},
-            {"punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{6}"_s},
-            {"path", u"../../etc/passwd"_s, u"etc-passwd_.{6}"_s},
-            {"no Latin letters", u"борщ"_s, u"recipe_.{6}"_s},
-            {"null character", u"Soup\0.exe"_s, u"soup-exe_.{6}"_s},
-            {"reserved", u"CON"_s, u"con_.{6}"_s},
-            {"reserved, with a digit", u"LPT0"_s, u"lpt0_.{6}"_s},
-            {"long", u"a "_s.repeated(500), u"a(-a){29}_.{6}"_s},
+             u"strasse-lodz-aero-kisir-oeuf_.{10}"_s},
+            {"punctuation", u"Baba's  (best)! Soup"_s, u"babas-best-soup_.{10}"_s},
+            {"path", u"../../etc/passwd"_s, u"etc-passwd_.{10}"_s},
+            {"no Latin letters", u"борщ"_s, u"recipe_.{10}"_s},
+            {"null character", u"Soup\0.exe"_s, u"soup-exe_.{10}"_s},
+            {"reserved", u"CON"_s, u"con_.{10}"_s},
+            {"reserved, with a digit", u"LPT0"_s, u"lpt0_.{10}"_s},
+            {"long", u"a "_s.repeated(500), u"a(-a){29}_.{10}"_s},
         });
     }
 
@@ -113,21 +117,20 @@ private Q_SLOTS:
     void names()
     {
         const auto [title, pattern] = fetchRow<QString, QString>();
-        const QString name = RecipePageNames().take(title, 1);
+        const QString name = PageNames().takeRecipe(title, 1);
         QVERIFY2(QRegularExpression(u"\\A"_s + pattern + u"\\.html\\z"_s).match(name).hasMatch(),
                  qPrintable(name));
-        QCOMPARE(RecipePageNames().take(title, 2), name);
+        QCOMPARE(PageNames().takeRecipe(title, 2), name);
     }
 
     void namesAreUnique()
     {
-        RecipePageNames names;
-        QCOMPARE(names.take(u"Creme"_s, 1), u"creme.html"_s);
-        const QString accented = names.take(u"Crème"_s, 2);
+        PageNames names;
+        QCOMPARE(names.takeRecipe(u"Creme"_s, 1), u"creme.html"_s);
+        const QString accented = names.takeRecipe(u"Crème"_s, 2);
         QVERIFY(accented.startsWith(u"creme_"));
-        QVERIFY(names.take(u"CRE\u0301ME"_s, 3) != accented);
-        QCOMPARE(names.take(u"CREME"_s, 7), u"creme_7.html"_s);
-        QCOMPARE(typePageName(u"Grains/Bean/Rice"_s), u"type_grains-bean-rice.html"_s);
+        QVERIFY(names.takeRecipe(u"CRE\u0301ME"_s, 3) != accented);
+        QCOMPARE(names.takeRecipe(u"CREME"_s, 7), u"creme_7.html"_s);
     }
 
     // Every page can be reached from the main menu, and no link is broken.
@@ -385,6 +388,7 @@ private Q_SLOTS:
         collectPaths(data, {}, set);
         collectPaths(*data.common(), {}, set);
         QCOMPARE(QStringList((set - known).values()), QStringList());
+        QCOMPARE(QStringList((known - set).values()), QStringList());
 
         const QStringList sections = document().split(u"\n## "_s);
         // A field has a row in a table, or is described in the row of the field that it belongs to.
