@@ -2,6 +2,7 @@
 
 #include "data/TextComparison.h"
 #include "export/JsonLd.h"
+#include "export/TitleLetters.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -34,28 +35,10 @@ void setCount(TemplateData &fields, qsizetype count)
     setText(fields, "recipeCount", recipeCount(count));
 }
 
-TemplateData linkTo(const RecipeEntry &recipe)
+std::string letterText(const RecipeEntry &recipe)
 {
-    TemplateData fields;
-    setText(fields, "title", recipe.title);
-    setText(fields, "link", recipe.page);
-    return fields;
-}
-
-TemplateData::List listOf(std::string_view field, const QStringList &texts)
-{
-    TemplateData::List items;
-    for (const QString &text : texts)
-        setText(items.emplace_back(), field, text);
-    return items;
-}
-
-// The base letter under which the index lists a title, or "#" if it begins with no letter.
-QString letterOf(const QString &title)
-{
-    const QString base =
-        title.first(1).normalized(QString::NormalizationForm_KD).toUpper().first(1);
-    return base.front().isLetter() ? base : u"#"_s;
+    const char32_t letter = titleLetter(QString::fromStdString(recipe.title));
+    return letter == 0 ? "#" : QString::fromUcs4(&letter, 1).toStdString();
 }
 
 struct IndexLine {
@@ -70,8 +53,7 @@ std::vector<IndexLine> indexLines(const SiteMap &site)
     std::vector<IndexLine> lines;
     lines.reserve(site.recipes.size());
     for (const RecipeEntry &recipe : site.recipes)
-        lines.push_back(
-            {letterOf(recipe.title).toStdString(), recipe.title.toStdString(), &recipe});
+        lines.push_back({letterText(recipe), recipe.title, &recipe});
     std::sort(lines.begin(), lines.end(), [](const IndexLine &a, const IndexLine &b) {
         const int order = compareTexts(a.letter, b.letter);
         return order != 0 ? order < 0 : compareTexts(a.title, b.title) < 0;
@@ -86,7 +68,7 @@ TemplateData letterFields(std::span<const IndexLine> lines, std::size_t number)
     fields.setText("anchor", "letter-" + std::to_string(number));
     TemplateData::List recipes;
     for (const IndexLine &line : lines)
-        recipes.push_back(linkTo(*line.recipe));
+        recipes.push_back(recipeLink(*line.recipe));
     fields.setList("recipes", std::move(recipes));
     return fields;
 }
@@ -105,96 +87,87 @@ TemplateData::List letters(const SiteMap &site)
     return result;
 }
 
-TemplateData typeFields(const TypeEntry &type)
+TemplateData typeFields(const ListEntry &type)
 {
     TemplateData fields;
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
     return fields;
 }
 
-TemplateData::List ingredientsOf(const RecipeDetails &details)
+// The colours of the browser's own bars: those of the page in the style sheet.
+void setThemeColors(TemplateData &fields, PageStyle style)
 {
-    TemplateData::List items;
-    for (const IngredientDetails &ingredient : details.ingredients) {
-        TemplateData &item = items.emplace_back();
-        setText(item, "quantity", ingredient.quantity);
-        setText(item, "amount", ingredient.quantity);
-        setText(item, "name", ingredient.name);
-    }
-    return items;
+    const bool isCookbook = style == PageStyle::Cookbook;
+    fields.setText("themeColor", isCookbook ? "#faf5ea" : "#e9e7e1");
+    fields.setText("themeColorDark", isCookbook ? "#1e1a16" : "#15171b");
 }
 
-void setLists(TemplateData &fields, const RecipeDetails &details)
+// A pot, in the colours of the style.
+std::string icon(PageStyle style)
 {
-    const auto set = [&fields](const char *name, const char *flag, TemplateData::List items) {
-        fields.setFlag(flag, !items.empty());
-        fields.setList(name, std::move(items));
-    };
-    set("description", "hasDescription", listOf("paragraph", details.description));
-    set("ingredients", "hasIngredients", ingredientsOf(details));
-    set("utensils", "hasUtensils", listOf("name", details.utensils));
-    set("instructions", "hasInstructions", listOf("paragraph", details.instructions));
+    const std::string color = style == PageStyle::Cookbook ? "8a3b12" : "b3322f";
+    return "data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 32 32'%3E"
+           "%3Cpath fill='%23"
+        + color
+        + "' d='M6 14h20v9a5 5 0 0 1-5 5H11a5 5 0 0 1-5-5zM2 15h3v4H2zM27 15h3v4h-3zM5 10h22v3H5z"
+          "M13 6h6v3h-6z'/%3E%3C/svg%3E";
 }
 
 } // namespace
 
-TemplateData commonFields(const SiteMap &site)
+TemplateData recipeLink(const RecipeEntry &recipe)
 {
     TemplateData fields;
+    fields.setView("title", recipe.title);
+    fields.setView("link", recipe.page);
+    fields.setFlag("vegetarian", recipe.vegetarian);
+    return fields;
+}
+
+TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn)
+{
+    const QLocale english(QLocale::English);
+    TemplateData fields;
     setText(fields, "stylesheet", SiteMap::styleSheet);
+    setText(fields, "script", SiteMap::script);
     setText(fields, "mainMenu", SiteMap::mainMenuPage);
+    setThemeColors(fields, style);
+    fields.setText("icon", icon(style));
+    setText(fields, "exportedOn", english.toString(exportedOn, u"d MMMM yyyy"));
     setText(fields, "recipeTotal", recipeCount(std::ssize(site.recipes)));
     return fields;
 }
 
-TemplateData mainMenuFields(const SiteMap &site)
+TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common)
 {
-    TemplateData fields = commonFields(site);
+    TemplateData fields;
+    fields.setCommon(common);
     setCount(fields, std::ssize(site.recipes));
+    setText(fields, "pageDescription", recipeCount(std::ssize(site.recipes)));
     fields.setFlag("hasRecipes", !site.recipes.empty());
     TemplateData::List types;
-    for (const TypeEntry &type : site.types)
+    for (const ListEntry &type : site.types)
         types.push_back(typeFields(type));
     fields.setList("types", std::move(types));
     fields.setList("letters", letters(site));
     return fields;
 }
 
-TemplateData categoryFields(const SiteMap &site, const TypeEntry &type)
+TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const ListEntry &type)
 {
-    TemplateData fields = commonFields(site);
-    setText(fields, "name", type.name);
-    setText(fields, "link", type.page);
-    setCount(fields, type.recipes);
+    TemplateData fields;
+    fields.setCommon(common);
+    fields.setView("name", type.name);
+    fields.setView("link", type.page);
+    setCount(fields, std::ssize(type.recipes));
+    fields.setText("pageDescription",
+                   type.name + ": " + recipeCount(std::ssize(type.recipes)).toStdString());
     TemplateData::List recipes;
-    for (const RecipeEntry &recipe : site.recipes) {
-        if (recipe.type == type.type)
-            recipes.push_back(linkTo(recipe));
-    }
+    for (const RecipePosition position : type.recipes)
+        recipes.push_back(recipeLink(site.recipes[position]));
     fields.setList("recipes", std::move(recipes));
-    return fields;
-}
-
-TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details)
-{
-    const int type = site.recipes[position].type;
-    const auto entry = std::find_if(site.types.begin(), site.types.end(),
-                                    [type](const TypeEntry &known) { return known.type == type; });
-    TemplateData fields = commonFields(site);
-    setText(fields, "title", details.title);
-    setText(fields, "type", entry->name);
-    setText(fields, "typeLink", entry->page);
-    setText(fields, "author", details.author);
-    setText(fields, "servings", details.servings);
-    setText(fields, "rating", details.ratingText);
-    fields.setFlag("vegetarian", details.vegetarian);
-    setLists(fields, details);
-    if (position > 0)
-        fields.setPage("previous", linkTo(site.recipes[position - 1]));
-    if (position + 1 < site.recipes.size())
-        fields.setPage("next", linkTo(site.recipes[position + 1]));
-    fields.setText("jsonLd", jsonLd(details));
+    fields.setText("jsonLd", itemListJsonLd(type.name, site, type.recipes));
     return fields;
 }

@@ -1,16 +1,19 @@
 #pragma once
 
-#include "export/RecipeReader.h"
+#include "data/settings/Settings.h"
 #include "export/SiteMap.h"
 #include "export/TemplateData.h"
 
-// The values of the fields in TemplateFields.h. The site map must be valid as long as they are.
+#include <QDate>
 
-// Those of every page.
-TemplateData commonFields(const SiteMap &site);
+// The values of the fields in TemplateFields.h. They refer to the texts of the site map and of the
+// common fields, which must outlive them.
 
-TemplateData mainMenuFields(const SiteMap &site);
-TemplateData categoryFields(const SiteMap &site, const TypeEntry &type);
+// Those that are the same on all pages.
+TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn);
 
-// The position is that of the recipe in site.recipes.
-TemplateData recipeFields(const SiteMap &site, std::size_t position, const RecipeDetails &details);
+// Those of a link to a recipe.
+TemplateData recipeLink(const RecipeEntry &recipe);
+
+TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common);
+TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const ListEntry &type);

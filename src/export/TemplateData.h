@@ -14,6 +14,11 @@ public:
     using List = std::vector<TemplateData>;
     using Value = std::variant<bool, std::string, std::string_view, List>;
 
+    TemplateData() { m_values.reserve(usualSize); }
+
+    // What is not set here is taken from the common fields, which must outlive the data.
+    void setCommon(const TemplateData &common) { m_common = &common; }
+
     // An empty text is the same as no field: a section can ask whether there is one.
     void setText(std::string_view name, std::string text) { add(name, std::move(text)); }
 
@@ -31,6 +36,7 @@ public:
         setList(name, std::move(list));
     }
 
+    const TemplateData *common() const { return m_common; } // null if there are none
     const std::vector<std::pair<std::string_view, Value>> &values() const { return m_values; }
 
     // Returns null if the field is not set.
@@ -40,10 +46,12 @@ public:
             if (known == name)
                 return &value;
         }
-        return nullptr;
+        return m_common == nullptr ? nullptr : m_common->find(name);
     }
 
 private:
+    static constexpr std::size_t usualSize = 4; // of an entry of a list
+
     template <typename Type>
     void add(std::string_view name, Type &&value)
     {
@@ -51,4 +59,5 @@ private:
     }
 
     std::vector<std::pair<std::string_view, Value>> m_values;
+    const TemplateData *m_common = nullptr;
 };

@@ -3,12 +3,14 @@
 #include "export/OutputFolder.h"
 #include "export/PageFields.h"
 #include "export/PageTemplate.h"
+#include "export/RecipeFields.h"
 #include "export/RecipeReader.h"
 #include "interaction/Progress.h"
 
 #include <QFile>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -27,12 +29,11 @@ QByteArray styleSheet(PageStyle style)
 }
 
 // The positions of the recipes in the order of their keys, in which they are read.
-std::vector<std::size_t> positionsByKey(const SiteMap &site)
+std::vector<RecipePosition> positionsByKey(const SiteMap &site)
 {
-    std::vector<std::size_t> positions(site.recipes.size());
-    for (std::size_t i = 0; i < positions.size(); ++i)
-        positions[i] = i;
-    std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    std::vector<RecipePosition> positions(site.recipes.size());
+    std::iota(positions.begin(), positions.end(), 0U);
+    std::sort(positions.begin(), positions.end(), [&](RecipePosition a, RecipePosition b) {
         return site.recipes[a].key < site.recipes[b].key;
     });
     return positions;
@@ -47,6 +48,7 @@ public:
         , m_recipe(PageTemplate::load(PageKind::Recipe, settings.recipeTemplate))
         , m_reader(databasePath)
         , m_site(siteMapOf(m_reader.entries()))
+        , m_common(commonFields(m_site, settings.style, QDate::currentDate()))
         , m_folder(chosenFolder)
     {
         m_folder.begin(fileNames(m_site));
@@ -55,15 +57,16 @@ public:
 
     void writeMenus()
     {
-        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
-        for (const TypeEntry &type : m_site.types)
-            write(type.page, m_category, categoryFields(m_site, type));
+        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common));
+        for (const ListEntry &type : m_site.types)
+            write(QString::fromStdString(type.page), m_category,
+                  categoryFields(m_site, m_common, type));
     }
 
     // Returns false if the user stops it.
     bool writeRecipes(Progress &progress)
     {
-        const std::vector<std::size_t> positions = positionsByKey(m_site);
+        const std::vector<RecipePosition> positions = positionsByKey(m_site);
         for (std::size_t first = 0; first < positions.size(); first += batchSize) {
             const std::size_t size = std::min(batchSize, positions.size() - first);
             if (!writeBatch(std::span(positions).subspan(first, size), first, progress))
@@ -84,19 +87,20 @@ private:
         m_folder.write(name, QByteArrayView(page.fillIn(fields)));
     }
 
-    bool writeBatch(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
+    bool writeBatch(std::span<const RecipePosition> positions, std::size_t done, Progress &progress)
     {
         std::vector<qint64> keys;
-        for (const std::size_t position : positions)
+        for (const RecipePosition position : positions)
             keys.push_back(m_site.recipes[position].key);
-        const std::vector<RecipeDetails> details = m_reader.details(keys);
+        const std::vector<RecipeDetails> details = m_reader.details(m_site, keys);
         for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
             const std::size_t finished = done + i;
             if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
-                                 recipe.title))
+                                 QString::fromStdString(recipe.title)))
                 return false;
-            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
+            write(QString::fromStdString(recipe.page), m_recipe,
+                  recipeFields(m_site, m_common, positions[i], details[i]));
         }
         return true;
     }
@@ -106,6 +110,7 @@ private:
     PageTemplate m_recipe;
     RecipeReader m_reader;
     SiteMap m_site;
+    TemplateData m_common;
     OutputFolder m_folder;
 };
 

@@ -1,5 +1,6 @@
 #include "export/MustacheTemplate.h"
 #include "export/PageFields.h"
+#include "export/RecipeFields.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -23,31 +24,38 @@ class Pages
 {
 public:
     explicit Pages(const QString &text)
+        : m_text(text.toStdString())
+        , m_site(siteMapOf({.recipes = {{1, m_text, 1}, {2, m_text, 0}, {3, m_text, 1}},
+                            .ingredients = {{.key = 1, .name = m_text, .recipes = {0, 1}}},
+                            .utensils = {{.key = 1, .name = m_text, .recipes = {1}}}}))
+        , m_common(commonFields(m_site, PageStyle::PlainCard, {}))
+        , m_details{.author = m_text,
+                    .servings = m_text,
+                    .rating = 1,
+                    .description = {m_text, m_text},
+                    .ingredients = {{m_site.ingredient(1), m_text}, {m_site.ingredient(1), {}}},
+                    .utensils = {m_site.utensil(1)},
+                    .instructions = {m_text, m_text}}
     {
-        std::vector<RecipeEntry> recipes;
-        for (qint64 key = 1; key <= 3; ++key)
-            recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
-        m_site = siteMapOf(std::move(recipes));
-        m_details.title = m_details.author = m_details.servings = m_details.ratingText = text;
-        m_details.description = m_details.utensils = m_details.instructions = {text, text};
-        m_details.ingredients = {{text, text}, {{}, text}};
     }
 
     TemplateData fields(PageKind kind) const
     {
         switch (kind) {
         case PageKind::MainMenu:
-            return mainMenuFields(m_site);
+            return mainMenuFields(m_site, m_common);
         case PageKind::Category:
-            return categoryFields(m_site, m_site.types.front());
+            return categoryFields(m_site, m_common, m_site.types.front());
         case PageKind::Recipe:
             break;
         }
-        return recipeFields(m_site, 1, m_details);
+        return recipeFields(m_site, m_common, 1, m_details);
     }
 
 private:
+    std::string m_text;
     SiteMap m_site;
+    TemplateData m_common;
     RecipeDetails m_details;
 };
 
