@@ -76,7 +76,8 @@ QJsonObject jsonOf(const QByteArray &page)
 {
     const QByteArray open = R"(<script type="application/ld+json">)";
     const qsizetype start = page.indexOf(open) + open.size();
-    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start)).object();
+    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start))
+        .object();
 }
 
 QStringList matches(const QByteArray &page, const char *pattern)
@@ -224,6 +225,25 @@ private Q_SLOTS:
     {
         const auto [paragraph, isNumbered] = fetchRow<QByteArray, bool>();
         QCOMPARE(beginsWithStepNumber(paragraph.toStdString()), isNumbered);
+    }
+
+    void themeColors_data()
+    {
+        addRows<PageStyle>({{"card", PageStyle::PlainCard}, {"cookbook", PageStyle::Cookbook}});
+    }
+
+    // The colours of the browser's bars are the background of the pages.
+    void themeColors()
+    {
+        ExportFixture fixture;
+        std::tie(fixture.settings.style) = fetchRow<PageStyle>();
+        addDishes(fixture.file, 1);
+        QCOMPARE(fixture.run(), QString());
+        const QStringList colors =
+            matches(bytesOf(fixture.page(u"style.css"_s)), "--(?:table|paper): (#[0-9a-f]{6});");
+        QCOMPARE(
+            matches(bytesOf(fixture.page(u"dish-0.html"_s)), "theme-color\" content=\"([^\"]*)"),
+            colors);
     }
 
     void hostileText()
@@ -409,7 +429,7 @@ private Q_SLOTS:
         fixture.file.write(
             u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
         QCOMPARE(fixture.run(), QString());
-        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p"), 2); // the links, and Boil.
     }
 };
 
