@@ -1,41 +1,17 @@
 #include "export/JsonLd.h"
 
+#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
-
-#include <utility>
 
 namespace {
 
-// A stream for rapidjson::Writer. Escapes the characters that HTML could take for markup; in JSON
-// they occur only within strings.
-class ScriptStream
+// Escapes a character that HTML could take for markup. In JSON it occurs only within strings.
+void escape(std::string &json, char character, std::string_view replacement)
 {
-public:
-    using Ch = char;
-
-    void Put(char character)
-    {
-        switch (character) {
-        case '<':
-            m_text += "\\u003c";
-            break;
-        case '>':
-            m_text += "\\u003e";
-            break;
-        case '&':
-            m_text += "\\u0026";
-            break;
-        default:
-            m_text += character;
-        }
-    }
-    void Flush() { }
-
-    std::string takeText() { return std::move(m_text); }
-
-private:
-    std::string m_text;
-};
+    for (std::size_t at = json.find(character); at != std::string::npos;
+         at = json.find(character, at + replacement.size()))
+        json.replace(at, 1, replacement);
+}
 
 class JsonWriter
 {
@@ -83,7 +59,14 @@ public:
         m_writer.EndArray();
     }
 
-    std::string takeText() { return m_stream.takeText(); }
+    std::string script() const
+    {
+        std::string json(m_buffer.GetString(), m_buffer.GetSize());
+        escape(json, '<', "\\u003c");
+        escape(json, '>', "\\u003e");
+        escape(json, '&', "\\u0026");
+        return json;
+    }
 
 private:
     static rapidjson::SizeType lengthOf(std::string_view text)
@@ -91,8 +74,8 @@ private:
         return static_cast<rapidjson::SizeType>(text.size());
     }
 
-    ScriptStream m_stream;
-    rapidjson::Writer<ScriptStream> m_writer{m_stream};
+    rapidjson::StringBuffer m_buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_buffer};
 };
 
 std::string joined(std::span<const std::string> texts, char separator)
@@ -119,12 +102,13 @@ std::string keywordsOf(const JsonRecipe &recipe)
 {
     constexpr int mostIngredients = 3;
     std::string keywords(recipe.type);
-    if (recipe.details.vegetarian && !recipe.details.ingredients.empty())
+    if (recipe.recipe.vegetarian && !recipe.details.ingredients.empty())
         keywords += ", Vegetarian";
     int count = 0;
     for (const IngredientDetails &ingredient : recipe.details.ingredients) {
-        if (canBeMainIngredient(ingredient.type) && ++count <= mostIngredients)
-            keywords.append(", ").append(ingredient.name, 0, ingredient.name.find(','));
+        const std::string &name = ingredient.entry->name;
+        if (canBeMainIngredient(ingredient.entry->type) && ++count <= mostIngredients)
+            keywords.append(", ").append(name, 0, name.find(','));
     }
     return keywords;
 }
@@ -150,7 +134,7 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     const RecipeDetails &details = recipe.details;
     JsonWriter json;
     json.beginPage("Recipe");
-    json.add("name", recipe.title);
+    json.add("name", recipe.recipe.title);
     if (!details.author.empty()) {
         json.key("author");
         json.begin("Person");
@@ -161,12 +145,12 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     json.add("recipeCategory", recipe.type);
     json.add("keywords", keywordsOf(recipe));
     json.addUnlessEmpty("recipeYield", recipe.yield);
-    if (details.vegetarian && !details.ingredients.empty())
+    if (recipe.recipe.vegetarian && !details.ingredients.empty())
         json.add("suitableForDiet", "https://schema.org/VegetarianDiet");
     json.addList("recipeIngredient", recipe.ingredients,
                  [&](const std::string &line) { json.text(line); });
     json.addList("tool", details.utensils,
-                 [&](const UtensilDetails &utensil) { json.text(utensil.name); });
+                 [&](const ListEntry *utensil) { json.text(utensil->name); });
     json.addList("recipeInstructions", details.instructions, [&](const std::string &paragraph) {
         json.begin("HowToStep");
         json.add("text", paragraph);
@@ -175,7 +159,7 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     if (details.rating > 0)
         addRating(json, recipe);
     json.end();
-    return json.takeText();
+    return json.script();
 }
 
 std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *const> recipes)
@@ -184,14 +168,14 @@ std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *c
     json.beginPage("ItemList");
     json.add("name", name);
     json.add("numberOfItems", static_cast<int>(recipes.size()));
-    int position = 0;
+    int number = 0;
     json.addList("itemListElement", recipes, [&](const RecipeEntry *recipe) {
         json.begin("ListItem");
-        json.add("position", ++position);
+        json.add("position", ++number);
         json.add("url", recipe->page);
         json.add("name", recipe->title);
         json.end();
     });
     json.end();
-    return json.takeText();
+    return json.script();
 }

@@ -8,11 +8,11 @@
 // What other programs read from the pages, as schema.org describes it, in JSON-LD. The results are
 // UTF-8 that can be put into a script element without escaping.
 
-// A recipe, which other recipe programs can import. The keywords are separated by commas.
+// A recipe, which other recipe programs can import.
 struct JsonRecipe {
+    const RecipeEntry &recipe;
     const RecipeDetails &details;
-    std::string_view title;
-    std::string_view type;
+    std::string_view type; // its name
     std::string_view yield; // "4 servings", may be empty
     std::string_view rating; // "2 - Well received", empty without a rating
     std::span<const std::string> ingredients; // lines

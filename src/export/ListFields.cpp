@@ -1,19 +1,13 @@
 #include "export/ListFields.h"
 
 #include "export/JsonLd.h"
+#include "export/PageFields.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 #include <algorithm>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
-
-struct Text {
-    Q_DECLARE_TR_FUNCTIONS(ListFields)
-};
 
 // Fewer lines are found without letters.
 constexpr std::size_t fewestLinesWithLetters = 40;
@@ -129,33 +123,6 @@ TemplateData pageFields(const TemplateData &common, const RecipeList &list, cons
 }
 
 } // namespace
-
-std::string countText(ListKind kind, std::size_t count)
-{
-    const QString number = QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
-    QString text;
-    switch (kind) {
-    case ListKind::Recipes:
-        text = count == 1 ? Text::tr("1 recipe") : Text::tr("%1 recipes");
-        break;
-    case ListKind::Ingredients:
-        text = count == 1 ? Text::tr("1 ingredient") : Text::tr("%1 ingredients");
-        break;
-    case ListKind::Utensils:
-        text = count == 1 ? Text::tr("1 utensil") : Text::tr("%1 utensils");
-        break;
-    }
-    return text.replace("%1"_L1, number).toStdString();
-}
-
-TemplateData recipeLink(const RecipeEntry &recipe)
-{
-    TemplateData fields;
-    fields.setView("title", recipe.title);
-    fields.setView("link", recipe.page);
-    fields.setFlag("vegetarian", recipe.vegetarian);
-    return fields;
-}
 
 TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common, const RecipeList &list,
                             const DividedList &divided)

@@ -3,15 +3,8 @@
 #include "export/ListPages.h"
 #include "export/TemplateData.h"
 
-#include <string>
-
 // The values of the fields of the main menu and of lists. They refer to the texts of the lists and
 // of the common fields, which must outlive them.
-
-// Returns for example "12 recipes".
-std::string countText(ListKind kind, std::size_t count);
-
-TemplateData recipeLink(const RecipeEntry &recipe);
 
 // The list is allRecipes(). If it is divided, the main menu leads to its parts.
 TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common, const RecipeList &list,

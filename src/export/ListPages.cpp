@@ -5,6 +5,7 @@
 #include "export/TitleLetters.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -192,6 +193,24 @@ void addParts(DividedList &divided, const RecipeList &list, std::size_t letter)
 }
 
 } // namespace
+
+std::string countText(ListKind kind, std::size_t count)
+{
+    const QString number = QLocale(QLocale::English).toString(static_cast<qulonglong>(count));
+    QString text;
+    switch (kind) {
+    case ListKind::Recipes:
+        text = count == 1 ? Text::tr("1 recipe") : Text::tr("%1 recipes");
+        break;
+    case ListKind::Ingredients:
+        text = count == 1 ? Text::tr("1 ingredient") : Text::tr("%1 ingredients");
+        break;
+    case ListKind::Utensils:
+        text = count == 1 ? Text::tr("1 utensil") : Text::tr("%1 utensils");
+        break;
+    }
+    return text.replace("%1"_L1, number).toStdString();
+}
 
 RecipeList allRecipes(const SiteMap &site)
 {

@@ -9,6 +9,9 @@
 
 enum class ListKind { Recipes, Ingredients, Utensils };
 
+// Returns for example "12 recipes".
+std::string countText(ListKind kind, std::size_t count);
+
 // A line of a list: a recipe, or an ingredient or a utensil.
 struct ListLine {
     std::string_view title;

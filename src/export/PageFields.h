@@ -1,18 +1,14 @@
 #pragma once
 
 #include "data/settings/Settings.h"
-#include "export/RecipeReader.h"
 #include "export/SiteMap.h"
 #include "export/TemplateData.h"
 
 #include <QDate>
 
-// The values of the fields in TemplateFields.h. They refer to the texts of the site map, of the
-// common fields and of the details, which must outlive them.
-
-// Those that are the same on all pages.
+// Returns the values of the fields that are the same on all pages. They refer to texts of the site
+// map, which must outlive them.
 TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn);
 
-// The position is that of the recipe in site.recipes.
-TemplateData recipeFields(const SiteMap &site, const TemplateData &common, std::size_t position,
-                          const RecipeDetails &details);
+// Returns the values of the fields of a link to the recipe, which must outlive them.
+TemplateData recipeLink(const RecipeEntry &recipe);

@@ -147,36 +147,27 @@ void readRecipes(Batch &batch)
     }
 }
 
-void readIngredients(Batch &batch)
+// The lines of a recipe are in the order in which they were stored.
+void readIngredients(Batch &batch, const SiteMap &site)
 {
-    const Rows rows = batch.rows(inLinkOrder(
-        u"SELECT RecipeIngredients.RecipeID, RecipeIngredients.Quantity, "
-        "Ingredients.IngredientID, Ingredients.IngredientName, Ingredients.IngredientType, "
-        "Ingredients.Vegetarian FROM Ingredients INNER JOIN RecipeIngredients "
-        "ON Ingredients.IngredientID = RecipeIngredients.IngredientID "
-        "WHERE RecipeIngredients.RecipeID BETWEEN %1 AND %2"_s,
-        "RecipeIngredients"_L1));
-    const qsizetype types = ingredientTypes().size();
+    const Rows rows = batch.rows(u"SELECT RecipeID, IngredientID, Quantity FROM RecipeIngredients "
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY RecipeID, rowid"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
-        details.ingredients.push_back({rows.integer(row, 2), rows.line(row, 3),
-                                       rows.listIndex(row, 4, types, 0).value_or(0),
-                                       rows.line(row, 1)});
-        details.vegetarian = details.vegetarian && rows.isYes(row, 5);
+        if (const ListEntry *ingredient = site.ingredient(rows.integer(row, 1)))
+            details.ingredients.push_back({ingredient, rows.line(row, 2)});
     }
 }
 
-void readUtensils(Batch &batch)
+void readUtensils(Batch &batch, const SiteMap &site)
 {
-    const Rows rows = batch.rows(
-        inLinkOrder(u"SELECT RecipeUtensils.RecipeID, Utensils.UtensilID, Utensils.UtensilName "
-                    "FROM Utensils INNER JOIN RecipeUtensils "
-                    "ON Utensils.UtensilID = RecipeUtensils.UtensilID "
-                    "WHERE RecipeUtensils.RecipeID BETWEEN %1 AND %2"_s,
-                    "RecipeUtensils"_L1));
-    for (qsizetype row = 0; row < rows.count(); ++row)
-        batch.ofKey(rows.integer(row, 0))
-            .utensils.push_back({rows.integer(row, 1), rows.line(row, 2)});
+    const Rows rows = batch.rows(u"SELECT RecipeID, UtensilID FROM RecipeUtensils "
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY RecipeID, rowid"_s);
+    for (qsizetype row = 0; row < rows.count(); ++row) {
+        RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
+        if (const ListEntry *utensil = site.utensil(rows.integer(row, 1)))
+            details.utensils.push_back(utensil);
+    }
 }
 
 std::vector<RecipeEntry> readEntries(Database &database)
@@ -279,14 +270,14 @@ SiteContents RecipeReader::entries()
     return contents;
 }
 
-std::vector<RecipeDetails> RecipeReader::details(std::span<const qint64> keys)
+std::vector<RecipeDetails> RecipeReader::details(const SiteMap &site, std::span<const qint64> keys)
 {
     const ReadTransaction snapshot(*m_database);
     if (m_database->dataVersion() != m_version)
         failAsChanged();
     Batch batch{*m_database, keys, std::vector<RecipeDetails>(keys.size())};
     readRecipes(batch);
-    readIngredients(batch);
-    readUtensils(batch);
+    readIngredients(batch, site);
+    readUtensils(batch, site);
     return std::move(batch.details);
 }

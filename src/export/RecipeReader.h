@@ -2,35 +2,25 @@
 
 #include "export/SiteMap.h"
 
-#include <QList>
-
 #include <memory>
 #include <span>
 
 class Database;
 
 struct IngredientDetails {
-    qint64 key = 0;
-    std::string name;
-    int type = 0; // position in ingredientTypes()
+    const ListEntry *entry;
     std::string quantity; // may be empty
 };
 
-struct UtensilDetails {
-    qint64 key = 0;
-    std::string name;
-};
-
-// What the page of a recipe shows, as clean text in UTF-8 (PageText.h). Texts are empty if nothing
-// is stored.
+// What the page of a recipe shows besides its entry in the site map, as clean text in UTF-8
+// (PageText.h). Texts are empty if nothing is stored.
 struct RecipeDetails {
     std::string author;
     std::string servings;
     int rating = 0; // position in recipeRatings(), 0 if it is not shown
-    bool vegetarian = true; // whether all ingredients are; also if there are none
     std::vector<std::string> description; // paragraphs
     std::vector<IngredientDetails> ingredients; // in their stored order
-    std::vector<UtensilDetails> utensils;
+    std::vector<const ListEntry *> utensils;
     std::vector<std::string> instructions; // paragraphs
 };
 
@@ -47,8 +37,9 @@ public:
     SiteContents entries();
 
     // Returns the details of the recipes with these keys, in the same order. The keys must be
-    // consecutive keys of entries() in ascending order, and at least one.
-    std::vector<RecipeDetails> details(std::span<const qint64> keys);
+    // consecutive keys of entries() in ascending order, and at least one. The site map is made of
+    // entries(); the details refer to its ingredients and utensils.
+    std::vector<RecipeDetails> details(const SiteMap &site, std::span<const qint64> keys);
 
 private:
     std::shared_ptr<Database> m_database;

@@ -102,9 +102,9 @@ const ListEntry *findKey(const std::vector<ListEntry> &entries, qint64 key)
 
 } // namespace
 
-const ListEntry *SiteMap::type(int type) const
+const ListEntry &SiteMap::type(const RecipeEntry &recipe) const
 {
-    return findKey(types, type);
+    return *findKey(types, recipe.type);
 }
 
 const ListEntry *SiteMap::ingredient(qint64 key) const

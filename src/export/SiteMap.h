@@ -49,8 +49,9 @@ struct SiteMap {
     static constexpr std::string_view script = "script.js";
     static constexpr std::string_view searchFile = "search.js";
 
-    // Return null if no recipe has the type, ingredient or utensil.
-    const ListEntry *type(int type) const;
+    const ListEntry &type(const RecipeEntry &recipe) const;
+
+    // Returns null if no recipe uses the ingredient or utensil.
     const ListEntry *ingredient(qint64 key) const;
     const ListEntry *utensil(qint64 key) const;
 

@@ -4,6 +4,7 @@
 #include "export/OutputFolder.h"
 #include "export/PageFields.h"
 #include "export/PageTemplate.h"
+#include "export/RecipeFields.h"
 #include "export/RecipeReader.h"
 #include "export/SearchFile.h"
 #include "interaction/Progress.h"
@@ -11,6 +12,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -44,12 +46,11 @@ QString toName(std::string_view page)
 }
 
 // The positions of the recipes in the order of their keys, in which they are read.
-std::vector<std::size_t> positionsByKey(const SiteMap &site)
+std::vector<RecipePosition> positionsByKey(const SiteMap &site)
 {
-    std::vector<std::size_t> positions(site.recipes.size());
-    for (std::size_t i = 0; i < positions.size(); ++i)
-        positions[i] = i;
-    std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    std::vector<RecipePosition> positions(site.recipes.size());
+    std::iota(positions.begin(), positions.end(), 0U);
+    std::sort(positions.begin(), positions.end(), [&](RecipePosition a, RecipePosition b) {
         return site.recipes[a].key < site.recipes[b].key;
     });
     return positions;
@@ -91,7 +92,7 @@ public:
     // Returns false if the user stops it.
     bool writeRecipes(Progress &progress)
     {
-        const std::vector<std::size_t> positions = positionsByKey(m_site);
+        const std::vector<RecipePosition> positions = positionsByKey(m_site);
         for (std::size_t first = 0; first < positions.size(); first += batchSize) {
             const std::size_t size = std::min(batchSize, positions.size() - first);
             if (!writeBatch(std::span(positions).subspan(first, size), first, progress))
@@ -136,12 +137,12 @@ private:
             write(divided.parts[i].page, m_category, partFields(m_common, list, divided, i));
     }
 
-    bool writeBatch(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
+    bool writeBatch(std::span<const RecipePosition> positions, std::size_t done, Progress &progress)
     {
         std::vector<qint64> keys;
-        for (const std::size_t position : positions)
+        for (const RecipePosition position : positions)
             keys.push_back(m_site.recipes[position].key);
-        const std::vector<RecipeDetails> details = m_reader.details(keys);
+        const std::vector<RecipeDetails> details = m_reader.details(m_site, keys);
         for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
             const std::size_t finished = done + i;

@@ -2,6 +2,7 @@
 #include "export/ListFields.h"
 #include "export/PageFields.h"
 #include "export/PageNames.h"
+#include "export/RecipeFields.h"
 #include "export/SiteMap.h"
 #include "export/StepNumber.h"
 #include "export/TemplateFields.h"
@@ -44,13 +45,13 @@ TemplateData allFields(PageKind kind)
         siteMapOf({.recipes = {{1, "A", 0}, {2, "B", 0}, {3, "C", 1}},
                    .ingredients = {{.key = 1, .name = "Leek", .recipes = {1}}},
                    .utensils = {{.key = 1, .name = "Pan", .recipes = {1}}}});
-    static const TemplateData common = commonFields(site, PageStyle::Cookbook, {});
+    static const TemplateData common = commonFields(site, PageStyle::Cookbook, QDate(2026, 11, 5));
     static const RecipeDetails details{.author = "Ann",
                                        .servings = "2",
                                        .rating = 1,
                                        .description = {"Good."},
-                                       .ingredients = {{1, "Leek", 0, "1, chopped"}},
-                                       .utensils = {{1, "Pan"}},
+                                       .ingredients = {{site.ingredient(1), "1, chopped"}},
+                                       .utensils = {site.utensil(1)},
                                        .instructions = {"Boil."}};
     static const RecipeList list = allRecipes(site);
     if (kind == PageKind::MainMenu)
@@ -77,7 +78,8 @@ QJsonObject jsonOf(const QByteArray &page)
 {
     const QByteArray open = R"(<script type="application/ld+json">)";
     const qsizetype start = page.indexOf(open) + open.size();
-    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>") - start)).object();
+    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start))
+        .object();
 }
 
 QStringList matches(const QByteArray &page, const char *pattern)
@@ -241,6 +243,25 @@ private Q_SLOTS:
         QCOMPARE(beginsWithStepNumber(paragraph.toStdString()), isNumbered);
     }
 
+    void themeColors_data()
+    {
+        addRows<PageStyle>({{"card", PageStyle::PlainCard}, {"cookbook", PageStyle::Cookbook}});
+    }
+
+    // The colours of the browser's bars are the background of the pages.
+    void themeColors()
+    {
+        ExportFixture fixture;
+        std::tie(fixture.settings.style) = fetchRow<PageStyle>();
+        addDishes(fixture.file, 1);
+        QCOMPARE(fixture.run(), QString());
+        const QStringList colors =
+            matches(bytesOf(fixture.page(u"style.css"_s)), "--(?:table|paper): (#[0-9a-f]{6});");
+        QCOMPARE(
+            matches(bytesOf(fixture.page(u"dish-0.html"_s)), "theme-color\" content=\"([^\"]*)"),
+            colors);
+    }
+
     void hostileText()
     {
         const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
@@ -260,7 +281,7 @@ private Q_SLOTS:
             QCOMPARE(page.count("</script>"), page.count("<script"));
         }
         const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
-        QVERIFY(page.contains("dir=\"auto\">&lt;/script&gt;&lt;!--"));
+        QVERIFY(page.contains("<h1 lang=\"\" dir=\"auto\">&lt;/script&gt;&lt;!--"));
         QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
         QCOMPARE(jsonOf(page)[u"recipeInstructions"][1][u"text"].toString(), hostile);
         QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
@@ -276,7 +297,7 @@ private Q_SLOTS:
             return matches(bytesOf(fixture.page(page)), pattern).join(u' ');
         };
         QCOMPARE(found(u"a.html"_s, "rel=\"(?:prev|next)\" href=\"(.)"), u"f e"_s);
-        QCOMPARE(found(u"b.html"_s, "rel=\"(.)"), u"s n"_s); // the style sheet, the next one
+        QCOMPARE(found(u"b.html"_s, "rel=\"(prev|next)"), u"next"_s);
         QCOMPARE(found(u"index.html"_s, "<h3[^>]*>([^<]*)"), u"A B E F"_s);
     }
 
@@ -403,6 +424,7 @@ private Q_SLOTS:
         collectPaths(data, {}, set);
         collectPaths(*data.common(), {}, set);
         QCOMPARE(QStringList((set - known).values()), QStringList());
+        QCOMPARE(QStringList((known - set).values()), QStringList());
 
         const QStringList sections = document().split(u"\n## "_s);
         // A field has a row in a table, or is described in the row of the field that it belongs to.
@@ -423,7 +445,7 @@ private Q_SLOTS:
         fixture.file.write(
             u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
         QCOMPARE(fixture.run(), QString());
-        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p"), 2); // the links, and Boil.
     }
 };
 

@@ -1,5 +1,6 @@
 #include "export/MustacheTemplate.h"
 #include "export/PageFields.h"
+#include "export/RecipeFields.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -23,18 +24,19 @@ class Pages
 {
 public:
     explicit Pages(const QString &text)
+        : m_text(text.toStdString())
+        , m_site(siteMapOf({.recipes = {{1, m_text, 1}, {2, m_text, 0}, {3, m_text, 1}},
+                            .ingredients = {{.key = 1, .name = m_text, .recipes = {0, 1}}},
+                            .utensils = {{.key = 1, .name = m_text, .recipes = {1}}}}))
+        , m_common(commonFields(m_site, PageStyle::PlainCard, {}))
+        , m_details{.author = m_text,
+                    .servings = m_text,
+                    .rating = 1,
+                    .description = {m_text, m_text},
+                    .ingredients = {{m_site.ingredient(1), m_text}, {m_site.ingredient(1), {}}},
+                    .utensils = {m_site.utensil(1)},
+                    .instructions = {m_text, m_text}}
     {
-        std::vector<RecipeEntry> recipes;
-        for (qint64 key = 1; key <= 3; ++key)
-            recipes.push_back({key, text + QString::number(key), static_cast<int>(key % 2), {}});
-        m_site = siteMapOf(std::move(recipes));
-        const std::string utf8 = text.toStdString();
-        m_details = {.author = utf8,
-                     .servings = utf8,
-                     .description = {utf8, utf8},
-                     .ingredients = {{1, utf8, 0, utf8}, {2, utf8, 0, {}}},
-                     .utensils = {{1, utf8}},
-                     .instructions = {utf8, utf8}};
     }
 
     TemplateData fields(PageKind kind) const
@@ -51,8 +53,9 @@ public:
     }
 
 private:
+    std::string m_text;
     SiteMap m_site;
-    TemplateData m_common = commonFields(m_site, PageStyle::PlainCard, {});
+    TemplateData m_common;
     RecipeDetails m_details;
 };
 
