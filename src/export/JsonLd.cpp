@@ -1,41 +1,17 @@
 #include "export/JsonLd.h"
 
+#include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
-
-#include <utility>
 
 namespace {
 
-// A stream for rapidjson::Writer. Escapes the characters that HTML could take for markup; in JSON
-// they occur only within strings.
-class ScriptStream
+// Escapes a character that HTML could take for markup. In JSON it occurs only within strings.
+void escape(std::string &json, char character, std::string_view replacement)
 {
-public:
-    using Ch = char;
-
-    void Put(char character)
-    {
-        switch (character) {
-        case '<':
-            m_text += "\\u003c";
-            break;
-        case '>':
-            m_text += "\\u003e";
-            break;
-        case '&':
-            m_text += "\\u0026";
-            break;
-        default:
-            m_text += character;
-        }
-    }
-    void Flush() { }
-
-    std::string takeText() { return std::move(m_text); }
-
-private:
-    std::string m_text;
-};
+    for (std::size_t at = json.find(character); at != std::string::npos;
+         at = json.find(character, at + replacement.size()))
+        json.replace(at, 1, replacement);
+}
 
 class JsonWriter
 {
@@ -83,7 +59,14 @@ public:
         m_writer.EndArray();
     }
 
-    std::string takeText() { return m_stream.takeText(); }
+    std::string script() const
+    {
+        std::string json(m_buffer.GetString(), m_buffer.GetSize());
+        escape(json, '<', "\\u003c");
+        escape(json, '>', "\\u003e");
+        escape(json, '&', "\\u0026");
+        return json;
+    }
 
 private:
     static rapidjson::SizeType lengthOf(std::string_view text)
@@ -91,8 +74,8 @@ private:
         return static_cast<rapidjson::SizeType>(text.size());
     }
 
-    ScriptStream m_stream;
-    rapidjson::Writer<ScriptStream> m_writer{m_stream};
+    rapidjson::StringBuffer m_buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_buffer};
 };
 
 std::string joined(std::span<const std::string> texts, char separator)
@@ -176,7 +159,7 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     if (details.rating > 0)
         addRating(json, recipe);
     json.end();
-    return json.takeText();
+    return json.script();
 }
 
 std::string itemListJsonLd(std::string_view name, const SiteMap &site,
@@ -196,5 +179,5 @@ std::string itemListJsonLd(std::string_view name, const SiteMap &site,
         json.end();
     });
     json.end();
-    return json.takeText();
+    return json.script();
 }

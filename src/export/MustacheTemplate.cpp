@@ -56,31 +56,35 @@ bool isBlank(QByteArrayView text)
                        [](char character) { return character == ' ' || character == '\t'; });
 }
 
+// Returns what replaces a character, or null if it stays as it is.
+const char *entityOf(char character)
+{
+    switch (character) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\'':
+        return "&apos;";
+    default:
+        return nullptr;
+    }
+}
+
 void appendEscaped(std::string &html, std::string_view text)
 {
-    for (;;) {
-        const std::size_t special = text.find_first_of("&<>\"'");
-        html += text.substr(0, special);
-        if (special == std::string_view::npos)
-            return;
-        switch (text[special]) {
-        case '&':
-            html += "&amp;";
-            break;
-        case '<':
-            html += "&lt;";
-            break;
-        case '>':
-            html += "&gt;";
-            break;
-        case '"':
-            html += "&quot;";
-            break;
-        default:
-            html += "&apos;";
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (const char *entity = entityOf(text[i])) {
+            html.append(text, done, i - done).append(entity);
+            done = i + 1;
         }
-        text.remove_prefix(special + 1);
     }
+    html.append(text, done);
 }
 
 std::string_view textOf(const TemplateData::Value &value)

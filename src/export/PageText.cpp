@@ -52,6 +52,12 @@ bool isPrintableAscii(std::string_view text)
                        [](char character) { return character >= ' ' && character < 0x7F; });
 }
 
+std::string withoutSpacesAround(std::string_view text)
+{
+    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+    return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
+}
+
 // A byte order mark is part of the text.
 QString fromUtf8(std::string_view text)
 {
@@ -97,10 +103,8 @@ QString pageTitle(const QString &text)
 
 std::string pageLine(std::string_view text)
 {
-    if (!isPrintableAscii(text))
-        return pageLine(fromUtf8(text)).toStdString();
-    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
-    return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
+    return isPrintableAscii(text) ? withoutSpacesAround(text)
+                                  : pageLine(fromUtf8(text)).toStdString();
 }
 
 std::vector<std::string> pageParagraphs(std::string_view text)
@@ -110,16 +114,18 @@ std::vector<std::string> pageParagraphs(std::string_view text)
         if (!line.empty())
             paragraphs.push_back(std::move(line));
     };
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find_first_of("\n\v\f\r", begin), text.size());
-        const std::string_view line = text.substr(begin, end - begin);
+    for (const auto *begin = text.begin(); begin != text.end();) {
+        const auto *const end = std::find_if(begin, text.end(), [](char character) {
+            return character >= '\n' && character <= '\r'; // and \v and \f
+        });
+        const std::string_view line(begin, end);
         if (isPrintableAscii(line)) {
-            add(pageLine(line));
+            add(withoutSpacesAround(line));
         } else {
             for (const QString &part : linesOf(fromUtf8(line)))
                 add(pageLine(part).toStdString());
         }
-        begin = end + 1;
+        begin = end == text.end() ? end : end + 1;
     }
     return paragraphs;
 }

@@ -151,7 +151,7 @@ void readRecipes(Batch &batch)
 void readIngredients(Batch &batch, const SiteMap &site)
 {
     const Rows rows = batch.rows(u"SELECT RecipeID, IngredientID, Quantity FROM RecipeIngredients "
-                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY rowid"_s);
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY RecipeID, rowid"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
         if (const ListEntry *ingredient = site.ingredient(rows.integer(row, 1)))
@@ -162,7 +162,7 @@ void readIngredients(Batch &batch, const SiteMap &site)
 void readUtensils(Batch &batch, const SiteMap &site)
 {
     const Rows rows = batch.rows(u"SELECT RecipeID, UtensilID FROM RecipeUtensils "
-                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY rowid"_s);
+                                 "WHERE RecipeID BETWEEN %1 AND %2 ORDER BY RecipeID, rowid"_s);
     for (qsizetype row = 0; row < rows.count(); ++row) {
         RecipeDetails &details = batch.ofKey(rows.integer(row, 0));
         if (const ListEntry *utensil = site.utensil(rows.integer(row, 1)))

@@ -76,7 +76,7 @@ QJsonObject jsonOf(const QByteArray &page)
 {
     const QByteArray open = R"(<script type="application/ld+json">)";
     const qsizetype start = page.indexOf(open) + open.size();
-    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>") - start)).object();
+    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start)).object();
 }
 
 QStringList matches(const QByteArray &page, const char *pattern)
@@ -245,7 +245,7 @@ private Q_SLOTS:
             QCOMPARE(page.count("</script>"), page.count("<script"));
         }
         const QByteArray page = bytesOf(fixture.page(fixture.pages().filter(u"script"_s).value(0)));
-        QVERIFY(page.contains("<h1 dir=\"auto\">&lt;/script&gt;&lt;!--"));
+        QVERIFY(page.contains("<h1 lang=\"\" dir=\"auto\">&lt;/script&gt;&lt;!--"));
         QCOMPARE(jsonOf(page)[u"name"].toString(), hostile);
         QCOMPARE(jsonOf(page)[u"recipeInstructions"][1][u"text"].toString(), hostile);
         QCOMPARE(jsonOf(page)[u"recipeCategory"].toString(), u"Misc"_s);
@@ -261,7 +261,7 @@ private Q_SLOTS:
             return matches(bytesOf(fixture.page(page)), pattern).join(u' ');
         };
         QCOMPARE(found(u"a.html"_s, "rel=\"(?:prev|next)\" href=\"(.)"), u"f e"_s);
-        QCOMPARE(found(u"b.html"_s, "rel=\"(.)"), u"s n"_s); // the style sheet, the next one
+        QCOMPARE(found(u"b.html"_s, "rel=\"(prev|next)"), u"next"_s);
         QCOMPARE(found(u"index.html"_s, "<h3[^>]*>([^<]*)"), u"A B E F"_s);
     }
 
