@@ -174,8 +174,9 @@
       fewer.setAttribute("aria-disabled", String(current <= step));
       more.setAttribute("aria-disabled", String(current >= most));
       mark.hidden = factor === 1;
-      note.textContent = `Amounts for ${named(current)} instead of ${named(base)}. Sizes in `
-        + "brackets and amounts in the instructions are as written.";
+      const changed = servings ? `for ${current} instead of ${named(base)}` : named(current);
+      note.textContent =
+        `Amounts ${changed}. Sizes in brackets and the instructions are as written.`;
       nodes.forEach((node, i) => {
         node.data = factor === 1 ? written[i] : scaledText(written[i], factor, style);
         node.parentElement.closest("li").classList.toggle("scaled", factor !== 1);
