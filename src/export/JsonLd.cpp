@@ -173,7 +173,6 @@ std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *c
         json.begin("ListItem");
         json.add("position", ++number);
         json.add("url", recipe->page);
-        json.add("name", recipe->title);
         json.end();
     });
     json.end();
