@@ -46,9 +46,11 @@ SiteMap siteWithAllFields()
     SiteContents contents;
     for (int key = 1; key <= 801; ++key)
         contents.recipes.push_back({key, "A" + std::to_string(key), 0});
-    for (int key = 1; key <= 40; ++key)
-        contents.ingredients.push_back(
-            {.key = key, .name = "Leek " + std::to_string(key), .recipes = {1}});
+    for (int key = 1; key <= 401; ++key)
+        contents.ingredients.push_back({.key = key,
+                                        .name = "Leek " + std::to_string(key),
+                                        .type = key % 10 == 0 ? 1 : 2,
+                                        .recipes = {1}});
     contents.utensils.push_back(
         {.key = 1, .name = "Pan", .recipes = std::vector<RecipePosition>(40)});
     std::iota(contents.utensils[0].recipes.begin(), contents.utensils[0].recipes.end(), 0U);
