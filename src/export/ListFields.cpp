@@ -152,8 +152,11 @@ TemplateData categoryFields(const TemplateData &common, const RecipeList &list,
     fields.setList("trail", links(list.trail));
     setFlaggedList(fields, "hasTypes", "types", links(list.types));
     setLetterPages(fields, list, divided, nullptr);
-    if (!divided.parts.empty())
+    if (!divided.parts.empty()) {
+        if (list.page == SiteMap::ingredientsPage)
+            fields.setView("search", SiteMap::searchFile);
         return fields;
+    }
     setFlaggedList(fields, "hasRecipes", "recipes", lines(list.lines));
     if (list.lines.size() >= fewestLinesWithLetters)
         setLetters(fields, divided.letters);

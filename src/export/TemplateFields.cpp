@@ -71,6 +71,7 @@ TemplateFields category()
                  letters(line),
                  {"hasLetterPages", Kind::YesNo},
                  letterPages(),
+                 {"search"},
                  {"hasParts", Kind::YesNo},
                  {"parts", Kind::List, {{"name"}, {"link"}, {"isCurrent", Kind::YesNo}}},
                  {"jsonLd", Kind::Json}});

@@ -234,5 +234,11 @@
     }
   }
 
+  // The letters are one line on a phone, which scrolls.
+  const current = document.querySelector(".index [aria-current]");
+  if (current) {
+    const bar = current.closest("ul");
+    bar.scrollLeft = current.offsetLeft - bar.offsetLeft - bar.clientWidth / 2;
+  }
   start();
 })();
