@@ -162,20 +162,18 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     return json.script();
 }
 
-std::string itemListJsonLd(std::string_view name, const SiteMap &site,
-                           std::span<const RecipePosition> recipes)
+std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *const> recipes)
 {
     JsonWriter json;
     json.beginPage("ItemList");
     json.add("name", name);
     json.add("numberOfItems", static_cast<int>(recipes.size()));
     int number = 0;
-    json.addList("itemListElement", recipes, [&](RecipePosition position) {
-        const RecipeEntry &recipe = site.recipes[position];
+    json.addList("itemListElement", recipes, [&](const RecipeEntry *recipe) {
         json.begin("ListItem");
         json.add("position", ++number);
-        json.add("url", recipe.page);
-        json.add("name", recipe.title);
+        json.add("url", recipe->page);
+        json.add("name", recipe->title);
         json.end();
     });
     json.end();

@@ -22,5 +22,4 @@ struct JsonRecipe {
 std::string recipeJsonLd(const JsonRecipe &recipe);
 
 // Returns the recipes as a schema.org/ItemList, which has this name.
-std::string itemListJsonLd(std::string_view name, const SiteMap &site,
-                           std::span<const RecipePosition> recipes);
+std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *const> recipes);

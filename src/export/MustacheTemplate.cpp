@@ -361,6 +361,13 @@ std::variant<MustacheTemplate, TemplateError> MustacheTemplate::parse(QByteArray
     return MustacheParser(text, fields).parse();
 }
 
+bool MustacheTemplate::uses(std::string_view field) const
+{
+    return std::any_of(m_parts.begin(), m_parts.end(), [field](const Part &part) {
+        return part.op != Op::Text && part.text == field;
+    });
+}
+
 void MustacheTemplate::render(const TemplateData &page, std::string &text) const
 {
     MustacheRenderer(*this, page, text);

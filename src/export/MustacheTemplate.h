@@ -25,6 +25,9 @@ public:
     static std::variant<MustacheTemplate, TemplateError> parse(QByteArrayView text,
                                                                const TemplateFields &fields);
 
+    // Whether the template has a tag for a field of this name.
+    bool uses(std::string_view field) const;
+
     // Appends the page to the text. Every field is escaped except for JSON.
     void render(const TemplateData &page, std::string &text) const;
 

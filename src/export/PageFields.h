@@ -6,14 +6,9 @@
 
 #include <QDate>
 
-// The values of the fields in TemplateFields.h. They refer to the texts of the site map and of the
-// common fields, which must outlive them.
-
-// Those that are the same on all pages.
+// Returns the values of the fields that are the same on all pages. They refer to texts of the site
+// map, which must outlive them.
 TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn);
 
-// Those of a link to a recipe.
+// Returns the values of the fields of a link to the recipe, which must outlive them.
 TemplateData recipeLink(const RecipeEntry &recipe);
-
-TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common);
-TemplateData categoryFields(const SiteMap &site, const TemplateData &common, const ListEntry &type);

@@ -17,27 +17,6 @@ bool isPlain(QChar character)
     return (character >= u'a' && character <= u'z') || (character >= u'0' && character <= u'9');
 }
 
-// The text's letters and digits, with a hyphen for anything between them but apostrophes.
-QString asciiWords(const QString &text)
-{
-    QString words;
-    bool isNewWord = false;
-    for (const QChar character : baseLetters(text)) {
-        if (isPlain(character)) {
-            if (isNewWord && !words.isEmpty())
-                words += u'-';
-            isNewWord = false;
-            words += character;
-        } else if (character != u'\'' && character != u'’') {
-            isNewWord = true;
-        }
-    }
-    words.truncate(longestName);
-    while (words.endsWith(u'-'))
-        words.chop(1);
-    return words;
-}
-
 // The names that Windows reserves for devices, with any extension, and that of the main menu.
 bool isReserved(const QString &name)
 {
@@ -59,6 +38,26 @@ bool isComplete(const QString &words, const QString &folded)
 }
 
 } // namespace
+
+QString asciiWords(const QString &text)
+{
+    QString words;
+    bool isNewWord = false;
+    for (const QChar character : baseLetters(text)) {
+        if (isPlain(character)) {
+            if (isNewWord && !words.isEmpty())
+                words += u'-';
+            isNewWord = false;
+            words += character;
+        } else if (character != u'\'' && character != u'’') {
+            isNewWord = true;
+        }
+    }
+    words.truncate(longestName);
+    while (words.endsWith(u'-'))
+        words.chop(1);
+    return words;
+}
 
 // A name without a hash contains no underscore, so that it differs from all names with one.
 QString PageNames::takeRecipe(const QString &title, qint64 key)

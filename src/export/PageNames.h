@@ -3,6 +3,10 @@
 #include <QSet>
 #include <QString>
 
+// Returns the letters and digits of a text in ASCII, with a hyphen for anything between them but
+// apostrophes, of limited length: "creme-brulee".
+QString asciiWords(const QString &text);
+
 // Makes the unique file names of pages. They consist of lower-case ASCII letters, digits, hyphens
 // and underscores: valid on every file system and in every link. A name depends only on the text,
 // so that links to a page stay valid when other pages are added or removed. If the text does not

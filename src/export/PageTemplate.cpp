@@ -127,3 +127,8 @@ const std::string &PageTemplate::fillIn(const TemplateData &fields)
     m_template.render(fields, m_page);
     return m_page;
 }
+
+bool PageTemplate::canDivideLists() const
+{
+    return m_template.uses("letterPages");
+}

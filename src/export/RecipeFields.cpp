@@ -132,7 +132,8 @@ TemplateData recipeFields(const SiteMap &site, const TemplateData &common, Recip
     fields.setView("servings", details.servings);
     fields.setText("yield", yield);
     fields.setText("rating", rating);
-    fields.setFlag("vegetarian", recipe.vegetarian);
+    // As in the recipe window, also if there are no ingredients.
+    fields.setFlag("vegetarian", recipe.vegetarian || details.ingredients.empty());
     fields.setText("pageDescription", pageDescription(details, type.name));
     setParagraphs(fields, details);
     const std::vector<std::string> lines = setIngredients(fields, details);

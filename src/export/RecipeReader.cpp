@@ -229,6 +229,18 @@ void readLinks(const Rows &rows, const QHash<qint64, RecipePosition> &positions,
     std::erase_if(entries, [](const ListEntry &entry) { return entry.recipes.empty(); });
 }
 
+void setVegetarian(SiteContents &contents, const QSet<qint64> &notVegetarian)
+{
+    for (const bool isVegetarian : {true, false}) { // one such ingredient overrules all others
+        for (const ListEntry &ingredient : contents.ingredients) {
+            if (notVegetarian.contains(ingredient.key) == isVegetarian)
+                continue;
+            for (const RecipePosition recipe : ingredient.recipes)
+                contents.recipes[recipe].vegetarian = isVegetarian;
+        }
+    }
+}
+
 } // namespace
 
 RecipeReader::RecipeReader(const QString &databasePath)
@@ -247,16 +259,11 @@ SiteContents RecipeReader::entries()
     for (const RecipeEntry &recipe : contents.recipes)
         positions.insert(recipe.key, static_cast<RecipePosition>(positions.size()));
 
-    QSet<qint64> meat;
-    contents.ingredients = readIngredientEntries(*m_database, meat);
+    QSet<qint64> notVegetarian;
+    contents.ingredients = readIngredientEntries(*m_database, notVegetarian);
     readLinks({*m_database, u"SELECT RecipeID, IngredientID FROM RecipeIngredients"_s}, positions,
               contents.ingredients);
-    for (const ListEntry &ingredient : contents.ingredients) {
-        if (meat.contains(ingredient.key)) {
-            for (const RecipePosition recipe : ingredient.recipes)
-                contents.recipes[recipe].vegetarian = false;
-        }
-    }
+    setVegetarian(contents, notVegetarian);
     contents.utensils = readUtensilEntries(*m_database);
     readLinks({*m_database, u"SELECT RecipeID, UtensilID FROM RecipeUtensils"_s}, positions,
               contents.utensils);

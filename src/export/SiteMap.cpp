@@ -1,6 +1,5 @@
 #include "export/SiteMap.h"
 
-#include "data/TextComparison.h"
 #include "export/PageNames.h"
 #include "export/PageText.h"
 #include "export/TitleLetters.h"
@@ -8,7 +7,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,7 +29,9 @@ void namePages(std::vector<RecipeEntry> &recipes, PageNames &names)
     for (RecipeEntry *recipe : byKey) {
         const QString title = QString::fromStdString(recipe->title);
         recipe->page = names.takeRecipe(title, recipe->key).toStdString();
-        recipe->title = pageTitle(title).toStdString();
+        const QString shown = pageTitle(title);
+        recipe->title = shown.toStdString();
+        recipe->letter = titleLetter(shown);
     }
 }
 
@@ -41,32 +41,19 @@ void namePages(std::vector<ListEntry> &entries, QLatin1StringView prefix, const 
     for (ListEntry &entry : entries) {
         const QString name = pageLine(QString::fromStdString(entry.name));
         entry.page = names.take(prefix, name, entry.key).toStdString();
-        entry.name = name.isEmpty() ? unnamed.toStdString() : name.toStdString();
+        const QString shown = name.isEmpty() ? unnamed : name;
+        entry.name = shown.toStdString();
+        entry.letter = titleLetter(shown);
     }
 }
 
-std::string sortKey(const std::string &title)
+std::vector<RecipePosition> sortedByTitle(const std::vector<RecipeEntry> &recipes)
 {
-    const QString text = QString::fromStdString(title);
-    return baseLetters(withoutLeadingMarks(text).toString()).toStdString();
-}
-
-// Accents count only between titles that are equal without them.
-std::vector<RecipePosition> orderByTitle(const std::vector<RecipeEntry> &recipes)
-{
-    std::vector<std::string> keys;
-    keys.reserve(recipes.size());
+    std::vector<LetteredText> titles;
+    titles.reserve(recipes.size());
     for (const RecipeEntry &recipe : recipes)
-        keys.push_back(sortKey(recipe.title));
-    std::vector<RecipePosition> order(recipes.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin(), order.end(), [&](RecipePosition a, RecipePosition b) {
-        int comparison = compareTexts(keys[a], keys[b]);
-        if (comparison == 0)
-            comparison = compareTexts(recipes[a].title, recipes[b].title);
-        return comparison != 0 ? comparison < 0 : recipes[a].key < recipes[b].key;
-    });
-    return order;
+        titles.push_back({recipe.title, recipe.letter});
+    return sortedOrder(titles);
 }
 
 // Brings the recipes of each entry into the order of their titles. An ingredient that a recipe uses
@@ -140,7 +127,7 @@ SiteMap siteMapOf(SiteContents contents)
     namePages(site.recipes, names);
     namePages(site.ingredients, "ingredient"_L1, Text::tr("Unnamed ingredient"), names);
     namePages(site.utensils, "utensil"_L1, Text::tr("Unnamed utensil"), names);
-    site.byTitle = orderByTitle(site.recipes);
+    site.byTitle = sortedByTitle(site.recipes);
     for (const RecipePosition position : site.byTitle) {
         if (site.recipes[position].vegetarian)
             site.vegetarian.push_back(position);
@@ -149,16 +136,4 @@ SiteMap siteMapOf(SiteContents contents)
     sortRecipes(site.ingredients, site.byTitle);
     sortRecipes(site.utensils, site.byTitle);
     return site;
-}
-
-QStringList fileNames(const SiteMap &site)
-{
-    QStringList names{SiteMap::mainMenuPage, SiteMap::styleSheet};
-    for (const auto *entries : {&site.types, &site.ingredients, &site.utensils}) {
-        for (const ListEntry &entry : *entries)
-            names += QString::fromStdString(entry.page);
-    }
-    for (const RecipeEntry &recipe : site.recipes)
-        names += QString::fromStdString(recipe.page);
-    return names;
 }

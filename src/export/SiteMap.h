@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QStringList>
+#include <QtGlobal>
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // All texts are UTF-8.
@@ -13,8 +14,9 @@ struct RecipeEntry {
     qint64 key = 0;
     std::string title;
     int type = 0; // position in recipeTypes()
-    bool vegetarian = true; // whether all ingredients are; also if there are none
+    bool vegetarian = false; // whether it has ingredients, and all of them are
     std::string page = {}; // file name
+    char32_t letter = 0; // titleLetter()
 };
 
 // The number of a recipe in SiteMap::recipes.
@@ -27,6 +29,7 @@ struct ListEntry {
     int type = 0; // of an ingredient: position in ingredientTypes()
     std::vector<RecipePosition> recipes = {}; // each once, in the order of their titles
     std::string page = {}; // file name
+    char32_t letter = 0; // titleLetter()
 };
 
 // What is to be shown, without page names and with texts as they are stored.
@@ -38,9 +41,13 @@ struct SiteContents {
 
 // All pages and their links.
 struct SiteMap {
-    static constexpr QLatin1StringView mainMenuPage{"index.html"};
-    static constexpr QLatin1StringView styleSheet{"style.css"};
-    static constexpr QLatin1StringView script{"script.js"};
+    static constexpr std::string_view mainMenuPage = "index.html";
+    static constexpr std::string_view ingredientsPage = "all_ingredients.html";
+    static constexpr std::string_view utensilsPage = "all_utensils.html";
+    static constexpr std::string_view vegetarianPage = "all_vegetarian.html";
+    static constexpr std::string_view styleSheet = "style.css";
+    static constexpr std::string_view script = "script.js";
+    static constexpr std::string_view searchFile = "search.js";
 
     const ListEntry &type(const RecipeEntry &recipe) const;
 
@@ -58,6 +65,3 @@ struct SiteMap {
 
 // Makes the site map: names the pages, cleans the texts and sorts the lists.
 SiteMap siteMapOf(SiteContents contents);
-
-// The names of all files of the site.
-QStringList fileNames(const SiteMap &site);

@@ -20,23 +20,60 @@ TemplateFields recipeLink()
     return {{"title"}, {"link"}, {"vegetarian", Kind::YesNo}};
 }
 
+// What every link to a list has.
+TemplateFields listLink()
+{
+    return {{"name"}, {"link"}, {"count"}, {"recipeCount"}};
+}
+
+// The lines under a letter.
+TemplateField letters(const TemplateFields &line)
+{
+    return {"letters", Kind::List, {{"letter"}, {"anchor"}, {"recipes", Kind::List, line}}};
+}
+
+TemplateField letterPages()
+{
+    return {"letterPages",
+            Kind::List,
+            {{"letter"}, {"link"}, {"count"}, {"recipeCount"}, {"isCurrent", Kind::YesNo}}};
+}
+
 TemplateFields mainMenu()
 {
-    return page(
-        {{"count"},
-         {"recipeCount"},
-         {"hasRecipes", Kind::YesNo},
-         {"types", Kind::List, {{"name"}, {"link"}, {"count"}, {"recipeCount"}}},
-         {"letters", Kind::List, {{"letter"}, {"anchor"}, {"recipes", Kind::List, recipeLink()}}}});
+    return page({{"count"},
+                 {"recipeCount"},
+                 {"hasRecipes", Kind::YesNo},
+                 {"types", Kind::List, listLink()},
+                 {"hasLists", Kind::YesNo},
+                 {"lists", Kind::List, listLink()},
+                 {"search"},
+                 {"hasLetters", Kind::YesNo},
+                 letters(recipeLink()),
+                 {"hasLetterPages", Kind::YesNo},
+                 letterPages()});
 }
 
 TemplateFields category()
 {
+    TemplateFields line = recipeLink();
+    line.push_back({"recipeCount"});
     return page({{"name"},
                  {"link"},
                  {"count"},
                  {"recipeCount"},
-                 {"recipes", Kind::List, recipeLink()},
+                 {"trail", Kind::List, listLink()},
+                 {"hasTypes", Kind::YesNo},
+                 {"types", Kind::List, listLink()},
+                 {"hasRecipes", Kind::YesNo},
+                 {"recipes", Kind::List, line},
+                 {"hasLetters", Kind::YesNo},
+                 letters(line),
+                 {"hasLetterPages", Kind::YesNo},
+                 letterPages(),
+                 {"search"},
+                 {"hasParts", Kind::YesNo},
+                 {"parts", Kind::List, {{"name"}, {"link"}, {"isCurrent", Kind::YesNo}}},
                  {"jsonLd", Kind::Json}});
 }
 

@@ -1,8 +1,11 @@
 #include "export/TitleLetters.h"
 
+#include "data/TextComparison.h"
+
 #include <QList>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -57,6 +60,19 @@ bool isPassedOver(QChar character)
     }
 }
 
+std::string sortKey(std::string_view title)
+{
+    const QString text = QString::fromUtf8(title.data(), std::ssize(title));
+    return baseLetters(withoutLeadingMarks(text).toString()).toStdString();
+}
+
+// All Chinese characters come last, although they are in several ranges.
+char32_t letterRank(char32_t letter)
+{
+    constexpr char32_t last = QChar::LastValidCodePoint;
+    return isChinese(letter) ? letter + last : letter;
+}
+
 } // namespace
 
 QString baseLetters(const QString &text)
@@ -95,4 +111,25 @@ char32_t titleLetter(const QString &text)
 bool isChinese(char32_t letter)
 {
     return QChar::script(letter) == QChar::Script_Han;
+}
+
+std::vector<std::uint32_t> sortedOrder(const std::vector<LetteredText> &texts)
+{
+    struct Key {
+        char32_t rank;
+        std::string text;
+    };
+    std::vector<Key> keys;
+    keys.reserve(texts.size());
+    for (const LetteredText &text : texts)
+        keys.push_back({letterRank(text.letter), sortKey(text.text)});
+    std::vector<std::uint32_t> order(texts.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+        if (keys[a].rank != keys[b].rank)
+            return keys[a].rank < keys[b].rank;
+        const int comparison = compareTexts(keys[a].text, keys[b].text);
+        return comparison != 0 ? comparison < 0 : compareTexts(texts[a].text, texts[b].text) < 0;
+    });
+    return order;
 }

@@ -2,6 +2,10 @@
 
 #include <QString>
 
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
 // Texts as they are sorted and put under letters, and as pages are named after them.
 
 // Returns the text in lower case without accents: "Crème Brûlée" is "creme brulee". Letters that
@@ -16,3 +20,12 @@ QStringView withoutLeadingMarks(QStringView text);
 char32_t titleLetter(const QString &text);
 
 bool isChinese(char32_t letter);
+
+// Returns the order of texts under these letters: by letter, those without one first and those with
+// a Chinese one last; then by text, in which accents count only between texts that are equal
+// without them.
+struct LetteredText {
+    std::string_view text; // UTF-8
+    char32_t letter; // titleLetter()
+};
+std::vector<std::uint32_t> sortedOrder(const std::vector<LetteredText> &texts);

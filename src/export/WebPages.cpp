@@ -1,10 +1,12 @@
 #include "export/WebPages.h"
 
+#include "export/ListFields.h"
 #include "export/OutputFolder.h"
 #include "export/PageFields.h"
 #include "export/PageTemplate.h"
 #include "export/RecipeFields.h"
 #include "export/RecipeReader.h"
+#include "export/SearchFile.h"
 #include "interaction/Progress.h"
 
 #include <QFile>
@@ -19,13 +21,28 @@ namespace {
 // Recipes per read: enough for fast reading, few enough for memory.
 constexpr std::size_t batchSize = 256;
 
-QByteArray styleSheet(PageStyle style)
+QByteArray resource(const QString &name)
 {
-    QFile file(style == PageStyle::Cookbook ? u":/pages/styles/cookbook.css"_s
-                                            : u":/pages/styles/plaincard.css"_s);
+    QFile file(u":/pages/"_s + name);
     [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
     Q_ASSERT(isOpen);
     return file.readAll();
+}
+
+QByteArray styleSheet(PageStyle style)
+{
+    return resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
+                                                 : u"styles/plaincard.css"_s);
+}
+
+QByteArray script()
+{
+    return resource(u"scripts/filter.js"_s) + resource(u"scripts/kitchen.js"_s);
+}
+
+QString toName(std::string_view page)
+{
+    return QString::fromUtf8(page.data(), std::ssize(page));
 }
 
 // The positions of the recipes in the order of their keys, in which they are read.
@@ -50,17 +67,26 @@ public:
         , m_site(siteMapOf(m_reader.entries()))
         , m_common(commonFields(m_site, settings.style, QDate::currentDate()))
         , m_folder(chosenFolder)
+        , m_divideMenu(m_mainMenu.canDivideLists() && m_category.canDivideLists())
     {
-        m_folder.begin(fileNames(m_site));
-        m_folder.write(SiteMap::styleSheet, styleSheet(settings.style));
+        m_folder.begin(fileNames());
+        m_folder.write(toName(SiteMap::styleSheet), styleSheet(settings.style));
+        m_folder.write(toName(SiteMap::script), script());
     }
 
-    void writeMenus()
+    void writeLists()
     {
-        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common));
-        for (const ListEntry &type : m_site.types)
-            write(QString::fromStdString(type.page), m_category,
-                  categoryFields(m_site, m_common, type));
+        const RecipeList all = allRecipes(m_site);
+        const DividedList divided = divide(all, m_divideMenu);
+        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common, all, divided));
+        writeParts(all, divided);
+        m_folder.write(toName(SiteMap::searchFile),
+                       QByteArrayView(searchFile(m_site, !divided.parts.empty())));
+        forEachList(m_site, [this](const RecipeList &list) {
+            const DividedList parts = divide(list, m_category.canDivideLists());
+            write(list.page, m_category, categoryFields(m_common, list, parts));
+            writeParts(list, parts);
+        });
     }
 
     // Returns false if the user stops it.
@@ -78,13 +104,37 @@ public:
     ExportedPages finish()
     {
         m_folder.commit();
-        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + SiteMap::mainMenuPage};
+        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + toName(SiteMap::mainMenuPage)};
     }
 
 private:
-    void write(const QString &name, PageTemplate &page, const TemplateData &fields)
+    QStringList fileNames() const
     {
-        m_folder.write(name, QByteArrayView(page.fillIn(fields)));
+        QStringList names{toName(SiteMap::mainMenuPage), toName(SiteMap::styleSheet),
+                          toName(SiteMap::script), toName(SiteMap::searchFile)};
+        const auto addParts = [&names](const RecipeList &list, bool mayBeDivided) {
+            for (const ListPart &part : divide(list, mayBeDivided).parts)
+                names += toName(part.page);
+        };
+        for (const RecipeEntry &recipe : m_site.recipes)
+            names += toName(recipe.page);
+        addParts(allRecipes(m_site), m_divideMenu);
+        forEachList(m_site, [&](const RecipeList &list) {
+            names += toName(list.page);
+            addParts(list, m_category.canDivideLists());
+        });
+        return names;
+    }
+
+    void write(std::string_view name, PageTemplate &page, const TemplateData &fields)
+    {
+        m_folder.write(toName(name), QByteArrayView(page.fillIn(fields)));
+    }
+
+    void writeParts(const RecipeList &list, const DividedList &divided)
+    {
+        for (std::size_t i = 0; i < divided.parts.size(); ++i)
+            write(divided.parts[i].page, m_category, partFields(m_common, list, divided, i));
     }
 
     bool writeBatch(std::span<const RecipePosition> positions, std::size_t done, Progress &progress)
@@ -99,8 +149,7 @@ private:
             if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
                                  QString::fromStdString(recipe.title)))
                 return false;
-            write(QString::fromStdString(recipe.page), m_recipe,
-                  recipeFields(m_site, m_common, positions[i], details[i]));
+            write(recipe.page, m_recipe, recipeFields(m_site, m_common, positions[i], details[i]));
         }
         return true;
     }
@@ -112,6 +161,7 @@ private:
     SiteMap m_site;
     TemplateData m_common;
     OutputFolder m_folder;
+    bool m_divideMenu;
 };
 
 } // namespace
@@ -120,10 +170,10 @@ std::optional<ExportedPages> exportPages(const QString &databasePath, const QStr
                                          const PageSettings &settings, Progress &progress)
 {
     Export pages(databasePath, chosenFolder, settings);
-    // The recipes first: with many of them the menus take seconds, during which the progress of the
+    // The recipes first: with many of them the lists take seconds, during which the progress of the
     // recipes is already shown.
     if (!pages.writeRecipes(progress))
         return {};
-    pages.writeMenus();
+    pages.writeLists();
     return pages.finish();
 }

@@ -1,4 +1,5 @@
 #include "export/ExportFixture.h"
+#include "export/ListFields.h"
 #include "export/PageFields.h"
 #include "export/PageNames.h"
 #include "export/RecipeFields.h"
@@ -10,6 +11,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -37,26 +40,51 @@ void collectPaths(const TemplateData &data, const QString &prefix, QSet<QString>
     }
 }
 
-// A page of each kind that has every field.
-TemplateData allFields(PageKind kind)
+// A book whose pages have every field: the list of its recipes is divided, and letters as well.
+SiteMap siteWithAllFields()
 {
-    static const SiteMap site =
-        siteMapOf({.recipes = {{1, "A", 0}, {2, "B", 0}, {3, "C", 1}},
-                   .ingredients = {{.key = 1, .name = "Leek", .recipes = {1}}},
-                   .utensils = {{.key = 1, .name = "Pan", .recipes = {1}}}});
-    static const TemplateData common = commonFields(site, PageStyle::Cookbook, QDate(2026, 11, 5));
-    static const RecipeDetails details{.author = "Ann",
-                                       .servings = "2",
-                                       .rating = 1,
-                                       .description = {"Good."},
-                                       .ingredients = {{site.ingredient(1), "1, chopped"}},
-                                       .utensils = {site.utensil(1)},
-                                       .instructions = {"Boil."}};
-    if (kind == PageKind::MainMenu)
-        return mainMenuFields(site, common);
-    if (kind == PageKind::Category)
-        return categoryFields(site, common, site.types.front());
-    return recipeFields(site, common, 1, details);
+    SiteContents contents;
+    for (int key = 1; key <= 801; ++key)
+        contents.recipes.push_back({key, "A" + std::to_string(key), 0});
+    for (int key = 1; key <= 401; ++key)
+        contents.ingredients.push_back({.key = key,
+                                        .name = "Leek " + std::to_string(key),
+                                        .type = key % 10 == 0 ? 1 : 2,
+                                        .recipes = {1}});
+    contents.utensils.push_back(
+        {.key = 1, .name = "Pan", .recipes = std::vector<RecipePosition>(40)});
+    std::iota(contents.utensils[0].recipes.begin(), contents.utensils[0].recipes.end(), 0U);
+    return siteMapOf(std::move(contents));
+}
+
+// Adds the paths of all fields that pages of this kind set.
+void collectSetPaths(PageKind kind, QSet<QString> &paths)
+{
+    const SiteMap site = siteWithAllFields();
+    const TemplateData common = commonFields(site, PageStyle::Cookbook, QDate(2026, 11, 5));
+    const RecipeDetails details{.author = "Ann",
+                                .servings = "2",
+                                .rating = 1,
+                                .description = {"Good."},
+                                .ingredients = {{site.ingredient(1), "1, chopped"}},
+                                .utensils = {site.utensil(1)},
+                                .instructions = {"Boil."}};
+    const auto collect = [&](const TemplateData &data) { collectPaths(data, {}, paths); };
+    collect(common);
+    if (kind == PageKind::MainMenu) {
+        const RecipeList list = allRecipes(site);
+        for (const bool mayBeDivided : {false, true})
+            collect(mainMenuFields(site, common, list, divide(list, mayBeDivided)));
+    } else if (kind == PageKind::Category) {
+        forEachList(site, [&](const RecipeList &list) {
+            const DividedList divided = divide(list, true);
+            collect(categoryFields(common, list, divided));
+            for (std::size_t i = 0; i < divided.parts.size(); ++i)
+                collect(partFields(common, list, divided, i));
+        });
+    } else {
+        collect(recipeFields(site, common, 1, details));
+    }
 }
 
 QString document()
@@ -76,7 +104,8 @@ QJsonObject jsonOf(const QByteArray &page)
 {
     const QByteArray open = R"(<script type="application/ld+json">)";
     const qsizetype start = page.indexOf(open) + open.size();
-    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start)).object();
+    return QJsonDocument::fromJson(page.sliced(start, page.indexOf("</script>", start) - start))
+        .object();
 }
 
 QStringList matches(const QByteArray &page, const char *pattern)
@@ -133,27 +162,41 @@ private Q_SLOTS:
         QCOMPARE(names.takeRecipe(u"CREME"_s, 7), u"creme_7.html"_s);
     }
 
-    // Every page can be reached from the main menu, and no link is broken.
+    // Every page is within three clicks of the main menu, and no link is broken.
     void links()
     {
         ExportFixture fixture;
-        addDishes(fixture.file, 600);
-        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15)"_s);
+        addDishes(fixture.file, 1000);
+        fixture.file.write(u"INSERT INTO Recipes (RecipeName, RecipeType) VALUES ('index', 15);"
+                           "INSERT INTO Ingredients VALUES (1,'Salt',3,0,1),(2,'Ham',4,0,0);"
+                           "INSERT INTO Utensils VALUES (1,'Pan');"
+                           "INSERT INTO RecipeIngredients SELECT RecipeID, 1, '' FROM Recipes;"
+                           "INSERT INTO RecipeUtensils SELECT RecipeID, 1 FROM Recipes"_s);
         QCOMPARE(fixture.run(), QString());
 
-        QMap<QString, bool> reached{{u"index.html"_s, true}, {u"pantrywise-files.txt"_s, true}};
-        for (QStringList unread = reached.keys(); !unread.isEmpty();) {
-            const QByteArray page = bytesOf(fixture.page(unread.takeLast()));
-            for (const QString &link : matches(page, "href=\"([^\"]*)\"")) {
-                if (link.startsWith(u'#'))
-                    QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
-                else if (!std::exchange(reached[link], true))
-                    unread += link;
+        QSet<QString> reached{u"index.html"_s};
+        QStringList unread = reached.values();
+        for (int clicks = 0; clicks <= 3; ++clicks) {
+            QSet<QString> found;
+            for (const QString &name : std::exchange(unread, {})) {
+                const QByteArray page = bytesOf(fixture.page(name));
+                for (const QString &link : matches(page, "(?:href|src|data-search)=\"([^\"]*)\"")) {
+                    if (link.startsWith(u'#'))
+                        QVERIFY(page.contains("id=\"" + link.sliced(1).toUtf8() + '"'));
+                    else if (!link.startsWith(u"data:"))
+                        found.insert(link);
+                }
             }
+            unread = (found - reached).values();
+            reached += found;
         }
-        QCOMPARE(reached.keys(), fixture.pages());
+        reached.insert(u"pantrywise-files.txt"_s);
+        QStringList names = reached.values();
+        names.sort();
+        QCOMPARE(names, fixture.pages());
         QCOMPARE(matches(bytesOf(fixture.page(u"index.html"_s)), "<small>([^<]*)").join(u", "_s),
-                 u"200 recipes, 200 recipes, 200 recipes, 1 recipe"_s);
+                 u"334 recipes, 333 recipes, 333 recipes, 1 recipe, "
+                 "1 ingredient, 1,001 recipes, 1 utensil, 1,000, 1"_s);
     }
 
     void contents()
@@ -226,6 +269,25 @@ private Q_SLOTS:
         QCOMPARE(beginsWithStepNumber(paragraph.toStdString()), isNumbered);
     }
 
+    void themeColors_data()
+    {
+        addRows<PageStyle>({{"card", PageStyle::PlainCard}, {"cookbook", PageStyle::Cookbook}});
+    }
+
+    // The colours of the browser's bars are the background of the pages.
+    void themeColors()
+    {
+        ExportFixture fixture;
+        std::tie(fixture.settings.style) = fetchRow<PageStyle>();
+        addDishes(fixture.file, 1);
+        QCOMPARE(fixture.run(), QString());
+        const QStringList colors =
+            matches(bytesOf(fixture.page(u"style.css"_s)), "--(?:table|paper): (#[0-9a-f]{6});");
+        QCOMPARE(
+            matches(bytesOf(fixture.page(u"dish-0.html"_s)), "theme-color\" content=\"([^\"]*)"),
+            colors);
+    }
+
     void hostileText()
     {
         const QString hostile = u"</script><!--<b>&amp;\"' {{title}} \u202E"_s;
@@ -237,7 +299,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.run(), QString());
         QCOMPARE(fixture.progress.names, QStringList({hostile, u"Untitled recipe"_s}));
 
-        static const QRegularExpression control(u"[^\\P{Cc}\\n]|\\x{FFFE}"_s);
+        static const QRegularExpression control(u"[^\\P{Cc}\\n\\t]|\\x{FFFE}"_s);
         for (const QString &name : fixture.pages()) {
             const QByteArray page = bytesOf(fixture.page(name));
             QVERIFY2(!QString::fromUtf8(page).contains(control), qPrintable(name));
@@ -384,9 +446,7 @@ private Q_SLOTS:
         QSet<QString> known;
         collectPaths(templateFields(kind), {}, known);
         QSet<QString> set;
-        const TemplateData data = allFields(kind);
-        collectPaths(data, {}, set);
-        collectPaths(*data.common(), {}, set);
+        collectSetPaths(kind, set);
         QCOMPARE(QStringList((set - known).values()), QStringList());
         QCOMPARE(QStringList((known - set).values()), QStringList());
 
@@ -409,7 +469,7 @@ private Q_SLOTS:
         fixture.file.write(
             u"INSERT INTO Recipes (RecipeName, Instructions) VALUES ('Soup', 'Boil.')"_s);
         QCOMPARE(fixture.run(), QString());
-        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p>"), 2); // the links, and Boil.
+        QCOMPARE(bytesOf(fixture.page(u"soup.html"_s)).count("\n<p"), 2); // the links, and Boil.
     }
 };
 
