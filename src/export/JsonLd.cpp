@@ -102,7 +102,7 @@ std::string keywordsOf(const JsonRecipe &recipe)
 {
     constexpr int mostIngredients = 3;
     std::string keywords(recipe.type);
-    if (recipe.recipe.vegetarian && !recipe.details.ingredients.empty())
+    if (recipe.recipe.vegetarian)
         keywords += ", Vegetarian";
     int count = 0;
     for (const IngredientDetails &ingredient : recipe.details.ingredients) {
@@ -145,7 +145,7 @@ std::string recipeJsonLd(const JsonRecipe &recipe)
     json.add("recipeCategory", recipe.type);
     json.add("keywords", keywordsOf(recipe));
     json.addUnlessEmpty("recipeYield", recipe.yield);
-    if (recipe.recipe.vegetarian && !details.ingredients.empty())
+    if (recipe.recipe.vegetarian)
         json.add("suitableForDiet", "https://schema.org/VegetarianDiet");
     json.addList("recipeIngredient", recipe.ingredients,
                  [&](const std::string &line) { json.text(line); });
@@ -173,7 +173,6 @@ std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *c
         json.begin("ListItem");
         json.add("position", ++number);
         json.add("url", recipe->page);
-        json.add("name", recipe->title);
         json.end();
     });
     json.end();

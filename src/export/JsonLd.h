@@ -21,5 +21,5 @@ struct JsonRecipe {
 // Returns the recipe as a schema.org/Recipe.
 std::string recipeJsonLd(const JsonRecipe &recipe);
 
-// Returns the recipes as a schema.org/ItemList, which has this name.
+// Returns links to the recipes as a schema.org/ItemList, which has this name.
 std::string itemListJsonLd(std::string_view name, std::span<const RecipeEntry *const> recipes);
