@@ -81,10 +81,15 @@
     return fraction(value, style.withGlyphs);
   }
 
+  function findAmount(text) {
+    const amount = amountPattern.exec(text);
+    return amount && !size.test(text.slice(amount[0].length)) ? amount : null;
+  }
+
   // Returns the text with the amount that it begins with multiplied. All else stays as it is.
   function scaledText(text, factor, style) {
-    const amount = amountPattern.exec(text);
-    if (!amount || size.test(text.slice(amount[0].length)))
+    const amount = findAmount(text);
+    if (!amount)
       return text;
     const [all, before, first, sign, last] = amount;
     const unit = text.slice(all.length);
@@ -129,7 +134,7 @@
       const amount = line.querySelector(".amount");
       const node = amount ? amount.firstChild : name?.nextSibling;
       const isSize = amount && /^[-–%]/u.test(name?.textContent ?? ""); // "28" "-oz can"
-      if (node && !isSize && scaledText(node.data, 2, {}) !== node.data)
+      if (node && !isSize && findAmount(node.data))
         nodes.push(node);
     }
     return nodes;
