@@ -1,17 +1,14 @@
 #pragma once
 
-#include "export/PageTemplate.h"
-#include "export/RecipeReader.h"
+#include "data/settings/Settings.h"
 #include "export/SiteMap.h"
+#include "export/TemplateData.h"
 
-// The fields that templates can show. docs/templates.md describes them for authors of templates.
+#include <QDate>
 
-// Every name that the fields of this kind of page can have, at any level.
-const KnownFields &knownFields(PageKind kind);
+// Returns the values of the fields that are the same on all pages. They refer to texts of the site
+// map, which must outlive them.
+TemplateData commonFields(const SiteMap &site, PageStyle style, QDate exportedOn);
 
-kainjow::mustache::data mainMenuFields(const SiteMap &site);
-kainjow::mustache::data categoryFields(const SiteMap &site, const TypeEntry &type);
-
-// The position is that of the recipe in site.recipes.
-kainjow::mustache::data recipeFields(const SiteMap &site, std::size_t position,
-                                     const RecipeDetails &details);
+// Returns the values of the fields of a link to the recipe, which must outlive them.
+TemplateData recipeLink(const RecipeEntry &recipe);

@@ -1,8 +1,13 @@
 #include "export/PageText.h"
 
+#include "data/TypesAndRatings.h"
+
 #include <QCoreApplication>
+#include <QStringDecoder>
 
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -40,6 +45,38 @@ bool isPrintable(char32_t character)
         && !QChar::isNonCharacter(character);
 }
 
+// Most texts are, and need no conversion to UTF-16.
+bool isPrintableAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char character) { return character >= ' ' && character < 0x7F; });
+}
+
+std::string withoutSpacesAround(std::string_view text)
+{
+    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+    return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
+}
+
+// A byte order mark is part of the text.
+QString fromUtf8(std::string_view text)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return utf8(QByteArrayView(text));
+}
+
+// Splits the text at its line breaks.
+QStringList linesOf(const QString &text)
+{
+    QStringList lines;
+    for (auto begin = text.begin(); begin != text.end();) {
+        const auto end = std::find_if(begin, text.end(), isLineBreak);
+        lines += QString(begin, end - begin);
+        begin = end == text.end() ? end : end + 1;
+    }
+    return lines;
+}
+
 } // namespace
 
 QString pageLine(const QString &text)
@@ -64,15 +101,41 @@ QString pageTitle(const QString &text)
     return title.isEmpty() ? Text::tr("Untitled recipe") : title;
 }
 
-QStringList pageParagraphs(const QString &text)
+std::string pageLine(std::string_view text)
 {
-    QStringList paragraphs;
-    for (auto begin = text.begin(); begin != text.end();) {
-        const auto end = std::find_if(begin, text.end(), isLineBreak);
-        const QString line = pageLine(QString(begin, end - begin));
-        if (!line.isEmpty())
-            paragraphs += line;
+    return isPrintableAscii(text) ? withoutSpacesAround(text)
+                                  : pageLine(fromUtf8(text)).toStdString();
+}
+
+std::vector<std::string> pageParagraphs(std::string_view text)
+{
+    std::vector<std::string> paragraphs;
+    const auto add = [&paragraphs](std::string &&line) {
+        if (!line.empty())
+            paragraphs.push_back(std::move(line));
+    };
+    for (const auto *begin = text.begin(); begin != text.end();) {
+        const auto *const end = std::find_if(begin, text.end(), [](char character) {
+            return character >= '\n' && character <= '\r'; // and \v and \f
+        });
+        const std::string_view line(begin, end);
+        if (isPrintableAscii(line)) {
+            add(withoutSpacesAround(line));
+        } else {
+            for (const QString &part : linesOf(fromUtf8(line)))
+                add(pageLine(part).toStdString());
+        }
         begin = end == text.end() ? end : end + 1;
     }
     return paragraphs;
+}
+
+QStringList pageTypes()
+{
+    return recipeTypes().replaceInStrings(u"Desert"_s, u"Dessert"_s);
+}
+
+QStringList pageRatings()
+{
+    return recipeRatings().replaceInStrings(u"recieved"_s, u"received"_s);
 }

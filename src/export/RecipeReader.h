@@ -2,32 +2,26 @@
 
 #include "export/SiteMap.h"
 
-#include <QList>
-
 #include <memory>
 #include <span>
 
 class Database;
 
 struct IngredientDetails {
-    QString quantity; // may be empty
-    QString name;
+    const ListEntry *entry;
+    std::string quantity; // may be empty
 };
 
-// What the page of a recipe shows, as clean text (PageText.h). Texts are empty if nothing is
-// stored.
+// What the page of a recipe shows besides its entry in the site map, as clean text in UTF-8
+// (PageText.h). Texts are empty if nothing is stored.
 struct RecipeDetails {
-    QString title;
-    QString type; // its name
-    QString author;
-    QString servings;
-    int rating = 0; // position in recipeRatings(), 0 if not rated
-    QString ratingText;
-    bool vegetarian = true; // whether all ingredients are; also if there are none
-    QStringList description; // paragraphs
-    QList<IngredientDetails> ingredients; // in their stored order
-    QStringList utensils;
-    QStringList instructions; // paragraphs
+    std::string author;
+    std::string servings;
+    int rating = 0; // position in recipeRatings(), 0 if it is not shown
+    std::vector<std::string> description; // paragraphs
+    std::vector<IngredientDetails> ingredients; // in their stored order
+    std::vector<const ListEntry *> utensils;
+    std::vector<std::string> instructions; // paragraphs
 };
 
 // Reads the contents of the pages from the database. The database is locked only during each call,
@@ -38,13 +32,14 @@ class RecipeReader
 public:
     explicit RecipeReader(const QString &databasePath);
 
-    // Returns all recipes in the sort order of the settings, with their stored titles and without
-    // page names. To be called once, before details().
-    std::vector<RecipeEntry> entries();
+    // Returns all recipes, and the ingredients and utensils that they use. To be called once,
+    // before details().
+    SiteContents entries();
 
     // Returns the details of the recipes with these keys, in the same order. The keys must be
-    // consecutive keys of entries() in ascending order, and at least one.
-    std::vector<RecipeDetails> details(std::span<const qint64> keys);
+    // consecutive keys of entries() in ascending order, and at least one. The site map is made of
+    // entries(); the details refer to its ingredients and utensils.
+    std::vector<RecipeDetails> details(const SiteMap &site, std::span<const qint64> keys);
 
 private:
     std::shared_ptr<Database> m_database;

@@ -1,10 +1,10 @@
 #include "export/SiteMap.h"
 
-#include "data/TypesAndRatings.h"
+#include "export/PageNames.h"
 #include "export/PageText.h"
+#include "export/TitleLetters.h"
 
-#include <QCryptographicHash>
-#include <QRegularExpression>
+#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -12,95 +12,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestName = 60; // without the hash
-constexpr qsizetype hashLength = 6;
-
-// The replacement of a letter that normalization does not decompose into an ASCII letter and
-// accents.
-QLatin1StringView asciiLetters(QChar letter)
-{
-    switch (letter.unicode()) {
-    case u'ß':
-        return "ss"_L1;
-    case u'æ':
-        return "ae"_L1;
-    case u'œ':
-        return "oe"_L1;
-    case u'ø':
-        return "o"_L1;
-    case u'ð':
-    case u'đ':
-        return "d"_L1;
-    case u'þ':
-        return "th"_L1;
-    case u'ł':
-        return "l"_L1;
-    case u'ı':
-        return "i"_L1;
-    default:
-        return {};
-    }
-}
-
-bool isPlain(QChar character)
-{
-    return (character >= u'a' && character <= u'z') || (character >= u'0' && character <= u'9');
-}
-
-// The title's letters and digits, with a hyphen for anything between them but apostrophes.
-QString asciiWords(const QString &title)
-{
-    QString words;
-    bool isNewWord = false;
-    const QString decomposed = title.normalized(QString::NormalizationForm_KD).toLower();
-    for (const QChar character : decomposed) {
-        const QLatin1StringView letters = asciiLetters(character);
-        if (isPlain(character) || !letters.isEmpty()) {
-            if (isNewWord && !words.isEmpty())
-                words += u'-';
-            isNewWord = false;
-            if (letters.isEmpty())
-                words += character;
-            else
-                words += letters;
-        } else if (!character.isMark() && character != u'\'' && character != u'’') {
-            isNewWord = true;
-        }
-    }
-    words.truncate(longestName);
-    while (words.endsWith(u'-'))
-        words.chop(1);
-    return words;
-}
-
-// The names that Windows reserves for devices, with any extension, and that of the main menu.
-bool isReserved(const QString &name)
-{
-    static const QRegularExpression reserved(u"\\A(index|con|prn|aux|nul|(com|lpt)[0-9])\\z"_s);
-    return reserved.match(name).hasMatch();
-}
-
-QString titleHash(const QString &foldedTitle)
-{
-    const QByteArray hash =
-        QCryptographicHash::hash(foldedTitle.toUtf8(), QCryptographicHash::Sha1);
-    return QString::fromLatin1(hash.toHex().first(hashLength));
-}
-
-// A name without a hash contains no underscore, so that it differs from all names with one.
-QString recipeName(const QString &title)
-{
-    const QString folded = title.toCaseFolded();
-    QString words = asciiWords(title);
-    const bool isComplete = QString(words).replace(u'-', u' ') == folded && !folded.contains(u'-');
-    if (isComplete && !words.isEmpty() && !isReserved(words))
-        return words;
-    return (words.isEmpty() ? u"recipe"_s : words) + u'_' + titleHash(folded);
-}
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(SiteMap)
+};
 
 // In the order of their keys, which never changes, so that of two recipes with the same title
 // always the same one has its key in the name.
-void namePages(std::vector<RecipeEntry> &recipes)
+void namePages(std::vector<RecipeEntry> &recipes, PageNames &names)
 {
     std::vector<RecipeEntry *> byKey;
     byKey.reserve(recipes.size());
@@ -108,54 +26,114 @@ void namePages(std::vector<RecipeEntry> &recipes)
         byKey.push_back(&recipe);
     std::sort(byKey.begin(), byKey.end(),
               [](const auto *a, const auto *b) { return a->key < b->key; });
-    RecipePageNames names;
     for (RecipeEntry *recipe : byKey) {
-        recipe->page = names.take(recipe->title, recipe->key);
-        recipe->title = pageTitle(recipe->title);
+        const QString title = QString::fromStdString(recipe->title);
+        recipe->page = names.takeRecipe(title, recipe->key).toStdString();
+        const QString shown = pageTitle(title);
+        recipe->title = shown.toStdString();
+        recipe->letter = titleLetter(shown);
     }
+}
+
+void namePages(std::vector<ListEntry> &entries, QLatin1StringView prefix, const QString &unnamed,
+               PageNames &names)
+{
+    for (ListEntry &entry : entries) {
+        const QString name = pageLine(QString::fromStdString(entry.name));
+        entry.page = names.take(prefix, name, entry.key).toStdString();
+        const QString shown = name.isEmpty() ? unnamed : name;
+        entry.name = shown.toStdString();
+        entry.letter = titleLetter(shown);
+    }
+}
+
+std::vector<RecipePosition> sortedByTitle(const std::vector<RecipeEntry> &recipes)
+{
+    std::vector<LetteredText> titles;
+    titles.reserve(recipes.size());
+    for (const RecipeEntry &recipe : recipes)
+        titles.push_back({recipe.title, recipe.letter});
+    return sortedOrder(titles);
+}
+
+// Brings the recipes of each entry into the order of their titles. An ingredient that a recipe uses
+// twice is in its list twice before.
+void sortRecipes(std::vector<ListEntry> &entries, const std::vector<RecipePosition> &byTitle)
+{
+    std::vector<RecipePosition> rank(byTitle.size());
+    for (RecipePosition i = 0; i < byTitle.size(); ++i)
+        rank[byTitle[i]] = i;
+    for (ListEntry &entry : entries) {
+        std::vector<RecipePosition> &recipes = entry.recipes;
+        std::sort(recipes.begin(), recipes.end(),
+                  [&](RecipePosition a, RecipePosition b) { return rank[a] < rank[b]; });
+        recipes.erase(std::unique(recipes.begin(), recipes.end()), recipes.end());
+        recipes.shrink_to_fit();
+    }
+}
+
+std::vector<ListEntry> typesOf(const SiteMap &site, PageNames &names)
+{
+    const QStringList types = pageTypes();
+    std::vector<ListEntry> entries(static_cast<std::size_t>(types.size()));
+    for (const RecipePosition position : site.byTitle)
+        entries[static_cast<std::size_t>(site.recipes[position].type)].recipes.push_back(position);
+    for (qsizetype type = 0; type < types.size(); ++type) {
+        ListEntry &entry = entries[static_cast<std::size_t>(type)];
+        entry.key = type;
+        entry.name = types[type].toStdString();
+    }
+    std::erase_if(entries, [](const ListEntry &entry) { return entry.recipes.empty(); });
+    // The names are plain: a slash between two words needs no hash.
+    for (ListEntry &entry : entries)
+        entry.page =
+            names.take("type"_L1, QString::fromStdString(entry.name).replace(u'/', u' '), entry.key)
+                .toStdString();
+    return entries;
+}
+
+const ListEntry *findKey(const std::vector<ListEntry> &entries, qint64 key)
+{
+    const auto found =
+        std::lower_bound(entries.begin(), entries.end(), key,
+                         [](const ListEntry &entry, qint64 wanted) { return entry.key < wanted; });
+    return found == entries.end() || found->key != key ? nullptr : &*found;
 }
 
 } // namespace
 
-SiteMap siteMapOf(std::vector<RecipeEntry> recipes)
+const ListEntry &SiteMap::type(const RecipeEntry &recipe) const
 {
-    namePages(recipes);
-    const QStringList names = recipeTypes();
-    std::vector<qsizetype> counts(static_cast<std::size_t>(names.size()));
-    for (const RecipeEntry &recipe : recipes)
-        ++counts[static_cast<std::size_t>(recipe.type)];
+    return *findKey(types, recipe.type);
+}
 
-    SiteMap site{std::move(recipes), {}};
-    for (int type = 0; type < names.size(); ++type) {
-        if (const qsizetype count = counts[static_cast<std::size_t>(type)]; count > 0)
-            site.types.push_back({type, names[type], typePageName(names[type]), count});
+const ListEntry *SiteMap::ingredient(qint64 key) const
+{
+    return findKey(ingredients, key);
+}
+
+const ListEntry *SiteMap::utensil(qint64 key) const
+{
+    return findKey(utensils, key);
+}
+
+SiteMap siteMapOf(SiteContents contents)
+{
+    SiteMap site;
+    site.recipes = std::move(contents.recipes);
+    site.ingredients = std::move(contents.ingredients);
+    site.utensils = std::move(contents.utensils);
+    PageNames names;
+    namePages(site.recipes, names);
+    namePages(site.ingredients, "ingredient"_L1, Text::tr("Unnamed ingredient"), names);
+    namePages(site.utensils, "utensil"_L1, Text::tr("Unnamed utensil"), names);
+    site.byTitle = sortedByTitle(site.recipes);
+    for (const RecipePosition position : site.byTitle) {
+        if (site.recipes[position].vegetarian)
+            site.vegetarian.push_back(position);
     }
+    site.types = typesOf(site, names);
+    sortRecipes(site.ingredients, site.byTitle);
+    sortRecipes(site.utensils, site.byTitle);
     return site;
-}
-
-QStringList fileNames(const SiteMap &site)
-{
-    QStringList names{SiteMap::mainMenuPage, SiteMap::styleSheet};
-    for (const TypeEntry &type : site.types)
-        names += type.page;
-    for (const RecipeEntry &recipe : site.recipes)
-        names += recipe.page;
-    return names;
-}
-
-QString typePageName(const QString &type)
-{
-    return "type_"_L1 + asciiWords(type) + ".html"_L1;
-}
-
-QString RecipePageNames::take(const QString &title, qint64 key)
-{
-    const QString name = recipeName(title);
-    QString free = name;
-    if (m_taken.contains(free))
-        free += u'_' + QString::number(key);
-    while (m_taken.contains(free))
-        free += u'_';
-    m_taken.insert(free);
-    return free + ".html"_L1;
 }

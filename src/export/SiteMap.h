@@ -1,57 +1,67 @@
 #pragma once
 
-#include <QSet>
-#include <QStringList>
+#include <QtGlobal>
 
+#include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
+
+// All texts are UTF-8.
 
 // A recipe, as other pages link to it.
 struct RecipeEntry {
-    qint64 key;
-    QString title;
-    int type; // position in recipeTypes()
-    QString page; // file name
+    qint64 key = 0;
+    std::string title;
+    int type = 0; // position in recipeTypes()
+    bool vegetarian = false; // whether it has ingredients, and all of them are
+    std::string page = {}; // file name
+    char32_t letter = 0; // titleLetter()
 };
 
-// A recipe type that has recipes.
-struct TypeEntry {
-    int type; // position in recipeTypes()
-    QString name;
-    QString page; // file name
-    qsizetype recipes; // number of them
+// The number of a recipe in SiteMap::recipes.
+using RecipePosition = std::uint32_t;
+
+// A recipe type, an ingredient or a utensil that recipes have, with its page.
+struct ListEntry {
+    qint64 key = 0; // position in recipeTypes(), or the key in the catalog
+    std::string name;
+    int type = 0; // of an ingredient: position in ingredientTypes()
+    std::vector<RecipePosition> recipes = {}; // each once, in the order of their titles
+    std::string page = {}; // file name
+    char32_t letter = 0; // titleLetter()
 };
 
-// All pages and their links: what the pages of the main menu and of the types show.
+// What is to be shown, without page names and with texts as they are stored.
+struct SiteContents {
+    std::vector<RecipeEntry> recipes; // in the sort order of the settings
+    std::vector<ListEntry> ingredients; // those that recipes use, sorted by key
+    std::vector<ListEntry> utensils;
+};
+
+// All pages and their links.
 struct SiteMap {
-    static constexpr QLatin1StringView mainMenuPage{"index.html"};
-    static constexpr QLatin1StringView styleSheet{"style.css"};
+    static constexpr std::string_view mainMenuPage = "index.html";
+    static constexpr std::string_view ingredientsPage = "all_ingredients.html";
+    static constexpr std::string_view utensilsPage = "all_utensils.html";
+    static constexpr std::string_view vegetarianPage = "all_vegetarian.html";
+    static constexpr std::string_view styleSheet = "style.css";
+    static constexpr std::string_view script = "script.js";
+    static constexpr std::string_view searchFile = "search.js";
+
+    const ListEntry &type(const RecipeEntry &recipe) const;
+
+    // Returns null if no recipe uses the ingredient or utensil.
+    const ListEntry *ingredient(qint64 key) const;
+    const ListEntry *utensil(qint64 key) const;
 
     std::vector<RecipeEntry> recipes; // in the sort order of the settings
-    std::vector<TypeEntry> types; // in the order of recipeTypes()
+    std::vector<RecipePosition> byTitle; // all recipes in the order of their titles
+    std::vector<RecipePosition> vegetarian; // in the same order
+    std::vector<ListEntry> types; // those that have recipes, in the order of recipeTypes()
+    std::vector<ListEntry> ingredients; // sorted by key
+    std::vector<ListEntry> utensils; // sorted by key
 };
 
-// Makes the site map of recipes that have their stored titles and no pages yet: names their pages,
-// cleans their titles and finds the types.
-SiteMap siteMapOf(std::vector<RecipeEntry> recipes);
-
-// The names of all files of the site.
-QStringList fileNames(const SiteMap &site);
-
-// The file names of pages consist of lower-case ASCII letters, digits, hyphens and underscores:
-// valid on every file system and in every link.
-
-// Returns for example "type_grains-bean-rice.html". No recipe's page has such a name.
-QString typePageName(const QString &type);
-
-// Makes the unique file names of the recipes' pages. A name depends only on the title, so that
-// links to a recipe stay valid when other recipes are added, deleted or sorted differently. If the
-// title does not fit into the name completely ("Crème", "Soup!"), a hash of it is appended.
-class RecipePageNames
-{
-public:
-    // Of several recipes with the same title, all but the first get their key in the name.
-    QString take(const QString &title, qint64 key);
-
-private:
-    QSet<QString> m_taken;
-};
+// Makes the site map: names the pages, cleans the texts and sorts the lists.
+SiteMap siteMapOf(SiteContents contents);

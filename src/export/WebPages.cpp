@@ -1,13 +1,18 @@
 #include "export/WebPages.h"
 
+#include "export/ListFields.h"
 #include "export/OutputFolder.h"
 #include "export/PageFields.h"
+#include "export/PageTemplate.h"
+#include "export/RecipeFields.h"
 #include "export/RecipeReader.h"
+#include "export/SearchFile.h"
 #include "interaction/Progress.h"
 
 #include <QFile>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -16,22 +21,36 @@ namespace {
 // Recipes per read: enough for fast reading, few enough for memory.
 constexpr std::size_t batchSize = 256;
 
-QByteArray styleSheet(PageStyle style)
+QByteArray resource(const QString &name)
 {
-    QFile file(style == PageStyle::Cookbook ? u":/pages/styles/cookbook.css"_s
-                                            : u":/pages/styles/plaincard.css"_s);
+    QFile file(u":/pages/"_s + name);
     [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
     Q_ASSERT(isOpen);
     return file.readAll();
 }
 
-// The positions of the recipes in the order of their keys, in which they are read.
-std::vector<std::size_t> positionsByKey(const SiteMap &site)
+QByteArray styleSheet(PageStyle style)
 {
-    std::vector<std::size_t> positions(site.recipes.size());
-    for (std::size_t i = 0; i < positions.size(); ++i)
-        positions[i] = i;
-    std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    return resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
+                                                 : u"styles/plaincard.css"_s);
+}
+
+QByteArray script()
+{
+    return resource(u"scripts/filter.js"_s) + resource(u"scripts/kitchen.js"_s);
+}
+
+QString toName(std::string_view page)
+{
+    return QString::fromUtf8(page.data(), std::ssize(page));
+}
+
+// The positions of the recipes in the order of their keys, in which they are read.
+std::vector<RecipePosition> positionsByKey(const SiteMap &site)
+{
+    std::vector<RecipePosition> positions(site.recipes.size());
+    std::iota(positions.begin(), positions.end(), 0U);
+    std::sort(positions.begin(), positions.end(), [&](RecipePosition a, RecipePosition b) {
         return site.recipes[a].key < site.recipes[b].key;
     });
     return positions;
@@ -46,23 +65,34 @@ public:
         , m_recipe(PageTemplate::load(PageKind::Recipe, settings.recipeTemplate))
         , m_reader(databasePath)
         , m_site(siteMapOf(m_reader.entries()))
+        , m_common(commonFields(m_site, settings.style, QDate::currentDate()))
         , m_folder(chosenFolder)
+        , m_divideMenu(m_mainMenu.canDivideLists() && m_category.canDivideLists())
     {
-        m_folder.begin(fileNames(m_site));
-        m_folder.write(SiteMap::styleSheet, styleSheet(settings.style));
+        m_folder.begin(fileNames());
+        m_folder.write(toName(SiteMap::styleSheet), styleSheet(settings.style));
+        m_folder.write(toName(SiteMap::script), script());
     }
 
-    void writeMenus()
+    void writeLists()
     {
-        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site));
-        for (const TypeEntry &type : m_site.types)
-            write(type.page, m_category, categoryFields(m_site, type));
+        const RecipeList all = allRecipes(m_site);
+        const DividedList divided = divide(all, m_divideMenu);
+        write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common, all, divided));
+        writeParts(all, divided);
+        m_folder.write(toName(SiteMap::searchFile),
+                       QByteArrayView(searchFile(m_site, !divided.parts.empty())));
+        forEachList(m_site, [this](const RecipeList &list) {
+            const DividedList parts = divide(list, m_category.canDivideLists());
+            write(list.page, m_category, categoryFields(m_common, list, parts));
+            writeParts(list, parts);
+        });
     }
 
     // Returns false if the user stops it.
     bool writeRecipes(Progress &progress)
     {
-        const std::vector<std::size_t> positions = positionsByKey(m_site);
+        const std::vector<RecipePosition> positions = positionsByKey(m_site);
         for (std::size_t first = 0; first < positions.size(); first += batchSize) {
             const std::size_t size = std::min(batchSize, positions.size() - first);
             if (!writeBatch(std::span(positions).subspan(first, size), first, progress))
@@ -74,28 +104,52 @@ public:
     ExportedPages finish()
     {
         m_folder.commit();
-        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + SiteMap::mainMenuPage};
+        return {std::ssize(m_site.recipes), m_folder.path() + u'/' + toName(SiteMap::mainMenuPage)};
     }
 
 private:
-    void write(const QString &name, PageTemplate &page, const kainjow::mustache::data &fields)
+    QStringList fileNames() const
     {
-        m_folder.write(name, QByteArrayView(page.fillIn(fields)));
+        QStringList names{toName(SiteMap::mainMenuPage), toName(SiteMap::styleSheet),
+                          toName(SiteMap::script), toName(SiteMap::searchFile)};
+        const auto addParts = [&names](const RecipeList &list, bool mayBeDivided) {
+            for (const ListPart &part : divide(list, mayBeDivided).parts)
+                names += toName(part.page);
+        };
+        for (const RecipeEntry &recipe : m_site.recipes)
+            names += toName(recipe.page);
+        addParts(allRecipes(m_site), m_divideMenu);
+        forEachList(m_site, [&](const RecipeList &list) {
+            names += toName(list.page);
+            addParts(list, m_category.canDivideLists());
+        });
+        return names;
     }
 
-    bool writeBatch(std::span<const std::size_t> positions, std::size_t done, Progress &progress)
+    void write(std::string_view name, PageTemplate &page, const TemplateData &fields)
+    {
+        m_folder.write(toName(name), QByteArrayView(page.fillIn(fields)));
+    }
+
+    void writeParts(const RecipeList &list, const DividedList &divided)
+    {
+        for (std::size_t i = 0; i < divided.parts.size(); ++i)
+            write(divided.parts[i].page, m_category, partFields(m_common, list, divided, i));
+    }
+
+    bool writeBatch(std::span<const RecipePosition> positions, std::size_t done, Progress &progress)
     {
         std::vector<qint64> keys;
-        for (const std::size_t position : positions)
+        for (const RecipePosition position : positions)
             keys.push_back(m_site.recipes[position].key);
-        const std::vector<RecipeDetails> details = m_reader.details(keys);
+        const std::vector<RecipeDetails> details = m_reader.details(m_site, keys);
         for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
             const std::size_t finished = done + i;
             if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
-                                 recipe.title))
+                                 QString::fromStdString(recipe.title)))
                 return false;
-            write(recipe.page, m_recipe, recipeFields(m_site, positions[i], details[i]));
+            write(recipe.page, m_recipe, recipeFields(m_site, m_common, positions[i], details[i]));
         }
         return true;
     }
@@ -105,7 +159,9 @@ private:
     PageTemplate m_recipe;
     RecipeReader m_reader;
     SiteMap m_site;
+    TemplateData m_common;
     OutputFolder m_folder;
+    bool m_divideMenu;
 };
 
 } // namespace
@@ -114,10 +170,10 @@ std::optional<ExportedPages> exportPages(const QString &databasePath, const QStr
                                          const PageSettings &settings, Progress &progress)
 {
     Export pages(databasePath, chosenFolder, settings);
-    // The recipes first: with many of them the menus take seconds, during which the progress of the
+    // The recipes first: with many of them the lists take seconds, during which the progress of the
     // recipes is already shown.
     if (!pages.writeRecipes(progress))
         return {};
-    pages.writeMenus();
+    pages.writeLists();
     return pages.finish();
 }

@@ -1,0 +1,123 @@
+#include "export/MustacheTemplate.h"
+
+#include <algorithm>
+
+namespace {
+
+// Returns what replaces a character, or null if it stays as it is.
+const char *entityOf(char character)
+{
+    switch (character) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\'':
+        return "&apos;";
+    default:
+        return nullptr;
+    }
+}
+
+void appendEscaped(std::string &html, std::string_view text)
+{
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (const char *entity = entityOf(text[i])) {
+            html.append(text, done, i - done).append(entity);
+            done = i + 1;
+        }
+    }
+    html.append(text, done);
+}
+
+std::string_view textOf(const TemplateData::Value &value)
+{
+    if (const auto *text = std::get_if<std::string>(&value))
+        return *text;
+    const auto *view = std::get_if<std::string_view>(&value);
+    return view == nullptr ? std::string_view() : *view;
+}
+
+// Whether a section of the field is shown.
+bool isSet(const TemplateData::Value &value)
+{
+    if (const auto *flag = std::get_if<bool>(&value))
+        return *flag;
+    if (const auto *entries = std::get_if<TemplateData::List>(&value))
+        return !entries->empty();
+    return !textOf(value).empty();
+}
+
+} // namespace
+
+class MustacheRenderer
+{
+public:
+    MustacheRenderer(const MustacheTemplate &source, const TemplateData &page, std::string &text)
+        : m_parts(source.m_parts)
+        , m_levels{&page}
+        , m_text(text)
+    {
+        render(0, m_parts.size());
+    }
+
+private:
+    using Op = MustacheTemplate::Op;
+
+    void render(std::size_t begin, std::size_t end)
+    {
+        for (std::size_t i = begin; i < end; ++i) {
+            const MustacheTemplate::Part &part = m_parts[i];
+            if (part.op == Op::Text) {
+                m_text += part.text;
+                continue;
+            }
+            const TemplateData::Value *value = m_levels[part.level]->find(part.text);
+            if (part.op == Op::Section || part.op == Op::InvertedSection) {
+                if ((value != nullptr && isSet(*value)) == (part.op == Op::Section))
+                    renderSection(i, value);
+                i = part.end - 1;
+            } else if (value != nullptr && part.op == Op::Json) {
+                m_text += textOf(*value);
+            } else if (value != nullptr) {
+                appendEscaped(m_text, textOf(*value));
+            }
+        }
+    }
+
+    void renderSection(std::size_t number, const TemplateData::Value *value)
+    {
+        const MustacheTemplate::Part &section = m_parts[number];
+        const auto *entries = std::get_if<TemplateData::List>(value);
+        if (section.op == Op::InvertedSection || entries == nullptr) {
+            render(number + 1, section.end);
+            return;
+        }
+        for (const TemplateData &entry : *entries) {
+            m_levels.push_back(&entry);
+            render(number + 1, section.end);
+            m_levels.pop_back();
+        }
+    }
+
+    const std::vector<MustacheTemplate::Part> &m_parts;
+    std::vector<const TemplateData *> m_levels; // the page first
+    std::string &m_text;
+};
+
+bool MustacheTemplate::uses(std::string_view field) const
+{
+    return std::any_of(m_parts.begin(), m_parts.end(), [field](const Part &part) {
+        return part.op != Op::Text && part.text == field;
+    });
+}
+
+void MustacheTemplate::render(const TemplateData &page, std::string &text) const
+{
+    MustacheRenderer(*this, page, text);
+}

@@ -1,0 +1,93 @@
+#include "export/PageNames.h"
+
+#include "export/TitleLetters.h"
+
+#include <QCryptographicHash>
+#include <QRegularExpression>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr qsizetype longestName = 60; // without prefix and hash
+constexpr qsizetype hashLength = 10;
+
+bool isPlain(QChar character)
+{
+    return (character >= u'a' && character <= u'z') || (character >= u'0' && character <= u'9');
+}
+
+// The names that Windows reserves for devices, with any extension, and that of the main menu.
+bool isReserved(const QString &name)
+{
+    static const QRegularExpression reserved(u"\\A(index|con|prn|aux|nul|(com|lpt)[0-9])\\z"_s);
+    return reserved.match(name).hasMatch();
+}
+
+QString hashOf(const QString &foldedText)
+{
+    const QByteArray hash = QCryptographicHash::hash(foldedText.toUtf8(), QCryptographicHash::Sha1);
+    return QString::fromLatin1(hash.toHex().first(hashLength));
+}
+
+// Whether the words, which are those of the folded text, are all of it.
+bool isComplete(const QString &words, const QString &folded)
+{
+    return !words.isEmpty() && QString(words).replace(u'-', u' ') == folded
+        && !folded.contains(u'-');
+}
+
+} // namespace
+
+QString asciiWords(const QString &text)
+{
+    QString words;
+    bool isNewWord = false;
+    for (const QChar character : baseLetters(text)) {
+        if (isPlain(character)) {
+            if (isNewWord && !words.isEmpty())
+                words += u'-';
+            isNewWord = false;
+            words += character;
+        } else if (character != u'\'' && character != u'’') {
+            isNewWord = true;
+        }
+    }
+    words.truncate(longestName);
+    while (words.endsWith(u'-'))
+        words.chop(1);
+    return words;
+}
+
+// A name without a hash contains no underscore, so that it differs from all names with one.
+QString PageNames::takeRecipe(const QString &title, qint64 key)
+{
+    const QString folded = title.toCaseFolded();
+    const QString words = asciiWords(title);
+    if (isComplete(words, folded) && !isReserved(words))
+        return takeFree(words, key);
+    return takeFree((words.isEmpty() ? u"recipe"_s : words) + u'_' + hashOf(folded), key);
+}
+
+QString PageNames::take(QLatin1StringView prefix, const QString &text, qint64 key)
+{
+    const QString folded = text.toCaseFolded();
+    const QString words = asciiWords(text);
+    QString name = prefix;
+    if (!words.isEmpty())
+        name += u'_' + words;
+    if (!isComplete(words, folded))
+        name += u'_' + hashOf(folded);
+    return takeFree(name, key);
+}
+
+QString PageNames::takeFree(const QString &name, qint64 key)
+{
+    QString free = name;
+    if (m_taken.contains(free))
+        free += u'_' + QString::number(key);
+    while (m_taken.contains(free))
+        free += u'_';
+    m_taken.insert(free);
+    return free + ".html"_L1;
+}
