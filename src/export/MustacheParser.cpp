@@ -210,7 +210,7 @@ private:
             return Text::tr("Write the field %1 between two braces.");
         if (kind == Kind::YesNo)
             return Text::tr("The field %1 is yes or no. Use it as a section: {{#%1}}text{{/%1}}.");
-        return Text::tr("The field %1 has fields of its own and is no text. Use it as a section: "
+        return Text::tr("The field %1 is not a text. Use it as a section: "
                         "{{#%1}}fields{{/%1}}.");
     }
 

@@ -14,10 +14,14 @@ public:
     using List = std::vector<TemplateData>;
     using Value = std::variant<bool, std::string, std::string_view, List>;
 
-    TemplateData() { m_values.reserve(usualSize); }
+    TemplateData() { m_values.reserve(sizeOfEntry); }
 
-    // What is not set here is taken from the common fields, which must outlive the data.
-    void setCommon(const TemplateData &common) { m_common = &common; }
+    // A page: what is not set here is taken from the common fields, which must outlive the page.
+    void setCommon(const TemplateData &common)
+    {
+        m_common = &common;
+        m_values.reserve(sizeOfPage);
+    }
 
     // An empty text is the same as no field: a section can ask whether there is one.
     void setText(std::string_view name, std::string text) { add(name, std::move(text)); }
@@ -50,7 +54,9 @@ public:
     }
 
 private:
-    static constexpr std::size_t usualSize = 4; // of an entry of a list
+    // Usual numbers of fields.
+    static constexpr std::size_t sizeOfEntry = 4;
+    static constexpr std::size_t sizeOfPage = 24;
 
     template <typename Type>
     void add(std::string_view name, Type &&value)

@@ -5,6 +5,7 @@
 
   const fewestTitles = 8; // with fewer, nobody needs the box
   const mostResults = 40;
+  const mostOthers = 8; // ingredients and types, if there are recipes as well
   const marks = /\p{M}/gu;
   const special = /[ßæœøðđħþłı]/g;
   const replacements = {
@@ -43,21 +44,20 @@
     return made;
   }
 
-  // What stands on the page: each line with its text, and the headings that go with the lines.
+  // The lines of the page, each with its text, and the headings that go with them.
   function readPage() {
     const lines = [...document.querySelectorAll("main .titles > li, main .types > li")]
       .map((item) => ({
         item,
         folded: fold((item.querySelector("a span") || item.querySelector("a") || item).textContent),
-        isTitle: item.parentElement.classList.contains("titles"),
       }));
     const groups = [...document.querySelectorAll("main .letter, main .types, main .lettered")]
       .map((group) => ({
         box: group.classList.contains("types") ? group.closest("nav") || group : group,
         items: [...group.querySelectorAll("li")].filter((item) => !item.closest(".letters")),
-        isPagesOnly: group.querySelector(".pages") !== null,
       }));
-    return { lines, groups, indexes: [...document.querySelectorAll("main .index, main .pages")] };
+    const indexes = [...document.querySelectorAll("main .index, main .pages, main .parts")];
+    return { lines, groups, indexes };
   }
 
   // The lines of one part of the search file.
@@ -85,7 +85,7 @@
       });
       const script = element("script");
       script.src = file;
-      script.onerror = () => { isLoading = false; };
+      script.onerror = () => loaded({ recipes: [], ingredients: [], types: [] });
       document.head.append(script);
     };
   }
@@ -116,7 +116,7 @@
     const main = document.querySelector("main");
     const searchName = main && main.dataset.search;
     const page = main ? readPage() : { lines: [] };
-    const titles = page.lines.filter((line) => line.isTitle).length;
+    const titles = main ? main.querySelectorAll(".titles > li").length : 0;
     if (titles < fewestTitles && !(searchName && page.lines.length > 0)) {
       return;
     }
@@ -144,13 +144,13 @@
 
     let search = null;
 
-    // Shows the lines of the page that match and returns the number of titles among them.
+    // Shows the lines of the page that match and returns their number.
     function narrowPage(words) {
       let count = 0;
       for (const line of page.lines) {
         const isShown = matches(line.folded, words);
         line.item.hidden = !isShown;
-        count += isShown && line.isTitle ? 1 : 0;
+        count += isShown ? 1 : 0;
       }
       for (const group of page.groups) {
         const isEmpty = group.items.every((item) => item.hidden);
@@ -162,7 +162,7 @@
       return count;
     }
 
-    // Shows what the search file has and the page has not; returns the number of recipes found.
+    // Shows what the search file has and the page has not, and returns its number.
     function showResults(words, query) {
       results.replaceChildren();
       results.hidden = true;
@@ -174,14 +174,15 @@
       if (!document.querySelector("main .types")) {
         others.push(...findEntries(search.types, words, query));
       }
-      const entries = others.slice(0, 8).concat(recipes).slice(0, mostResults);
+      const some = others.slice(0, recipes.length > 0 ? mostOthers : mostResults);
+      const entries = some.concat(recipes).slice(0, mostResults);
       results.append(...entries.map(resultLine));
       const more = recipes.length + others.length - entries.length;
       if (more > 0) {
         results.append(element("li", "more", more === 1 ? "and 1 more" : `and ${more} more`));
       }
       results.hidden = entries.length === 0;
-      return recipes.length;
+      return recipes.length + others.length;
     }
 
     function narrow() {
@@ -190,10 +191,9 @@
       if (words.length === 0) {
         status.textContent = "";
       } else if (searchName && search === null) {
-        status.textContent = titles === 0 ? "Loading the titles…" : `${count} found`;
+        status.textContent = "Searching…";
       } else {
-        status.textContent = count === 0 ? "No recipe found" : count === 1 ? "1 found"
-          : `${count} found`;
+        status.textContent = count === 0 ? "Nothing found" : `${count} found`;
       }
     }
 
