@@ -23,7 +23,7 @@ constexpr std::size_t mostTextLines = 800; // a title can need several on a phon
 constexpr std::size_t textLineLength = 28; // bytes
 constexpr std::size_t mostTextLinesOfTitle = 3; // the style sheets cut off the rest
 
-// As many Chinese characters get headings of their own.
+// If titles begin with more different Chinese characters than this, they share one heading.
 constexpr std::size_t mostChineseHeadings = 19;
 
 ListLine lineOf(const RecipeEntry &recipe)

@@ -3,7 +3,6 @@
 #include "export/TitleLetters.h"
 
 #include <QCryptographicHash>
-#include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,8 +19,11 @@ bool isPlain(QChar character)
 // The names that Windows reserves for devices, with any extension, and that of the main menu.
 bool isReserved(const QString &name)
 {
-    static const QRegularExpression reserved(u"\\A(index|con|prn|aux|nul|(com|lpt)[0-9])\\z"_s);
-    return reserved.match(name).hasMatch();
+    static const QSet<QString> names{u"index"_s, u"con"_s, u"prn"_s, u"aux"_s, u"nul"_s};
+    constexpr qsizetype portLength = 4; // of "com1"
+    const bool isPort = name.size() == portLength && name.back().isDigit()
+        && (name.startsWith("com"_L1) || name.startsWith("lpt"_L1));
+    return isPort || names.contains(name);
 }
 
 QString hashOf(const QString &foldedText)

@@ -431,6 +431,20 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(fixture.page(fixture.pages().constFirst())), page);
     }
 
+    // A template that knows nothing of divided lists gets each list as a whole.
+    void listTemplate()
+    {
+        ExportFixture fixture;
+        addDishes(fixture.file, 1500);
+        fixture.settings.categoryTemplate = fixture.home.data(u"mine.html"_s);
+        setBytes(fixture.settings.categoryTemplate, "{{#recipes}}{{title}}, {{/recipes}}");
+        QCOMPARE(fixture.run(), QString());
+        QCOMPARE(bytesOf(fixture.page(u"type_misc.html"_s)).count(','), 500);
+        QCOMPARE(bytesOf(fixture.page(u"index.html"_s)).count(">Dish "), 1500);
+        QCOMPARE(fixture.pages().filter(u"_"_s).join(u' '),
+                 u"type_dip.html type_grains-bean-rice.html type_misc.html"_s);
+    }
+
     void fields_data()
     {
         addRows<PageKind, int>({{"main menu", PageKind::MainMenu, 3},
