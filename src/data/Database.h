@@ -76,9 +76,9 @@ public:
 
     ~Database();
 
-    // Runs one action statement, whose text names each table that it changes. Its effect shows in a
-    // cursor after the cursor's next requery. SQLite has no column list in DELETE; "DELETE table.*
-    // From table" is accepted all the same.
+    // Runs one action statement, whose text names each table that it changes; all tables that it
+    // names count as changed. Its effect shows in a cursor after the cursor's next requery. SQLite
+    // has no column list in DELETE; "DELETE table.* From table" is accepted all the same.
     void Execute(const QString &statement);
 
     // 1, and one more after each reopen(). The keys of another file may be those of other rows.

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -62,6 +63,9 @@ void checkHeader(DatabaseFile &file, const QString &path)
 
 void configureSqlite()
 {
+    static bool isConfigured = false;
+    if (std::exchange(isConfigured, true))
+        return;
     // A nested transaction keeps copies of the pages that it changes. By default SQLite moves more
     // than 64 KiB of them to a temporary file, as those of a recipe with many lines are.
     constexpr int copiesInMemory = 1 << 20; // in bytes
@@ -106,6 +110,8 @@ void DatabaseSession::configure()
 {
     sqlite3_create_collation_v2(m_connection->getHandle(), "NOCASE", SQLITE_UTF8, nullptr, collate,
                                 nullptr);
+    // The name of a column that another tool has renamed must not become a text.
+    sqlite3_db_config(m_connection->getHandle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     writeLogOnClose(*m_connection, false); // until the file has been accepted
     // With FULL, a power cut brings back the journal, and thus takes back what was committed, since
     // the folder is not synced after the journal has been deleted.

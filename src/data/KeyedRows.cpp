@@ -11,8 +11,8 @@ std::optional<qint64> KeyedRows::keyIn(const QString &criteria) const
         return {};
     const Criterion criterion = Criterion::parse(criteria);
     const auto *key = std::get_if<qint64>(&criterion.value);
-    if (key == nullptr
-        || query.columnNumber(QLatin1StringView(criterion.field)) != query.indexedColumn())
+    const auto column = static_cast<std::size_t>(query.indexedColumn());
+    if (key == nullptr || !isSameName(criterion.field.toStdString(), query.columns()[column].name))
         return {};
     return *key;
 }
@@ -22,15 +22,19 @@ std::optional<bool> KeyedRows::findFirst(const QString &criteria)
     const std::optional<qint64> key = keyIn(criteria);
     if (!key)
         return {};
+    const ReadTransaction scope(m_rows.database());
+    if (m_rows.isOutdated())
+        return {};
+    if (key == m_keyWithoutRows)
+        return false;
     if (m_found.empty() || *key != m_key) {
-        const ReadTransaction scope(m_rows.database());
-        if (m_rows.isOutdated())
-            return {};
         m_spareStore.clear();
         std::vector<RowStore::Row> found = m_rows.query().rowsWithKey(*key, m_spareStore);
         m_hasRead = true;
-        if (found.empty())
+        if (found.empty()) {
+            m_keyWithoutRows = key;
             return false;
+        }
         std::swap(m_store, m_spareStore);
         m_found = std::move(found);
         m_key = *key;
@@ -51,12 +55,16 @@ std::optional<bool> KeyedRows::findNext(const QString &criteria)
 }
 
 // Nothing but its cells identifies a row of a join, and several rows can have the same ones. They
-// have the same order here and there.
+// have the same order among the rows with a key as among all rows.
 qsizetype KeyedRows::currentRow() const
 {
-    if (m_rows.query().cellCount() != m_cellCount)
+    const SourceQuery &query = m_rows.query();
+    if (query.cellCount() != m_cellCount)
         return -1;
-    const auto isCurrent = [this](RowStore::Row row) {
+    const bool hasKey = query.isUpdatable() && query.table().hasKey;
+    const auto isCurrent = [&](RowStore::Row row) {
+        if (hasKey)
+            return RowStore::cell(row, query.keyColumn()) == cell(query.keyColumn());
         int column = 0;
         while (column < m_cellCount && RowStore::cell(row, column) == cell(column))
             ++column;
@@ -74,6 +82,7 @@ qsizetype KeyedRows::currentRow() const
 void KeyedRows::clear()
 {
     m_found.clear();
+    m_keyWithoutRows.reset();
     m_store.clear();
     m_hasRead = false;
 }

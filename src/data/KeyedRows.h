@@ -27,8 +27,15 @@ public:
     // all rows must be read before this program changes one of the source's tables.
     bool hasRead() const { return m_hasRead; }
 
-    // A cell of the current row. Valid until the next search.
-    Cell cell(int column) const { return RowStore::cell(m_found[m_current], column); }
+    // A cell of the current row, or null if the row had no such column when it was read. Valid
+    // until the next search.
+    Cell cell(int column) const
+    {
+        return column < m_cellCount ? RowStore::cell(m_found[m_current], column) : Cell();
+    }
+
+    // The key by which the current row was found.
+    qint64 key() const { return m_key; }
 
     // The number of the current row among all rows, which have been read by now. Returns -1 if
     // another program has changed or deleted the row before they were read.
@@ -45,6 +52,7 @@ private:
     std::vector<RowStore::Row> m_found;
     std::size_t m_current = 0;
     qint64 m_key = 0; // of the rows found
+    std::optional<qint64> m_keyWithoutRows; // the last one that no row has
     int m_cellCount = 0; // of each of them
     bool m_hasRead = false;
 };

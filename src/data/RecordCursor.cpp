@@ -30,10 +30,11 @@ void RecordCursor::readRows()
 {
     if (m_rows.isRead())
         return;
-    m_row += m_rows.read(m_buffer != Buffer::Closed);
+    const qsizetype rowsBefore = m_rows.read(m_buffer != Buffer::Closed);
+    m_row += rowsBefore;
     m_search.clear();
     if (m_place == Place::Unset)
-        setPosition(0);
+        setPosition(rowsBefore > 0 ? 0 : m_rows.size()); // rows added to an empty set precede it
     else if (m_place == Place::OnKeyedRow)
         setPosition(m_keyedRows.currentRow());
     m_keyedRows.clear();
@@ -60,14 +61,14 @@ void RecordCursor::transactionRolledBack()
     dropRows();
 }
 
-// The rows that have been found by a key are those of before the change, so all others must be,
-// too.
+// A search by a key that follows the change must find what was in the file before it, as the
+// searches before it have.
 void RecordCursor::aboutToChange(const TableChange &change)
 {
     if (!m_rows.query().reads(change.table))
         return;
-    const bool hidesLongTexts = m_rows.hasLongTexts() && !change.isInsertion;
-    if (!m_keyedRows.hasRead() && !hidesLongTexts)
+    const auto hidesLongTexts = [&] { return m_rows.hasLongTexts() && !change.isInsertion; };
+    if (!m_keyedRows.hasRead() && !hidesLongTexts())
         return;
     if (m_isSuspended) {
         dropRows();
@@ -75,7 +76,7 @@ void RecordCursor::aboutToChange(const TableChange &change)
     }
     if (m_keyedRows.hasRead())
         readRows();
-    if (hidesLongTexts)
+    if (hidesLongTexts())
         m_rows.keepLongTexts(change.rowid);
 }
 
@@ -224,9 +225,10 @@ QVariant RecordCursor::value(QLatin1StringView field)
         readRows(); // may change the columns
     const int column = m_rows.columnNumber(field);
     if (m_place == Place::OnKeyedRow)
-        return toVariant(m_keyedRows.cell(column));
+        return toVariant(m_rows.isLongText(column) ? m_rows.longText(m_keyedRows.key())
+                                                   : m_keyedRows.cell(column));
     requireRow();
-    return toVariant(m_rows.isLongText(column) ? m_rows.longText(m_row)
+    return toVariant(m_rows.isLongText(column) ? m_rows.longText(m_rows.key(m_row))
                                                : m_rows.cell(m_row, column));
 }
 

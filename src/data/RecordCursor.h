@@ -16,11 +16,12 @@
 // whether it is one of these. All failures are thrown as DatabaseError; an operation that fails
 // leaves rows and position as they were.
 //
-// A search for a recipe's lines by RecipeID reads only these lines as long as no other operation
-// has read all rows. If another program commits between the requery and such a search, the search
-// can find the newer lines. The lines found last do not change, and what this program writes is
-// never seen before the next requery: the cursor reads all rows before such a change. The same
-// holds for long texts (see Schema.h), each of which is read from the file when it is needed.
+// A search for a recipe or its lines by RecipeID reads only these rows as long as no other
+// operation has read all of them. If another program commits between the requery and such a search,
+// the search can find the newer rows. The rows found last stay until all are read, and what this
+// program writes is never seen before the next requery: the cursor reads all rows before such a
+// change. The same holds for long texts (see Schema.h), each of which is read from the file when it
+// is needed.
 class RecordCursor final : private TransactionParticipant, private ChangeObserver
 {
     Q_DECLARE_TR_FUNCTIONS(RecordCursor)
@@ -46,7 +47,7 @@ public:
 
     // FindFirst() searches from the first row on, FindNext() from the row after the current one.
     // If no row satisfies the criterion (see Criterion.h), NoMatch() is true and the position
-    // stays. They read: all rows, or the lines of one recipe if the criterion is a text. One that
+    // stays. They read: all rows, or those of one recipe if the criterion is a text. One that
     // is not given as text need not be parsed.
     void FindFirst(const QString &criteria);
     void FindFirst(Criterion criterion);

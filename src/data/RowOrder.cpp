@@ -50,7 +50,7 @@ CellClass classOf(const Cell &cell)
     return cell == Cell() ? CellClass::Null : CellClass::Number;
 }
 
-int compareCells(const Cell &a, const Cell &b, bool isText)
+int compareCells(const Cell &a, const Cell &b, bool foldsCase)
 {
     const CellClass kind = classOf(a);
     if (kind != classOf(b))
@@ -63,7 +63,7 @@ int compareCells(const Cell &a, const Cell &b, bool isText)
     case CellClass::Text: {
         const auto left = std::get<std::string_view>(a);
         const auto right = std::get<std::string_view>(b);
-        return isText ? compareTexts(left, right) : left.compare(right);
+        return foldsCase ? compareTexts(left, right) : left.compare(right);
     }
     case CellClass::Blob:
         return std::get<Blob>(a).bytes.compare(std::get<Blob>(b).bytes);
@@ -118,7 +118,7 @@ bool RowOrder::isLess(RowStore::Row a, RowStore::Row b) const
 {
     for (const Column &column : m_columns) {
         const int order = compareCells(RowStore::cell(a, column.number),
-                                       RowStore::cell(b, column.number), column.isText);
+                                       RowStore::cell(b, column.number), column.foldsCase);
         if (order != 0)
             return order < 0;
     }
@@ -144,7 +144,7 @@ quint64 RowOrder::prefix(RowStore::Row row, int part) const
                 prefix.add((quint64{1} << prefix.freeBits) - 1, prefix.freeBits);
             if (rest != 0)
                 break;
-        } else if (kind == CellClass::Text && column.isText) {
+        } else if (kind == CellClass::Text && column.foldsCase) {
             const auto text = std::get<std::string_view>(cell);
             const int used = 64 - prefix.freeBits;
             if (part > 0)

@@ -11,13 +11,11 @@ class RowOrder
 public:
     struct Column {
         int number;
-        bool isText; // its texts are compared as TextComparison.h defines, or else byte by byte
+        bool foldsCase; // whether texts are compared as TextComparison.h defines, or byte by byte
     };
 
     // `keyColumn` is the number of the cell that holds the row's key.
     RowOrder(std::vector<Column> columns, int keyColumn);
-
-    bool isLess(RowStore::Row a, RowStore::Row b) const;
 
     void sort(std::vector<RowStore::Row> &rows) const;
 
@@ -26,6 +24,7 @@ public:
     void insert(std::vector<RowStore::Row> added, std::vector<RowStore::Row> &rows) const;
 
 private:
+    bool isLess(RowStore::Row a, RowStore::Row b) const;
     quint64 prefix(RowStore::Row row, int part) const;
 
     std::vector<Column> m_columns;

@@ -114,7 +114,10 @@ qsizetype RowSearch::findPrepared(qsizetype from)
     SearchedColumn &searched = searchedColumn();
     if (searched.index)
         return searched.index->find(m_prepared->key, m_rows, from);
+    if (isKeyAt(searched.lastFound) && searched.lastFound >= from)
+        return searched.lastFound;
     const qsizetype found = scan(from);
+    searched.lastFound = found;
     searched.scannedRows += 1 + (found < 0 ? m_rows.size() : found) - from;
     if (searched.scannedRows > scansBeforeIndex * m_rows.size())
         searched.index.emplace(searched.column, searched.isText, m_rows);
@@ -139,7 +142,16 @@ RowSearch::SearchedColumn &RowSearch::searchedColumn()
     });
     return known != m_searched.end()
         ? *known
-        : m_searched.emplace_back(SearchedColumn{column, isText, 0, {}});
+        : m_searched.emplace_back(SearchedColumn{.column = column, .isText = isText});
+}
+
+// Windows look for the recipe that they show again and again.
+bool RowSearch::isKeyAt(qsizetype row) const
+{
+    const SourceQuery &query = m_rows.query();
+    return row >= 0 && row < m_rows.size() && query.isUpdatable() && query.table().hasKey
+        && m_prepared->column == query.keyColumn()
+        && m_prepared->key.matches(m_rows.cell(row, m_prepared->column));
 }
 
 qsizetype RowSearch::scan(qsizetype from) const
@@ -153,7 +165,7 @@ qsizetype RowSearch::scan(qsizetype from) const
     const int column = m_prepared->column;
     const bool isLongText = m_rows.isLongText(column);
     for (qsizetype row = from; row < m_rows.size(); ++row) {
-        if (matches(isLongText ? m_rows.longText(row) : m_rows.cell(row, column)))
+        if (matches(isLongText ? m_rows.longText(m_rows.key(row)) : m_rows.cell(row, column)))
             return row;
     }
     return -1;

@@ -79,13 +79,15 @@ private:
     struct SearchedColumn {
         int column;
         bool isText;
+        qsizetype lastFound = -1;
         qsizetype scannedRows = 0;
-        std::optional<ColumnIndex> index;
+        std::optional<ColumnIndex> index = {};
     };
 
     Prepared prepare(Criterion criterion) const;
     qsizetype findPrepared(qsizetype from);
     SearchedColumn &searchedColumn();
+    bool isKeyAt(qsizetype row) const; // whether the only row with the key is the one at `row`
     qsizetype scan(qsizetype from) const;
 
     const RowSet &m_rows;

@@ -3,6 +3,7 @@
 #include "data/DatabaseError.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -132,9 +133,9 @@ bool RowSet::placeWrittenRows()
         if (now.back() == nullptr)
             return false;
     }
-    std::sort(before.begin(), before.end());
+    std::sort(before.begin(), before.end(), std::less());
     std::erase_if(m_rows, [&before](RowStore::Row row) {
-        return std::binary_search(before.begin(), before.end(), row);
+        return std::binary_search(before.begin(), before.end(), row, std::less());
     });
     m_query.order()->insert(std::move(now), m_rows);
     m_written.clear();
@@ -148,16 +149,16 @@ qint64 RowSet::integer(qsizetype row, int column) const
     return integerIn(m_rows[static_cast<std::size_t>(row)], column);
 }
 
-Cell RowSet::longText(qsizetype row) const
+Cell RowSet::longText(qint64 key) const
 {
-    const auto kept = m_keptLongTexts.find(key(row));
+    const auto kept = m_keptLongTexts.find(key);
     if (kept != m_keptLongTexts.end())
         return RowStore::cell(kept->second, 0);
     if (m_query.isOfClosedFile()) // which was damaged, or else it would not have been replaced
         throw DatabaseError(tr("The recipe database was replaced. Press F5 to show what is in it "
                                "now."));
     m_longText.clear();
-    const RowStore::Row text = m_query.longText(key(row), m_longText);
+    const RowStore::Row text = m_query.longText(key, m_longText);
     if (text == nullptr)
         throw RowNotFound(DatabaseError::Operation::Reading);
     return RowStore::cell(text, 0);

@@ -79,9 +79,10 @@ public:
 
     bool isLongText(int column) const { return column == m_query.longTextColumn(); }
 
-    // The long text of a row, valid until the next call. Throws RowNotFound if another program has
-    // deleted the row, or a DatabaseError if the text cannot be read or the file was replaced.
-    Cell longText(qsizetype row) const;
+    // The long text of the row with this key, valid until the next call. Throws RowNotFound if
+    // another program has deleted the row, or a DatabaseError if the text cannot be read or the
+    // file was replaced.
+    Cell longText(qint64 key) const;
 
     // To be called before this program updates or deletes the row with this key, or any rows,
     // otherwise than through the set. Throws DatabaseError if the texts cannot be read.

@@ -42,6 +42,12 @@ bool isLongText(int table, std::string_view field)
     return known != nullptr && known->isLongText;
 }
 
+bool hasLongText(const Table &table)
+{
+    return std::any_of(table.fields.begin(), table.fields.end(),
+                       [](const Field &field) { return field.isLongText; });
+}
+
 std::string quotedName(std::string_view name)
 {
     std::string text = "\"";
@@ -157,8 +163,10 @@ int SourceQuery::findIndexedColumn() const
             continue;
         const Table &known = schemaTables()[static_cast<std::size_t>(table)];
         const char *field = sqlite3_column_origin_name(m_statement.get(), number);
-        if (isSameName(field, known.fields.front().name)
-            && (!known.hasKey || m_columns.size() == 1))
+        // Other tables with a key are small: reading them once costs less than some searches.
+        const bool isSearched = !known.hasKey || m_columns.size() == 1 || hasLongText(known);
+        if (isSameName(field, known.fields.front().name) && isSearched
+            && (!known.hasKey || isUpdatable()))
             return number;
     }
     return -1;
@@ -198,10 +206,10 @@ std::optional<RowOrder> SourceQuery::orderInText() const
         if (number < 0 || isLongText(m_table, field))
             return {};
         const std::string collation = collationOf(*m_database, table(), std::string(field));
-        const bool isText = isSameName(collation, "NOCASE");
-        if (!isText && !isSameName(collation, "BINARY"))
+        const bool foldsCase = isSameName(collation, "NOCASE");
+        if (!foldsCase && !isSameName(collation, "BINARY"))
             return {};
-        columns.push_back({number, isText});
+        columns.push_back({number, foldsCase});
     }
     return RowOrder(std::move(columns), m_keyColumn);
 }
@@ -267,10 +275,9 @@ RowStore::Row SourceQuery::runFor(qint64 key, const Statement &statement, RowSto
 std::vector<RowStore::Row> SourceQuery::rowsWithKey(qint64 key, RowStore &store) const
 {
     if (!m_statementByKey) {
-        const std::string column =
-            '"' + m_columns[static_cast<std::size_t>(m_indexedColumn)].name + '"';
+        const Column &column = m_columns[static_cast<std::size_t>(m_indexedColumn)];
         m_statementByKey = prepared(std::string("SELECT * FROM (") + sqlite3_sql(m_statement.get())
-                                    + ") WHERE " + column + " = ?1");
+                                    + ") WHERE " + quotedName(column.name) + " = ?1");
     }
     sqlite3_bind_int64(m_statementByKey.get(), 1, key);
     return run(m_statementByKey, store);

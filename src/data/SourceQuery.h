@@ -27,9 +27,9 @@ QString inLinkOrder(const QString &join, QLatin1StringView linkTable);
 // it. Its text is one SELECT statement or the bare name of a table, which means all rows of the
 // table in the order in which they were stored.
 //
-// Of a bare table and of "SELECT * FROM table ORDER BY column, column ...", the text of which says
-// all about the order, rows can be read one by one, too. The rows of such a source do not hold the
-// long texts of the table: their cells are null, and longText() reads one.
+// If the text is a bare table or "SELECT * FROM table ORDER BY column, column ...", single rows can
+// be read and put in order, too. The rows of such a source do not hold the long texts of the table:
+// their cells are null, and longText() reads one.
 class SourceQuery
 {
     Q_DECLARE_TR_FUNCTIONS(SourceQuery)
@@ -68,7 +68,8 @@ public:
     bool isBareTable() const { return m_bareTable; }
 
     // The number of the column in which rowsWithKey() searches, or -1: the RecipeID of a link
-    // table, which has an index, or the key of a table if it is the only column.
+    // table, which has an index, or the key of a table if it is the only column or the table has
+    // long texts.
     int indexedColumn() const { return m_indexedColumn; }
 
     // Whether the rows come from this table.

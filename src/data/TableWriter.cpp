@@ -38,6 +38,7 @@ TableWriter::TableWriter(Database &database, std::string table, std::vector<std:
                          std::string keyField, const ChangeObserver *author)
     : m_database(database)
     , m_table(std::move(table))
+    , m_tableNumber(static_cast<std::size_t>(tableNumber(m_table)))
     , m_fields(std::move(fields))
     , m_keyField(std::move(keyField))
     , m_author(author)
@@ -95,7 +96,7 @@ qint64 TableWriter::insert(const FieldValues &values)
         SQLite::Statement &statement =
             prepared(m_insert, values, [&] { return insertText(values); });
         bindValues(statement, values);
-        announce(true);
+        m_database.announce({.table = m_tableNumber, .isInsertion = true}, m_author);
         changeOneRow(statement);
         return static_cast<qint64>(m_database.connection().getLastInsertRowid());
     });
@@ -107,7 +108,7 @@ void TableWriter::update(qint64 key, const FieldValues &values)
         SQLite::Statement &statement =
             prepared(m_update, values, [&] { return updateText(values); });
         statement.bind(bindValues(statement, values), static_cast<int64_t>(key));
-        announce(false, key);
+        m_database.announce({.table = m_tableNumber, .rowid = key}, m_author);
         changeOneRow(statement);
     });
 }
@@ -118,15 +119,9 @@ void TableWriter::remove(qint64 key)
         SQLite::Statement statement(m_database.connection(),
                                     "DELETE FROM " + m_table + " WHERE " + m_keyField + " = ?");
         statement.bind(1, static_cast<int64_t>(key));
-        announce(false, key);
+        m_database.announce({.table = m_tableNumber, .rowid = key}, m_author);
         changeOneRow(statement);
     });
-}
-
-void TableWriter::announce(bool isInsertion, std::optional<qint64> key)
-{
-    const auto table = static_cast<std::size_t>(tableNumber(m_table));
-    m_database.announce({.table = table, .isInsertion = isInsertion, .rowid = key}, m_author);
 }
 
 void TableWriter::changeOneRow(SQLite::Statement &statement)

@@ -44,11 +44,11 @@ private:
     SQLite::Statement &prepared(Prepared &kept, const FieldValues &values, MakeText makeText);
     std::string insertText(const FieldValues &values) const;
     std::string updateText(const FieldValues &values) const;
-    void announce(bool isInsertion, std::optional<qint64> key = {});
     void changeOneRow(SQLite::Statement &statement);
 
     Database &m_database;
     std::string m_table;
+    std::size_t m_tableNumber;
     std::vector<std::string> m_fields;
     std::string m_keyField;
     const ChangeObserver *m_author;

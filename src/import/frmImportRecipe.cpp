@@ -236,8 +236,8 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(ReadFile &file)
         if (answer != Button::Yes)
             return answer == Button::Stop ? Outcome::Stopped : Outcome::NotImported;
         file.importAnyway = true;
-        beginFile();
-        ingredients = findIngredients(file.recipe); // another program may have changed the catalog
+        if (beginFile()) // another program may have changed the catalog
+            ingredients = findIngredients(file.recipe);
     }
     if (const auto *error = std::get_if<SrfError>(&ingredients))
         return reject(srfErrorText(*error, platform::displayPath(file.path)));
@@ -248,11 +248,14 @@ frmImportRecipe::Outcome frmImportRecipe::importRecipe(ReadFile &file)
     return Outcome::Imported;
 }
 
-// While the transaction of the group is open, no other program can change what the cursors hold.
-void frmImportRecipe::beginFile()
+// Returns whether the transaction of the group begins with this file. While it is open, no other
+// program can change what the cursors hold.
+bool frmImportRecipe::beginFile()
 {
-    if (m_commits.begin(datRecipe.Database()))
+    const bool begins = m_commits.begin(datRecipe.Database());
+    if (begins)
         m_sources.requery();
+    return begins;
 }
 
 bool frmImportRecipe::isTaken(std::string_view name)

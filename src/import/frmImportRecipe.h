@@ -73,7 +73,7 @@ private:
     Outcome importRecipe(ReadFile &file);
     void commitGroup();
     void dropGroup();
-    void beginFile();
+    bool beginFile();
     bool isTaken(std::string_view name);
     std::string freeName(std::string_view name);
     Button askAboutTakenName(std::string_view name);

@@ -117,12 +117,14 @@ void frmRecipe::showCurrentRecipe()
 {
     RecordCursor &recipes = datRecipe.Recordset();
     recipes.FindFirst(criterion("RecipeID"_L1, CurrentRecipeID));
-    if (recipes.RecordCount() != 0)
+    // Counting the recipes would read all of them.
+    if (!recipes.NoMatch() || recipes.RecordCount() != 0)
         ShowRecipe();
 }
 
 void frmRecipe::ShowRecipe()
 {
+    const ReadTransaction snapshot(datRecipe.Database());
     display(readRecipe(datRecipe.Recordset(), datIngredients.Recordset(), datUtensils.Recordset()));
     m_rowKey = m_shown->key;
 }
@@ -246,34 +248,50 @@ bool frmRecipe::promptToSave()
 
 void frmRecipe::cmdNext_Click()
 {
-    RecordCursor &recipes = datRecipe.Recordset();
-    if (recipes.AtEOF() || !promptToSave())
-        return;
-    replaceShown([&] {
-        restoreRow();
-        recipes.MoveNext();
-        const bool wasLast = recipes.AtEOF();
-        if (wasLast)
-            recipes.MovePrevious();
-        if (!wasLast || !m_shown)
-            ShowRecipe();
-    });
+    if (!datRecipe.Recordset().AtEOF() && promptToSave())
+        showNeighbour(&frmRecipe::showNext);
 }
 
 void frmRecipe::cmdPrevious_Click()
 {
-    RecordCursor &recipes = datRecipe.Recordset();
-    if (recipes.AtBOF() || !promptToSave())
-        return;
+    if (!datRecipe.Recordset().AtBOF() && promptToSave())
+        showNeighbour(&frmRecipe::showPrevious);
+}
+
+void frmRecipe::showNeighbour(void (frmRecipe::*showIt)())
+{
     replaceShown([&] {
-        restoreRow();
-        recipes.MovePrevious();
-        const bool wasFirst = recipes.AtBOF();
-        if (wasFirst)
-            recipes.MoveNext();
-        if (!wasFirst || !m_shown)
-            ShowRecipe();
+        try {
+            (this->*showIt)();
+        } catch (const RowNotFound &) { // another program has deleted the neighbour
+            datRecipe.Recordset().Requery();
+            (this->*showIt)();
+        }
     });
+}
+
+void frmRecipe::showNext()
+{
+    RecordCursor &recipes = datRecipe.Recordset();
+    restoreRow();
+    recipes.MoveNext();
+    const bool wasLast = recipes.AtEOF();
+    if (wasLast)
+        recipes.MovePrevious();
+    if (!wasLast || !m_shown)
+        ShowRecipe();
+}
+
+void frmRecipe::showPrevious()
+{
+    RecordCursor &recipes = datRecipe.Recordset();
+    restoreRow();
+    recipes.MovePrevious();
+    const bool wasFirst = recipes.AtBOF();
+    if (wasFirst)
+        recipes.MoveNext();
+    if (!wasFirst || !m_shown)
+        ShowRecipe();
 }
 
 void frmRecipe::cmdDone_Click()
@@ -320,7 +338,7 @@ bool frmRecipe::isTaken(const QString &name, qint64 ownKey)
 void frmRecipe::restoreRow()
 {
     RecordCursor &recipes = datRecipe.Recordset();
-    if (recipes.RecordCount() != 0 && recipes.value("RecipeID"_L1) != m_rowKey)
+    if (recipes.AtBOF() || recipes.AtEOF() || recipes.value("RecipeID"_L1) != m_rowKey)
         recipes.FindFirst(criterion("RecipeID"_L1, m_rowKey));
 }
 
@@ -427,6 +445,7 @@ bool frmRecipe::SaveRecipe()
     LockFields(true);
     setUnedited();
     replaceShown([this] {
+        const ReadTransaction snapshot(datRecipe.Database());
         datRecipe.Recordset().Requery();
         showCurrentRecipe();
     });

@@ -55,6 +55,10 @@ private:
     void showCurrentRecipe();
     void ShowRecipe(); // the one in the current row of datRecipe
     void display(const ShownRecipe &recipe);
+    void showNext();
+    void showPrevious();
+
+    void showNeighbour(void (frmRecipe::*showIt)());
 
     void showNone();
     void showReadFailure(bool failed);
