@@ -301,6 +301,29 @@ private Q_SLOTS:
         QCOMPARE(fixture.form.recipeId(), 1);
     }
 
+    // Recipe b of a, b, c, d is shown. What the user does, and what another program deletes first.
+    void passesDeleted_data()
+    {
+        addRows<QString, QByteArray, QString, QString>({
+            {"next", u""_s, "3", u"cmdNext"_s, u"d"_s},
+            {"previous", u""_s, "1", u"cmdPrevious"_s, u"b"_s},
+            {"next after all were read", u"cmdNext, cmdPrevious"_s, "3, 4", u"cmdNext"_s, u"b"_s},
+            {"the recipe itself", u""_s, "2", u"cmdNext"_s, u"a"_s},
+            {"the recipe itself after all were read", u"cmdNext, cmdPrevious"_s, "2", u"cmdNext"_s,
+             u"c"_s},
+        });
+    }
+    void passesDeleted()
+    {
+        const auto [before, keys, press, title] = fetchRow<QString, QByteArray, QString, QString>();
+        RecipeWindowFixture fixture(
+            "INSERT INTO Recipes (RecipeName) VALUES ('a'), ('b'), ('c'), ('d')", 2);
+        fixture.perform(before);
+        fixture.sql("DELETE FROM Recipes WHERE RecipeID IN (" + keys + ")");
+        fixture.perform(press);
+        QCOMPARE(fixture.shown().section(u'|', 0, 0), title);
+    }
+
     void untouched_data()
     {
         addRows<QByteArray>({
