@@ -231,7 +231,7 @@ void SourceQuery::prepareOwnStatements()
         columns += "NULL"; // so that the columns keep their numbers
         m_longTextColumn = static_cast<int>(i);
         const std::string selectText = "SELECT " + name;
-        m_longTexts = prepared(selectText + ", rowid" + from);
+        m_longTexts = prepared(std::string(selectText).append(", rowid").append(from));
         m_longTextOfKey = prepared(std::string(selectText).append(from).append(ofKey));
     }
     if (m_bareTable)
