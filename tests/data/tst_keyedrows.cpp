@@ -179,7 +179,7 @@ private Q_SLOTS:
             QVERIFY2(outcome == expected,
                      qPrintable(u"step %1: %2, not %3"_s.arg(step).arg(outcome, expected)));
             if (begins) {
-                const QString criteria = linesOf(random() % 4);
+                const QString criteria = linesOf(static_cast<qint64>(random() % 4));
                 read.cursor().RecordCount();
                 for (RecordCursor *cursor : {&searched.cursor(), &read.cursor()}) {
                     cursor->FindFirst(criteria);
