@@ -31,8 +31,10 @@ QByteArray resource(const QString &name)
 
 QByteArray styleSheet(PageStyle style)
 {
-    return resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
-                                                 : u"styles/plaincard.css"_s);
+    return resource(u"styles/common.css"_s)
+        + resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
+                                                : u"styles/plaincard.css"_s)
+        + resource(u"styles/overrides.css"_s);
 }
 
 QByteArray script()
