@@ -39,7 +39,8 @@ QByteArray styleSheet(PageStyle style)
 
 QByteArray script()
 {
-    return resource(u"scripts/filter.js"_s) + resource(u"scripts/kitchen.js"_s);
+    return resource(u"scripts/words.js"_s) + resource(u"scripts/filter.js"_s)
+        + resource(u"scripts/kitchen.js"_s);
 }
 
 QString toName(std::string_view page)
