@@ -40,7 +40,7 @@ QByteArray styleSheet(PageStyle style)
 QByteArray script()
 {
     return resource(u"scripts/words.js"_s) + resource(u"scripts/filter.js"_s)
-        + resource(u"scripts/kitchen.js"_s);
+        + resource(u"scripts/amounts.js"_s) + resource(u"scripts/kitchen.js"_s);
 }
 
 QString toName(std::string_view page)
