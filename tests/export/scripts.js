@@ -38,6 +38,7 @@ const cases = [
   // More than one measure
   line(twice, "1 lb 4 oz|Flour|", "2 lb 8 oz|Flour|"),
   line(twice, "1 cup plus 2 tbsp|Flour|", "2 cup plus 4 tbsp|Flour|"),
+  line(twice, "1 cup+2 tbsp|Flour|", "2 cup+4 tbsp|Flour|"),
   line(twice, "500g/1lb 2oz|Flour|", "1000g/2lb 4oz|Flour|"),
   line(twice, "28 oz (825 ml)|Tomatoes|", "56 oz (1650 ml)|Tomatoes|"),
   line(twice, "1 1/2 cups|Flour|, plus 2 tbsp", "3 cups|Flour|, plus 4 tbsp"),
@@ -46,6 +47,7 @@ const cases = [
   // Sizes
   line(twice, "1 can (400 ml)|Milk|", "2 can (400 ml)|Milk|"),
   line(twice, "1 (14 oz) can|Beans|", "2 (14 oz) can|Beans|"),
+  line(twice, "1 piece cut to 5 cm|Ginger|", "2 piece cut to 5 cm|Ginger|"),
   line(twice, "2 x 400 g|Beans|", "4 x 400 g|Beans|"),
   line(twice, "2|Carrots|, cut into 2-inch pieces", "4|Carrots|, cut into 2-inch pieces"),
   line(twice, "1|Onion| (about 1.5 cups)", "2|Onion| (about 1.5 cups)"),

@@ -21,10 +21,11 @@ const pantrywiseAmounts = (() => {
 
   // What stands between two numbers that are multiplied alike: "1-2", "1 kg - 1.5 kg", "1 (or 2)",
   // "1 cup plus 2 tbsp", "400g | 1lb".
-  const range = `\\s*(?:${measure})?\\s*[-–—]\\s*`;
-  const word = `(?:.*[\\s(,;])?(?:to|bis|or|oder|plus|and|und|\\+|&)\\s*`;
-  const alternative = "\\s*[\\p{L}. ]*[|/]\\s*";
-  const joins = pattern(`^(?:${range}|${word}|${alternative})${about}$`);
+  const dash = `\\s*(?:${measure})?\\s*[-–—]\\s*`;
+  const to = "(?:\\s*\\p{L}+\\.?)?\\s+\\(?(?:to|bis)\\s+";
+  const word = "(?:.*[\\s(,;])?(?:or|oder|plus|and|und)\\s+";
+  const sign = "\\s*[\\p{L}. ]*\\(?[|/+&]\\s*";
+  const joins = pattern(`^(?:${dash}|${to}|${word}|${sign})${about}$`);
   const nameJoins = pattern(
     `(?:^\\s*[-–+&|/]|(?:^|\\s)(?:to|or|oder|plus|and|und)(?!\\p{L}))\\s*(?:${number})`);
   const addition =
