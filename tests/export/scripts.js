@@ -44,6 +44,7 @@ const cases = [
   line(twice, "1 1/2 cups|Flour|, plus 2 tbsp", "3 cups|Flour|, plus 4 tbsp"),
   line(twice, "1 cup|Flour| (plus 1 lb 2 oz)", "2 cup|Flour| (plus 2 lb 4 oz)"),
   line(twice, "|Spaghetti| (350 g)", "|Spaghetti| (700 g)"),
+  line(twice, "1 can (14 oz) plus 2 tbsp|Beans|", "2 can (14 oz) plus 4 tbsp|Beans|"),
   // Sizes
   line(twice, "1 can (400 ml)|Milk|", "2 can (400 ml)|Milk|"),
   line(twice, "1 (14 oz) can|Beans|", "2 (14 oz) can|Beans|"),
@@ -58,6 +59,7 @@ const cases = [
   line(twice, "30 g|Butter or 3 tbsp oil|", null),
   line(twice, "|Juice of 2 lemons|", null),
   line(twice, "2 cans 400 g|Beans|", null),
+  line(twice, "2 x 400 g plus 2 tbsp|Beans|", null),
   line(twice, "1 bunch with 5|Carrots|", null),
   line(twice, "2|Onions|, about 200 g", null),
   // The number of servings

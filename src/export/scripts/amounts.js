@@ -127,13 +127,15 @@ const pantrywiseAmounts = (() => {
       const [unit] = between.split("(");
       return wasAmount && (onlyMeasure.test(unit) || joins.test(between));
     }
-    if (joins.test(between) || (onlyMeasure.test(between) && measureFollows.test(after)))
-      return wasAmount;
     if (bracket !== undefined)
-      return false;
+      return wasAmount && (joins.test(between) || onlyMeasure.test(between));
     const outside = between.replace(/^[^(]*\)|\([^()]*\)/gu, " ");
-    if (joins.test(outside))
+    if (outside !== between && joins.test(outside)) // "1 can (14 oz) plus 2 tbsp"
       return true;
+    if (joins.test(between)) // "2 x 400 g plus 2 tbsp" is not certain
+      return !wasAmount && /plus|and|und|[+&]/iu.test(between) ? null : wasAmount;
+    if (onlyMeasure.test(between) && measureFollows.test(after))
+      return wasAmount;
     return outside.trim() === "" && sizeAndNoun.test(after) ? false : null;
   }
 
