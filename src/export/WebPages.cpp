@@ -31,13 +31,16 @@ QByteArray resource(const QString &name)
 
 QByteArray styleSheet(PageStyle style)
 {
-    return resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
-                                                 : u"styles/plaincard.css"_s);
+    return resource(u"styles/common.css"_s)
+        + resource(style == PageStyle::Cookbook ? u"styles/cookbook.css"_s
+                                                : u"styles/plaincard.css"_s)
+        + resource(u"styles/overrides.css"_s);
 }
 
 QByteArray script()
 {
-    return resource(u"scripts/filter.js"_s) + resource(u"scripts/kitchen.js"_s);
+    return resource(u"scripts/words.js"_s) + resource(u"scripts/filter.js"_s)
+        + resource(u"scripts/amounts.js"_s) + resource(u"scripts/kitchen.js"_s);
 }
 
 QString toName(std::string_view page)

@@ -3,61 +3,43 @@
 (() => {
   "use strict";
 
+  const { words, matches, stem } = pantrywiseWords;
   const fewestTitles = 8; // with fewer, nobody needs the box
   const mostResults = 40;
   const mostOthers = 8; // ingredients and types, if there are recipes as well
-  const marks = /\p{M}/gu;
-  const special = /[ßæœøðđħþłı]/g;
-  const replacements = {
-    "ß": "ss", "æ": "ae", "œ": "oe", "ø": "o", "ð": "d", "đ": "d", "ħ": "h", "þ": "th", "ł": "l",
-    "ı": "i",
-  };
 
-  // Letters without accents and case, as the export sorts titles and names pages.
-  function fold(text) {
-    return text.normalize("NFKD").toLowerCase().replace(special, (letter) => replacements[letter])
-      .replace(marks, "");
-  }
-
-  function wordsOf(query) {
-    return fold(query).split(/\s+/).filter((word) => word !== "");
-  }
-
-  function matches(folded, words) {
-    return words.every((word) => folded.includes(word));
-  }
-
-  // The file name that the export gives to a title, without what it appends to the words.
-  function stem(title) {
-    return fold(title).replace(/['’]/g, "").split(/[^a-z0-9]+/).filter((word) => word !== "")
-      .join("-").slice(0, 60).replace(/-+$/, "");
-  }
-
-  function element(name, className, text) {
-    const made = document.createElement(name);
-    if (className) {
-      made.className = className;
-    }
-    if (text) {
-      made.textContent = text;
-    }
+  function element(name, properties, ...children) {
+    const made = Object.assign(document.createElement(name), properties);
+    made.append(...children);
     return made;
   }
 
-  // The lines of the page, each with its text, and the headings that go with them.
+  // The lines of the page, each with its words, and the headings that go with them.
   function readPage() {
+    const titleOf = (item) => item.querySelector("a span") ?? item.querySelector("a") ?? item;
     const lines = [...document.querySelectorAll("main .titles > li, main .types > li")]
-      .map((item) => ({
-        item,
-        folded: fold((item.querySelector("a span") || item.querySelector("a") || item).textContent),
-      }));
+      .map((item) => ({ item, text: words(titleOf(item).textContent) }));
     const groups = [...document.querySelectorAll("main .letter, main .types, main .lettered")]
       .map((group) => ({
-        box: group.classList.contains("types") ? group.closest("nav") || group : group,
+        box: group.classList.contains("types") ? group.closest("nav") ?? group : group,
         items: [...group.querySelectorAll("li")].filter((item) => !item.closest(".letters")),
       }));
     const indexes = [...document.querySelectorAll("main .index, main .pages, main .parts")];
     return { lines, groups, indexes };
+  }
+
+  // Shows the lines of the page that match and returns their number.
+  function narrowPage(page, query) {
+    let count = 0;
+    for (const { item, text } of page.lines) {
+      item.hidden = !matches(text, query);
+      count += item.hidden ? 0 : 1;
+    }
+    for (const { box, items } of page.groups)
+      box.hidden = query !== "" && items.every((item) => item.hidden);
+    for (const index of page.indexes)
+      index.hidden = query !== "";
+    return count;
   }
 
   // The lines of one part of the search file.
@@ -66,7 +48,7 @@
       const [title, reference, mark] = line.split("\t");
       const page = reference.startsWith("=") ? reference.slice(1)
         : prefix + stem(title) + reference;
-      return { title, page: page + ".html", folded: fold(title), kind, vegetarian: mark === "" };
+      return { title, page: `${page}.html`, text: words(title), kind, vegetarian: mark === "" };
     });
   }
 
@@ -74,161 +56,142 @@
   function loader(file, loaded) {
     let isLoading = false;
     return () => {
-      if (!file || isLoading) {
+      if (!file || isLoading)
         return;
-      }
       isLoading = true;
       window.pantrywiseSearch = (recipes, ingredients, types) => loaded({
         recipes: parse(recipes, "", ""),
         ingredients: parse(ingredients, "ingredient_", "ingredient"),
         types: parse(types, "type_", "type"),
       });
-      const script = element("script");
-      script.src = file;
-      script.onerror = () => loaded({ recipes: [], ingredients: [], types: [] });
-      document.head.append(script);
+      const onerror = () => loaded({ recipes: [], ingredients: [], types: [] });
+      document.head.append(element("script", { src: file, onerror }));
     };
   }
 
-  function resultLine(entry) {
-    const item = element("li");
-    item.dir = "auto";
-    const link = element("a", "", entry.title);
-    link.href = entry.page;
-    item.append(link);
-    if (entry.vegetarian) {
-      item.append(" ", element("span", "mark", "vegetarian"));
-    }
-    if (entry.kind !== "") {
-      item.append(" ", element("small", "", entry.kind));
-    }
+  // Titles that begin with what was typed come first.
+  function findEntries(entries, query) {
+    const found = entries.filter(({ text }) => matches(text, query));
+    const first = found.filter(({ text }) => text.startsWith(query));
+    return first.concat(found.filter(({ text }) => !text.startsWith(query)));
+  }
+
+  // Returns the entries of the search file to show and how many there are in all. The list of
+  // ingredients finds nothing else.
+  function findResults(search, query, onlyIngredients) {
+    const others = findEntries(search.ingredients, query);
+    if (onlyIngredients)
+      return { entries: others.slice(0, mostResults), total: others.length };
+    if (!document.querySelector("main .types"))
+      others.push(...findEntries(search.types, query));
+    const recipes = findEntries(search.recipes, query);
+    const some = others.slice(0, recipes.length > 0 ? mostOthers : mostResults);
+    const entries = some.concat(recipes).slice(0, mostResults);
+    return { entries, total: recipes.length + others.length };
+  }
+
+  function resultLine({ title, page, vegetarian, kind }) {
+    const item = element("li", { dir: "auto" }, element("a", { href: page }, title));
+    if (vegetarian)
+      item.append(" ", element("span", { className: "mark", lang: "en" }, "vegetarian"));
+    if (kind !== "")
+      item.append(" ", element("small", { lang: "en" }, kind));
     return item;
   }
 
-  // Titles that begin with what was typed come first.
-  function findEntries(entries, words, query) {
-    const found = entries.filter((entry) => matches(entry.folded, words));
-    const first = found.filter((entry) => entry.folded.startsWith(query));
-    return first.concat(found.filter((entry) => !entry.folded.startsWith(query)));
+  // Shows what the search file has and the page has not, and returns its number.
+  function showResults(list, search, query, onlyIngredients) {
+    list.replaceChildren();
+    list.hidden = true;
+    if (search === null || query === "")
+      return 0;
+    const { entries, total } = findResults(search, query, onlyIngredients);
+    list.append(...entries.map(resultLine));
+    const more = total - entries.length;
+    if (more > 0)
+      list.append(element("li", { className: "more", lang: "en" }, `and ${more} more`));
+    list.hidden = entries.length === 0;
+    return total;
   }
 
-  function start() {
-    const main = document.querySelector("main");
-    const searchName = main && main.dataset.search;
-    const page = main ? readPage() : { lines: [] };
-    const titles = main ? main.querySelectorAll(".titles > li").length : 0;
-    if (titles < fewestTitles && !(searchName && page.lines.length > 0)) {
-      return;
-    }
-
-    const box = element("div", "filter");
-    box.setAttribute("role", "search");
-    const label = element("label", "", "Find");
-    const input = element("input");
-    input.type = "search";
-    input.autocomplete = "off";
-    input.spellcheck = false;
-    label.append(" ", input);
-    const status = element("p", "found");
+  function makeBox(main) {
+    const input = element("input", { type: "search", autocomplete: "off", spellcheck: false });
+    const status = element("p", { className: "found" });
     status.setAttribute("role", "status");
-    const results = element("ul", "titles results");
-    results.lang = "";
-    results.hidden = true;
-    box.append(label, status, results);
+    const results = element("ul", { className: "titles results", lang: "", hidden: true });
+    const box = element("div", { className: "filter" },
+      element("label", {}, "Find ", input), status, results);
+    box.setAttribute("role", "search");
     const head = main.querySelector(".head");
-    if (head) {
+    if (head)
       head.after(box);
-    } else {
+    else
       main.prepend(box);
-    }
+    return { box, input, status, results };
+  }
 
-    let search = null;
-
-    // Shows the lines of the page that match and returns their number.
-    function narrowPage(words) {
-      let count = 0;
-      for (const line of page.lines) {
-        const isShown = matches(line.folded, words);
-        line.item.hidden = !isShown;
-        count += isShown ? 1 : 0;
-      }
-      for (const group of page.groups) {
-        const isEmpty = group.items.every((item) => item.hidden);
-        group.box.hidden = words.length > 0 && isEmpty;
-      }
-      for (const index of page.indexes) {
-        index.hidden = words.length > 0;
-      }
-      return count;
-    }
-
-    // Shows what the search file has and the page has not, and returns its number.
-    function showResults(words, query) {
-      results.replaceChildren();
-      results.hidden = true;
-      if (search === null || words.length === 0) {
-        return 0;
-      }
-      const recipes = findEntries(search.recipes, words, query);
-      const others = findEntries(search.ingredients, words, query);
-      if (!document.querySelector("main .types")) {
-        others.push(...findEntries(search.types, words, query));
-      }
-      const some = others.slice(0, recipes.length > 0 ? mostOthers : mostResults);
-      const entries = some.concat(recipes).slice(0, mostResults);
-      results.append(...entries.map(resultLine));
-      const more = recipes.length + others.length - entries.length;
-      if (more > 0) {
-        results.append(element("li", "more", more === 1 ? "and 1 more" : `and ${more} more`));
-      }
-      results.hidden = entries.length === 0;
-      return recipes.length + others.length;
-    }
-
-    function narrow() {
-      const words = wordsOf(input.value);
-      const count = narrowPage(words) + showResults(words, words.join(" "));
-      if (words.length === 0) {
-        status.textContent = "";
-      } else if (searchName && search === null) {
-        status.textContent = "Searching…";
-      } else {
-        status.textContent = count === 0 ? "Nothing found" : `${count} found`;
-      }
-    }
-
-    const load = loader(searchName, (entries) => {
-      search = entries;
-      narrow();
-    });
-
-    function shownLinks() {
-      return [...main.querySelectorAll(".titles > li a, .types > li a")]
-        .filter((link) => link.offsetParent !== null);
-    }
-
-    box.addEventListener("focusin", load);
-    input.addEventListener("input", narrow);
+  // The arrow keys go through the links that are shown, Enter opens the first one.
+  function addKeys(main, input, clear) {
     main.addEventListener("keydown", (event) => {
-      const links = shownLinks();
+      if (event.isComposing) // Enter ends the word that an input method composes
+        return;
+      const links = [...main.querySelectorAll(".titles > li a, .types > li a")]
+        .filter((link) => link.offsetParent !== null);
       const at = links.indexOf(document.activeElement);
       const isInBox = document.activeElement === input;
-      if (event.key === "Enter" && isInBox && input.value.trim() !== "" && links.length > 0) {
+      const hasText = input.value.trim() !== "";
+      if (event.key === "Enter" && isInBox && hasText && links.length > 0)
         links[0].click();
-      } else if (event.key === "Escape" && (isInBox || at >= 0) && input.value !== "") {
-        input.value = "";
-        narrow();
-        input.focus();
-      } else if (event.key === "ArrowDown" && (isInBox || at >= 0) && at + 1 < links.length) {
+      else if (event.key === "Escape" && (isInBox || at >= 0) && hasText)
+        clear();
+      else if (event.key === "ArrowDown" && (isInBox || at >= 0) && at + 1 < links.length)
         links[at + 1].focus();
-      } else if (event.key === "ArrowUp" && at >= 0) {
+      else if (event.key === "ArrowUp" && at >= 0)
         (at === 0 ? input : links[at - 1]).focus();
-      } else {
+      else
         return;
-      }
       event.preventDefault();
     });
-    if (input.value !== "") { // a browser keeps it when somebody comes back
+  }
+
+  // Browsers do not keep the text of a box without autocompletion for somebody who comes back.
+  function keepQuery(main, input) {
+    const remember = () => history.replaceState({ query: input.value }, "");
+    main.addEventListener("click", remember);
+    input.addEventListener("change", remember);
+    input.value = history.state?.query ?? "";
+  }
+
+  function addFilter(main, page) {
+    const searchName = main.dataset.search;
+    const onlyIngredients = main.dataset.finds === "ingredients";
+    const { box, input, status, results } = makeBox(main);
+    let search = null;
+
+    function narrow() {
+      const query = words(input.value);
+      const count = narrowPage(page, query) + showResults(results, search, query, onlyIngredients);
+      if (query === "")
+        status.textContent = "";
+      else if (searchName && search === null)
+        status.textContent = "Searching…";
+      else
+        status.textContent = count === 0 ? "Nothing found" : `${count} found`;
+    }
+
+    const load = loader(searchName, (loaded) => {
+      search = loaded;
+      narrow();
+    });
+    box.addEventListener("focusin", load);
+    input.addEventListener("input", narrow);
+    addKeys(main, input, () => {
+      input.value = "";
+      narrow();
+      input.focus();
+    });
+    keepQuery(main, input);
+    if (input.value !== "") {
       load();
       narrow();
     }
@@ -240,5 +203,10 @@
     const bar = current.closest("ul");
     bar.scrollLeft = current.offsetLeft - bar.offsetLeft - bar.clientWidth / 2;
   }
-  start();
+
+  const main = document.querySelector("main");
+  const titles = document.querySelectorAll("main .titles > li").length;
+  const isSearched = main?.dataset.search && document.querySelector("main .types > li");
+  if (titles >= fewestTitles || isSearched)
+    addFilter(main, readPage());
 })();
