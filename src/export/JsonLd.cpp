@@ -74,7 +74,9 @@ private:
         return static_cast<rapidjson::SizeType>(text.size());
     }
 
-    rapidjson::StringBuffer m_buffer;
+    static constexpr std::size_t usualSize = 4096; // bytes
+
+    rapidjson::StringBuffer m_buffer{nullptr, usualSize};
     rapidjson::Writer<rapidjson::StringBuffer> m_writer{m_buffer};
 };
 

@@ -72,7 +72,7 @@ void setLetters(TemplateData &fields, const std::vector<LetterLines> &letters)
 }
 
 // The letters with their pages. `current` is the number of the part that the page is, if any.
-void setLetterPages(TemplateData &fields, const RecipeList &list, const DividedList &divided,
+void setLetterPages(TemplateData &fields, const SiteList &list, const DividedList &divided,
                     const ListPart *current)
 {
     TemplateData::List letters;
@@ -111,7 +111,7 @@ void setJsonLd(TemplateData &fields, const std::string &name, std::span<const Li
 }
 
 // What the first page of a list and its parts have in common.
-TemplateData pageFields(const TemplateData &common, const RecipeList &list, const std::string &name,
+TemplateData pageFields(const TemplateData &common, const SiteList &list, const std::string &name,
                         std::size_t count)
 {
     TemplateData fields;
@@ -122,9 +122,15 @@ TemplateData pageFields(const TemplateData &common, const RecipeList &list, cons
     return fields;
 }
 
+void setTrail(TemplateData &fields, const std::vector<ListLink> &trail)
+{
+    fields.setList("trail", links(trail));
+    fields.setText("up", trail.empty() ? std::string(SiteMap::mainMenuPage) : trail.back().page);
+}
+
 } // namespace
 
-TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common, const RecipeList &list,
+TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common, const SiteList &list,
                             const DividedList &divided)
 {
     TemplateData fields;
@@ -144,12 +150,12 @@ TemplateData mainMenuFields(const SiteMap &site, const TemplateData &common, con
     return fields;
 }
 
-TemplateData categoryFields(const TemplateData &common, const RecipeList &list,
+TemplateData categoryFields(const TemplateData &common, const SiteList &list,
                             const DividedList &divided)
 {
     TemplateData fields = pageFields(common, list, list.name, list.lines.size());
     fields.setText("link", list.page);
-    fields.setList("trail", links(list.trail));
+    setTrail(fields, list.trail);
     setFlaggedList(fields, "hasTypes", "types", links(list.types));
     setLetterPages(fields, list, divided, nullptr);
     if (!divided.parts.empty()) {
@@ -164,7 +170,7 @@ TemplateData categoryFields(const TemplateData &common, const RecipeList &list,
     return fields;
 }
 
-TemplateData partFields(const TemplateData &common, const RecipeList &list,
+TemplateData partFields(const TemplateData &common, const SiteList &list,
                         const DividedList &divided, std::size_t number)
 {
     const ListPart &part = divided.parts[number];
@@ -175,7 +181,7 @@ TemplateData partFields(const TemplateData &common, const RecipeList &list,
     std::vector<ListLink> trail = list.trail;
     if (list.page != SiteMap::mainMenuPage)
         trail.push_back({list.name, list.page, list.kind, list.lines.size()});
-    fields.setList("trail", links(trail));
+    setTrail(fields, trail);
     setLetterPages(fields, list, divided, &part);
     setFlaggedList(fields, "hasRecipes", "recipes", lines(part.lines));
     setJsonLd(fields, name, part.lines);

@@ -8,7 +8,7 @@
 namespace {
 
 struct Text {
-    Q_DECLARE_TR_FUNCTIONS(PageTemplate)
+    Q_DECLARE_TR_FUNCTIONS(MustacheParser)
 };
 
 using Kind = TemplateField::Kind;

@@ -1,38 +1,37 @@
 #include "export/MustacheTemplate.h"
 
 #include <algorithm>
+#include <array>
+#include <limits>
 
 namespace {
 
-// Returns what replaces a character, or null if it stays as it is.
+// What replaces each character; null for those that stay as they are.
+constexpr auto entities = [] {
+    std::array<const char *, std::numeric_limits<unsigned char>::max() + 1> table{};
+    table['&'] = "&amp;";
+    table['<'] = "&lt;";
+    table['>'] = "&gt;";
+    table['"'] = "&quot;";
+    table['\''] = "&apos;";
+    return table;
+}();
+
 const char *entityOf(char character)
 {
-    switch (character) {
-    case '&':
-        return "&amp;";
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '"':
-        return "&quot;";
-    case '\'':
-        return "&apos;";
-    default:
-        return nullptr;
-    }
+    return entities[static_cast<unsigned char>(character)];
 }
 
 void appendEscaped(std::string &html, std::string_view text)
 {
-    std::size_t done = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (const char *entity = entityOf(text[i])) {
-            html.append(text, done, i - done).append(entity);
-            done = i + 1;
-        }
+    for (const char *begin = text.data(), *const end = begin + text.size();;) {
+        const char *const special = std::find_if(begin, end, entityOf);
+        html.append(begin, special);
+        if (special == end)
+            return;
+        html.append(entityOf(*special));
+        begin = special + 1;
     }
-    html.append(text, done);
 }
 
 std::string_view textOf(const TemplateData::Value &value)

@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestName = 60; // without prefix and hash
+constexpr std::size_t longestName = 60; // without prefix and hash
 constexpr qsizetype hashLength = 10;
 
 bool isPlain(QChar character)
@@ -43,22 +43,26 @@ bool isComplete(const QString &words, const QString &folded)
 
 QString asciiWords(const QString &text)
 {
-    QString words;
+    const QString base = baseLetters(text);
+    std::string words;
     bool isNewWord = false;
-    for (const QChar character : baseLetters(text)) {
+    for (const QChar character : base) {
         if (isPlain(character)) {
-            if (isNewWord && !words.isEmpty())
-                words += u'-';
+            if (isNewWord && !words.empty())
+                words += '-';
             isNewWord = false;
-            words += character;
+            words += character.toLatin1();
         } else if (character != u'\'' && character != u'’') {
             isNewWord = true;
         }
+        if (words.size() >= longestName)
+            break;
     }
-    words.truncate(longestName);
-    while (words.endsWith(u'-'))
-        words.chop(1);
-    return words;
+    if (words.size() > longestName)
+        words.resize(longestName);
+    while (words.ends_with('-'))
+        words.pop_back();
+    return QString::fromLatin1(words);
 }
 
 // A name without a hash contains no underscore, so that it differs from all names with one.

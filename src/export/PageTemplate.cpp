@@ -128,7 +128,7 @@ const std::string &PageTemplate::fillIn(const TemplateData &fields)
     return m_page;
 }
 
-bool PageTemplate::canDivideLists() const
+bool PageTemplate::uses(std::string_view field) const
 {
-    return m_template.uses("letterPages");
+    return m_template.uses(field);
 }

@@ -10,9 +10,8 @@ public:
     // if the file cannot be used; the text names the file and the reason.
     static PageTemplate load(PageKind kind, const QString &path);
 
-    // Whether the template can show lists that are divided into pages (ListPages.h). One that does
-    // not use the fields for it gets each list as a whole.
-    bool canDivideLists() const;
+    // Whether the template has a tag for a field of this name.
+    bool uses(std::string_view field) const;
 
     // Returns the page in UTF-8. The reference is valid until the next call.
     const std::string &fillIn(const TemplateData &fields);

@@ -45,11 +45,17 @@ bool isPrintable(char32_t character)
         && !QChar::isNonCharacter(character);
 }
 
-// Most texts are, and need no conversion to UTF-16.
-bool isPrintableAscii(std::string_view text)
+bool isAsciiLineBreak(char character)
 {
-    return std::all_of(text.begin(), text.end(),
-                       [](char character) { return character >= ' ' && character < 0x7F; });
+    return character >= '\n' && character <= '\r'; // and \v and \f
+}
+
+// Returns the first character that is not printable ASCII. Most texts have none, and need no
+// conversion to UTF-16.
+const char *findOther(const char *begin, const char *end)
+{
+    return std::find_if(begin, end,
+                        [](char character) { return character < ' ' || character >= 0x7F; });
 }
 
 std::string withoutSpacesAround(std::string_view text)
@@ -103,8 +109,9 @@ QString pageTitle(const QString &text)
 
 std::string pageLine(std::string_view text)
 {
-    return isPrintableAscii(text) ? withoutSpacesAround(text)
-                                  : pageLine(fromUtf8(text)).toStdString();
+    return findOther(text.begin(), text.end()) == text.end()
+        ? withoutSpacesAround(text)
+        : pageLine(fromUtf8(text)).toStdString();
 }
 
 std::vector<std::string> pageParagraphs(std::string_view text)
@@ -115,11 +122,10 @@ std::vector<std::string> pageParagraphs(std::string_view text)
             paragraphs.push_back(std::move(line));
     };
     for (const auto *begin = text.begin(); begin != text.end();) {
-        const auto *const end = std::find_if(begin, text.end(), [](char character) {
-            return character >= '\n' && character <= '\r'; // and \v and \f
-        });
+        const auto *const other = findOther(begin, text.end());
+        const auto *const end = std::find_if(other, text.end(), isAsciiLineBreak);
         const std::string_view line(begin, end);
-        if (isPrintableAscii(line)) {
+        if (other == end) {
             add(withoutSpacesAround(line));
         } else {
             for (const QString &part : linesOf(fromUtf8(line)))

@@ -77,13 +77,13 @@ std::size_t afterParenthesis(std::string_view text, std::size_t open)
 }
 
 // Whether a parenthesis is about the ingredient. If a word follows, as in "1 (7 oz) can", or if it
-// repeats the measure, as in "28 oz (825 ml)", it belongs to the amount.
+// repeats the measure before it, as in "28 oz (825 ml)", it belongs to the amount.
 bool isRemark(std::string_view text, std::size_t open, std::size_t close)
 {
     const std::string_view content = trimmed(text.substr(open + 1, close - open - 1));
     const std::string_view after = trimmed(text.substr(close));
     const bool endsThere = after.empty() || ",.;:("sv.find(after.front()) != std::string_view::npos;
-    return endsThere && !content.starts_with('~') && !beginsWithNumber(content);
+    return endsThere && (open == 0 || (!content.starts_with('~') && !beginsWithNumber(content)));
 }
 
 // Returns the position of the comma, the semicolon or the parenthesis with which the preparation
@@ -94,7 +94,7 @@ std::size_t endOfAmount(std::string_view text)
         const char character = text[i];
         if (character == '(') {
             const std::size_t close = afterParenthesis(text, i);
-            if (i == 0 || (text[i - 1] == ' ' && isRemark(text, i, close)))
+            if ((i == 0 || text[i - 1] == ' ') && isRemark(text, i, close))
                 return i;
             i = close - 1;
         } else if (character == ';'

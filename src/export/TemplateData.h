@@ -55,7 +55,7 @@ public:
 
 private:
     // Usual numbers of fields.
-    static constexpr std::size_t sizeOfEntry = 4;
+    static constexpr std::size_t sizeOfEntry = 5;
     static constexpr std::size_t sizeOfPage = 24;
 
     template <typename Type>

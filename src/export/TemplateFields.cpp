@@ -63,6 +63,7 @@ TemplateFields category()
                  {"count"},
                  {"recipeCount"},
                  {"trail", Kind::List, listLink()},
+                 {"up"},
                  {"hasTypes", Kind::YesNo},
                  {"types", Kind::List, listLink()},
                  {"hasRecipes", Kind::YesNo},

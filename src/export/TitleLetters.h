@@ -9,7 +9,7 @@
 // Texts as they are sorted and put under letters, and as pages are named after them.
 
 // Returns the text in lower case without accents: "Crème Brûlée" is "creme brulee". Letters that
-// have no accent by Unicode's account are replaced as well: ł is l, æ is ae.
+// Unicode does not decompose into a letter and an accent are replaced as well: ł is l, æ is ae.
 QString baseLetters(const QString &text);
 
 // Returns the text without the quotation marks, brackets and invisible characters that it begins

@@ -70,25 +70,33 @@ public:
         , m_site(siteMapOf(m_reader.entries()))
         , m_common(commonFields(m_site, settings.style, QDate::currentDate()))
         , m_folder(chosenFolder)
-        , m_divideMenu(m_mainMenu.canDivideLists() && m_category.canDivideLists())
+        , m_divideLists(m_category.uses("letterPages") && m_category.uses("parts"))
+        , m_divideMenu(m_divideLists && m_mainMenu.uses("letterPages"))
+        , m_total(std::ssize(m_site.recipes) + 1) // with the main menu
     {
         m_folder.begin(fileNames());
         m_folder.write(toName(SiteMap::styleSheet), styleSheet(settings.style));
         m_folder.write(toName(SiteMap::script), script());
     }
 
-    void writeLists()
+    // Returns false if the user stops it.
+    bool writeLists(Progress &progress)
     {
-        const RecipeList all = allRecipes(m_site);
+        const SiteList all = allRecipes(m_site);
+        if (!begin(all.name, progress))
+            return false;
         const DividedList divided = divide(all, m_divideMenu);
         write(SiteMap::mainMenuPage, m_mainMenu, mainMenuFields(m_site, m_common, all, divided));
         writeParts(all, divided);
         m_folder.write(toName(SiteMap::searchFile),
                        QByteArrayView(searchFile(m_site, !divided.parts.empty())));
-        forEachList(m_site, [this](const RecipeList &list) {
-            const DividedList parts = divide(list, m_category.canDivideLists());
+        return forEachList(m_site, [&](const SiteList &list) {
+            if (!begin(list.name, progress))
+                return false;
+            const DividedList parts = divide(list, m_divideLists);
             write(list.page, m_category, categoryFields(m_common, list, parts));
             writeParts(list, parts);
+            return true;
         });
     }
 
@@ -98,7 +106,7 @@ public:
         const std::vector<RecipePosition> positions = positionsByKey(m_site);
         for (std::size_t first = 0; first < positions.size(); first += batchSize) {
             const std::size_t size = std::min(batchSize, positions.size() - first);
-            if (!writeBatch(std::span(positions).subspan(first, size), first, progress))
+            if (!writeBatch(std::span(positions).subspan(first, size), progress))
                 return false;
         }
         return true;
@@ -111,22 +119,31 @@ public:
     }
 
 private:
-    QStringList fileNames() const
+    // Returns the names of all files, and counts the lists.
+    QStringList fileNames()
     {
         QStringList names{toName(SiteMap::mainMenuPage), toName(SiteMap::styleSheet),
                           toName(SiteMap::script), toName(SiteMap::searchFile)};
-        const auto addParts = [&names](const RecipeList &list, bool mayBeDivided) {
+        const auto addParts = [&names](const SiteList &list, bool mayBeDivided) {
             for (const ListPart &part : divide(list, mayBeDivided).parts)
                 names += toName(part.page);
         };
         for (const RecipeEntry &recipe : m_site.recipes)
             names += toName(recipe.page);
         addParts(allRecipes(m_site), m_divideMenu);
-        forEachList(m_site, [&](const RecipeList &list) {
+        forEachList(m_site, [&](const SiteList &list) {
             names += toName(list.page);
-            addParts(list, m_category.canDivideLists());
+            addParts(list, m_divideLists);
+            ++m_total;
+            return true;
         });
         return names;
+    }
+
+    // Shows what is written next. Returns false if the user stops the export.
+    bool begin(const std::string &name, Progress &progress)
+    {
+        return progress.update(m_done++, m_total, QString::fromStdString(name));
     }
 
     void write(std::string_view name, PageTemplate &page, const TemplateData &fields)
@@ -134,13 +151,13 @@ private:
         m_folder.write(toName(name), QByteArrayView(page.fillIn(fields)));
     }
 
-    void writeParts(const RecipeList &list, const DividedList &divided)
+    void writeParts(const SiteList &list, const DividedList &divided)
     {
         for (std::size_t i = 0; i < divided.parts.size(); ++i)
             write(divided.parts[i].page, m_category, partFields(m_common, list, divided, i));
     }
 
-    bool writeBatch(std::span<const RecipePosition> positions, std::size_t done, Progress &progress)
+    bool writeBatch(std::span<const RecipePosition> positions, Progress &progress)
     {
         std::vector<qint64> keys;
         for (const RecipePosition position : positions)
@@ -148,9 +165,7 @@ private:
         const std::vector<RecipeDetails> details = m_reader.details(m_site, keys);
         for (std::size_t i = 0; i < details.size(); ++i) {
             const RecipeEntry &recipe = m_site.recipes[positions[i]];
-            const std::size_t finished = done + i;
-            if (!progress.update(static_cast<qsizetype>(finished), std::ssize(m_site.recipes),
-                                 QString::fromStdString(recipe.title)))
+            if (!begin(recipe.title, progress))
                 return false;
             write(recipe.page, m_recipe, recipeFields(m_site, m_common, positions[i], details[i]));
         }
@@ -164,7 +179,10 @@ private:
     SiteMap m_site;
     TemplateData m_common;
     OutputFolder m_folder;
+    bool m_divideLists; // whether the template shows all pages of a divided list
     bool m_divideMenu;
+    qsizetype m_done = 0; // recipes and lists
+    qsizetype m_total;
 };
 
 } // namespace
@@ -173,10 +191,7 @@ std::optional<ExportedPages> exportPages(const QString &databasePath, const QStr
                                          const PageSettings &settings, Progress &progress)
 {
     Export pages(databasePath, chosenFolder, settings);
-    // The recipes first: with many of them the lists take seconds, during which the progress of the
-    // recipes is already shown.
-    if (!pages.writeRecipes(progress))
+    if (!pages.writeRecipes(progress) || !pages.writeLists(progress))
         return {};
-    pages.writeLists();
     return pages.finish();
 }

@@ -10,7 +10,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// Records the names of the items, and stops at one of them.
+// Records the names of the items, and stops at one of them or if the numbers are wrong.
 class RecordingProgress final : public Progress
 {
 public:
@@ -18,11 +18,11 @@ public:
     std::function<void()> onProgress = [] {}; // called at each item
     QStringList names;
 
-    bool update(qsizetype done, qsizetype, const QString &label) override
+    bool update(qsizetype done, qsizetype total, const QString &label) override
     {
         names += label;
         onProgress();
-        return done + 1 == names.size() && done + 1 != stopAt;
+        return done + 1 == names.size() && done < total && done + 1 != stopAt;
     }
 };
 

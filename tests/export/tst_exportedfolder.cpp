@@ -66,11 +66,18 @@ private Q_SLOTS:
         QVERIFY(old.areKept());
     }
 
+    void stopped_data()
+    {
+        addRows<qsizetype>({{"at a recipe", 1}, {"at the main menu", 2}, {"at a list", 3}});
+    }
+
     void stopped()
     {
         OldPages old;
-        old.progress.stopAt = 1;
+        std::tie(old.progress.stopAt) = fetchRow<qsizetype>();
+        old.file.write(u"UPDATE Recipes SET Author = 'Ann'"_s);
         QCOMPARE(old.run(), QString());
+        QCOMPARE(old.progress.names.size(), old.progress.stopAt);
         QVERIFY(old.areKept());
     }
 

@@ -1,4 +1,4 @@
-#include "export/ListPages.h"
+#include "export/DividedList.h"
 #include "export/SearchFile.h"
 #include "export/TitleLetters.h"
 #include "support/Rows.h"
@@ -92,7 +92,7 @@ private Q_SLOTS:
     {
         const auto [titles, expected] = fetchRow<QStringList, QString>();
         const SiteMap site = siteOf(titles);
-        const RecipeList list = allRecipes(site);
+        const SiteList list = allRecipes(site);
         QStringList sorted;
         for (const ListLine &line : list.lines)
             sorted += QString::fromUtf8(line.title.data(), std::ssize(line.title));
@@ -117,7 +117,7 @@ private Q_SLOTS:
     {
         const auto [titles, expected] = fetchRow<QStringList, QString>();
         const SiteMap site = siteOf(titles);
-        const RecipeList list = allRecipes(site);
+        const SiteList list = allRecipes(site);
         QStringList parts;
         const DividedList divided = divide(list, true);
         for (const ListPart &part : divided.parts)
@@ -155,10 +155,10 @@ private Q_SLOTS:
         };
         for (const RecipeEntry &recipe : site.recipes)
             add(recipe.page);
-        forEachList(site, [&](const RecipeList &list) {
-            QVERIFY(!list.name.empty());
+        QVERIFY(forEachList(site, [&](const SiteList &list) {
             add(list.page);
-        });
+            return !list.name.empty();
+        }));
         QCOMPARE(pages.size(), count);
         QCOMPARE(count, 3 * names.size() + 4); // also the type, and all ingredients and utensils
     }
