@@ -172,7 +172,7 @@ int SourceQuery::findIndexedColumn() const
     return -1;
 }
 
-// Returns -1 if there is none.
+// Returns -1 if there is no such column.
 int SourceQuery::findColumn(std::string_view field) const
 {
     for (std::size_t i = 0; i < m_columns.size(); ++i) {

@@ -87,7 +87,7 @@ bool isRemark(std::string_view text, std::size_t open, std::size_t close)
 }
 
 // Returns the position of the comma, the semicolon or the parenthesis with which the preparation
-// begins, or the size of the text if there is none.
+// begins, or the size of the text if it has no preparation.
 std::size_t endOfAmount(std::string_view text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
