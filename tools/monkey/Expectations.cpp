@@ -62,7 +62,7 @@ void Model::recipePressed(const Press &press, Shown &shown)
         expect(m_tables, press);
 
     const QString name = press.answerTo(u"Recipe Name"_s).trimmed();
-    if (button == "cmdNew"_L1 && !name.isEmpty() && title == name) {
+    if (button == "cmdNew"_L1 && !press.hasFailed() && !name.isEmpty() && title == name) {
         shown.key = 0;
         shown.description = QString();
     }
