@@ -25,18 +25,17 @@ void CatalogKeys::assign(qint32 counter)
         m_last = 0;
 }
 
-qint32 CatalogKeys::take(std::optional<qint32> key)
+CatalogKeys::Taken CatalogKeys::take(std::optional<qint32> key)
 {
     const std::size_t index = key ? find(*key) : m_keys.size();
-    const bool isFirst = index < m_keys.size() && !m_isTaken[index];
-    if (isFirst)
-        m_isTaken[index] = true;
-    if (isFirst && isUsable(*key))
-        return *key;
-    const qint32 newKey = nextFree();
-    if (isFirst)
-        replacement(index) = newKey;
-    return newKey;
+    if (index == m_keys.size())
+        return {nextFree(), false};
+    if (m_isTaken[index])
+        return {nextFree(), true};
+    m_isTaken[index] = true;
+    if (!isUsable(*key))
+        replacement(index) = nextFree();
+    return {isUsable(*key) ? *key : replacement(index), false};
 }
 
 qint32 CatalogKeys::linked(qint32 key)
@@ -50,9 +49,8 @@ qint32 CatalogKeys::linked(qint32 key)
 std::size_t CatalogKeys::find(qint32 key) const
 {
     const auto found = std::lower_bound(m_keys.begin(), m_keys.end(), key);
-    return found != m_keys.end() && *found == key
-        ? static_cast<std::size_t>(found - m_keys.begin())
-        : m_keys.size();
+    return found != m_keys.end() && *found == key ? static_cast<std::size_t>(found - m_keys.begin())
+                                                  : m_keys.size();
 }
 
 qint32 CatalogKeys::nextFree()

@@ -22,8 +22,14 @@ public:
     // few of them are left, they are those that no row has.
     void assign(qint32 counter);
 
-    // Returns the key in the new file. To be called once for each row, in their order.
-    qint32 take(std::optional<qint32> key);
+    // The key of a row in the new file, and whether an earlier row has had its old one.
+    struct Taken {
+        qint32 key;
+        bool isRepeated;
+    };
+
+    // To be called once for each row, in their order.
+    Taken take(std::optional<qint32> key);
 
     // Returns what the key of a link refers to: the new key of the first row that had it, or the
     // same key. To be called when all rows have taken their keys.

@@ -7,22 +7,11 @@
 
 namespace {
 
-// Returns the number if it is whole and not beyond 64 bits.
-std::optional<qint64> wholeNumber(const oldfiles::Value &value)
-{
-    if (const auto *integer = std::get_if<qint64>(&value))
-        return *integer;
-    constexpr double beyond = 9223372036854775808.0; // 2^63
-    const auto *number = std::get_if<double>(&value);
-    if (number && *number >= -beyond && *number < beyond && std::trunc(*number) == *number)
-        return static_cast<qint64>(*number);
-    return {};
-}
-
+// The reader gives each whole number that fits into 64 bits as an integer.
 template <typename Integer>
 std::optional<Cell> integerCell(const oldfiles::Value &value)
 {
-    const std::optional<qint64> number = wholeNumber(value);
+    const auto *number = std::get_if<qint64>(&value);
     if (number && *number >= std::numeric_limits<Integer>::min()
         && *number <= std::numeric_limits<Integer>::max())
         return Cell(*number);
@@ -80,4 +69,10 @@ QString displayNumber(const oldfiles::Value &value)
     if (const auto *number = std::get_if<double>(&value))
         return QString::number(*number, 'g', QLocale::FloatingPointShortest);
     return {};
+}
+
+std::optional<qint32> keyOf(const oldfiles::Value &value)
+{
+    const std::optional<Cell> cell = integerCell<qint32>(value);
+    return cell ? std::optional(static_cast<qint32>(std::get<qint64>(*cell))) : std::nullopt;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "data/FieldValue.h"
-#include "oldfiles/Value.h"
+#include "oldfiles/ValueDecoder.h"
+
+#include <QString>
 
 #include <optional>
 
@@ -10,5 +12,8 @@
 // one that is not finite, and for a key or a whole number one that has decimals or too many bits.
 std::optional<Cell> convertToField(FieldType type, const oldfiles::Value &value);
 
-// Returns a number of the old file as it is shown to the user.
+// Returns a number of the old file as it is shown to the user; empty for null.
 QString displayNumber(const oldfiles::Value &value);
+
+// Returns the key that the value is, if it is one of 32 bits.
+std::optional<qint32> keyOf(const oldfiles::Value &value);

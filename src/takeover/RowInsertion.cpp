@@ -22,10 +22,7 @@ struct Binder {
     int parameter;
 
     int operator()(std::monostate) const { return sqlite3_bind_null(statement, parameter); }
-    int operator()(qint64 number) const
-    {
-        return sqlite3_bind_int64(statement, parameter, number);
-    }
+    int operator()(qint64 number) const { return sqlite3_bind_int64(statement, parameter, number); }
     int operator()(double number) const
     {
         return sqlite3_bind_double(statement, parameter, number);

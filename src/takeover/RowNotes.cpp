@@ -17,9 +17,14 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(RowNotes)
 };
 
-QString quoted(std::string_view name)
+QString inQuotes(std::string_view name)
 {
     return u'"' + excerpt(platform::decodeUtf8(name)) + u'"';
+}
+
+QString unnamed(const RowNotes::Row &row)
+{
+    return Text::tr("row %1").arg(row.number + 1);
 }
 
 } // namespace
@@ -59,12 +64,11 @@ QString RowNotes::keySentence(const Row &row, bool isTakenByEarlierRow, qint32 n
     if (oldKey.isEmpty())
         return Text::tr("%1: %2 had no %3. It has the %3 %4 now.")
             .arg(m_name, label(row), field, QString::number(newKey));
-    const bool fits = convertToField(FieldType::Key, row.values[0]).has_value();
     if (isTakenByEarlierRow)
         return Text::tr("%1: %2 had the %3 %4 as another row before it. It has the %3 %5 now. What "
                         "refers to %4 still means the other row.")
             .arg(m_name, label(row), field, oldKey, QString::number(newKey));
-    if (fits)
+    if (keyOf(row.values[0]))
         return Text::tr("%1: %2 had the %3 %4. It has the %3 %5 now, also in the rows that refer "
                         "to it.")
             .arg(m_name, label(row), field, oldKey, QString::number(newKey));
@@ -77,20 +81,17 @@ QString RowNotes::label(const Row &row) const
     if (!m_table.hasKey)
         return recipeOf(row);
     const auto *name = std::get_if<std::string_view>(&row.values[1]);
-    return name && !name->empty() ? quoted(*name)
-                                  : Text::tr("row %1").arg(row.number + 1);
+    return name && !name->empty() ? inQuotes(*name) : unnamed(row);
 }
 
 QString RowNotes::recipeOf(const Row &row) const
 {
-    const std::optional<Cell> key = convertToField(FieldType::Key, row.values[0]);
-    const auto *recipe = key ? std::get_if<qint64>(&*key) : nullptr;
-    if (recipe) {
+    if (const std::optional<qint32> recipe = keyOf(row.values[0])) {
         SQLite::Statement title(m_database, "SELECT RecipeName FROM Recipes WHERE RecipeID = ?");
-        title.bind(1, static_cast<int64_t>(*recipe));
+        title.bind(1, *recipe);
         if (title.executeStep() && !title.getColumn(0).getString().empty())
             return Text::tr("row %1, of the recipe %2,")
-                .arg(QString::number(row.number + 1), quoted(title.getColumn(0).getString()));
+                .arg(QString::number(row.number + 1), inQuotes(title.getColumn(0).getString()));
     }
-    return Text::tr("row %1").arg(row.number + 1);
+    return unnamed(row);
 }

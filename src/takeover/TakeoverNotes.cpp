@@ -28,8 +28,7 @@ QStringList TakeoverNotes::sentences() const
         all += group.sentences;
         if (group.more > 0)
             all += Text::tr("%1: there are %2 more such cases.")
-                       .arg(kindAndTable.second,
-                            QLocale(QLocale::English).toString(group.more));
+                       .arg(kindAndTable.second, QLocale(QLocale::English).toString(group.more));
     }
     return all;
 }
