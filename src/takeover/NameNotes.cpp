@@ -86,8 +86,11 @@ void noteLinksWithoutKey(SQLite::Database &connection, const Table &table, Takeo
         const qint64 rows = connection.execAndGet(query).getInt64();
         if (rows > 0)
             notes.add(displayName(table.name), NoteKind::Link, [&] {
-                return Text::tr("%1: the %2 of %3 rows is empty.")
-                    .arg(displayName(table.name), displayName(field.name), number(rows));
+                return rows == 1
+                    ? Text::tr("%1: in one row, the %2 is empty.")
+                          .arg(displayName(table.name), displayName(field.name))
+                    : Text::tr("%1: in %3 rows, the %2 is empty.")
+                          .arg(displayName(table.name), displayName(field.name), number(rows));
             });
     }
 }

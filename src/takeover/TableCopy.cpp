@@ -134,8 +134,9 @@ void TableCopy::setCounter(std::size_t number)
     const quint32 counter = m_file.lastCounter(number);
     if (counter >= quint32{CatalogKeys::largestKey})
         m_notes.add(m_copied.taken[number].name, NoteKind::Key, [&] {
-            return Text::tr("%1: the last %2 is said to be %3, after which there is none. New ones "
-                            "follow the largest that is in use.")
+            return Text::tr(
+                       "%1: the last %2 is said to be %3, which leaves none for new rows. They "
+                       "follow on the largest that is in use.")
                 .arg(m_copied.taken[number].name, displayName(table.fields[0].name),
                      QString::number(counter));
         });
