@@ -78,33 +78,14 @@ void noteRepeatedNames(SQLite::Database &connection, const Table &table, Takeove
     });
 }
 
-void noteLinksWithoutKey(SQLite::Database &connection, const Table &table, TakeoverNotes &notes)
-{
-    for (const Field &field : table.fields.first(2)) {
-        const std::string query = "SELECT count(*) FROM " + std::string(table.name) + " WHERE "
-            + std::string(field.name) + " IS NULL";
-        const qint64 rows = connection.execAndGet(query).getInt64();
-        if (rows > 0)
-            notes.add(displayName(table.name), NoteKind::Link, [&] {
-                return rows == 1
-                    ? Text::tr("%1: in one row, the %2 is empty.")
-                          .arg(displayName(table.name), displayName(field.name))
-                    : Text::tr("%1: in %3 rows, the %2 is empty.")
-                          .arg(displayName(table.name), displayName(field.name), number(rows));
-            });
-    }
-}
-
 } // namespace
 
-void noteNamesAndLinks(SQLite::Database &connection, TakeoverNotes &notes)
+void noteNames(SQLite::Database &connection, TakeoverNotes &notes)
 {
     for (const Table &table : schemaTables()) {
         if (table.hasKey) {
             noteMissingNames(connection, table, notes);
             noteRepeatedNames(connection, table, notes);
-        } else {
-            noteLinksWithoutKey(connection, table, notes);
         }
     }
 }

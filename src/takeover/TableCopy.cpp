@@ -46,6 +46,7 @@ TableCopy::TableCopy(const oldfiles::RecipeFile &file, SQLite::Database &databas
 bool TableCopy::copy(std::size_t number, const Step &step)
 {
     const Table &table = schemaTables()[number];
+    m_emptyLinks = {};
     if (table.hasKey)
         readKeys(number);
     oldfiles::RowReader rows = m_file.rows(number);
@@ -63,6 +64,7 @@ bool TableCopy::copy(std::size_t number, const Step &step)
             return false;
     }
     noteResult(number, rows);
+    noteEmptyLinks(number);
     if (table.hasKey)
         setCounter(number);
     return true;
@@ -107,6 +109,8 @@ void TableCopy::copyField(const Table &table, const RowNotes::Row &row, std::siz
         if (const std::optional<qint32> key = keyOf(row.values[field]))
             cell = qint64{m_keys[catalogOf(table.fields[field])].linked(*key)};
     }
+    if (type == FieldType::Key && std::holds_alternative<std::monostate>(*cell))
+        ++m_emptyLinks[field];
     insertion.bind(field, *cell);
 }
 
@@ -125,6 +129,22 @@ void TableCopy::noteResult(std::size_t number, const oldfiles::RowReader &rows)
                        "was not ended properly. %2 were found and taken over.")
                 .arg(taken.name, QLocale(QLocale::English).toString(taken.taken));
         });
+}
+
+void TableCopy::noteEmptyLinks(std::size_t number)
+{
+    const QString &table = m_copied.taken[number].name;
+    for (std::size_t i = 0; i < m_emptyLinks.size(); ++i) {
+        const qint64 rows = m_emptyLinks[i];
+        if (rows == 0)
+            continue;
+        const QString field = displayName(schemaTables()[number].fields[i].name);
+        m_notes.add(table, NoteKind::Link, [&] {
+            return rows == 1 ? Text::tr("%1: in one row, the %2 is empty.").arg(table, field)
+                             : Text::tr("%1: in %3 rows, the %2 is empty.")
+                                   .arg(table, field, QLocale(QLocale::English).toString(rows));
+        });
+    }
 }
 
 // SQLite gives the next row of a catalog a key that is larger than this number and all keys.

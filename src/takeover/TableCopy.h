@@ -49,11 +49,13 @@ private:
     void copyField(const Table &table, const RowNotes::Row &row, std::size_t field,
                    RowInsertion &insertion, RowNotes &notes);
     void noteResult(std::size_t number, const oldfiles::RowReader &rows);
+    void noteEmptyLinks(std::size_t number);
     void setCounter(std::size_t number);
 
     const oldfiles::RecipeFile &m_file;
     SQLite::Database &m_database;
     CopiedTables &m_copied;
     TakeoverNotes &m_notes;
+    std::array<qint64, 2> m_emptyLinks{}; // in the first fields of the link table
     std::array<CatalogKeys, tableCount> m_keys; // empty for the link tables
 };

@@ -157,7 +157,7 @@ bool Takeover::check(const QString &newFile, const CopiedTables &copied, Takeove
         DatabaseSession session(newFile, [](sqlite3 *) {});
         if (!step() || !checkNewFile(session.connection(), *m_file, copied, step))
             return false;
-        noteNamesAndLinks(session.connection(), notes);
+        noteNames(session.connection(), notes);
         return true;
     });
 }
