@@ -22,6 +22,12 @@ struct Text {
 
 constexpr qint64 rowsPerStep = 256;
 
+std::string_view textOf(const oldfiles::Value &value)
+{
+    const auto *text = std::get_if<std::string_view>(&value);
+    return text ? *text : std::string_view();
+}
+
 // Returns the number of the catalog whose keys the field of a link table holds.
 std::size_t catalogOf(const Field &field)
 {
@@ -58,6 +64,8 @@ bool TableCopy::copy(std::size_t number, const Step &step)
         const qint64 rowid = table.hasKey ? copyKey(number, row, insertion, notes) : row.number + 1;
         for (std::size_t field = table.hasKey ? 1 : 0; field < table.fields.size(); ++field)
             copyField(table, row, field, insertion, notes);
+        if (table.hasKey)
+            m_copied.names[number].add(textOf(row.values[1]));
         insertion.insert();
         m_copied.samples[number].offer(row.number, rowid);
         if (++taken.taken % rowsPerStep == 0 && !step(rowsPerStep))

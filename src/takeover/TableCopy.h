@@ -2,6 +2,7 @@
 
 #include "data/Schema.h"
 #include "takeover/CatalogKeys.h"
+#include "takeover/NameNotes.h"
 #include "takeover/RowInsertion.h"
 #include "takeover/RowNotes.h"
 #include "takeover/RowSample.h"
@@ -24,6 +25,7 @@ class RowReader;
 struct CopiedTables {
     std::array<TakenTable, tableCount> taken;
     std::array<RowSample, tableCount> samples;
+    std::array<NameHashes, tableCount> names; // empty for the link tables
 };
 
 // Copies the rows of the old file into the tables of a new database, the catalogs first.
