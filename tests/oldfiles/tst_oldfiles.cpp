@@ -138,6 +138,110 @@ void addCase(std::initializer_list<const char *> files, Table table, const QStri
 const QString soup = u"3 \"Soup\" \"\" null 1 \"Stir.\r\nServe.\" null 2"_s;
 const QString bread = u"7 \"Bread\" \"\" null 1 \"Stir.\r\nServe.\" null 4.5"_s;
 
+void addErrors()
+{
+    const auto add = [](std::initializer_list<const char *> files, const QString &expected) {
+        addCase(files, Recipes, expected);
+    };
+    add({"missing-column.jet3", "missing-column.jet4"},
+        u"The column ShelfLife is missing from the table Ingredients."_s);
+    add({"missing-table.jet3", "missing-table.jet4"},
+        u"The table RecipeUtensils is missing from the file."_s);
+    add({"linked-table.jet4", "linked-by-odbc.jet4"},
+        u"The table Utensils is linked: its rows are in another file."_s);
+    add({"encrypted.jet3", "encrypted.jet4"},
+        u"The file is encrypted. Its encryption must be removed with the program that made the "
+        "file."_s);
+    add({"text-for-number.jet4", "date-for-number.jet4"},
+        u"The column Serves of the table Recipes does not hold numbers."_s);
+    add({"yes-no-for-number.jet4"},
+        u"The column Rating of the table Recipes does not hold numbers."_s);
+    add({"picture-for-text.jet4"},
+        u"The column Description of the table Recipes does not hold texts."_s);
+    add({"number-for-text.jet4"}, u"The column Author of the table Recipes does not hold texts."_s);
+    add({"money-for-yes-no.jet4"},
+        u"The column Vegetarian of the table Ingredients holds neither yes and no nor whole "
+        "numbers."_s);
+    add({"calculated-column.ace"},
+        u"The column Serves of the table Recipes is calculated. Its values cannot be read."_s);
+    add({"unknown-code-page.jet3", "unknown-code-page-of-column.jet3"},
+        u"The texts of this file are in code page 4711, which is not known here."_s);
+    add({"later-version.jet4"},
+        u"The file is in a later version of the Access format (7), which is not known here."_s);
+}
+
+void addValues()
+{
+    addCase({"plain.jet3", "plain.jet4", "plain.ace", "other-case.jet4", "other-order.jet3",
+             "other-order.jet4", "variable-numbers.jet3", "variable-numbers.jet4", "key-alone.jet4",
+             "password.jet3", "password.jet4", "seasoned.jet3", "seasoned.jet4",
+             "map-on-pages.jet3", "map-on-pages.jet4", "map-on-pages.ace"},
+            Recipes, soup + u"; "_s + bread);
+    addCase({"seasoned.jet3", "seasoned.jet4", "other-order.jet3", "other-order.jet4"},
+            RecipeIngredients, u"3 6 \"1 lb\"; 3 5 null; 7 99 \"\""_s);
+    addCase({"other-types.jet3", "other-types.jet4"}, Recipes,
+            u"3 \"Soup\" \"short\" \"\" 255 \"\" 2.25 4.2; "
+            "3000000000 \"Bread\" \"\" \"\" 0 \"\" -1 0.1; "
+            "7.5 \"Cake\" \"\" \"\" 0 \"\" 900000000000000.5 nan"_s);
+    addCase({"other-types.jet3", "other-types.jet4"}, Ingredients,
+            u"5 \"Leek\" 2 14 yes; 6 \"Ham\" 4 1 no; 7 \"Egg\" 4 1 null"_s);
+    addCase({"decimals.jet4", "decimals.ace"}, Ingredients,
+            u"4611686018427387904 \"Leek\" 12 14.5 yes; -6 \"Ham\" -3 -0.007 no; "
+            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no"_s);
+    addCase({"fixed-text.jet3", "fixed-text.jet4"}, Utensils, u"2 \"Pot \"; 3 null"_s);
+    addCase({"added-column.jet3", "added-column.jet4"}, Recipes,
+            u"3 \"Soup\" \"old\" null null null null null; "_s + bread);
+    addCase({"added-column.jet3", "added-column.jet4"}, Ingredients,
+            u"5 \"Leek\" null null no; 6 \"Ham\" 4 null no"_s);
+    addCase({"long-definition.jet3", "long-definition.jet4"}, Utensils, u"2 \"Pot\"; 3 \"Pan\""_s);
+    addCase({"second-part-of-map.jet3", "second-part-of-map.jet4"}, RecipeUtensils, u"3 2"_s);
+    addCase({"moved-and-deleted.jet3", "moved-and-deleted.jet4"}, Utensils,
+            u"1 \"one\"; 2 \"two\"; 4 \"four\"; 5 \"five\"; 6 \"six\""_s);
+
+    QStringList longRows;
+    constexpr std::array<std::pair<int, int>, 6> sizes{
+        {{255, 255}, {0, 219}, {0, 220}, {600, 700}, {219, 0}, {220, 0}}};
+    for (const auto &[name, author] : sizes)
+        longRows += u"%1 \"%2\" \"b\" \"%3\" 1 \"d\" 5 2"_s.arg(longRows.size() + 1)
+                        .arg(QString(name, u'a'), QString(author, u'c'));
+    addCase({"long-rows.jet3"}, Recipes, longRows.join(u"; "_s));
+}
+
+void addTexts()
+{
+    addCase({"western.jet3"}, Utensils, u"1 \"Käse–Reibe €\"; 2 \"\u0081 \u009d \u2400\""_s);
+    addCase({"cyrillic.jet3", "code-page-of-column.jet3"}, Utensils, u"1 \"Кастрюля\""_s);
+    addCase({"vietnamese.jet3"}, Utensils, u"1 \"chào\"; 2 \"a\u0300\""_s);
+    addCase({"dos.jet3"}, Utensils, u"1 \"Töpfe ½\""_s);
+    addCase({"japanese.jet3"}, Utensils, u"1 \"鍋 pot ﾅﾍﾞ\"; 2 \"\uFFFD\"; 3 \"鍋\uFFFD x\""_s);
+    addCase({"compressed.jet4"}, Utensils,
+            u"1 \"Pot\"; 2 \"Käse\"; 3 \"Топор x\"; 4 \"ab→cd\"; 5 \"\""_s);
+    addCase({"letters.jet4"}, Utensils,
+            u"1 \"🍲 pot\"; 2 \"a\u2400b\"; 3 \"a\uFFFD\"; 4 \"\uFFFDa\"; 5 \"\uFFFD🍲\"; "
+            "6 \"ab🍲c\"; 9 \"ﾅ\""_s
+                + unreadable(2, u"6 on page 17"_s, u"Utensils"_s));
+
+    QStringList longTexts;
+    for (const auto &[key, text] : {std::pair(1, letters(20)),
+                                    {2, letters(900)},
+                                    {3, letters(4800)},
+                                    {4, QString()},
+                                    {5, letters(5000)},
+                                    {10, letters(60)},
+                                    {12, u"after them"_s}})
+        longTexts += u"%1 \"\" null null 1 \"%2\" null 2"_s.arg(key).arg(text);
+    addCase({"long-texts.jet3", "long-texts.jet4"}, Recipes,
+            longTexts.join(u"; "_s) + unreadable(5, u"5 on page 20"_s, u"Recipes"_s));
+}
+
+void addDamagedRows()
+{
+    addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
+            u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
+    addCase({"moved-elsewhere.jet4"}, Utensils,
+            u"1 \"one\"; 7 \"seven\""_s + unreadable(5, u"1 on page 17"_s, u"Utensils"_s));
+}
+
 } // namespace
 
 class tst_OldFiles : public QObject
@@ -176,134 +280,24 @@ private Q_SLOTS:
         QCOMPARE(file.otherColumns(Recipes), QStringList{u"Source"_s});
     }
 
-    void errors_data()
+    void cases_data()
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<std::size_t>("table");
         QTest::addColumn<QString>("expected");
-        const auto add = [](std::initializer_list<const char *> files, const QString &expected) {
-            addCase(files, Recipes, expected);
-        };
-        add({"missing-column.jet3", "missing-column.jet4"},
-            u"The column ShelfLife is missing from the table Ingredients."_s);
-        add({"missing-table.jet3", "missing-table.jet4"},
-            u"The table RecipeUtensils is missing from the file."_s);
-        add({"linked-table.jet4", "linked-by-odbc.jet4"},
-            u"The table Utensils is linked: its rows are in another file."_s);
-        add({"encrypted.jet3", "encrypted.jet4"},
-            u"The file is encrypted. Its encryption must be removed with the program that made the "
-            "file."_s);
-        add({"text-for-number.jet4", "date-for-number.jet4"},
-            u"The column Serves of the table Recipes does not hold numbers."_s);
-        add({"yes-no-for-number.jet4"},
-            u"The column Rating of the table Recipes does not hold numbers."_s);
-        add({"picture-for-text.jet4"},
-            u"The column Description of the table Recipes does not hold texts."_s);
-        add({"number-for-text.jet4"},
-            u"The column Author of the table Recipes does not hold texts."_s);
-        add({"money-for-yes-no.jet4"},
-            u"The column Vegetarian of the table Ingredients holds neither yes and no nor whole "
-            "numbers."_s);
-        add({"calculated-column.ace"},
-            u"The column Serves of the table Recipes is calculated. Its values cannot be read."_s);
-        add({"unknown-code-page.jet3", "unknown-code-page-of-column.jet3"},
-            u"The texts of this file are in code page 4711, which is not known here."_s);
-        add({"later-version.jet4"},
-            u"The file is in a later version of the Access format (7), which is not known here."_s);
+        addErrors();
+        addValues();
+        addTexts();
+        addDamagedRows();
     }
 
-    void errors() { readCase(); }
-
-    void values_data()
+    void cases()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<std::size_t>("table");
-        QTest::addColumn<QString>("expected");
-        addCase({"plain.jet3", "plain.jet4", "plain.ace", "other-case.jet4", "other-order.jet3",
-                 "other-order.jet4", "variable-numbers.jet3", "variable-numbers.jet4",
-                 "key-alone.jet4", "password.jet3", "password.jet4", "seasoned.jet3",
-                 "seasoned.jet4", "map-on-pages.jet3", "map-on-pages.jet4", "map-on-pages.ace"},
-                Recipes, soup + u"; "_s + bread);
-        addCase({"seasoned.jet3", "seasoned.jet4", "other-order.jet3", "other-order.jet4"},
-                RecipeIngredients, u"3 6 \"1 lb\"; 3 5 null; 7 99 \"\""_s);
-        addCase({"other-types.jet3", "other-types.jet4"}, Recipes,
-                u"3 \"Soup\" \"short\" \"\" 255 \"\" 2.25 4.2; "
-                "3000000000 \"Bread\" \"\" \"\" 0 \"\" -1 0.1; "
-                "7.5 \"Cake\" \"\" \"\" 0 \"\" 900000000000000.5 nan"_s);
-        addCase({"other-types.jet3", "other-types.jet4"}, Ingredients,
-                u"5 \"Leek\" 2 14 yes; 6 \"Ham\" 4 1 no; 7 \"Egg\" 4 1 null"_s);
-        addCase({"decimals.jet4", "decimals.ace"}, Ingredients,
-                u"4611686018427387904 \"Leek\" 12 14.5 yes; -6 \"Ham\" -3 -0.007 no; "
-                "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no"_s);
-        addCase({"fixed-text.jet3", "fixed-text.jet4"}, Utensils, u"2 \"Pot \"; 3 null"_s);
-        addCase({"added-column.jet3", "added-column.jet4"}, Recipes,
-                u"3 \"Soup\" \"old\" null null null null null; "_s + bread);
-        addCase({"added-column.jet3", "added-column.jet4"}, Ingredients,
-                u"5 \"Leek\" null null no; 6 \"Ham\" 4 null no"_s);
-        addCase({"long-definition.jet3", "long-definition.jet4"}, Utensils,
-                u"2 \"Pot\"; 3 \"Pan\""_s);
-        addCase({"second-part-of-map.jet3", "second-part-of-map.jet4"}, RecipeUtensils, u"3 2"_s);
-        addCase({"moved-and-deleted.jet3", "moved-and-deleted.jet4"}, Utensils,
-                u"1 \"one\"; 2 \"two\"; 4 \"four\"; 5 \"five\"; 6 \"six\""_s);
-
-        QStringList longRows;
-        constexpr std::array<std::pair<int, int>, 6> sizes{
-            {{255, 255}, {0, 219}, {0, 220}, {600, 700}, {219, 0}, {220, 0}}};
-        for (const auto &[name, author] : sizes)
-            longRows += u"%1 \"%2\" \"b\" \"%3\" 1 \"d\" 5 2"_s.arg(longRows.size() + 1)
-                            .arg(QString(name, u'a'), QString(author, u'c'));
-        addCase({"long-rows.jet3"}, Recipes, longRows.join(u"; "_s));
+        QFETCH(const QString, file);
+        QFETCH(const std::size_t, table);
+        QFETCH(const QString, expected);
+        QCOMPARE(contents(QLatin1StringView(CASES) + file, table), expected);
     }
-
-    void values() { readCase(); }
-
-    void texts_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<std::size_t>("table");
-        QTest::addColumn<QString>("expected");
-        addCase({"western.jet3"}, Utensils, u"1 \"Käse–Reibe €\"; 2 \"\u0081 \u009d \u2400\""_s);
-        addCase({"cyrillic.jet3", "code-page-of-column.jet3"}, Utensils, u"1 \"Кастрюля\""_s);
-        addCase({"vietnamese.jet3"}, Utensils, u"1 \"chào\"; 2 \"a\u0300\""_s);
-        addCase({"dos.jet3"}, Utensils, u"1 \"Töpfe ½\""_s);
-        addCase({"japanese.jet3"}, Utensils, u"1 \"鍋 pot ﾅﾍﾞ\"; 2 \"\uFFFD\"; 3 \"鍋\uFFFD x\""_s);
-        addCase({"compressed.jet4"}, Utensils,
-                u"1 \"Pot\"; 2 \"Käse\"; 3 \"Топор x\"; 4 \"ab→cd\"; 5 \"\""_s);
-        addCase({"letters.jet4"}, Utensils,
-                u"1 \"🍲 pot\"; 2 \"a\u2400b\"; 3 \"a\uFFFD\"; 4 \"\uFFFDa\"; 5 \"\uFFFD🍲\"; "
-                "6 \"ab🍲c\"; 9 \"ﾅ\""_s
-                    + unreadable(2, u"6 on page 17"_s, u"Utensils"_s));
-
-        QStringList longTexts;
-        for (const auto &[key, text] : {std::pair(1, letters(20)),
-                                        {2, letters(900)},
-                                        {3, letters(4800)},
-                                        {4, QString()},
-                                        {5, letters(5000)},
-                                        {10, letters(60)},
-                                        {12, u"after them"_s}})
-            longTexts += u"%1 \"\" null null 1 \"%2\" null 2"_s.arg(key).arg(text);
-        const QString expected = longTexts.join(u"; "_s);
-        addCase({"long-texts.jet3"}, Recipes,
-                expected + unreadable(5, u"5 on page 20"_s, u"Recipes"_s));
-        addCase({"long-texts.jet4"}, Recipes,
-                expected + unreadable(5, u"5 on page 32"_s, u"Recipes"_s));
-    }
-
-    void texts() { readCase(); }
-
-    void damagedRows_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<std::size_t>("table");
-        QTest::addColumn<QString>("expected");
-        addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
-                u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
-        addCase({"moved-elsewhere.jet4"}, Utensils,
-                u"1 \"one\"; 7 \"seven\""_s + unreadable(5, u"1 on page 17"_s, u"Utensils"_s));
-    }
-
-    void damagedRows() { readCase(); }
 
     void whatIsNotRead()
     {
@@ -393,14 +387,6 @@ private:
     static std::filesystem::path casePath(const QString &name)
     {
         return nativePath(QLatin1StringView(CASES) + name);
-    }
-
-    static void readCase()
-    {
-        QFETCH(const QString, file);
-        QFETCH(const std::size_t, table);
-        QFETCH(const QString, expected);
-        QCOMPARE(contents(QLatin1StringView(CASES) + file, table), expected);
     }
 
     // A file that each test damages in place: writing all of it each time would wait for the disk.
