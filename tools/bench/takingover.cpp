@@ -23,7 +23,8 @@ QString makeOldFile(Bench &bench)
     const QString file = bench.path(u"old.rbk"_s);
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(u"python3"_s, {QStringLiteral(BENCH_OLDFILE), bench.database(recipes), file});
+    process.start(u"python3"_s,
+                  {QStringLiteral(BENCH_MAKEFILES), u"copy"_s, bench.database(recipes), file});
     if (!process.waitForFinished(-1) || process.exitCode() != 0)
         throw std::runtime_error("the old file cannot be made");
     return file;
