@@ -9,6 +9,9 @@
 #include "takeover/CatalogKeys.h"
 #include "takeover/Takeover.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -31,6 +34,45 @@ public:
 private:
     int m_calls;
 };
+
+QString cell(const QJsonValue &value)
+{
+    if (value.isBool())
+        return value.toBool() ? u"1"_s : u"0"_s;
+    return value.isNull() ? u"null"_s : value.toVariant().toString();
+}
+
+// Returns the rows that a file is said to hold, with the fields of the schema: "3|Soup|null".
+QStringList expectedRows(const QJsonObject &tables, const Table &table)
+{
+    const QJsonObject expected = tables[QLatin1StringView(table.name)].toObject();
+    const QVariantList columns = expected["columns"_L1].toArray().toVariantList();
+    QStringList rows;
+    for (const QJsonValue &row : expected["rows"_L1].toArray()) {
+        QStringList cells;
+        for (const Field &field : table.fields)
+            cells += cell(row[columns.indexOf(QString(QLatin1StringView(field.name)))]);
+        rows += cells.join(u'|');
+    }
+    return rows;
+}
+
+QStringList storedRows(const QString &path, const Table &table)
+{
+    const SQLite::Database database(path.toStdString());
+    SQLite::Statement statement(database,
+                                "SELECT * FROM " + std::string(table.name) + " ORDER BY rowid");
+    QStringList rows;
+    while (statement.executeStep()) {
+        QStringList cells;
+        for (int i = 0; i < statement.getColumnCount(); ++i)
+            cells += statement.getColumn(i).isNull()
+                ? u"null"_s
+                : QString::fromStdString(statement.getColumn(i).getString());
+        rows += cells.join(u'|');
+    }
+    return rows;
+}
 
 } // namespace
 
@@ -186,6 +228,34 @@ private Q_SLOTS:
             QCOMPARE(m_new.stored(query), expected);
         const QString notes = m_report.notes.join(u'\n');
         QVERIFY2(notes.contains(note), qPrintable(notes));
+    }
+
+    void takesOverEveryRow_data()
+    {
+        addRows<QString, QString>({
+            {"Jet 3", u"jet3.rbk"_s, u"western.expected.json"_s},
+            {"Jet 4", u"jet4.rbk"_s, u"unicode.expected.json"_s},
+            {"ACE", u"ace.rbk"_s, u"unicode.expected.json"_s},
+        });
+    }
+    void takesOverEveryRow()
+    {
+        const auto [file, expected] = fetchRow<QString, QString>();
+        const QString folder = QStringLiteral(OLD_FILES);
+        const QJsonObject tables = QJsonDocument::fromJson(bytesOf(folder + expected)).object();
+        SilentProgress progress;
+        const auto report = Takeover(folder + file).writeTo(inFolder(file), progress).value();
+        QVERIFY(report.isComplete());
+        for (const Table &table : schemaTables()) {
+            QStringList stored = storedRows(inFolder(file), table);
+            QStringList wanted = expectedRows(tables, table);
+            QVERIFY(!stored.isEmpty());
+            if (table.hasKey) { // stored in the order of the keys
+                stored.sort();
+                wanted.sort();
+            }
+            QCOMPARE(stored, wanted);
+        }
     }
 
     void tellsOfDamage_data()
