@@ -20,7 +20,7 @@ constexpr int recipes = 20'000;
 // The old file has the rows of the generated database.
 QString makeOldFile(Bench &bench)
 {
-    const QString file = bench.path(u"old.rbk"_s);
+    QString file = bench.path(u"old.rbk"_s);
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(u"python3"_s,
