@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -128,6 +129,19 @@ std::error_code renameDurably(const fs::path &from, const fs::path &to)
     std::error_code failure;
     fs::rename(from, to, failure);
     return failure ? failure : syncToDisk(to.parent_path());
+}
+
+std::error_code renameToNewName(const fs::path &from, const fs::path &to)
+{
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
+        if (errno != EINVAL && errno != ENOSYS)
+            return lastError();
+        // The file system or the kernel does not support RENAME_NOREPLACE.
+        if (::link(from.c_str(), to.c_str()) != 0)
+            return lastError();
+        ::unlink(from.c_str());
+    }
+    return syncToDisk(fs::absolute(to).parent_path());
 }
 
 } // namespace platform

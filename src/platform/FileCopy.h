@@ -18,4 +18,8 @@ std::error_code copyFile(const std::filesystem::path &source, const std::filesys
 // Renames a file within its directory. Replaces a file that has the new name.
 std::error_code renameDurably(const std::filesystem::path &from, const std::filesystem::path &to);
 
+// Does the same, but fails with std::errc::file_exists if a file has the new name, even one that is
+// made at the same time. The directories may differ.
+std::error_code renameToNewName(const std::filesystem::path &from, const std::filesystem::path &to);
+
 } // namespace platform

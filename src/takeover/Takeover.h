@@ -11,6 +11,8 @@
 namespace oldfiles {
 class RecipeFile;
 }
+struct CopiedTables;
+class TakeoverNotes;
 
 // Makes a recipe database from a file of the Access format, which is only read.
 class Takeover
@@ -33,6 +35,11 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(Takeover)
 
-    QString m_path;
+    class Steps;
+
+    bool fill(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes, Steps &steps);
+    bool check(const QString &newFile, const CopiedTables &copied, TakeoverNotes &notes,
+               Steps &steps);
+
     std::unique_ptr<oldfiles::RecipeFile> m_file;
 };

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "oldfiles/Bytes.h"
+
+#include <array>
+#include <memory>
+#include <string>
+
+namespace oldfiles {
+
+// The 8-bit text of Jet 3: in a code page of Windows or DOS, with one or two bytes for a letter.
+class CodePage
+{
+public:
+    // Throws Error if the C library does not know the code page.
+    explicit CodePage(quint16 number);
+
+    quint16 number() const { return m_number; }
+
+    // Appends the text as UTF-8. A byte that the code page leaves undefined becomes the control
+    // character of this number, as Windows has it. What is no letter of two bytes becomes U+FFFD.
+    void append(Bytes text, std::string &utf8) const;
+
+private:
+    struct Letter {
+        std::array<char, 4> utf8{};
+        std::size_t size = 0; // 0: the first byte of two
+    };
+
+    struct Close {
+        void operator()(void *converter) const;
+    };
+
+    static Letter convert(void *converter, std::span<const char> bytes);
+
+    quint16 m_number;
+    std::unique_ptr<void, Close> m_converter; // an iconv_t, which is a pointer
+    std::array<Letter, 256> m_letters; // of each first byte
+};
+
+} // namespace oldfiles

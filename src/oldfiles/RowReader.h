@@ -1,0 +1,63 @@
+#pragma once
+
+#include "oldfiles/PageFile.h"
+#include "oldfiles/PageMap.h"
+#include "oldfiles/TableDefinition.h"
+#include "oldfiles/ValueDecoder.h"
+
+#include <QString>
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace oldfiles {
+
+// Reads the rows of a table in the order in which they are stored, page by page. A row or a page
+// that cannot be read is counted and passed over. Made by RecipeFile::rows(); the file and the
+// definition must outlive it.
+class RowReader
+{
+public:
+    // Decodes the columns whose positions in the layout are given; the others are null.
+    RowReader(const PageFile &file, const TableDefinition &table,
+              std::span<const std::size_t> columns);
+
+    // Goes to the next row that can be read. Returns false after the last one. Never throws Error.
+    bool next();
+
+    // The values of the row, one for each column of the layout. Texts are valid until next().
+    std::span<const Value> values() const { return m_values; }
+
+    // What has been passed over so far. The rows of an unreadable page are not among the rows.
+    qint64 unreadableRows() const { return m_unreadableRows; }
+    qint64 unreadablePages() const { return m_unreadablePages; }
+
+    // A sentence that names the table and the page of the first problem; empty if there is none.
+    QString firstProblem() const { return m_firstProblem; }
+
+private:
+    Q_DISABLE_COPY_MOVE(RowReader)
+
+    bool goToNextPage();
+    bool readRow(std::size_t row);
+    void noteProblem(const QString &problem);
+
+    const PageFile &m_file;
+    const TableDefinition &m_table;
+    std::vector<std::size_t> m_columns;
+    std::optional<PageMap> m_map; // none if it cannot be read
+    PageBuffer m_page;
+    DataPage m_rows; // of m_page
+    PageBuffer m_movedPage;
+    VisitedRows m_visited; // the bodies of moved rows and the pieces of long values
+    ValueDecoder m_decoder;
+    std::vector<Value> m_values;
+    quint32 m_pageNumber = 0;
+    std::size_t m_row = 0; // the next one
+    qint64 m_unreadableRows = 0;
+    qint64 m_unreadablePages = 0;
+    QString m_firstProblem;
+};
+
+} // namespace oldfiles

@@ -1,0 +1,109 @@
+#include "takeover/NewFileCheck.h"
+
+#include "oldfiles/RecipeFile.h"
+#include "platform/UserVisibleError.h"
+
+#include <QCoreApplication>
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(NewFileCheck)
+};
+
+void require(bool condition, const QString &table)
+{
+    if (!condition)
+        throw platform::UserVisibleError(
+            Text::tr("The new recipe database is not what was written: the check of %1 has failed. "
+                     "Nothing was taken over. Check the disk and try again.")
+                .arg(table));
+}
+
+QString quickCheck(SQLite::Database &connection)
+{
+    return QString::fromStdString(connection.execAndGet("PRAGMA quick_check(1)").getString());
+}
+
+std::vector<std::size_t> textFields(const Table &table)
+{
+    std::vector<std::size_t> fields;
+    for (std::size_t i = 0; i < table.fields.size(); ++i) {
+        if (table.fields[i].type == FieldType::Text)
+            fields.push_back(i);
+    }
+    return fields;
+}
+
+std::string selectText(const Table &table, const std::vector<std::size_t> &fields)
+{
+    std::string names;
+    for (const std::size_t field : fields)
+        names.append(names.empty() ? "" : ", ").append(table.fields[field].name);
+    return "SELECT " + names + " FROM " + std::string(table.name) + " WHERE rowid = ?";
+}
+
+bool isSameText(const oldfiles::Value &value, const SQLite::Column &stored)
+{
+    if (const auto *text = std::get_if<std::string_view>(&value))
+        return stored.isText() && stored.getString() == *text;
+    return stored.isNull();
+}
+
+bool hasTexts(SQLite::Statement &select, qint64 rowid, std::span<const oldfiles::Value> row,
+              const std::vector<std::size_t> &fields)
+{
+    select.reset();
+    select.bind(1, static_cast<int64_t>(rowid));
+    if (!select.executeStep())
+        return false;
+    int column = 0;
+    return std::all_of(fields.begin(), fields.end(), [&](std::size_t field) {
+        return isSameText(row[field], select.getColumn(column++));
+    });
+}
+
+bool hasTextsOfSample(SQLite::Database &connection, const oldfiles::RecipeFile &oldFile,
+                      std::size_t number, const RowSample &sample)
+{
+    const Table &table = schemaTables()[number];
+    const std::vector<std::size_t> fields = textFields(table);
+    if (fields.empty())
+        return true;
+    SQLite::Statement select(connection, selectText(table, fields));
+    oldfiles::RowReader rows = oldFile.rows(number, fields);
+    qint64 position = -1;
+    return std::all_of(sample.rows().begin(), sample.rows().end(), [&](const RowSample::Row &row) {
+        while (position < row.number) {
+            if (!rows.next())
+                return false;
+            ++position;
+        }
+        return hasTexts(select, row.rowid, rows.values(), fields);
+    });
+}
+
+} // namespace
+
+bool checkNewFile(SQLite::Database &connection, const oldfiles::RecipeFile &oldFile,
+                  const CopiedTables &copied, const std::function<bool()> &step)
+{
+    require(quickCheck(connection) == "ok"_L1, Text::tr("the file"));
+    for (std::size_t i = 0; i < tableCount; ++i) {
+        if (!step())
+            return false;
+        const TakenTable &taken = copied.taken[i];
+        const std::string name(schemaTables()[i].name);
+        const int64_t rows = connection.execAndGet("SELECT count(*) FROM " + name).getInt64();
+        require(rows == taken.taken && hasTextsOfSample(connection, oldFile, i, copied.samples[i]),
+                taken.name);
+    }
+    return true;
+}

@@ -1,0 +1,153 @@
+#include "takeover/TableCopy.h"
+
+#include "oldfiles/RecipeFile.h"
+#include "takeover/FieldConversion.h"
+#include "takeover/RowInsertion.h"
+#include "takeover/RowNotes.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(TableCopy)
+};
+
+constexpr qint64 rowsPerStep = 256;
+
+// Returns the number of the catalog whose keys the field of a link table holds.
+std::size_t catalogOf(const Field &field)
+{
+    const auto tables = schemaTables();
+    const auto catalog = std::find_if(tables.begin(), tables.end(), [&](const Table &table) {
+        return table.hasKey && table.fields[0].name == field.name;
+    });
+    return static_cast<std::size_t>(catalog - tables.begin());
+}
+
+} // namespace
+
+TableCopy::TableCopy(const oldfiles::RecipeFile &file, SQLite::Database &database,
+                     CopiedTables &copied, TakeoverNotes &notes)
+    : m_file(file)
+    , m_database(database)
+    , m_copied(copied)
+    , m_notes(notes)
+{
+}
+
+bool TableCopy::copy(std::size_t number, const Step &step)
+{
+    const Table &table = schemaTables()[number];
+    if (table.hasKey)
+        readKeys(number);
+    oldfiles::RowReader rows = m_file.rows(number);
+    RowInsertion insertion(m_database.getHandle(), table);
+    RowNotes notes(m_notes, m_database, table);
+    TakenTable &taken = m_copied.taken[number];
+    while (rows.next()) {
+        const RowNotes::Row row{taken.taken, rows.values()};
+        const qint64 rowid = table.hasKey ? copyKey(number, row, insertion, notes) : row.number + 1;
+        for (std::size_t field = table.hasKey ? 1 : 0; field < table.fields.size(); ++field)
+            copyField(table, row, field, insertion, notes);
+        insertion.insert();
+        m_copied.samples[number].offer(row.number, rowid);
+        if (++taken.taken % rowsPerStep == 0 && !step(rowsPerStep))
+            return false;
+    }
+    noteResult(number, rows);
+    if (table.hasKey)
+        setCounter(number);
+    return true;
+}
+
+void TableCopy::readKeys(std::size_t number)
+{
+    constexpr std::array<std::size_t, 1> keyColumn = {0};
+    oldfiles::RowReader rows = m_file.rows(number, keyColumn);
+    while (rows.next())
+        m_keys[number].add(keyOf(rows.values()[0]));
+    m_keys[number].assign(counterOf(number));
+}
+
+// Returns 0 if the counter leaves no next key.
+qint32 TableCopy::counterOf(std::size_t number) const
+{
+    const quint32 counter = m_file.lastCounter(number);
+    return counter < quint32{CatalogKeys::largestKey} ? static_cast<qint32>(counter) : 0;
+}
+
+qint32 TableCopy::copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
+                          RowNotes &notes)
+{
+    const std::optional<qint32> oldKey = keyOf(row.values[0]);
+    const CatalogKeys::Taken taken = m_keys[number].take(oldKey);
+    if (oldKey != taken.key)
+        notes.keyReplaced(row, taken.isRepeated, taken.key);
+    insertion.bind(0, qint64{taken.key});
+    return taken.key;
+}
+
+void TableCopy::copyField(const Table &table, const RowNotes::Row &row, std::size_t field,
+                          RowInsertion &insertion, RowNotes &notes)
+{
+    const FieldType type = table.fields[field].type;
+    std::optional<Cell> cell = convertToField(type, row.values[field]);
+    if (!cell) {
+        notes.numberDoesNotFit(row, field);
+        cell = Cell();
+    } else if (type == FieldType::Key) {
+        if (const std::optional<qint32> key = keyOf(row.values[field]))
+            cell = qint64{m_keys[catalogOf(table.fields[field])].linked(*key)};
+    }
+    insertion.bind(field, *cell);
+}
+
+void TableCopy::noteResult(std::size_t number, const oldfiles::RowReader &rows)
+{
+    TakenTable &taken = m_copied.taken[number];
+    taken.name = displayName(schemaTables()[number].name);
+    taken.stated = m_file.statedRows(number);
+    taken.unreadable = rows.unreadableRows() + rows.unreadablePages();
+    if (taken.unreadable > 0)
+        m_notes.add(taken.name, NoteKind::Count, [&] { return rows.firstProblem(); });
+    if (taken.stated == 0 && taken.taken > 0)
+        m_notes.add(taken.name, NoteKind::Count, [&] {
+            return Text::tr(
+                       "%1: the old file says that it has no rows, as it may after the program "
+                       "was not ended properly. %2 were found and taken over.")
+                .arg(taken.name, QLocale(QLocale::English).toString(taken.taken));
+        });
+}
+
+// SQLite gives the next row of a catalog a key that is larger than this number and all keys.
+void TableCopy::setCounter(std::size_t number)
+{
+    const Table &table = schemaTables()[number];
+    const quint32 counter = m_file.lastCounter(number);
+    if (counter >= quint32{CatalogKeys::largestKey})
+        m_notes.add(m_copied.taken[number].name, NoteKind::Key, [&] {
+            return Text::tr("%1: the last %2 is said to be %3, after which there is none. New ones "
+                            "follow the largest that is in use.")
+                .arg(m_copied.taken[number].name, displayName(table.fields[0].name),
+                     QString::number(counter));
+        });
+    const std::string name(table.name);
+    SQLite::Statement remove(m_database, "DELETE FROM sqlite_sequence WHERE name = ?");
+    remove.bind(1, name);
+    remove.exec();
+    SQLite::Statement insert(m_database,
+                             "INSERT INTO sqlite_sequence (name, seq) SELECT ?1, "
+                             "max(?2, (SELECT ifnull(max(rowid), 0) FROM "
+                                 + name + "))");
+    insert.bind(1, name);
+    insert.bind(2, counterOf(number));
+    insert.exec();
+}

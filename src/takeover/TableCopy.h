@@ -1,0 +1,59 @@
+#pragma once
+
+#include "data/Schema.h"
+#include "takeover/CatalogKeys.h"
+#include "takeover/RowInsertion.h"
+#include "takeover/RowNotes.h"
+#include "takeover/RowSample.h"
+#include "takeover/TakeoverNotes.h"
+#include "takeover/TakeoverReport.h"
+
+#include <array>
+#include <functional>
+
+namespace SQLite {
+class Database;
+}
+
+namespace oldfiles {
+class RecipeFile;
+class RowReader;
+} // namespace oldfiles
+
+// What has been copied, by table number.
+struct CopiedTables {
+    std::array<TakenTable, tableCount> taken;
+    std::array<RowSample, tableCount> samples;
+};
+
+// Copies the rows of the old file into the tables of a new database, the catalogs first.
+class TableCopy
+{
+public:
+    // Called after every few rows; returns false to stop.
+    using Step = std::function<bool(qint64 rows)>;
+
+    TableCopy(const oldfiles::RecipeFile &file, SQLite::Database &database, CopiedTables &copied,
+              TakeoverNotes &notes);
+
+    // Copies the next table. Returns false if `step` did. Throws SQLite::Exception.
+    bool copy(std::size_t table, const Step &step);
+
+private:
+    Q_DISABLE_COPY_MOVE(TableCopy)
+
+    void readKeys(std::size_t number);
+    qint32 counterOf(std::size_t number) const;
+    qint32 copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
+                   RowNotes &notes);
+    void copyField(const Table &table, const RowNotes::Row &row, std::size_t field,
+                   RowInsertion &insertion, RowNotes &notes);
+    void noteResult(std::size_t number, const oldfiles::RowReader &rows);
+    void setCounter(std::size_t number);
+
+    const oldfiles::RecipeFile &m_file;
+    SQLite::Database &m_database;
+    CopiedTables &m_copied;
+    TakeoverNotes &m_notes;
+    std::array<CatalogKeys, tableCount> m_keys; // empty for the link tables
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <map>
+
+enum class NoteKind { Count, Number, Key, Name, Link, PassedOver };
+
+// Collects what the user is told at the end. The first sentences of each kind about each table are
+// kept; of the others, only their number.
+class TakeoverNotes
+{
+public:
+    static constexpr qsizetype longestList = 50;
+
+    // `sentence` is called only if its result is kept.
+    void add(const QString &table, NoteKind kind, const std::function<QString()> &sentence);
+
+    // Sorted by kind and table.
+    QStringList sentences() const;
+
+private:
+    struct Group {
+        QStringList sentences;
+        qint64 more = 0;
+    };
+
+    std::map<std::pair<NoteKind, QString>, Group> m_groups;
+};
