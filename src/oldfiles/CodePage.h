@@ -23,14 +23,16 @@ public:
 
 private:
     struct Letter {
-        std::array<char, 4> utf8{};
-        std::size_t size = 0; // 0: the first byte of two
+        std::array<char, 8> utf8{};
+        std::size_t size = 0; // 0 if the bytes are no letter
+        bool isIncomplete = false; // the bytes are the beginning of one
     };
 
     struct Close {
         void operator()(void *converter) const;
     };
 
+    static Letter controlCharacter(unsigned value);
     static Letter convert(void *converter, std::span<const char> bytes);
 
     quint16 m_number;

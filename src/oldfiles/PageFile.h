@@ -70,6 +70,7 @@ private:
     Bytes m_page;
     std::size_t m_directory = 0;
     std::size_t m_rowCount = 0;
+    std::size_t m_orderedRows = 0; // the first ones, each of which lies before the one before it
 };
 
 // The pages of a file. Reads each one when it is asked for: a mapping of the file would count as
@@ -112,7 +113,7 @@ private:
 class VisitedRows
 {
 public:
-    // Throws Damage if the row has been visited.
+    // Throws Damage if the row has been visited. The pointer must be one to a page of the file.
     void visit(RowPointer pointer);
 
 private:

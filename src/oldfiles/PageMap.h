@@ -25,7 +25,6 @@ private:
     const PageFile &m_file;
     std::vector<char> m_parts; // the numbers of the pages that hold the bits, if there are any
     std::size_t m_part = 0; // the next one
-    VisitedRows m_visited;
     PageBuffer m_page;
     std::vector<char> m_bits;
     std::size_t m_bit = 0; // the next one

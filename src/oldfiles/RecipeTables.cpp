@@ -42,11 +42,26 @@ constexpr std::array tables = {
     TableLayout{"RecipeUtensils", recipeUtensils},
 };
 
+QLatin1StringView toLatin1View(std::string_view name)
+{
+    return QLatin1StringView(name.data(), static_cast<qsizetype>(name.size()));
+}
+
 } // namespace
 
 std::span<const TableLayout> recipeTables()
 {
     return tables;
+}
+
+bool isSameName(const QString &stored, std::string_view name)
+{
+    return stored.compare(toLatin1View(name), Qt::CaseInsensitive) == 0;
+}
+
+QString toText(std::string_view name)
+{
+    return toLatin1View(name);
 }
 
 } // namespace oldfiles

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <span>
 #include <string_view>
 
@@ -25,5 +27,11 @@ struct TableLayout {
 // The five tables of a recipe file with the columns that are read: Recipes, Ingredients, Utensils,
 // RecipeIngredients, RecipeUtensils. The column of a table's key is its first.
 std::span<const TableLayout> recipeTables();
+
+// Whether a name of the file is this name of a layout.
+bool isSameName(const QString &stored, std::string_view name);
+
+// The name of a layout as text.
+QString toText(std::string_view name);
 
 } // namespace oldfiles

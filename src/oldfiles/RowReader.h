@@ -40,7 +40,10 @@ private:
     Q_DISABLE_COPY_MOVE(RowReader)
 
     bool goToNextPage();
+    DataPage rowsOf(quint32 page);
     bool readRow(std::size_t row);
+    Bytes movedRow(RowPointer body);
+    QString mapProblem() const;
     void noteProblem(const QString &problem);
 
     const PageFile &m_file;

@@ -30,8 +30,8 @@ public:
 private:
     std::string_view text(Bytes stored, std::size_t column);
     Bytes longValue(Bytes stored);
+    Bytes piece(RowPointer pointer);
     Bytes joinPieces(RowPointer first, std::size_t length);
-    Bytes expand(Bytes compressed);
 
     const PageFile &m_file;
     const TableDefinition &m_table;

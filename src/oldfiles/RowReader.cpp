@@ -1,0 +1,128 @@
+#include "oldfiles/RowReader.h"
+
+#include <QCoreApplication>
+
+namespace oldfiles {
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(RowReader)
+};
+
+} // namespace
+
+RowReader::RowReader(const PageFile &file, const TableDefinition &table,
+                     std::span<const std::size_t> columns)
+    : m_file(file)
+    , m_table(table)
+    , m_columns(columns.begin(), columns.end())
+    , m_decoder(file, table, m_visited)
+    , m_values(table.columns.size())
+{
+    try {
+        m_map.emplace(file, table.map);
+    } catch (const Damage &) {
+        ++m_unreadablePages;
+        noteProblem(mapProblem());
+    }
+}
+
+bool RowReader::next()
+{
+    for (;;) {
+        while (m_row < m_rows.rowCount()) {
+            if (readRow(m_row++))
+                return true;
+        }
+        if (!goToNextPage())
+            return false;
+    }
+}
+
+// Returns false after the last page.
+bool RowReader::goToNextPage()
+{
+    m_row = 0;
+    m_rows = {};
+    if (!m_map)
+        return false;
+    try {
+        const std::optional<quint32> number = m_map->next();
+        if (!number)
+            return false;
+        m_pageNumber = *number;
+    } catch (const Damage &) {
+        ++m_unreadablePages;
+        noteProblem(mapProblem());
+        return true;
+    }
+    try {
+        m_rows = rowsOf(m_pageNumber);
+    } catch (const Damage &) {
+        ++m_unreadablePages;
+        noteProblem(Text::tr("Page %1, which belongs to the table %2, cannot be read.")
+                        .arg(m_pageNumber)
+                        .arg(m_table.name));
+    }
+    return true;
+}
+
+// A map may also list pages of other kinds, which hold no rows of the table.
+DataPage RowReader::rowsOf(quint32 number)
+{
+    const Bytes page = m_file.page(number, m_page);
+    const auto kind = static_cast<PageKind>(page.read<quint8>(0));
+    require(kind >= PageKind::Data && kind <= PageKind::UsageMap);
+    if (kind != PageKind::Data)
+        return {};
+    const DataPage rows(page, m_file.format());
+    return rows.owner() == m_table.page ? rows : DataPage();
+}
+
+// Returns whether there is a row at this place that can be read.
+bool RowReader::readRow(std::size_t row)
+{
+    const DataPage::RowState state = m_rows.state(row);
+    if (state == DataPage::RowState::Deleted || state == DataPage::RowState::Body)
+        return false;
+    try {
+        Bytes bytes = m_rows.row(row);
+        if (state == DataPage::RowState::Moved)
+            bytes = movedRow(RowPointer(bytes.read<quint32>(0)));
+        const RowLayout layout(bytes, m_file.format());
+        for (const std::size_t column : m_columns)
+            m_values[column] = m_decoder.decode(layout, column);
+        return true;
+    } catch (const Damage &) {
+        ++m_unreadableRows;
+        noteProblem(Text::tr("Row %1 on page %2, which belongs to the table %3, cannot be read.")
+                        .arg(row)
+                        .arg(m_pageNumber)
+                        .arg(m_table.name));
+        return false;
+    }
+}
+
+// A row keeps its place in the order after its body has moved to another page.
+Bytes RowReader::movedRow(RowPointer body)
+{
+    const Bytes bytes = m_file.row(body, m_table.page, DataPage::RowState::Body, m_movedPage);
+    m_visited.visit(body);
+    return bytes;
+}
+
+QString RowReader::mapProblem() const
+{
+    return Text::tr("The list of the pages of the table %1, which begins on page %2, cannot be "
+                    "read completely.")
+        .arg(m_table.name)
+        .arg(m_table.map.page);
+}
+
+void RowReader::noteProblem(const QString &problem)
+{
+    if (m_firstProblem.isEmpty())
+        m_firstProblem = problem;
+}
+
+} // namespace oldfiles
