@@ -34,6 +34,7 @@ private:
     bool isOfOlderVersion() const { return DatabaseFile(m_path).isAccessFormat(); }
     bool hasFinishedEarlierOne();
     bool asks(const QString &introduction);
+    static QStringList lossSentences(const TakeoverReport &report);
     bool asksAboutLosses(const TakeoverReport &report);
     void takeOver();
     std::optional<TakeoverReport> write(const QString &newFile);
@@ -83,15 +84,24 @@ bool TakeoverOffer::asks(const QString &introduction)
     return m_interaction.confirm(title(), paragraphs.join("\n\n"_L1), Button::No);
 }
 
+QStringList TakeoverOffer::lossSentences(const TakeoverReport &report)
+{
+    QStringList sentences;
+    for (const QString &loss : report.losses())
+        sentences += tr("%1 can be read.").arg(loss);
+    return sentences;
+}
+
 void TakeoverOffer::takeOver()
 {
     DatabaseReplacement replacement(m_path);
     if (!isOfOlderVersion()) // another program has replaced the file since the question was asked
         return;
     const std::optional<TakeoverReport> report = write(replacement.newFile());
-    if (report && (report->isComplete() || asksAboutLosses(*report)))
-        show(tr("Your recipes have been taken over."),
-             replacement.replace(report->summary(), report->losses() + report->notes));
+    if (!report || !(report->isComplete() || asksAboutLosses(*report)))
+        return;
+    show(tr("Your recipes have been taken over."),
+         replacement.replace(report->summary(), lossSentences(*report) + report->notes));
 }
 
 // Returns nothing if the user cancels.
@@ -104,15 +114,13 @@ std::optional<TakeoverReport> TakeoverOffer::write(const QString &newFile)
 
 bool TakeoverOffer::asksAboutLosses(const TakeoverReport &report)
 {
-    QString losses;
-    for (const QString &loss : report.losses())
-        losses += tr("%1 can be read.").arg(loss) + u'\n';
-    return m_interaction.show({.text = tr("The file %1 is damaged, and a part of it is lost:\n\n"
-                                          "%2\n"
+    return m_interaction.show({.text = tr("The file %1 is damaged. Not all of it can be read:\n\n"
+                                          "%2\n\n"
                                           "Pantrywise can take over the rest. The old file is kept "
                                           "as it is, under another name. Do you want to take over "
                                           "the rest?")
-                                           .arg(QDir::toNativeSeparators(m_path), losses),
+                                           .arg(QDir::toNativeSeparators(m_path),
+                                                lossSentences(report).join(u'\n')),
                                .title = title(),
                                .icon = Icon::Exclamation,
                                .buttons = {Button::Yes, Button::No},
