@@ -133,12 +133,15 @@ void TakeoverOffer::show(const QString &introduction, const ReplacementReport &r
     QStringList paragraphs{introduction, report.summary,
                            tr("The old file is kept beside the new one. Its name is now \"%1\".")
                                .arg(report.keptName)};
-    if (!report.notes.isEmpty())
+    QStringList points;
+    for (const QString &note : report.notes)
+        points += u"\u2022 "_s + note;
+    if (!points.isEmpty())
         paragraphs += tr("Please look at these points:");
     m_interaction.show({.text = paragraphs.join("\n\n"_L1),
                         .title = title(),
                         .icon = Icon::Information,
-                        .details = report.notes.join(u'\n')});
+                        .details = points.join(u'\n')});
 }
 
 } // namespace

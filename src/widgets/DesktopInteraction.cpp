@@ -118,7 +118,7 @@ void addDetails(QMessageBox &box, const QString &details)
 {
     constexpr double width = 5;
     constexpr double height = 1.8;
-    box.setInformativeText(details);
+    box.setInformativeText(u" "_s);
     auto *label = box.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s);
     auto *edit =
         readOnlyEdit(details, DesktopInteraction::tr("Details"),

@@ -97,7 +97,7 @@ MessageBox finalBox(const QString &counts, const QString &damage = {})
         .title = title,
         .icon = Icon::Information,
         .details = damage
-            + u"Ingredients: the column PricePerKilo was not taken over, because Pantrywise has none for it.\nRecipes: the column Source was not taken over, because Pantrywise has none for it.\nThe table ShoppingList was not taken over, because Pantrywise has none for it."_s};
+            + u"• Ingredients: the column PricePerKilo was not taken over, because Pantrywise has none for it.\n• Recipes: the column Source was not taken over, because Pantrywise has none for it.\n• The table ShoppingList was not taken over, because Pantrywise has none for it."_s};
 }
 
 // Replaces the file up to this step in a process that is killed then.
@@ -146,7 +146,7 @@ private Q_SLOTS:
         if (isYes && isDamaged)
             interaction.expect(finalBox(
                 u"Recipes: 13, Ingredients: 53"_s,
-                u"Recipes: 13 of 14 can be read.\nIngredients: 53 of 100 can be read.\nPage 61, which belongs to the table Ingredients, cannot be read.\nRow 13 on page 20, which belongs to the table Recipes, cannot be read.\n"_s));
+                u"• Recipes: 13 of 14 can be read.\n• Ingredients: 53 of 100 can be read.\n• Page 61, which belongs to the table Ingredients, cannot be read.\n• Row 13 on page 20, which belongs to the table Recipes, cannot be read.\n"_s));
         else if (isYes)
             interaction.expect(finalBox(u"Recipes: 14, Ingredients: 100"_s));
         offerTakeover(interaction, folder.path());
