@@ -1,5 +1,6 @@
 #include "search/Folding.h"
 
+#include <QList>
 #include <QString>
 
 #include <algorithm>

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -150,7 +151,11 @@ std::size_t SearchWord::find(std::string_view foldedText, std::size_t from) cons
 
 SearchQuery::SearchQuery(QStringView typed)
 {
-    for (typed = typed.trimmed(); !typed.isEmpty(); typed = typed.trimmed()) {
+    while (!typed.isEmpty()) {
+        if (typed.front().isSpace()) {
+            typed = typed.sliced(1);
+            continue;
+        }
         SearchWord word = takeWord(typed);
         if (!word.text.empty())
             m_words.push_back(std::move(word));
