@@ -1,9 +1,10 @@
 #include "widgets/ListBox.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QSignalBlocker>
 
-#include <algorithm>
+#include <utility>
 
 ListBox::ListBox(QWidget *parent)
     : TextListView(parent)
@@ -146,9 +147,16 @@ int ListBox::nearestShownRow(int row) const
     return row;
 }
 
-int ListBox::rowReachedBy(CursorAction action)
+int ListBox::rowReachedBy(const QKeyEvent &press)
 {
-    return m_model.rowAt(moveCursor(action, Qt::NoModifier));
+    static constexpr std::pair<Qt::Key, CursorAction> actions[] = {
+        {Qt::Key_Up, MoveUp},     {Qt::Key_PageUp, MovePageUp},     {Qt::Key_Home, MoveHome},
+        {Qt::Key_Down, MoveDown}, {Qt::Key_PageDown, MovePageDown}, {Qt::Key_End, MoveEnd}};
+    for (const auto &[key, action] : actions) {
+        if (press.key() == key)
+            return m_model.rowAt(moveCursor(action, Qt::NoModifier));
+    }
+    return -1;
 }
 
 void ListBox::onSelectionChanged()

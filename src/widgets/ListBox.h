@@ -12,7 +12,6 @@ class ListBox final : public TextListView
 
 public:
     using Row = ListBoxModel::Row;
-    using QListView::CursorAction;
 
     explicit ListBox(QWidget *parent = nullptr);
 
@@ -36,13 +35,14 @@ public:
 
     // Shows only the rows that match; an empty query shows all. Without a match, the list says so.
     void narrow(const SearchQuery &query);
+    bool isNarrowed() const { return m_model.isNarrowed(); }
     int shownCount() const { return m_model.rowCount(); }
     bool isShown(int row) const { return m_model.indexOf(row).isValid(); }
     // Returns the first shown row from this one on, else the last one before it, or -1 if no row is
     // shown.
     int nearestShownRow(int row) const;
-    // Returns the row that an arrow or page key would select, or -1 if no row is shown.
-    int rowReachedBy(CursorAction action);
+    // Returns the row that an arrow or page key, Home or End would select, or -1 if there is none.
+    int rowReachedBy(const QKeyEvent &press);
 
 Q_SIGNALS:
     // The user or the program has selected a row, or the user has clicked on the selected one.

@@ -30,6 +30,7 @@ public:
     void setKey(int row, qint64 key) { m_rows[row].key = key; }
 
     void narrow(const SearchQuery &query); // an empty one shows all rows
+    bool isNarrowed() const { return m_matches.has_value(); }
     int rowAt(const QModelIndex &index) const; // -1 if there is no such row
     QModelIndex indexOf(int row) const; // not valid if the row does not match the query
 

@@ -99,8 +99,9 @@ QString WindowFixture::shown(const ChildWindow &window)
 {
     QStringList parts{window.title()};
     for (const QWidget *widget : window.findChildren<QWidget *>()) {
-        if (qobject_cast<const QComboBox *>(widget->parentWidget()))
-            continue; // the edit of a combo box
+        const bool isOfCombo = qobject_cast<const QComboBox *>(widget->parentWidget());
+        if (isOfCombo || !widget->isVisibleTo(&window))
+            continue;
         if (const auto *edit = qobject_cast<const QLineEdit *>(widget))
             parts += edit->text();
         else if (const auto *combo = qobject_cast<const QComboBox *>(widget))

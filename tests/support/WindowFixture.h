@@ -44,7 +44,8 @@ public:
     // Expects the question that the button asks: whether to delete for cmdDelete, else to save.
     void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer,
                         SourceLine line = SourceLine::current());
-    // Returns the title and the contents of all controls but buttons, in the order of the form.
+    // Returns the title and the contents of all controls but buttons and hidden ones, in the order
+    // of the form.
     static QString shown(const ChildWindow &window);
 
     static InputBox nameBox(const QString &defaultText);
