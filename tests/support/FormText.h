@@ -48,8 +48,9 @@ inline QString formText(const ChildWindow &window)
     for (const QWidget *control = window.nextInFocusChain(); control && control != &window;
          control = control->nextInFocusChain()) {
         const QString name = control->objectName();
-        if (!control->isVisibleTo(&window) || !(control->focusPolicy() & Qt::TabFocus)
-            || name.isEmpty() || name.startsWith(QStringLiteral("qt_")))
+        if (!window.isAncestorOf(control) || !control->isVisibleTo(&window)
+            || !(control->focusPolicy() & Qt::TabFocus) || name.isEmpty()
+            || name.startsWith(QStringLiteral("qt_")))
             continue;
         lines += (control->hasFocus() ? QStringLiteral("> ") : QString()) + name
             + QStringLiteral(": ") + contents(control)

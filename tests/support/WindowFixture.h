@@ -38,7 +38,8 @@ public:
     //   txtAuthor =X   replaces the text by X
     //   cmbType 2      selects the entry at this position, from 0
     //   cmbAmount =X   replaces the text by X
-    //   lstUtensils 2  clicks on the row at this position, from 0
+    //   lstUtensils 2  clicks on the row at this position, from 0; "2 twice" is a double click
+    //   key Ctrl+F     presses the key in the control that has the focus
     void perform(const ChildWindow &window, const QString &steps,
                  SourceLine line = SourceLine::current());
     // Expects the question that the button asks: whether to delete for cmdDelete, else to save.

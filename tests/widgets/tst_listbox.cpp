@@ -1,4 +1,5 @@
 #include "support/Rows.h"
+#include "support/ShownRows.h"
 #include "widgets/ListBox.h"
 
 #include <QSignalSpy>
@@ -23,17 +24,6 @@ QList<ListBox::Row> catalog()
 {
     return {row(u"Apple"_s),  row(u"Bay leaf"_s), row(u"butter"_s),
             row(u"Éclair"_s), row(u"Beetroot"_s), row(u"Salt"_s)};
-}
-
-// What the user sees, with "*" before the selected row.
-QString shown(const ListBox &list)
-{
-    QStringList texts;
-    for (int i = 0; i < list.model()->rowCount(); ++i) {
-        const bool isSelected = list.selectionModel()->isRowSelected(i);
-        texts += (isSelected ? u"*"_s : QString()) + list.model()->index(i, 0).data().toString();
-    }
-    return texts.join(u", "_s);
 }
 
 struct Fixture {
@@ -64,7 +54,7 @@ private Q_SLOTS:
             {"selected", u"b t"_s, u"*butter, Beetroot"_s, 4, 4},
             {"filtered out", u"e -b"_s, u"Apple, Éclair"_s, 3, 3},
             {"accent", u"ecl"_s, u"Éclair"_s, 3, 3},
-            {"none", u"x"_s, u""_s, -1, -1},
+            {"none", u"x"_s, u"Nothing found. Press Esc to see all names."_s, -1, -1},
         });
     }
     // The numbers stay, and so does the selection, without a signal.
@@ -73,14 +63,13 @@ private Q_SLOTS:
         const auto [query, texts, afterButter, atEnd] = fetchRow<QString, QString, int, int>();
         Fixture fixture(query);
         ListBox &list = fixture.list;
-        QCOMPARE(shown(list), texts);
-        QCOMPARE(list.accessibleDescription().isEmpty(), !texts.isEmpty());
+        QCOMPARE(shownRows(list), texts);
         QCOMPARE(list.nearestShownRow(butter + 1), afterButter);
         QCOMPARE(list.nearestShownRow(list.count()), atEnd);
         QVERIFY(list.count() == 6 && list.keyAt(butter) == 6 && list.rowOf(8) == 1);
         QVERIFY(list.selectedRow() == butter && list.selectedText() == u"butter"_s);
         list.narrow({});
-        QVERIFY(shown(list).contains(u"*butter"_s) && fixture.spy.isEmpty());
+        QVERIFY(shownRows(list).contains(u"*butter"_s) && fixture.spy.isEmpty());
     }
 
     void whileNarrowed_data()
@@ -96,7 +85,8 @@ private Q_SLOTS:
              },
              u"Leek"_s, -1, 0},
             {"equal rows", [](ListBox &list) { list.setRows(catalog()); }, found, -1, 0},
-            {"no rows", [](ListBox &list) { list.showUnavailable(u"unread"_s); }, u""_s, -1, 0},
+            {"no rows", [](ListBox &list) { list.showUnavailable(u"unread"_s); }, u"unread"_s, -1,
+             0},
             {"append", [](ListBox &list) { list.append(row(u"Leek"_s)); }, found + u", Leek"_s,
              butter, 0},
             {"append what does not match", [](ListBox &list) { list.append(row(u"Oats"_s)); },
@@ -125,7 +115,7 @@ private Q_SLOTS:
         const auto [act, texts, selected, signalCount] = fetchRow<Act, QString, int, int>();
         Fixture fixture(u"l"_s);
         act(fixture.list);
-        QCOMPARE(shown(fixture.list), texts);
+        QCOMPARE(shownRows(fixture.list), texts);
         QCOMPARE(fixture.list.selectedRow(), selected);
         QCOMPARE(fixture.spy.size(), signalCount);
         fixture.list.narrow({});
