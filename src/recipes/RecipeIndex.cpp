@@ -27,6 +27,35 @@ void appendCell(std::string &texts, const Cell &cell)
     texts += '\n';
 }
 
+// Returns a position in recipeTypes(), or one outside.
+int typeIn(const Cell &cell)
+{
+    return cell == Cell() ? defaultRecipeType : storedPosition(toVariant(cell));
+}
+
+// Calls `action` with the rows of "SELECT rowid, " and this end of a statement, in the order of
+// their rowids, and the number of each row. Only the rows of a batch are in memory at the same
+// time.
+template <typename Action>
+void forEachRow(Database &database, const QString &columnsAndTable, Action action)
+{
+    constexpr int batchSize = 1'000;
+    QString condition = u"rowid IS NOT NULL"_s;
+    qsizetype count = batchSize;
+    while (count == batchSize) {
+        RowSet rows(
+            database,
+            u"SELECT rowid, %1 WHERE %2 ORDER BY rowid LIMIT %3"_s.arg(columnsAndTable, condition)
+                .arg(batchSize));
+        rows.read();
+        count = rows.size();
+        for (qsizetype row = 0; row < count; ++row)
+            action(rows, row);
+        if (count > 0)
+            condition = u"rowid > %1"_s.arg(rows.integer(count - 1, 0));
+    }
+}
+
 // Finds the numbers of keys in the order in which they are stored. Most keys are the same as the
 // last one or the next.
 class KeyNumbers
@@ -58,6 +87,12 @@ private:
 
 } // namespace
 
+void RecipeIndex::Texts::add(qint64 key)
+{
+    keys.push_back(key);
+    starts.push_back(text.size());
+}
+
 void RecipeIndex::Texts::shrink()
 {
     keys.shrink_to_fit();
@@ -87,7 +122,7 @@ void RecipeIndex::clear()
 
 bool RecipeIndex::isCurrent(Database &database) const
 {
-    if (!m_isBuilt || database.fileNumber() != m_fileNumber)
+    if (!m_isBuilt)
         return false;
     for (const std::string_view table : searchedTables) {
         const auto number = static_cast<std::size_t>(tableNumber(table));
@@ -97,13 +132,11 @@ bool RecipeIndex::isCurrent(Database &database) const
     return database.dataVersion() == m_dataVersion;
 }
 
-// Each table is read into rows, which are dropped before the next table is read.
 void RecipeIndex::build(Database &database)
 {
     clear();
     RecipeIndex built;
     const ReadTransaction snapshot(database);
-    built.m_fileNumber = database.fileNumber();
     built.m_dataVersion = database.dataVersion();
     built.m_changes = database.changes();
     built.readIngredients(database);
@@ -115,50 +148,46 @@ void RecipeIndex::build(Database &database)
 
 void RecipeIndex::readIngredients(Database &database)
 {
-    RowSet rows(database,
-                u"SELECT IngredientID, IngredientName FROM Ingredients ORDER BY IngredientID"_s);
-    rows.read();
-    for (qsizetype row = 0; row < rows.size(); ++row) {
-        m_ingredients.keys.push_back(rows.integer(row, 0));
-        m_ingredients.starts.push_back(m_ingredients.text.size());
-        appendCell(m_ingredients.text, rows.cell(row, 1));
-    }
+    forEachRow(database, u"IngredientName FROM Ingredients"_s,
+               [this](const RowSet &rows, qsizetype row) {
+                   m_ingredients.add(rows.integer(row, 0));
+                   appendCell(m_ingredients.text, rows.cell(row, 1));
+               });
     m_ingredients.shrink();
 }
 
 void RecipeIndex::readRecipes(Database &database)
 {
-    const QStringList types = recipeTypes();
-    RowSet rows(database,
-                u"SELECT RecipeID, RecipeType, RecipeName, Description, Author FROM Recipes "
-                "ORDER BY RecipeID"_s);
-    rows.read();
-    for (qsizetype row = 0; row < rows.size(); ++row) {
-        m_recipes.keys.push_back(rows.integer(row, 0));
-        m_recipes.starts.push_back(m_recipes.text.size());
-        for (const int column : {2, 3, 4})
-            appendCell(m_recipes.text, rows.cell(row, column));
-        const Cell type = rows.cell(row, 1);
-        const int position = type == Cell() ? defaultRecipeType : storedPosition(toVariant(type));
-        m_recipes.text += folded(types.value(position));
-        m_recipes.text += '\n';
-    }
+    std::vector<std::string> types;
+    for (const QString &type : recipeTypes())
+        types.push_back(folded(type) + '\n');
+    forEachRow(database, u"RecipeName, Description, Author, RecipeType FROM Recipes"_s,
+               [&](const RowSet &rows, qsizetype row) {
+                   m_recipes.add(rows.integer(row, 0));
+                   for (const int column : {1, 2, 3})
+                       appendCell(m_recipes.text, rows.cell(row, column));
+                   const auto type = static_cast<std::size_t>(typeIn(rows.cell(row, 4)));
+                   if (type < types.size())
+                       m_recipes.text += types[type];
+               });
     m_recipes.shrink();
 }
 
 // A recipe or an ingredient can be missing in its table.
 void RecipeIndex::readLinks(Database &database)
 {
-    RowSet rows(database, u"SELECT RecipeID, IngredientID FROM RecipeIngredients"_s);
-    rows.read();
+    RowSet count(database, u"SELECT count(*) FROM RecipeIngredients NOT INDEXED"_s);
+    count.read();
+    m_links.reserve(static_cast<std::size_t>(count.integer(0, 0)));
     KeyNumbers recipes(m_recipes.keys);
     KeyNumbers ingredients(m_ingredients.keys);
-    m_links.reserve(static_cast<std::size_t>(rows.size()));
-    for (qsizetype row = 0; row < rows.size(); ++row) {
-        const Link link{recipes.of(rows.integer(row, 0)), ingredients.of(rows.integer(row, 1))};
-        if (link.recipe != noNumber && link.ingredient != noNumber)
-            m_links.push_back(link);
-    }
+    forEachRow(
+        database, u"RecipeID, IngredientID FROM RecipeIngredients"_s,
+        [&](const RowSet &rows, qsizetype row) {
+            const Link link{recipes.of(rows.integer(row, 1)), ingredients.of(rows.integer(row, 2))};
+            if (link.recipe != noNumber && link.ingredient != noNumber)
+                m_links.push_back(link);
+        });
 }
 
 std::vector<qint64> RecipeIndex::matches(Database &database, const SearchQuery &query)

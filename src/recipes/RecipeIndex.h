@@ -18,7 +18,7 @@ public:
     // Returns the keys of the recipes that match the query, in ascending order. Each of its words
     // may be found in another text of a recipe. Reads all recipes at the first call, and again if
     // this or another program has changed them since. Throws DatabaseError if they cannot be read;
-    // the next call then tries again.
+    // the next call then tries again. The database must be the same until clear().
     std::vector<qint64> matches(Database &database, const SearchQuery &query);
 
     // Releases the memory.
@@ -37,7 +37,8 @@ private:
         std::vector<std::size_t> starts; // for each key
         std::string text;
 
-        void shrink();
+        void add(qint64 key); // whose texts are then appended
+        void shrink(); // to the memory that is needed
 
         // Sets `found` for each key in whose texts the word is.
         void find(const SearchWord &word, std::vector<bool> &found) const;
@@ -55,7 +56,6 @@ private:
     std::vector<Link> m_links;
 
     // The state of the file that was read.
-    int m_fileNumber = 0;
     int m_dataVersion = 0;
     TableChanges m_changes{};
 };

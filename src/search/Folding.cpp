@@ -85,7 +85,7 @@ public:
     }
 
 private:
-    static constexpr char32_t pageSize = 64;
+    static constexpr char32_t pageSize = 256;
 
     struct Page {
         explicit Page(char32_t first)
