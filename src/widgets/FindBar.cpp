@@ -79,8 +79,8 @@ void FindBar::open()
 
 void FindBar::clear()
 {
-    m_ui->txtFind->clear();
     m_ui->txtFind->setFocus();
+    m_ui->txtFind->clear();
 }
 
 // QWidget::hide() would pass the focus to the next control in tab order.
