@@ -19,8 +19,6 @@ set(theme platformthemes/libqgtk3.so)
 
 # What a system must have: the C library (2.36, August 2022) and GCC's C++ library (12, May 2022).
 set(required "^(ld-linux-.*|lib(c|m|dl|rt|pthread|resolv|gcc_s|stdc[+][+]))[.]so")
-# A build with sanitizers is tested like any other, on the machine that has built it.
-set(sanitizers "^lib(a|ub)san[.]so")
 
 # The sources of the libraries that the program always uses from the archive, since these decide how it
 # works. Any other library is taken from the system if it is there: what finds fonts and reaches the
@@ -71,7 +69,7 @@ endfunction()
 list(TRANSFORM plugins PREPEND ${QT_PLUGINS}/ OUTPUT_VARIABLE modules)
 file(GET_RUNTIME_DEPENDENCIES EXECUTABLES ${PROGRAMS} MODULES ${modules}
   RESOLVED_DEPENDENCIES_VAR libraries
-  PRE_EXCLUDE_REGEXES ${required} ${sanitizers})
+  PRE_EXCLUDE_REGEXES ${required})
 foreach(library IN LISTS libraries)
   file(REAL_PATH ${library} file)
   list(APPEND files ${file})
