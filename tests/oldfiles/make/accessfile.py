@@ -72,7 +72,7 @@ class Table:
     flags: int = 0
     stated_rows: int = None
     counter: int = None
-    kind_of_map: str = "direct"  # or "late" (begins at its first page) or "indirect"
+    map_kind: str = "direct"  # "late" begins at the first page, "indirect" is on pages of its own
     reversed_records: bool = False
     given_up_page: bool = False  # one that still has rows and names the table
     gap: int = 0  # pages before the rows
@@ -154,7 +154,8 @@ class AccessFile:
     def usage_map(self, pages, kind):
         """Writes the map of these pages and returns the pointer to it."""
         f, first = self.format, 0
-        if kind == "indirect":
+        size = f.pick(128, 64)  # of the bits in the row
+        if kind == "indirect" or kind == "direct" and max(pages) >= size * 8:
             bits = (f.page_size - 4) * 8
             parts = [0] * 17
             for part in sorted({page // bits for page in pages}):
@@ -165,8 +166,7 @@ class AccessFile:
         else:
             if kind == "late" and pages:
                 first = min(pages) // 8 * 8
-            row = b"\0" + struct.pack("<I", first) + bitmap([page - first for page in pages],
-                                                            f.pick(128, 64))
+            row = b"\0" + struct.pack("<I", first) + bitmap([page - first for page in pages], size)
         number = self.new_page()
         self.pages[number] = self.data_page(0, [(b"\0" * 69, 0), (row, 0)])
         return number << 8 | 1
@@ -330,7 +330,7 @@ class AccessFile:
 
     def write_table(self, table, definition):
         pages = self.write_rows(table, definition)
-        table_map = self.usage_map(pages, table.kind_of_map)
+        table_map = self.usage_map(pages, table.map_kind)
         live = [row for row in table.rows if not isinstance(row, Deleted)]
         stated = len(live) if table.stated_rows is None else table.stated_rows
         counter = table.counter

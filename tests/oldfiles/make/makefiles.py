@@ -2,9 +2,11 @@
 """Makes recipe files in the Access format.
 
 makefiles.py cases FOLDER        a small file for each row of tst_oldfiles
-makefiles.py big FILE RECIPES    a Jet 4 file with so many recipes of 13 links each
+makefiles.py big FILE RECIPES    a Jet 4 file with this number of recipes of 13 links each
+makefiles.py copy DATABASE FILE  a Jet 4 file with the rows of a recipe database of today
 """
 
+import sqlite3
 import sys
 from pathlib import Path
 
@@ -236,7 +238,7 @@ def moved_elsewhere(all_tables):
 @case("jet3", "jet4")
 def seasoned(all_tables):
     for table in all_tables:
-        table.kind_of_map = "late"
+        table.map_kind = "late"
         table.given_up_page = True
         table.reversed_records = True
 
@@ -244,12 +246,12 @@ def seasoned(all_tables):
 @case("jet3", "jet4", "ace")
 def map_on_pages(all_tables):
     for table in all_tables:
-        table.kind_of_map = "indirect"
+        table.map_kind = "indirect"
 
 
 @case("jet3", "jet4")
 def second_part_of_map(all_tables):
-    all_tables[RECIPE_UTENSILS].kind_of_map = "indirect"
+    all_tables[RECIPE_UTENSILS].map_kind = "indirect"
     all_tables[RECIPE_UTENSILS].gap = 33000
 
 
@@ -330,8 +332,16 @@ def write_big(path, recipes):
         for key in range(1, recipes + 1) for n in range(10)]
     content[RECIPE_UTENSILS].rows = [[key, 1 + (key + n * 17) % 200]
                                      for key in range(1, recipes + 1) for n in range(3)]
-    for table in content:
-        table.kind_of_map = "indirect"
+    AccessFile("jet4").save(path, content)
+
+
+def write_copy(database, path):
+    content = tables()
+    with sqlite3.connect(f"file:{database}?mode=ro", uri=True) as connection:
+        for table in content:
+            names = ", ".join(column.name for column in table.columns)
+            rows = connection.execute(f"SELECT {names} FROM {table.name} ORDER BY rowid")
+            table.rows = [list(row) for row in rows]
     AccessFile("jet4").save(path, content)
 
 
@@ -341,6 +351,8 @@ def main(arguments):
             write_cases(Path(folder))
         case ["big", path, recipes]:
             write_big(path, int(recipes))
+        case ["copy", database, path]:
+            write_copy(database, path)
         case _:
             sys.exit(__doc__)
 
