@@ -4,7 +4,7 @@
 #include <QString>
 #include <QtEndian>
 
-// rules.rbk, which tests/oldfiles/make/rules.py has made, and damage to a copy of it.
+// The file that tests/oldfiles/make/rules.py makes, and damage to its bytes.
 
 inline QString rulesFile()
 {
@@ -16,9 +16,9 @@ inline constexpr qsizetype rulesPageSize = 4096;
 // Returns the page of the definition of a table, by its number.
 inline qsizetype definitionPage(const QByteArray &file, int table)
 {
-    for (qsizetype at = 0; at < file.size(); at += rulesPageSize) {
-        const bool isOfUser = file[at] == 2 && file[at + 40] == 0x4E;
-        if (isOfUser && table-- == 0)
+    constexpr qsizetype afterCatalog = 3;
+    for (qsizetype at = afterCatalog * rulesPageSize; at < file.size(); at += rulesPageSize) {
+        if (file[at] == 2 && table-- == 0)
             return at / rulesPageSize;
     }
     return 0;

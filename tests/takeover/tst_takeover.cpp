@@ -199,7 +199,7 @@ private Q_SLOTS:
              u"Ingredients: the old file says that it has no rows, as it may after the program "
              "was not ended properly. 4 were found and taken over.\n"_s},
             {"damaged page", withDamagedPage(bytes, 2),
-             u"Utensils: 0 of 2\nPage 23, which belongs to the table Utensils, cannot be read.\n"_s},
+             u"Utensils: 0 of 2\nPage 21, which belongs to the table Utensils, cannot be read.\n"_s},
         });
     }
     void tellsOfDamage()

@@ -27,6 +27,7 @@ constexpr std::array benchmarks = {
     Benchmark{"browsing"_L1, measureBrowsing},     Benchmark{"composing"_L1, measureComposing},
     Benchmark{"printing"_L1, measurePrinting},     Benchmark{"startup"_L1, measureStartup},
     Benchmark{"finding"_L1, measureFinding},
+    Benchmark{"takingover"_L1, measureTakingOver},
 };
 
 void measure(const QString &only, int largest, const QString &csvPath)

@@ -5,6 +5,7 @@
 //   memoryuse frame DATABASE           resident memory: the main window
 //   memoryuse recipe DATABASE          the same: the main window with the recipe window
 //   memoryuse export DATABASE FOLDER   growth of the peak: export web pages to this folder
+//   memoryuse takeover OLD NEW         the same: take over a file in the Access format
 
 #include "BenchWindow.h"
 #include "PlainSqlite.h"
@@ -14,6 +15,7 @@
 #include "recipes/RecipeIndex.h"
 #include "recipes/frmRecipe.h"
 #include "search/SearchQuery.h"
+#include "takeover/Takeover.h"
 
 #include <QApplication>
 
@@ -117,6 +119,15 @@ long growthByExport(const QString &path, const QString &folder)
     return peakBytes() - before;
 }
 
+long growthByTakeover(const QString &oldFile, const QString &newFile)
+{
+    SilentProgress progress;
+    resetPeak();
+    const long before = residentBytes();
+    Takeover(oldFile).writeTo(newFile, progress);
+    return peakBytes() - before;
+}
+
 long bytesFor(const QStringList &arguments)
 {
     const QString subject = arguments.value(1);
@@ -129,6 +140,8 @@ long bytesFor(const QStringList &arguments)
         return bytesOfWindow(subject == "recipe"_L1, path);
     if (subject == "export"_L1)
         return growthByExport(path, arguments.value(3));
+    if (subject == "takeover"_L1)
+        return growthByTakeover(path, arguments.value(3));
     throw std::runtime_error("there is no such subject");
 }
 
