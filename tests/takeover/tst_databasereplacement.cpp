@@ -148,6 +148,7 @@ private Q_SLOTS:
         const Folder elsewhere;
         QVERIFY(QFile::remove(folder.path()) && QFile::link(elsewhere.path(), folder.path()));
         QVERIFY(QFile::link(u"nowhere"_s, elsewhere.path(u"data old.rbk"_s)));
+        QVERIFY(DatabaseReplacement(folder.path()).newFile().startsWith(elsewhere.path({})));
         QCOMPARE(replace(folder).keptName, u"data old 2.rbk"_s);
         QCOMPARE(elsewhere.files(), u"data old 2.rbk=old, data old.rbk=, data.rbk=new"_s);
         QVERIFY(QFileInfo(folder.path()).isSymLink());
@@ -268,6 +269,12 @@ private Q_SLOTS:
             {"a file of the user in the way",
              [](const Folder &folder) { setBytes(folder.path(u"data.rbk.takeover"_s), "own"); },
              nothing, RLIM_INFINITY, u"data.rbk.takeover could not be created: File exists."_s},
+            {"the last step fails", nothing,
+             [](const Folder &folder) {
+                 const QString newFile = folder.path(u"data.rbk.takeover/new.rbk"_s);
+                 QVERIFY(QFile::remove(newFile) && QDir().mkdir(newFile));
+             },
+             RLIM_INFINITY, u": Not a directory. Nothing was changed."_s},
             {"another program", nothing,
              [](const Folder &folder) {
                  setBytes(folder.path(), oldBytes.chopped(1) + 's');
