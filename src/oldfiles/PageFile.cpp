@@ -36,8 +36,6 @@ constexpr std::size_t codePage = 0x3C - scrambled;
 constexpr std::size_t encryptionKey = 0x3E - scrambled;
 } // namespace header
 
-constexpr quint32 catalogPage = 2;
-
 // RC4, which is its own inverse.
 std::vector<char> unscramble(Bytes bytes)
 {
@@ -132,23 +130,29 @@ void PageFile::readHeader()
         m_codePage = std::make_shared<const CodePage>(Bytes(clear).read<quint16>(header::codePage));
 }
 
-// A password alone is no obstacle: it leaves the pages as they are.
+// A password alone is no obstacle: it leaves the pages as they are. So may a key; only what the
+// pages look like tells whether they are encrypted.
 void PageFile::checkEncryption(quint32 key) const
 {
-    PageBuffer buffer;
-    try {
-        const Bytes catalog = page(catalogPage, buffer);
-        if (catalog.read<quint8>(0) == static_cast<quint8>(PageKind::Definition))
-            return;
-    } catch (const Damage &) { // reported below
-        key = 0;
-    }
-    if (key != 0)
+    if (hasCatalog())
+        return;
+    if (key != 0 && m_pageCount > catalogPage)
         throw Error(Text::tr("The file is encrypted. Its encryption must be removed with the "
                              "program that made the file."));
     throw Error(Text::tr("The file is damaged: page %1, where its list of tables begins, cannot "
                          "be read.")
                     .arg(catalogPage));
+}
+
+bool PageFile::hasCatalog() const
+{
+    PageBuffer buffer;
+    try {
+        const auto kind = page(catalogPage, buffer).read<quint8>(0);
+        return kind == static_cast<quint8>(PageKind::Definition);
+    } catch (const Damage &) {
+        return false;
+    }
 }
 
 Bytes PageFile::page(quint32 number, PageBuffer &buffer) const

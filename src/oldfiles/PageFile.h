@@ -19,6 +19,9 @@ struct Format {
 
 enum class PageKind : quint8 { Data = 1, Definition, IndexNode, IndexLeaf, UsageMap };
 
+// The page on which the definition of the catalog begins, in every file.
+constexpr quint32 catalogPage = 2;
+
 // Points to a row of a data page. Page 0 is the header, so that 0 points nowhere.
 struct RowPointer {
     quint32 page = 0;
@@ -101,6 +104,7 @@ private:
 
     void readHeader();
     void checkEncryption(quint32 key) const;
+    bool hasCatalog() const;
 
     int m_descriptor;
     Format m_format{};

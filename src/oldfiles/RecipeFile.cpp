@@ -13,8 +13,7 @@ struct Text {
     Q_DECLARE_TR_FUNCTIONS(RecipeFile)
 };
 
-// The catalog is a table whose definition is always on this page.
-constexpr quint32 catalogPage = 2;
+// The catalog is a table that lists all tables, also itself.
 constexpr std::array catalogColumns = {
     Column{"Id", ValueKind::Number},
     Column{"Name", ValueKind::Text},

@@ -207,6 +207,7 @@ StoredColumn findColumn(const PageFile &file, const std::vector<ColumnRecord> &c
                              "read.")
                         .arg(found->name, table));
     StoredColumn column = found->stored;
+    column.kind = wanted.kind;
     if (!isSuitable(column.type, wanted.kind))
         throw Error(unsuitableText(found->name, table, wanted.kind));
     if (file.format().isJet3 && wanted.kind == ValueKind::Text)

@@ -27,6 +27,7 @@ enum class ColumnType : quint8 {
 
 // How a column is stored.
 struct StoredColumn {
+    ValueKind kind = ValueKind::Number; // what the layout wants
     ColumnType type = ColumnType::YesNo;
     bool isFixed = false; // stored among the fixed values; a flag of the column, not of its type
     quint16 number = 0; // its bit in the mask of a row

@@ -170,7 +170,10 @@ Value ValueDecoder::decode(const RowLayout &row, std::size_t number)
     if (isText(column.type))
         return text(*stored, number);
     require(stored->size() == fixedSize(column));
-    return fixedValue(*stored, column);
+    const Value value = fixedValue(*stored, column);
+    if (column.kind == ValueKind::YesNo)
+        return value != Value(qint64(0));
+    return value;
 }
 
 std::string_view ValueDecoder::text(Bytes stored, std::size_t number)

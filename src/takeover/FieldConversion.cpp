@@ -1,11 +1,16 @@
 #include "takeover/FieldConversion.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 #include <cmath>
 #include <limits>
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(FieldConversion)
+};
 
 // The reader gives each whole number that fits into 64 bits as an integer.
 template <typename Integer>
@@ -66,9 +71,13 @@ QString displayNumber(const oldfiles::Value &value)
 {
     if (const auto *integer = std::get_if<qint64>(&value))
         return QString::number(*integer);
-    if (const auto *number = std::get_if<double>(&value))
-        return QString::number(*number, 'g', QLocale::FloatingPointShortest);
-    return {};
+    const auto *number = std::get_if<double>(&value);
+    if (!number)
+        return {};
+    if (std::isnan(*number))
+        return Text::tr("not a number");
+    return std::isinf(*number) ? Text::tr("infinite")
+                               : QString::number(*number, 'g', QLocale::FloatingPointShortest);
 }
 
 std::optional<qint32> keyOf(const oldfiles::Value &value)

@@ -1,6 +1,6 @@
 #include "takeover/NameNotes.h"
 
-#include "data/Schema.h"
+#include "data/TextComparison.h"
 #include "interaction/ControlCharacters.h"
 #include "platform/Utf8.h"
 #include "takeover/RowNotes.h"
@@ -10,6 +10,8 @@
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -78,30 +80,25 @@ void noteRepeatedNames(SQLite::Database &connection, const Table &table, Takeove
     });
 }
 
-void noteLinksWithoutKey(SQLite::Database &connection, const Table &table, TakeoverNotes &notes)
-{
-    for (const Field &field : table.fields.first(2)) {
-        const std::string query = "SELECT count(*) FROM " + std::string(table.name) + " WHERE "
-            + std::string(field.name) + " IS NULL";
-        const qint64 rows = connection.execAndGet(query).getInt64();
-        if (rows > 0)
-            notes.add(displayName(table.name), NoteKind::Link, [&] {
-                return Text::tr("%1: the %2 of %3 rows is empty.")
-                    .arg(displayName(table.name), displayName(field.name), number(rows));
-            });
-    }
-}
-
 } // namespace
 
-void noteNamesAndLinks(SQLite::Database &connection, TakeoverNotes &notes)
+void NameHashes::add(std::string_view name)
 {
-    for (const Table &table : schemaTables()) {
-        if (table.hasKey) {
-            noteMissingNames(connection, table, notes);
-            noteRepeatedNames(connection, table, notes);
-        } else {
-            noteLinksWithoutKey(connection, table, notes);
-        }
-    }
+    if (name.empty())
+        m_isNameMissing = true;
+    else
+        m_hashes.push_back(textHash(name));
+}
+
+bool NameHashes::needNotes()
+{
+    std::sort(m_hashes.begin(), m_hashes.end());
+    return m_isNameMissing
+        || std::adjacent_find(m_hashes.begin(), m_hashes.end()) != m_hashes.end();
+}
+
+void noteNames(SQLite::Database &connection, const Table &catalog, TakeoverNotes &notes)
+{
+    noteMissingNames(connection, catalog, notes);
+    noteRepeatedNames(connection, catalog, notes);
 }

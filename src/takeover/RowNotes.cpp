@@ -65,8 +65,8 @@ QString RowNotes::keySentence(const Row &row, bool isTakenByEarlierRow, qint32 n
         return Text::tr("%1: %2 had no %3. It has the %3 %4 now.")
             .arg(m_name, label(row), field, QString::number(newKey));
     if (isTakenByEarlierRow)
-        return Text::tr("%1: %2 had the %3 %4 as another row before it. It has the %3 %5 now. What "
-                        "refers to %4 still means the other row.")
+        return Text::tr("%1: %2 had the same %3 as another row, %4. It has the %3 %5 now. What "
+                        "refers to %4 means the other row.")
             .arg(m_name, label(row), field, oldKey, QString::number(newKey));
     if (keyOf(row.values[0]))
         return Text::tr("%1: %2 had the %3 %4. It has the %3 %5 now, also in the rows that refer "

@@ -22,6 +22,12 @@ struct Text {
 
 constexpr qint64 rowsPerStep = 256;
 
+std::string_view textOf(const oldfiles::Value &value)
+{
+    const auto *text = std::get_if<std::string_view>(&value);
+    return text ? *text : std::string_view();
+}
+
 // Returns the number of the catalog whose keys the field of a link table holds.
 std::size_t catalogOf(const Field &field)
 {
@@ -46,6 +52,7 @@ TableCopy::TableCopy(const oldfiles::RecipeFile &file, SQLite::Database &databas
 bool TableCopy::copy(std::size_t number, const Step &step)
 {
     const Table &table = schemaTables()[number];
+    m_emptyLinks = {};
     if (table.hasKey)
         readKeys(number);
     oldfiles::RowReader rows = m_file.rows(number);
@@ -57,12 +64,15 @@ bool TableCopy::copy(std::size_t number, const Step &step)
         const qint64 rowid = table.hasKey ? copyKey(number, row, insertion, notes) : row.number + 1;
         for (std::size_t field = table.hasKey ? 1 : 0; field < table.fields.size(); ++field)
             copyField(table, row, field, insertion, notes);
+        if (table.hasKey)
+            m_copied.names[number].add(textOf(row.values[1]));
         insertion.insert();
         m_copied.samples[number].offer(row.number, rowid);
         if (++taken.taken % rowsPerStep == 0 && !step(rowsPerStep))
             return false;
     }
     noteResult(number, rows);
+    noteEmptyLinks(number);
     if (table.hasKey)
         setCounter(number);
     return true;
@@ -107,6 +117,8 @@ void TableCopy::copyField(const Table &table, const RowNotes::Row &row, std::siz
         if (const std::optional<qint32> key = keyOf(row.values[field]))
             cell = qint64{m_keys[catalogOf(table.fields[field])].linked(*key)};
     }
+    if (type == FieldType::Key && std::holds_alternative<std::monostate>(*cell))
+        ++m_emptyLinks[field];
     insertion.bind(field, *cell);
 }
 
@@ -127,6 +139,22 @@ void TableCopy::noteResult(std::size_t number, const oldfiles::RowReader &rows)
         });
 }
 
+void TableCopy::noteEmptyLinks(std::size_t number)
+{
+    const QString &table = m_copied.taken[number].name;
+    for (std::size_t i = 0; i < m_emptyLinks.size(); ++i) {
+        const qint64 rows = m_emptyLinks[i];
+        if (rows == 0)
+            continue;
+        const QString field = displayName(schemaTables()[number].fields[i].name);
+        m_notes.add(table, NoteKind::Link, [&] {
+            return rows == 1 ? Text::tr("%1: in one row, the %2 is empty.").arg(table, field)
+                             : Text::tr("%1: in %3 rows, the %2 is empty.")
+                                   .arg(table, field, QLocale(QLocale::English).toString(rows));
+        });
+    }
+}
+
 // SQLite gives the next row of a catalog a key that is larger than this number and all keys.
 void TableCopy::setCounter(std::size_t number)
 {
@@ -134,8 +162,9 @@ void TableCopy::setCounter(std::size_t number)
     const quint32 counter = m_file.lastCounter(number);
     if (counter >= quint32{CatalogKeys::largestKey})
         m_notes.add(m_copied.taken[number].name, NoteKind::Key, [&] {
-            return Text::tr("%1: the last %2 is said to be %3, after which there is none. New ones "
-                            "follow the largest that is in use.")
+            return Text::tr(
+                       "%1: the last %2 is said to be %3, which leaves none for new rows. They "
+                       "follow on the largest that is in use.")
                 .arg(m_copied.taken[number].name, displayName(table.fields[0].name),
                      QString::number(counter));
         });

@@ -2,6 +2,7 @@
 
 #include "data/Schema.h"
 #include "takeover/CatalogKeys.h"
+#include "takeover/NameNotes.h"
 #include "takeover/RowInsertion.h"
 #include "takeover/RowNotes.h"
 #include "takeover/RowSample.h"
@@ -24,6 +25,7 @@ class RowReader;
 struct CopiedTables {
     std::array<TakenTable, tableCount> taken;
     std::array<RowSample, tableCount> samples;
+    std::array<NameHashes, tableCount> names; // empty for the link tables
 };
 
 // Copies the rows of the old file into the tables of a new database, the catalogs first.
@@ -49,11 +51,13 @@ private:
     void copyField(const Table &table, const RowNotes::Row &row, std::size_t field,
                    RowInsertion &insertion, RowNotes &notes);
     void noteResult(std::size_t number, const oldfiles::RowReader &rows);
+    void noteEmptyLinks(std::size_t number);
     void setCounter(std::size_t number);
 
     const oldfiles::RecipeFile &m_file;
     SQLite::Database &m_database;
     CopiedTables &m_copied;
     TakeoverNotes &m_notes;
+    std::array<qint64, 2> m_emptyLinks{}; // in the first fields of the link table
     std::array<CatalogKeys, tableCount> m_keys; // empty for the link tables
 };

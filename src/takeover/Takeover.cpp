@@ -149,7 +149,7 @@ bool Takeover::fill(const QString &newFile, CopiedTables &copied, TakeoverNotes 
     });
 }
 
-bool Takeover::check(const QString &newFile, const CopiedTables &copied, TakeoverNotes &notes,
+bool Takeover::check(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes,
                      Steps &steps)
 {
     const auto step = [&] { return steps.advance(0, Text::tr("Checking")); };
@@ -157,7 +157,10 @@ bool Takeover::check(const QString &newFile, const CopiedTables &copied, Takeove
         DatabaseSession session(newFile, [](sqlite3 *) {});
         if (!step() || !checkNewFile(session.connection(), *m_file, copied, step))
             return false;
-        noteNamesAndLinks(session.connection(), notes);
+        for (std::size_t i = 0; i < tableCount; ++i) {
+            if (copied.names[i].needNotes())
+                noteNames(session.connection(), schemaTables()[i], notes);
+        }
         return true;
     });
 }

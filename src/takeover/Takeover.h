@@ -38,8 +38,7 @@ private:
     class Steps;
 
     bool fill(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes, Steps &steps);
-    bool check(const QString &newFile, const CopiedTables &copied, TakeoverNotes &notes,
-               Steps &steps);
+    bool check(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes, Steps &steps);
 
     std::unique_ptr<oldfiles::RecipeFile> m_file;
 };

@@ -1,5 +1,7 @@
 #include "takeover/TakeoverNotes.h"
 
+#include "data/Schema.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 
@@ -14,7 +16,7 @@ struct Text {
 void TakeoverNotes::add(const QString &table, NoteKind kind,
                         const std::function<QString()> &sentence)
 {
-    Group &group = m_groups[{kind, table}];
+    Group &group = m_groups[{kind, tableNumber(table.toStdString()), table}];
     if (group.sentences.size() < longestList)
         group.sentences += sentence();
     else
@@ -24,11 +26,11 @@ void TakeoverNotes::add(const QString &table, NoteKind kind,
 QStringList TakeoverNotes::sentences() const
 {
     QStringList all;
-    for (const auto &[kindAndTable, group] : m_groups) {
+    for (const auto &[key, group] : m_groups) {
         all += group.sentences;
         if (group.more > 0)
             all += Text::tr("%1: there are %2 more such cases.")
-                       .arg(kindAndTable.second, QLocale(QLocale::English).toString(group.more));
+                       .arg(std::get<QString>(key), QLocale(QLocale::English).toString(group.more));
     }
     return all;
 }

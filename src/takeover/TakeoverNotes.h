@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <tuple>
 
 enum class NoteKind { Count, Number, Key, Name, Link, PassedOver };
 
@@ -27,5 +28,7 @@ private:
         qint64 more = 0;
     };
 
-    std::map<std::pair<NoteKind, QString>, Group> m_groups;
+    using Key = std::tuple<NoteKind, int, QString>; // kind, number and name of the table
+
+    std::map<Key, Group> m_groups;
 };

@@ -63,3 +63,4 @@ void measureBrowsing(Bench &bench);
 void measureComposing(Bench &bench);
 void measurePrinting(Bench &bench);
 void measureStartup(Bench &bench);
+void measureTakingOver(Bench &bench);

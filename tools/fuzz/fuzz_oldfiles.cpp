@@ -48,8 +48,8 @@ bool isUtf8(std::string_view text)
     return !decoder.hasError() && decoded.size() <= static_cast<qsizetype>(text.size());
 }
 
-// All bytes come from the file, each at most once on its way through one column; a letter of one
-// byte in it has at most three in UTF-8.
+// Reads all rows of a table. Their texts are no longer than the file allows: each row and each
+// piece of a long text is given out once, and a byte of it becomes at most three in UTF-8.
 void checkTable(const oldfiles::RecipeFile &file, std::size_t table, std::size_t fileSize)
 {
     oldfiles::RowReader rows = file.rows(table);

@@ -4,6 +4,7 @@
 //   memoryuse frame DATABASE           resident memory: the main window
 //   memoryuse recipe DATABASE          the same: the main window with the recipe window
 //   memoryuse export DATABASE FOLDER   growth of the peak: export web pages to this folder
+//   memoryuse takeover OLD NEW         the same: take over a file in the Access format
 
 #include "BenchWindow.h"
 #include "PlainSqlite.h"
@@ -11,6 +12,7 @@
 #include "data/RecordCursor.h"
 #include "export/WebPages.h"
 #include "recipes/frmRecipe.h"
+#include "takeover/Takeover.h"
 
 #include <QApplication>
 
@@ -88,6 +90,15 @@ long growthByExport(const QString &path, const QString &folder)
     return peakBytes() - before;
 }
 
+long growthByTakeover(const QString &oldFile, const QString &newFile)
+{
+    SilentProgress progress;
+    resetPeak();
+    const long before = residentBytes();
+    Takeover(oldFile).writeTo(newFile, progress);
+    return peakBytes() - before;
+}
+
 long bytesFor(const QStringList &arguments)
 {
     const QString subject = arguments.value(1);
@@ -98,6 +109,8 @@ long bytesFor(const QStringList &arguments)
         return bytesOfWindow(subject == "recipe"_L1, path);
     if (subject == "export"_L1)
         return growthByExport(path, arguments.value(3));
+    if (subject == "takeover"_L1)
+        return growthByTakeover(path, arguments.value(3));
     throw std::runtime_error("there is no such subject");
 }
 

@@ -1,0 +1,280 @@
+#include "RulesFile.h"
+#include "data/Database.h"
+#include "oldfiles/RecipeTables.h"
+#include "platform/UserVisibleError.h"
+#include "support/FileBytes.h"
+#include "support/FileSizeLimit.h"
+#include "support/Rows.h"
+#include "support/TestDatabase.h"
+#include "takeover/CatalogKeys.h"
+#include "takeover/Takeover.h"
+
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString oldFile = rulesFile();
+
+// Cancels at one of the calls.
+class CancellingProgress final : public Progress
+{
+public:
+    explicit CancellingProgress(int calls)
+        : m_calls(calls)
+    {
+    }
+
+    bool update(qsizetype, qsizetype, const QString &) override { return m_calls-- > 0; }
+
+private:
+    int m_calls;
+};
+
+} // namespace
+
+class tst_Takeover : public QObject
+{
+    Q_OBJECT
+
+    const TestDatabase m_new; // its file is replaced
+    const QTemporaryDir m_folder;
+    TakeoverReport m_report;
+
+    QString inFolder(const QString &name) const { return m_folder.filePath(name); }
+
+    // Returns what the takeover of a changed file says that is lost, and all notes.
+    QString told(const QByteArray &bytes) const
+    {
+        setBytes(inFolder(u"old.rbk"_s), bytes);
+        QFile::remove(inFolder(u"new.rbk"_s));
+        SilentProgress progress;
+        const TakeoverReport report =
+            Takeover(inFolder(u"old.rbk"_s)).writeTo(inFolder(u"new.rbk"_s), progress).value();
+        return (report.losses() + report.notes).join(u'\n');
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(QFile::remove(m_new.path()));
+        const QByteArray before = bytesOf(oldFile);
+        SilentProgress progress;
+        Takeover takeover(oldFile);
+        QCOMPARE(takeover.recipeCount(), 16);
+        m_report = takeover.writeTo(m_new.path(), progress).value();
+        QVERIFY(m_report.isComplete());
+        QCOMPARE(m_report.summary(),
+                 u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 8, "
+                 "RecipeUtensils: 3"_s);
+        QVERIFY(bytesOf(oldFile) == before);
+        QVERIFY(Database::countRecipesIfSound(m_new.path()) == 16);
+    }
+
+    void readsTheTablesOfTheSchema()
+    {
+        for (std::size_t i = 0; i < tableCount; ++i) {
+            const auto &wanted = oldfiles::recipeTables()[i];
+            QVERIFY(wanted.name == schemaTables()[i].name);
+            QVERIFY(std::equal(wanted.columns.begin(), wanted.columns.end(),
+                               schemaTables()[i].fields.begin(), schemaTables()[i].fields.end(),
+                               [](const auto &a, const auto &b) { return a.name == b.name; }));
+        }
+    }
+
+    void followsTheRules_data()
+    {
+        // What is in the new file, and what is told of it.
+        addRows<QByteArray, QString, QString>({
+            {"texts",
+             "SELECT hex(Instructions) FROM Recipes WHERE RecipeID = 7",
+             QString::fromLatin1(
+                 QByteArray("one\r\ntwo\nthree\rnull\0end \xE2\x82\xAC \xF0\x9F\x8D\xB2", 32)
+                     .toHex()
+                     .toUpper()),
+             {}},
+            {"long text",
+             "SELECT Instructions = replace(hex(zeroblob(250)), '0', 'Stir well. ') FROM Recipes "
+             "WHERE RecipeID = 12",
+             u"1"_s,
+             {}},
+            {"null and empty texts",
+             "SELECT ifnull(Description, 'null'), Instructions = '' FROM Recipes WHERE RecipeID = "
+             "9",
+             u"null|1"_s,
+             {}},
+            {"single", "SELECT Serves FROM Recipes WHERE RecipeID = 7", u"0.1"_s, {}},
+            {"whole numbers at their bounds",
+             "SELECT RecipeType, Rating FROM Recipes WHERE RecipeID = 9",
+             u"-32768|32767"_s,
+             {}},
+            {"numbers that do not fit",
+             "SELECT RecipeType, Rating FROM Recipes WHERE RecipeID = 12", u"null|null"_s,
+             u"Recipes: the RecipeType of \"Numbers\" was 40000, which does not fit. It is empty "
+             "now.\nRecipes: the Rating of \"Numbers\" was 2.5, which"_s},
+            {"infinite number", "SELECT Serves FROM Recipes WHERE RecipeID IN (9, 12)",
+             u"null, null"_s,
+             u"Recipes: the Serves of \"Numbers\" was not a number, which does not fit. It is "
+             "empty now.\nRecipes: the Serves of \"Infinite\" was infinite,"_s},
+            {"money and bytes",
+             "SELECT IngredientType, ShelfLife FROM Ingredients ORDER BY IngredientID",
+             u"255|1.5, 1|3, 1|3, null|null"_s,
+             {}},
+            {"yes and no",
+             "SELECT Vegetarian FROM Ingredients ORDER BY IngredientID",
+             u"1, null, 1, 0"_s,
+             {}},
+            {"no key", "SELECT RecipeID FROM Recipes WHERE RecipeName = 'No key'", u"13"_s,
+             u"Recipes: \"No key\" had no RecipeID. It has the RecipeID 13 now."_s},
+            {"key 0", "SELECT RecipeID FROM Recipes WHERE RecipeName = 'Zero'", u"14"_s,
+             u"Recipes: \"Zero\" had the RecipeID 0. It has the RecipeID 14 now, also in"_s},
+            {"key after the counter",
+             "SELECT IngredientID FROM Ingredients WHERE IngredientName = 'Pepper'", u"51"_s,
+             u"Ingredients: \"Pepper\" had the IngredientID -3. It has the IngredientID 51 now"_s},
+            {"doubled key", "SELECT RecipeID FROM Recipes WHERE RecipeName LIKE 'Seven%'",
+             u"7, 16"_s,
+             u"Recipes: \"Seven again\" had the same RecipeID as another row, 7. It has the "
+             "RecipeID 16 now. What refers to 7 means the other row."_s},
+            {"largest key", "SELECT RecipeID FROM Recipes WHERE RecipeName = 'The last'", u"17"_s,
+             u"Recipes: \"The last\" had the RecipeID 2147483647. It has the RecipeID 17 now"_s},
+            {"keys that do not fit", "SELECT RecipeID FROM Recipes WHERE RecipeName LIKE '%a key'",
+             u"18, 19"_s,
+             u"Recipes: \"Half a key\" had the RecipeID 2.5, which does not fit. It has the "
+             "RecipeID 18 now.\nRecipes: \"Too large a key\" had the RecipeID 4000000000, which"_s},
+            {"next keys", "SELECT * FROM sqlite_sequence ORDER BY name",
+             u"Ingredients|51, Recipes|19, Utensils|3"_s,
+             u"Utensils: the last UtensilID is said to be 4294967295, which leaves none for"_s},
+            {"links, also those that lead nowhere",
+             "SELECT Quantity, RecipeID, IngredientID FROM RecipeIngredients",
+             u"of minus five|15|51, of the last|17|2, of seven|7|2, dangling|888|999, "
+             "no recipe|null|2, no ingredient|7|null, half|7|null, of zero|14|0"_s,
+             u"RecipeIngredients: the IngredientID of row 7, of the recipe \"Seven\", was 2.5, "
+             "which does not fit. It is empty now."_s},
+            {"order of the links", "SELECT UtensilID FROM RecipeUtensils", u"3, 1, 3"_s, {}},
+            {"links without a key",
+             {},
+             {},
+             u"RecipeIngredients: in one row, the RecipeID is empty.\n"
+             "RecipeIngredients: in 2 rows, the IngredientID is empty."_s},
+            {"null and empty titles",
+             "SELECT ifnull(RecipeName, 'null') FROM Recipes WHERE RecipeID IN (10, 11)",
+             u"null, "_s,
+             u"Recipes: the row with the RecipeID 10 has no name.\n"
+             "Recipes: the row with the RecipeID 11 has no name."_s},
+            {"doubled title", "SELECT count(*) FROM Recipes WHERE RecipeName = 'Twice'", u"2"_s,
+             u"Recipes: 2 rows have the name \"Twice\"."_s},
+            {"titles in other letter case",
+             {},
+             {},
+             u"Recipes: 2 rows have names that differ only in letter case, such as \"KÄSE\" and "
+             "\"käse\"."_s},
+            {"more columns",
+             {},
+             {},
+             u"Recipes: the column Source was not taken over, because Pantrywise has none"_s},
+            {"more tables",
+             {},
+             {},
+             u"The table Shopping list was not taken over, because Pantrywise has none"_s},
+        });
+    }
+    void followsTheRules()
+    {
+        const auto [query, expected, note] = fetchRow<QByteArray, QString, QString>();
+        if (!query.isEmpty())
+            QCOMPARE(m_new.stored(query), expected);
+        const QString notes = m_report.notes.join(u'\n');
+        QVERIFY2(notes.contains(note), qPrintable(notes));
+    }
+
+    void tellsOfDamage_data()
+    {
+        const QByteArray bytes = bytesOf(oldFile);
+        addRows<QByteArray, QString>({
+            {"fewer rows", withStatedRows(bytes, 0, 19), u"Recipes: 16 of 19\n"_s},
+            {"fewer links", withStatedRows(bytes, 4, 1'003), u"RecipeUtensils: 3 of 1,003\n"_s},
+            {"more rows", withStatedRows(bytes, 1, 2), u"Recipes: the RecipeType of"_s},
+            {"unclean end", withStatedRows(bytes, 1, 0),
+             u"Ingredients: the old file says that it has no rows, as it may after the program "
+             "was not ended properly. 4 were found and taken over.\n"_s},
+            {"damaged page", withDamagedPage(bytes, 2),
+             u"Utensils: 0 of 2\nPage 21, which belongs to the table Utensils, cannot be read.\n"_s},
+        });
+    }
+    void tellsOfDamage()
+    {
+        const auto [bytes, expected] = fetchRow<QByteArray, QString>();
+        const QString text = told(bytes);
+        QVERIFY2(text.startsWith(expected), qPrintable(text));
+        QVERIFY(bytesOf(inFolder(u"old.rbk"_s)) == bytes);
+    }
+
+    void leavesNothingIfCancelled()
+    {
+        Takeover takeover(oldFile);
+        const QString file = inFolder(u"cancelled.rbk"_s);
+        int calls = 0;
+        for (;; ++calls) {
+            CancellingProgress progress(calls);
+            if (takeover.writeTo(file, progress))
+                break;
+            QVERIFY(!QFileInfo::exists(file));
+        }
+        QVERIFY(calls > static_cast<int>(tableCount));
+    }
+
+    void leavesNothingOnAFullDisk()
+    {
+        Takeover takeover(oldFile);
+        SilentProgress progress;
+        const QString file = inFolder(u"full.rbk"_s);
+        for (const rlim_t size : {0, 4096, 20'000}) {
+            const FileSizeLimit limit(size);
+            const QString failure = failureOf([&] { takeover.writeTo(file, progress); });
+            QVERIFY2(failure.contains("could not be written"_L1), qPrintable(failure));
+            QVERIFY(!QFileInfo::exists(file));
+        }
+    }
+
+    void replacesNoFile()
+    {
+        Takeover takeover(oldFile);
+        SilentProgress progress;
+        setBytes(inFolder(u"mine.rbk"_s), "mine");
+        QVERIFY_EXCEPTION_THROWN(takeover.writeTo(inFolder(u"mine.rbk"_s), progress),
+                                 platform::UserVisibleError);
+        QCOMPARE(bytesOf(inFolder(u"mine.rbk"_s)), "mine");
+    }
+
+    void givesKeysThatAreFree_data()
+    {
+        constexpr qint32 last = CatalogKeys::largestKey;
+        using Keys = QList<std::optional<qint32>>;
+        // The counter, the old keys and the new ones.
+        addRows<qint32, Keys, QList<qint32>>({
+            {"kept", 0, {5, 2, last - 1}, {5, 2, last - 1}},
+            {"after the largest", 3, {5, {}, 2, {}}, {5, 6, 2, 7}},
+            {"after the counter", 9, {5, {}}, {5, 10}},
+            {"none left after the largest", 0, {2, last - 1, {}, 1, {}}, {2, last - 1, 3, 1, 4}},
+            {"none left after the counter", last - 2, {2, {}, {}}, {2, 1, 3}},
+            {"doubled", 0, {-4, 1, -4, 1, 0}, {2, 1, 3, 4, 5}},
+        });
+    }
+    void givesKeysThatAreFree()
+    {
+        const auto [counter, old, expected] =
+            fetchRow<qint32, QList<std::optional<qint32>>, QList<qint32>>();
+        CatalogKeys keys;
+        for (const auto &key : old)
+            keys.add(key);
+        keys.assign(counter);
+        QList<qint32> given;
+        for (const auto &key : old)
+            given += keys.take(key).key;
+        QCOMPARE(given, expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Takeover)
+#include "tst_takeover.moc"
