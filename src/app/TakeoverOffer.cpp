@@ -71,11 +71,12 @@ bool TakeoverOffer::hasFinishedEarlierOne()
 bool TakeoverOffer::asks(const QString &introduction)
 {
     const qint64 recipes = Takeover(m_path).recipeCount();
+    const QString path = QDir::toNativeSeparators(m_path);
     QStringList paragraphs{
-        (recipes == 1 ? tr("The file %1 is from an older version of Pantrywise. It has 1 recipe.")
-                      : tr("The file %1 is from an older version of Pantrywise. It has %2 recipes.")
-                            .arg(u"%1"_s, QLocale(QLocale::English).toString(recipes)))
-            .arg(QDir::toNativeSeparators(m_path)),
+        recipes == 1
+            ? tr("The file %1 is from an older version of Pantrywise. It has 1 recipe.").arg(path)
+            : tr("The file %1 is from an older version of Pantrywise. It has %2 recipes.")
+                  .arg(path, QLocale(QLocale::English).toString(recipes)),
         tr("Pantrywise can take over everything in it into a new file. The old file is kept as it "
            "is, under another name."),
         tr("Do you want to take over your recipes now?")};

@@ -104,7 +104,7 @@ std::error_code moveJournalsOf(const fs::path &database, const fs::path &to)
 
 bool refusesLinks(const std::error_code &failure)
 {
-    return failure == std::errc::operation_not_permitted || failure == std::errc::not_supported
+    return failure == std::errc::operation_not_permitted
         || failure == std::errc::operation_not_supported
         || failure == std::errc::function_not_supported || failure == std::errc::too_many_links;
 }
@@ -154,7 +154,8 @@ DatabaseReplacement::DatabaseReplacement(const QString &databasePath, Keeping ke
         if (settle())
             m_earlierReport = report;
     }
-    removeFiles();
+    if (!m_earlierReport)
+        removeFiles();
     m_oldState = stateOf(m_database);
 }
 
@@ -323,7 +324,7 @@ bool DatabaseReplacement::settle()
     const bool isOldInPlace = DatabaseFile(platform::displayPath(m_database)).isAccessFormat();
     if (isOldInPlace)
         undo();
-    return !isOldInPlace && !isTaken(newPath());
+    return !isOldInPlace && isTaken(m_database) && !isTaken(newPath());
 }
 
 void DatabaseReplacement::undo()

@@ -51,6 +51,13 @@ class OfferInteraction : public MockInteraction
 {
 public:
     bool isStopped = false; // by the user, at once
+    std::function<void()> whileAsking = [] {};
+
+    Button show(const MessageBox &box) override
+    {
+        whileAsking();
+        return MockInteraction::show(box);
+    }
 
     std::unique_ptr<Progress> startProgress(const QString & /*title*/) override
     {
@@ -197,6 +204,12 @@ private Q_SLOTS:
                      {u"Another Pantrywise is taking over the recipes in %1. Wait until it has finished and try again."_s
                           .arg(folder.path()),
                       title, Icon::Exclamation});
+                 offerTakeover(interaction, folder.path());
+             }},
+            {"replaced while the question is open",
+             [](OfferInteraction &interaction, const OldFolder &folder) {
+                 interaction.expect(questionBox(folder), Button::Yes);
+                 interaction.whileAsking = [&folder] { setBytes(folder.path(), "new"); };
                  offerTakeover(interaction, folder.path());
              }},
             {"interrupted before",

@@ -82,6 +82,18 @@ bool replaceAndDie(const Folder &folder, Keeping keeping, int steps)
     return waitpid(child, &status, 0) == child && status == 0;
 }
 
+// Starts again, and is killed before the user has been told anything.
+bool startAndDie(const Folder &folder)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        const DatabaseReplacement replacement(folder.path());
+        _exit(0);
+    }
+    int status = -1;
+    return waitpid(child, &status, 0) == child && status == 0;
+}
+
 // Starts again, and returns what an interrupted replacement had to tell.
 std::optional<ReplacementReport> startAgain(const Folder &folder)
 {
@@ -136,6 +148,7 @@ private Q_SLOTS:
         const Folder elsewhere;
         QVERIFY(QFile::remove(folder.path()) && QFile::link(elsewhere.path(), folder.path()));
         QVERIFY(QFile::link(u"nowhere"_s, elsewhere.path(u"data old.rbk"_s)));
+        QVERIFY(DatabaseReplacement(folder.path()).newFile().startsWith(elsewhere.path({})));
         QCOMPARE(replace(folder).keptName, u"data old 2.rbk"_s);
         QCOMPARE(elsewhere.files(), u"data old 2.rbk=old, data old.rbk=, data.rbk=new"_s);
         QVERIFY(QFileInfo(folder.path()).isSymLink());
@@ -177,6 +190,7 @@ private Q_SLOTS:
         QVERIFY(folder.files().contains(u"=old"_s));
         QVERIFY(DatabaseReplacement::isInProgress(folder.path()));
 
+        QVERIFY(startAndDie(folder));
         const std::optional<ReplacementReport> report = startAgain(folder);
         QCOMPARE(folder.files(),
                  isFinished ? u"data old.rbk=old, data old.rbk-journal=foreign, data.rbk=new"_s
@@ -200,6 +214,12 @@ private Q_SLOTS:
             {"new file removed", 5,
              [](const Folder &folder) { QVERIFY(QFile::remove(folder.path())); },
              u"data.rbk=old, data.rbk-journal=foreign"_s},
+            {"both files removed", 5,
+             [](const Folder &folder) {
+                 QVERIFY(QFile::remove(folder.path())
+                         && QFile::remove(folder.path(u"data old.rbk"_s)));
+             },
+             u"data old.rbk-journal=foreign"_s},
             {"own file in the place of the old one", 3,
              [](const Folder &folder) { setBytes(folder.path(), "own"); },
              u"data old.rbk-journal=foreign, data.rbk=own"_s},
@@ -213,7 +233,7 @@ private Q_SLOTS:
         setBytes(folder.path(u"data.rbk-journal"_s), "foreign");
         QVERIFY(replaceAndDie(folder, Keeping::ByRenaming, steps));
         act(folder);
-        startAgain(folder);
+        QVERIFY(!startAgain(folder));
         QCOMPARE(folder.files(), expected);
     }
 
@@ -249,6 +269,12 @@ private Q_SLOTS:
             {"a file of the user in the way",
              [](const Folder &folder) { setBytes(folder.path(u"data.rbk.takeover"_s), "own"); },
              nothing, RLIM_INFINITY, u"data.rbk.takeover could not be created: File exists."_s},
+            {"the last step fails", nothing,
+             [](const Folder &folder) {
+                 const QString newFile = folder.path(u"data.rbk.takeover/new.rbk"_s);
+                 QVERIFY(QFile::remove(newFile) && QDir().mkdir(newFile));
+             },
+             RLIM_INFINITY, u": Not a directory. Nothing was changed."_s},
             {"another program", nothing,
              [](const Folder &folder) {
                  setBytes(folder.path(), oldBytes.chopped(1) + 's');
