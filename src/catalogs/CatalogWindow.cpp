@@ -257,7 +257,7 @@ void CatalogWindow::onFindEntered()
 {
     const ListBox &list = *m_catalog.list;
     const int selected = list.selectedRow();
-    onFindMoved(list.isShown(selected) ? selected : list.nearestShownRow(0));
+    onFindMoved(list.isShown(selected) ? selected : m_finder->bestRow());
     m_finder->setFocus();
 }
 

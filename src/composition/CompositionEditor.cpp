@@ -89,9 +89,8 @@ void CompositionEditor::focusCatalog()
 // So that Enter adds what is found.
 void CompositionEditor::selectFound()
 {
-    ListBox &list = *m_composition.catalogList;
-    if (list.isNarrowed() && !list.isShown(list.selectedRow()))
-        list.selectRow(list.nearestShownRow(0));
+    if (m_composition.catalogList->isNarrowed())
+        m_composition.catalogList->selectRow(m_finder->bestRow());
 }
 
 // The recipe window gives no keys. Its lines are in the order of the recipe's link rows, which have

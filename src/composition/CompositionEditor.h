@@ -54,7 +54,7 @@ protected:
     const ComposedRecipe &takeRecipe();
 
     // Requeries both sources and lists the catalog's names. If the find bar narrows the list, the
-    // first row shown is selected, otherwise none. If the names cannot be read, the list says so
+    // best row found is selected, otherwise none. If the names cannot be read, the list says so
     // and Add is disabled. Throws DatabaseError.
     void readCatalog();
 

@@ -51,6 +51,7 @@ void ListBox::narrow(const SearchQuery &query)
     const int selected = selectedRow();
     clearSelection();
     m_model.narrow(query);
+    qobject_cast<TextRowDelegate *>(itemDelegate())->setQuery(query);
     selectRow(selected);
     describe();
     viewport()->update();
@@ -58,7 +59,8 @@ void ListBox::narrow(const SearchQuery &query)
 
 QString ListBox::textWhenEmpty() const
 {
-    return count() == 0 ? m_textWhenEmpty : tr("Nothing found. Press Esc to see all names.");
+    return count() == 0 ? m_textWhenEmpty
+                        : tr("No name is found.\nTo see all names again, press Esc.");
 }
 
 // For screen readers, to which the placeholder text is only painted.
@@ -85,6 +87,11 @@ void ListBox::remove(int row)
     describe();
 }
 
+QString ListBox::textAt(int row) const
+{
+    return row >= 0 && row < count() ? m_model.rows()[row].text : QString();
+}
+
 qint64 ListBox::keyAt(int row) const
 {
     return row >= 0 && row < count() ? m_model.rows()[row].key : 0;
@@ -103,12 +110,6 @@ int ListBox::selectedRow() const
 {
     const QModelIndexList selected = selectionModel()->selectedIndexes();
     return selected.isEmpty() ? m_hiddenRow : m_model.rowAt(selected.first());
-}
-
-QString ListBox::selectedText() const
-{
-    const int row = selectedRow();
-    return row >= 0 ? m_model.rows()[row].text : QString();
 }
 
 void ListBox::selectRow(int row)

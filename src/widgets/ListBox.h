@@ -23,17 +23,19 @@ public:
     void showUnavailable(const QString &text);
 
     int count() const { return static_cast<int>(m_model.rows().size()); }
+    QString textAt(int row) const; // empty if there is no such row
     qint64 keyAt(int row) const; // 0 if there is no such row
     void setKeyAt(int row, qint64 key) { m_model.setKey(row, key); }
     int rowOf(qint64 key) const; // from 0, or -1 if no row has the key
 
     int selectedRow() const; // from 0, or -1 if none is selected
-    QString selectedText() const; // empty if none is selected
+    QString selectedText() const { return textAt(selectedRow()); }
     qint64 selectedKey() const { return keyAt(selectedRow()); }
     void selectRow(int row); // and scrolls to it; does nothing if there is no such row
     void clickRow(int row); // the same, and rowSelected() comes even if it was selected already
 
-    // Shows only the rows that match; an empty query shows all. Without a match, the list says so.
+    // Shows only the rows that match, and marks what is found; an empty query shows all. Without a
+    // match, the list says so.
     void narrow(const SearchQuery &query);
     bool isNarrowed() const { return m_model.isNarrowed(); }
     int shownCount() const { return m_model.rowCount(); }

@@ -1,9 +1,12 @@
 #include "widgets/ListBoxFinder.h"
 
+#include "search/Folding.h"
 #include "widgets/FindBar.h"
 #include "widgets/ListBox.h"
 
 #include <QKeyEvent>
+
+#include <string>
 
 ListBoxFinder::ListBoxFinder(FindBar &bar, ListBox &list)
     : QObject(&bar)
@@ -15,6 +18,23 @@ ListBoxFinder::ListBoxFinder(FindBar &bar, ListBox &list)
     m_list.installEventFilter(this);
     connect(&m_bar, &FindBar::textChanged, this, &ListBoxFinder::narrow);
     connect(m_list.model(), &QAbstractItemModel::modelReset, this, &ListBoxFinder::showCount);
+}
+
+int ListBoxFinder::bestRow() const
+{
+    const std::string typed = folded(m_bar.text().trimmed());
+    int best = m_list.nearestShownRow(0);
+    bool isBeginning = false; // of the best row's text
+    for (int row = best; row >= 0 && row < m_list.count(); ++row) {
+        const std::string text = m_list.isShown(row) ? folded(m_list.textAt(row)) : std::string();
+        if (text == typed)
+            return row;
+        if (!isBeginning && text.starts_with(typed)) {
+            best = row;
+            isBeginning = true;
+        }
+    }
+    return best;
 }
 
 void ListBoxFinder::setFocus()

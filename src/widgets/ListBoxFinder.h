@@ -17,6 +17,10 @@ public:
     // Both must live as long as the finder, whose parent is the bar.
     ListBoxFinder(FindBar &bar, ListBox &list);
 
+    // Returns the row shown whose text is what is typed, else the first one that begins with it,
+    // else the first one; -1 if no row is shown.
+    int bestRow() const;
+
     void setFocus(); // to the open bar, in which the text is selected, or else to the list
     // Empties the bar if the selected row is filtered out.
     void revealSelected();
