@@ -201,7 +201,7 @@ void addValues()
 
     QStringList longRows;
     constexpr std::array<std::pair<int, int>, 6> sizes{
-        {{255, 255}, {0, 219}, {0, 220}, {600, 700}, {219, 0}, {220, 0}}};
+        {{255, 255}, {0, 207}, {0, 213}, {600, 700}, {212, 0}, {213, 0}}};
     for (const auto &[name, author] : sizes)
         longRows += u"%1 \"%2\" \"b\" \"%3\" 1 \"d\" 5 2"_s.arg(longRows.size() + 1)
                         .arg(QString(name, u'a'), QString(author, u'c'));

@@ -275,8 +275,8 @@ def added_column(all_tables):
 def long_rows(all_tables):
     """Places of more than 255, with jumps, and with a last jump that means nothing."""
     recipes = all_tables[RECIPES]
-    rows = [("a" * 255, "c" * 255), ("", "c" * 219), ("", "c" * 220), ("a" * 600, "c" * 700),
-            ("a" * 219, ""), ("a" * 220, "")]
+    rows = [("a" * 255, "c" * 255), ("", "c" * 207), ("", "c" * 213), ("a" * 600, "c" * 700),
+            ("a" * 212, ""), ("a" * 213, "")]
     recipes.rows = [[key, name, "b", author, 1, "d", 5, 2] for key, (name, author)
                     in enumerate(rows, 1)]
 
