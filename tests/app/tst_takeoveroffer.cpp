@@ -1,10 +1,12 @@
 #include "app/TakeoverOffer.h"
 #include "data/Database.h"
+#include "platform/UserVisibleError.h"
 #include "support/FileBytes.h"
 #include "support/FileSizeLimit.h"
 #include "support/MockInteraction.h"
 #include "support/Rows.h"
 #include "takeover/DatabaseReplacement.h"
+#include "takeover/Takeover.h"
 
 #include <QTemporaryDir>
 
@@ -95,16 +97,19 @@ MessageBox damageBox(const OldFolder &folder)
         Button::No};
 }
 
-MessageBox finalBox(const QString &counts, const QString &damage = {})
+// Tells what a takeover of the file reports, after the lines about damage.
+MessageBox finalBox(const OldFolder &folder, const QStringList &damage)
 {
-    return {
-        .text =
-            u"Your recipes have been taken over.\n\n%1, Utensils: 20, RecipeIngredients: 117, RecipeUtensils: 34\n\nThe old file is kept beside the new one. Its name is now \"data old.rbk\".\n\nPlease look at these points:"_s
-                .arg(counts),
-        .title = title,
-        .icon = Icon::Information,
-        .details = damage
-            + u"• Ingredients: the column PricePerKilo was not taken over, because Pantrywise has none for it.\n• Recipes: the column Source was not taken over, because Pantrywise has none for it.\n• The table ShoppingList was not taken over, because Pantrywise has none for it."_s};
+    const QTemporaryDir elsewhere;
+    SilentProgress progress;
+    const TakeoverReport report =
+        Takeover(folder.path()).writeTo(elsewhere.filePath(u"new.rbk"_s), progress).value();
+    const QString text = u"Your recipes have been taken over.\n\n"_s + report.summary()
+        + u"\n\nThe old file is kept beside the new one. Its name is now \"data old.rbk\".\n\nPlease look at these points:"_s;
+    return {.text = text,
+            .title = title,
+            .icon = Icon::Information,
+            .details = u"\u2022 "_s + (damage + report.notes).join(u"\n\u2022 "_s)};
 }
 
 // Replaces the file up to this step in a process that is killed then.
@@ -152,10 +157,10 @@ private Q_SLOTS:
             interaction.expect(damageBox(folder), isYes ? Button::Yes : Button::No);
         if (isYes && isDamaged)
             interaction.expect(finalBox(
-                u"Recipes: 13, Ingredients: 53"_s,
-                u"• Recipes: 13 of 14 can be read.\n• Ingredients: 53 of 100 can be read.\n• Page 61, which belongs to the table Ingredients, cannot be read.\n• Row 13 on page 20, which belongs to the table Recipes, cannot be read.\n"_s));
+                folder,
+                {u"Recipes: 13 of 14 can be read."_s, u"Ingredients: 53 of 100 can be read."_s}));
         else if (isYes)
-            interaction.expect(finalBox(u"Recipes: 14, Ingredients: 100"_s));
+            interaction.expect(finalBox(folder, {}));
         offerTakeover(interaction, folder.path());
 
         QCOMPARE(folder.names(), isYes ? u"data old.rbk data.rbk"_s : u"data.rbk"_s);
@@ -181,10 +186,13 @@ private Q_SLOTS:
             {"cannot be taken over",
              [](OfferInteraction &interaction, const OldFolder &folder) {
                  folder.overwritePage(13);
-                 interaction.expect(
-                     {u"%1 cannot be taken over. The table Recipes cannot be found. Page 13, which belongs to the table MSysObjects, cannot be read."_s
-                          .arg(folder.path()),
-                      title, Icon::Exclamation});
+                 QString failure;
+                 try {
+                     Takeover(folder.path());
+                 } catch (const platform::UserVisibleError &error) {
+                     failure = error.text();
+                 }
+                 interaction.expect({failure, title, Icon::Exclamation});
                  offerTakeover(interaction, folder.path());
              }},
             {"full disk",
