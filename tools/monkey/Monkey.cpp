@@ -198,7 +198,8 @@ Monkey::Step Monkey::pressKey()
         Qt::Key_Return,       Qt::Key_Return,       Qt::Key_Escape,
         Qt::Key_Space,        Qt::Key_Delete,       Qt::Key_Backspace,
         Qt::Key_Home,         Qt::Key_End,          Qt::CTRL | Qt::Key_Tab,
-        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down};
+        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down,
+        Qt::CTRL | Qt::Key_F, Qt::CTRL | Qt::Key_F};
     const QKeyCombination key = m_random.oneOf(keys);
     return {QKeySequence(key).toString(),
             [this, key] { send(key.key(), key.keyboardModifiers()); }};
