@@ -141,7 +141,7 @@ void frmChangeIngredients::cmdRemove_Click()
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 
-// The focus is on the catalog again when the catalog is closed.
+// The focus is on the list or its find bar again when the catalog is closed.
 void frmChangeIngredients::cmdAddIngredient_Click()
 {
     focusCatalog();

@@ -108,7 +108,7 @@ Monkey::Step Monkey::chooseStep()
         {6, &Monkey::pressMenuKey},        {8, &Monkey::burst},
         {4, &Monkey::clickAnywhere},       {8, &Monkey::doubleClickRecipe},
         {3, &Monkey::pressByScreenReader}, {2, &Monkey::turnWheel},
-        {6, &Monkey::writeByOther},
+        {6, &Monkey::writeByOther},        {6, &Monkey::find},
     };
     int sum = 0;
     for (const auto &[weight, step] : steps)
@@ -198,10 +198,23 @@ Monkey::Step Monkey::pressKey()
         Qt::Key_Return,       Qt::Key_Return,       Qt::Key_Escape,
         Qt::Key_Space,        Qt::Key_Delete,       Qt::Key_Backspace,
         Qt::Key_Home,         Qt::Key_End,          Qt::CTRL | Qt::Key_Tab,
-        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down};
+        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down,
+        Qt::CTRL | Qt::Key_F};
     const QKeyCombination key = m_random.oneOf(keys);
     return {QKeySequence(key).toString(),
             [this, key] { send(key.key(), key.keyboardModifiers()); }};
+}
+
+Monkey::Step Monkey::find()
+{
+    static constexpr int keys[] = {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up, Qt::Key_Escape};
+    const int key = m_random.oneOf(keys);
+    const QString text = m_random.oneIn(3) ? QString() : m_random.name().first(1);
+    return {u"find \"%1\", %2"_s.arg(text, QKeySequence(key).toString()), [this, text, key] {
+                send(Qt::Key_F, Qt::ControlModifier);
+                sendText(text);
+                send(key);
+            }};
 }
 
 Monkey::Step Monkey::pressAccessKey()

@@ -39,6 +39,7 @@ private:
     Step pressMenuKey();
     Step typeText();
     Step pressKey();
+    Step find();
     Step pressAccessKey();
     Step clickButton();
     Step clickAnywhere();
