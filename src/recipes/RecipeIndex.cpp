@@ -6,6 +6,7 @@
 #include "search/SearchQuery.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
