@@ -189,7 +189,7 @@ void frmRecipes::showState()
                   "To bring in recipe files, choose File, Import.\n"
                   "When there are many, Ctrl+F finds them.");
     } else if (m_recipes.rowCount() == 0) {
-        text = tr("No recipe is found.\nTo see all recipes again, press Esc or Clear.");
+        text = tr("Nothing found.\nTo see all recipes again, press Esc or Clear.");
         button = tr("Clear");
     }
     m_ui->lvwRecipes->setPlaceholderText(text);

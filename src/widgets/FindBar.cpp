@@ -18,7 +18,6 @@ FindBar::FindBar(QWidget *parent)
     // LineEdit::setMaxInputLength() would make the field as wide as its longest text.
     m_ui->txtFind->setMaxLength(longest);
     m_ui->txtFind->installEventFilter(this);
-    m_ui->cmdCloseFind->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
     setFocusProxy(m_ui->txtFind);
     hide();
     new QShortcut(QKeySequence::Find, parent, this, &FindBar::open, Qt::WidgetWithChildrenShortcut);
