@@ -188,7 +188,7 @@ void addValues()
             u"5 \"Leek\" 2 14 yes; 6 \"Ham\" 4 1 no; 7 \"Egg\" 4 1 null"_s);
     addCase({"decimals.jet4", "decimals.ace"}, Ingredients,
             u"4611686018427387904 \"Leek\" 12 14.5 yes; -6 \"Ham\" -3 -0.007 no; "
-            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no"_s);
+            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no; 9 \"Salt\" 0 0 no"_s);
     addCase({"fixed-text.jet3", "fixed-text.jet4"}, Utensils, u"2 \"Pot \"; 3 null"_s);
     addCase({"added-column.jet3", "added-column.jet4"}, Recipes,
             u"3 \"Soup\" \"old\" null null null null null; "_s + bread);

@@ -95,7 +95,8 @@ def decimals(all_tables):
     ingredients.columns[2] = Column("IngredientType", DECIMAL)
     ingredients.columns[3] = Column("ShelfLife", DECIMAL, scale=3)
     ingredients.rows = [[2**62, "Leek", 12, 14500, True], [-6, "Ham", -3, -7, False],
-                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False]]
+                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False],
+                        [9, "Salt", b"\x80" + bytes(16), b"\x80" + bytes(16), False]]
 
 
 @case("jet3", "jet4")
