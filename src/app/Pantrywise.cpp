@@ -1,5 +1,6 @@
 #include "app/Pantrywise.h"
 
+#include "app/TakeoverOffer.h"
 #include "app/frmMain.h"
 #include "data/DatabasePath.h"
 #include "data/settings/FileTypeRegistration.h"
@@ -12,6 +13,7 @@ int startUp(Interaction &interaction, const std::filesystem::path &importPath)
 {
     DatabasePath = platform::joinPath(platform::programDirectory(), QStringLiteral("data.rbk"));
     registerFileType();
+    offerTakeover(interaction, DatabasePath);
 
     frmMain mainWindow(interaction);
     if (const std::optional<int> status = mainWindow.MDIForm_Load(importPath))

@@ -9,6 +9,7 @@
 #include "interaction/Interaction.h"
 #include "widgets/LineEdit.h"
 #include "widgets/ListBox.h"
+#include "widgets/ListBoxFinder.h"
 #include "widgets/StandardWidgets.h"
 #include "widgets/WarningFrame.h"
 
@@ -36,6 +37,7 @@ void CatalogWindow::setCatalog(const Catalog &catalog)
 {
     m_catalog = catalog;
     m_catalog.others += {m_catalog.name, m_catalog.previous, m_catalog.next, m_catalog.newRow};
+    m_finder = new ListBoxFinder(*m_catalog.findBar, *m_catalog.list);
     m_nameWarning = new WarningFrame(*m_catalog.name);
     QSizePolicy policy = m_catalog.newMark->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -50,6 +52,8 @@ void CatalogWindow::setCatalog(const Catalog &catalog)
     connect(m_catalog.next, &QPushButton::clicked, this, &Window::cmdNext_Click);
     connect(m_catalog.newRow, &QPushButton::clicked, this, &Window::cmdNew_Click);
     connect(m_catalog.save, &QPushButton::clicked, this, &Window::cmdSave_Click);
+    connect(m_finder, &ListBoxFinder::entered, this, &Window::onFindEntered);
+    connect(m_finder, &ListBoxFinder::moved, this, &Window::onFindMoved);
 }
 
 RecordCursor &CatalogWindow::rows() const
@@ -67,7 +71,7 @@ void CatalogWindow::openDataSources()
 void CatalogWindow::Form_Activate()
 {
     fillList();
-    m_catalog.list->selectRow(0);
+    selectNear(0);
     if (m_catalog.list->count() == 0)
         m_catalog.name->setFocus();
 }
@@ -91,6 +95,13 @@ void CatalogWindow::fillList()
     enableControls();
     if (m_catalog.list->count() == 0 && m_currentId != 0)
         showNew();
+}
+
+void CatalogWindow::selectNear(int row)
+{
+    ListBox &list = *m_catalog.list;
+    const int shown = list.nearestShownRow(row);
+    list.selectRow(shown >= 0 ? shown : std::min(row, list.count() - 1));
 }
 
 // A disabled control would pass the focus on to Done, which the next Enter would press.
@@ -233,8 +244,32 @@ void CatalogWindow::step(int by)
     if (m_catalog.list->count() > 0) {
         offerToSave();
         m_catalog.list->selectRow(m_catalog.list->selectedRow() + by);
+        m_finder->revealSelected();
     }
     m_catalog.name->setFocus();
+}
+
+// Finding
+
+// The selection does not follow what is typed into the find bar, since the fields may have been
+// edited. Enter shows what is found.
+void CatalogWindow::onFindEntered()
+{
+    const ListBox &list = *m_catalog.list;
+    const int selected = list.selectedRow();
+    onFindMoved(list.isShown(selected) ? selected : m_finder->bestRow());
+    m_finder->setFocus();
+}
+
+// Saving may list other rows.
+void CatalogWindow::onFindMoved(int row)
+{
+    ListBox &list = *m_catalog.list;
+    const qint64 key = list.keyAt(row);
+    if (key == 0 || (key == m_currentId && row == list.selectedRow()))
+        return;
+    offerToSave();
+    list.clickRow(list.rowOf(key));
 }
 
 // Storing
@@ -242,7 +277,8 @@ void CatalogWindow::step(int by)
 void CatalogWindow::cmdSave_Click()
 {
     save();
-    m_catalog.list->setFocus();
+    m_finder->revealSelected();
+    m_finder->setFocus();
 }
 
 QString CatalogWindow::reasonNameIsInvalid() const

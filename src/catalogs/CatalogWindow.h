@@ -7,8 +7,9 @@
 #include <functional>
 #include <optional>
 
+class FindBar;
 class LineEdit;
-class ListBox;
+class ListBoxFinder;
 class QLabel;
 class QPushButton;
 class WarningFrame;
@@ -31,6 +32,7 @@ protected:
         QLatin1StringView keyField;
         QLatin1StringView nameField;
         ListBox *list = nullptr;
+        FindBar *findBar = nullptr; // narrows the list
         LineEdit *name = nullptr;
         QLabel *newMark = nullptr; // shown beside a new row
         QPushButton *previous = nullptr;
@@ -76,6 +78,8 @@ protected:
 
     // Reads the table again and lists it without selecting a row. If it is empty, shows a new row.
     void fillList();
+    // Selects the nearest row that the find bar leaves in the list, or this one if it leaves none.
+    void selectNear(int row);
     void goTo(qint64 key); // moves the cursor; throws RowNotFound
     // Runs an action that reads and shows a row. If it throws, the window shows the table as it is
     // now, or says that it could not be read.
@@ -95,6 +99,8 @@ private:
     void cmdNext_Click();
     void cmdNew_Click();
     void cmdSave_Click();
+    void onFindEntered();
+    void onFindMoved(int row);
 
     RecordCursor &rows() const;
     void showUnread();
@@ -108,6 +114,7 @@ private:
 
     DataSources m_sources;
     Catalog m_catalog;
+    ListBoxFinder *m_finder = nullptr;
     WarningFrame *m_nameWarning = nullptr;
     Fields m_shown;
     qint64 m_currentId = 0;

@@ -35,6 +35,7 @@ frmIngredient::frmIngredient(Frame &frame)
                 .keyField = keyField,
                 .nameField = nameField,
                 .list = m_ui->lstIngredients,
+                .findBar = m_ui->findBar,
                 .name = m_ui->txtIngredient,
                 .newMark = m_ui->lblNew,
                 .previous = m_ui->cmdPrevious,
@@ -205,12 +206,11 @@ void frmIngredient::cmdDelete_Click()
 
 void frmIngredient::deleteIngredient()
 {
-    ListBox &list = *m_ui->lstIngredients;
-    const int row = list.rowOf(currentId());
+    const int row = m_ui->lstIngredients->rowOf(currentId());
     withRow([this] {
         goTo(currentId());
         datIngredients.Recordset().Delete();
     });
     fillList();
-    list.selectRow(std::min(row, list.count() - 1));
+    selectNear(row);
 }

@@ -18,6 +18,7 @@ frmUtensil::frmUtensil(Frame &frame)
                 .keyField = "UtensilID"_L1,
                 .nameField = nameField,
                 .list = m_ui->lstUtensils,
+                .findBar = m_ui->findBar,
                 .name = m_ui->txtUtensilName,
                 .newMark = m_ui->lblNew,
                 .previous = m_ui->cmdPrevious,

@@ -10,6 +10,7 @@
 #include "interaction/ControlCharacters.h"
 #include "interaction/Interaction.h"
 #include "platform/UserVisibleError.h"
+#include "widgets/ListBoxFinder.h"
 #include "widgets/StandardWidgets.h"
 
 #include <QPushButton>
@@ -22,6 +23,7 @@ using namespace Qt::Literals::StringLiterals;
 void CompositionEditor::setComposition(const Composition &composition)
 {
     m_composition = composition;
+    m_finder = new ListBoxFinder(*m_composition.findBar, *m_composition.catalogList);
     setCancelButton(m_composition.cancel);
     setCloseButton(m_composition.done);
     auto *deleteKey = new QShortcut(QKeySequence::Delete, m_composition.lineList);
@@ -33,6 +35,9 @@ void CompositionEditor::setComposition(const Composition &composition)
     connect(deleteKey, &QShortcut::activated, this, &Window::cmdRemove_Click);
     connect(m_composition.cancel, &QPushButton::clicked, this, &Window::cmdCancel_Click);
     connect(m_composition.done, &QPushButton::clicked, this, &Window::cmdDone_Click);
+    connect(m_finder, &ListBoxFinder::narrowed, this, &Window::selectFound);
+    connect(m_finder, &ListBoxFinder::entered, this, &Window::onFindEntered);
+    connect(m_finder, &ListBoxFinder::moved, this, &Window::onFindMoved);
 }
 
 void CompositionEditor::openDataSources()
@@ -72,7 +77,20 @@ void CompositionEditor::readCatalog()
         throw;
     }
     m_composition.add->setEnabled(true);
+    selectFound();
     findKeys();
+}
+
+void CompositionEditor::focusCatalog()
+{
+    m_finder->setFocus();
+}
+
+// So that Enter adds what is found.
+void CompositionEditor::selectFound()
+{
+    if (m_composition.catalogList->isNarrowed())
+        m_composition.catalogList->selectRow(m_finder->bestRow());
 }
 
 // The recipe window gives no keys. Its lines are in the order of the recipe's link rows, which have
@@ -121,7 +139,18 @@ bool CompositionEditor::isListed(const ListBox::Row &entry) const
 void CompositionEditor::cmdAdd_Click()
 {
     addSelected();
-    m_composition.catalogList->setFocus();
+    focusCatalog();
+}
+
+void CompositionEditor::onFindEntered()
+{
+    if (m_composition.catalogList->shownCount() > 0 && !frame().input().isAutoRepeat())
+        cmdAdd_Click();
+}
+
+void CompositionEditor::onFindMoved(int row)
+{
+    m_composition.catalogList->selectRow(row);
 }
 
 void CompositionEditor::cmdCancel_Click()

@@ -5,6 +5,8 @@
 #include "widgets/ListBox.h"
 
 class ComposedRecipe;
+class FindBar;
+class ListBoxFinder;
 class QPushButton;
 
 // The base of both composition editors. When an editor is loaded, it copies the lines and the key
@@ -22,6 +24,7 @@ protected:
         QLatin1StringView keyField; // of the catalog, and of the link rows that refer to it
         QLatin1StringView nameField;
         ListBox *catalogList = nullptr;
+        FindBar *findBar = nullptr; // narrows the catalog
         DataSource *lines = nullptr; // the table of link rows in which the lines are stored
         ListBox *lineList = nullptr;
         QPushButton *add = nullptr;
@@ -50,9 +53,12 @@ protected:
     // that window is not loaded.
     const ComposedRecipe &takeRecipe();
 
-    // Requeries both sources and lists the catalog's names. If these cannot be read, the list says
-    // so and Add is disabled. Throws DatabaseError.
+    // Requeries both sources and lists the catalog's names. If the find bar narrows the list, the
+    // best row found is selected, otherwise none. If the names cannot be read, the list says so
+    // and Add is disabled. Throws DatabaseError.
     void readCatalog();
+
+    void focusCatalog(); // gives the focus to the find bar if it is open, else to the catalog
 
     // Whether a line has this name or is the same entry of the catalog under an earlier name.
     bool isListed(const ListBox::Row &entry) const;
@@ -61,6 +67,9 @@ private:
     void cmdAdd_Click();
     void cmdCancel_Click();
     void cmdDone_Click();
+    void onFindEntered();
+    void onFindMoved(int row);
+    void selectFound();
 
     void findKeys();
     qint64 keyInCatalog(qint64 key, const QString &name);
@@ -70,6 +79,7 @@ private:
     DataSources m_sources;
     DataSource m_recipes{m_sources}; // a new recipe may get the key of a deleted one
     Composition m_composition;
+    ListBoxFinder *m_finder = nullptr;
     qint64 m_recipeId = 0;
     // Of the file in which the lines have their keys, see Database::fileNumber(); 0 before that.
     int m_fileNumber = 0;

@@ -56,6 +56,7 @@ frmChangeIngredients::frmChangeIngredients(Frame &frame)
          .keyField = "IngredientID"_L1,
          .nameField = "IngredientName"_L1,
          .catalogList = m_ui->lstIngredients,
+         .findBar = m_ui->findBar,
          .lines = &datRecipeIngredients,
          .lineList = m_ui->lstRecipeIngredients,
          .add = m_ui->cmdAdd,
@@ -95,7 +96,8 @@ void frmChangeIngredients::Form_Load()
 void frmChangeIngredients::Form_Activate()
 {
     readCatalog();
-    m_ui->lstIngredients->selectRow(0);
+    if (m_ui->lstIngredients->selectedRow() < 0)
+        m_ui->lstIngredients->selectRow(0);
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 
@@ -103,7 +105,7 @@ void frmChangeIngredients::Form_Activate()
 
 void frmChangeIngredients::addSelected()
 {
-    if (m_ui->lstIngredients->selectedRow() < 0) {
+    if (!m_ui->lstIngredients->isShown(m_ui->lstIngredients->selectedRow())) {
         interaction().showError(
             tr("No item selected"),
             tr("No item was selected in the ingredients box.  Try selecting the item you want to "
@@ -135,14 +137,14 @@ void frmChangeIngredients::cmdRemove_Click()
         m_lines.removeAt(row);
         m_ui->lstRecipeIngredients->remove(row);
     }
-    m_ui->lstIngredients->setFocus();
+    focusCatalog();
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 
-// The focus is on the list again when the catalog is closed.
+// The focus is on the list or its find bar again when the catalog is closed.
 void frmChangeIngredients::cmdAddIngredient_Click()
 {
-    m_ui->lstIngredients->setFocus();
+    focusCatalog();
     frame().show(frame().load<frmIngredient>());
 }
 

@@ -20,6 +20,7 @@ frmChangeUtensils::frmChangeUtensils(Frame &frame)
          .keyField = "UtensilID"_L1,
          .nameField = "UtensilName"_L1,
          .catalogList = m_ui->lstUtensils,
+         .findBar = m_ui->findBar,
          .lines = &datRecipeUtensils,
          .lineList = m_ui->lstRecipeUtensils,
          .add = m_ui->cmdAdd,
@@ -54,14 +55,14 @@ void frmChangeUtensils::Form_Activate()
 {
     readCatalog();
     if (frame().activeChild() == this)
-        m_ui->lstUtensils->setFocus();
+        focusCatalog();
 }
 
 // Composing
 
 void frmChangeUtensils::addSelected()
 {
-    if (m_ui->lstUtensils->selectedRow() < 0) {
+    if (!m_ui->lstUtensils->isShown(m_ui->lstUtensils->selectedRow())) {
         interaction().showError(
             tr("No item selected"),
             tr("No item was selected in the utensils box.  Try selecting the item you want to add "

@@ -1,6 +1,7 @@
 #include "export/TitleLetters.h"
 
 #include "data/TextComparison.h"
+#include "search/Folding.h"
 
 #include <QList>
 
@@ -10,35 +11,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// The replacement of a lower-case letter that normalization does not decompose into an ASCII letter
-// and accents.
-QLatin1StringView asciiLetters(QChar letter)
-{
-    switch (letter.unicode()) {
-    case u'ß':
-        return "ss"_L1;
-    case u'æ':
-        return "ae"_L1;
-    case u'œ':
-        return "oe"_L1;
-    case u'ø':
-        return "o"_L1;
-    case u'ð':
-    case u'đ':
-        return "d"_L1;
-    case u'ħ':
-        return "h"_L1;
-    case u'þ':
-        return "th"_L1;
-    case u'ł':
-        return "l"_L1;
-    case u'ı':
-        return "i"_L1;
-    default:
-        return {};
-    }
-}
 
 bool isAscii(QStringView text)
 {

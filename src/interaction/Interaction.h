@@ -21,6 +21,7 @@ struct MessageBox {
     Button defaultButton = Button::Ok;
     QString checkBox = {}; // the caption of a check box below the text; none if empty
     bool *isChecked = nullptr; // set to the state of the check box; not null if there is one
+    QString details = {}; // lines below the text that scroll and can be copied; none if empty
 };
 
 enum class Lines { One, Several };

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
+#include <string>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -17,6 +19,14 @@ bool saysYes(const QString &answer)
 {
     return answer.compare(u"y", Qt::CaseInsensitive) == 0
         || answer.compare(u"yes", Qt::CaseInsensitive) == 0;
+}
+
+// QTextStream would also take what was typed ahead for the next question, and lose it.
+QString lineFromTerminal()
+{
+    std::string line;
+    std::getline(std::cin, line);
+    return QString::fromStdString(line);
 }
 
 // A text may come from a recipe file, whose control characters must not control the terminal.
@@ -34,6 +44,8 @@ Button TerminalInteraction::show(const MessageBox &box)
 {
     QTextStream err(stderr);
     err << printable(box.title + u": "_s + box.text) << Qt::endl;
+    if (!box.details.isEmpty())
+        err << printable(box.details) << Qt::endl;
     if (std::find(box.buttons.begin(), box.buttons.end(), Button::Yes) == box.buttons.end())
         return box.defaultButton;
 
@@ -41,8 +53,7 @@ Button TerminalInteraction::show(const MessageBox &box)
     Button answer = Button::No;
     if (terminal) {
         err << "[y/N] " << Qt::flush;
-        QTextStream in(stdin);
-        if (saysYes(in.readLine().trimmed()))
+        if (saysYes(lineFromTerminal().trimmed()))
             answer = Button::Yes;
     }
     err << (answer == Button::Yes ? "Yes" : "No") << Qt::endl;

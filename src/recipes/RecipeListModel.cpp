@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -65,7 +66,7 @@ void RecipeListModel::clear()
     endResetModel();
 }
 
-void RecipeListModel::show(const RowSet &rows)
+void RecipeListModel::show(const RowSet &rows, const Keys &keys)
 {
     if (rows.generation() != m_generation) {
         m_rowSetColumns = {rows.columnNumber("RecipeName"_L1), rows.columnNumber("Description"_L1),
@@ -74,9 +75,34 @@ void RecipeListModel::show(const RowSet &rows)
         m_order = sortedRows(rows, m_sortColumn);
         m_generation = rows.generation();
     }
+    std::optional<std::vector<bool>> isFound;
+    if (keys)
+        isFound = rowsWith(*keys, rows);
     beginResetModel();
     m_rows = &rows;
+    m_isFound = std::move(isFound);
+    narrow();
     endResetModel();
+}
+
+std::vector<bool> RecipeListModel::rowsWith(const std::vector<qint64> &keys,
+                                            const RowSet &rows) const
+{
+    std::vector<bool> result(static_cast<std::size_t>(rows.size()));
+    for (std::size_t row = 0; row < result.size(); ++row) {
+        const qint64 key = rows.integer(static_cast<qsizetype>(row), m_idColumn);
+        result[row] = std::binary_search(keys.begin(), keys.end(), key);
+    }
+    return result;
+}
+
+void RecipeListModel::narrow()
+{
+    m_found.clear();
+    if (m_isFound) {
+        std::copy_if(m_order.begin(), m_order.end(), std::back_inserter(m_found),
+                     [&](int row) { return (*m_isFound)[static_cast<std::size_t>(row)]; });
+    }
 }
 
 std::vector<int> RecipeListModel::sortedRows(const RowSet &rows, int sortColumn) const
@@ -112,20 +138,22 @@ void RecipeListModel::sort(int column, Qt::SortOrder /*order*/)
     std::vector<int> order = sortedRows(*m_rows, column);
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     m_sortColumn = column;
-    const std::vector<int> before = std::exchange(m_order, std::move(order));
-    const QModelIndexList shown = persistentIndexList();
-    for (const QModelIndex &index : shown) {
+    const std::vector<int> before = shown();
+    m_order = std::move(order);
+    narrow();
+    const QModelIndexList indexes = persistentIndexList();
+    for (const QModelIndex &index : indexes) {
         const int recipe = before[static_cast<std::size_t>(index.row())];
-        const auto place = std::find(m_order.begin(), m_order.end(), recipe);
+        const auto place = std::find(shown().begin(), shown().end(), recipe);
         changePersistentIndex(
-            index, this->index(static_cast<int>(place - m_order.begin()), index.column()));
+            index, this->index(static_cast<int>(place - shown().begin()), index.column()));
     }
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 QVariant RecipeListModel::value(int row, int rowSetColumn) const
 {
-    return toVariant(m_rows->cell(m_order[static_cast<std::size_t>(row)], rowSetColumn));
+    return toVariant(m_rows->cell(shown()[static_cast<std::size_t>(row)], rowSetColumn));
 }
 
 qint64 RecipeListModel::recipeIdAt(int row) const
@@ -137,15 +165,15 @@ int RecipeListModel::rowOf(qint64 recipeId) const
 {
     if (!m_rows || recipeId == 0)
         return -1;
-    const auto row = std::find_if(m_order.begin(), m_order.end(), [&](int recipe) {
+    const auto row = std::find_if(shown().begin(), shown().end(), [&](int recipe) {
         return m_rows->integer(recipe, m_idColumn) == recipeId;
     });
-    return row == m_order.end() ? -1 : static_cast<int>(row - m_order.begin());
+    return row == shown().end() ? -1 : static_cast<int>(row - shown().begin());
 }
 
 int RecipeListModel::rowCount(const QModelIndex &parent) const
 {
-    return m_rows && !parent.isValid() ? static_cast<int>(m_order.size()) : 0;
+    return m_rows && !parent.isValid() ? static_cast<int>(shown().size()) : 0;
 }
 
 int RecipeListModel::columnCount(const QModelIndex &parent) const

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QStyleOptionHeader>
@@ -70,8 +71,14 @@ QSize SortHeader::sectionSizeFromContents(int column) const
 
 RecipeTable::RecipeTable(QWidget *parent)
     : QTreeView(parent)
+    , m_markingDelegate(new TextRowDelegate(this))
+    , m_placeholderButton(new QPushButton(this))
 {
     setItemDelegate(new TextRowDelegate(this));
+    for (int column = 0; column < stretchingColumns; ++column)
+        setItemDelegateForColumn(column, m_markingDelegate);
+    m_placeholderButton->setObjectName("cmdPlaceholder");
+    m_placeholderButton->hide();
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -108,6 +115,30 @@ void RecipeTable::setPlaceholderText(const QString &text)
 {
     m_placeholderText = text;
     setAccessibleDescription(text);
+    placeButton();
+    viewport()->update();
+}
+
+void RecipeTable::setPlaceholderButton(const QString &caption)
+{
+    if (caption.isEmpty() && m_placeholderButton->hasFocus())
+        setFocus(); // hide() would pass it to the next control in tab order
+    m_placeholderButton->setText(caption);
+    m_placeholderButton->setHidden(caption.isEmpty());
+    placeButton();
+}
+
+void RecipeTable::placeButton()
+{
+    const QRect text = placeholderRect(*this, m_placeholderText);
+    const QSize size = m_placeholderButton->sizeHint();
+    const QPoint below(text.center().x() - size.width() / 2, text.bottom() + size.height() / 2);
+    m_placeholderButton->setGeometry({viewport()->mapTo(this, below), size});
+}
+
+void RecipeTable::mark(const SearchQuery &query)
+{
+    m_markingDelegate->setQuery(query);
     viewport()->update();
 }
 
@@ -137,6 +168,7 @@ void RecipeTable::onSectionResized(int column, int /*oldWidth*/, int width)
 void RecipeTable::resizeEvent(QResizeEvent *event)
 {
     QTreeView::resizeEvent(event);
+    placeButton();
     for (int column = 0; column < stretchingColumns; ++column) {
         if (!m_isUserWidth[static_cast<std::size_t>(column)])
             header()->resizeSection(column, automaticWidth(column));

@@ -4,8 +4,13 @@
 
 #include <array>
 
+class QPushButton;
+class SearchQuery;
+class TextRowDelegate;
+
 // A table of rows. Its first two columns share the width that it has beyond its size hint; a column
-// that the user has resized keeps its width. It can show a grey placeholder text while it is empty.
+// that the user has resized keeps its width. In these two columns it marks the letters that a query
+// finds. It can show a grey placeholder text while it is empty, and a button below it.
 // Typed letters search the first column, whichever column was clicked. Rows are numbered from 0.
 class RecipeTable final : public QTreeView
 {
@@ -17,6 +22,12 @@ public:
 
     QString placeholderText() const { return m_placeholderText; }
     void setPlaceholderText(const QString &text); // also the description for screen readers
+
+    // The button below the placeholder text. Without a caption it is hidden.
+    QPushButton &placeholderButton() const { return *m_placeholderButton; }
+    void setPlaceholderButton(const QString &caption);
+
+    void mark(const SearchQuery &query);
 
     // In pixels, at the size hint. Call it after setModel() and before the table is shown.
     void setColumnWidths(const QList<int> &widths);
@@ -44,9 +55,12 @@ protected:
 private:
     void onSectionResized(int column, int oldWidth, int width);
     int automaticWidth(int column) const;
+    void placeButton();
 
     static constexpr int stretchingColumns = 2;
 
+    TextRowDelegate *m_markingDelegate; // of the stretching columns
+    QPushButton *m_placeholderButton;
     QString m_placeholderText;
     QList<int> m_widths; // at the size hint
     std::array<bool, stretchingColumns> m_isUserWidth{};

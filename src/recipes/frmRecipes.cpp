@@ -8,7 +8,11 @@
 #include "widgets/StandardWidgets.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QShortcut>
+
+#include <algorithm>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,6 +27,7 @@ frmRecipes::frmRecipes(Frame &frame)
     setCancelButton(m_ui->cmdClose);
     setCloseButton(m_ui->cmdClose);
     setUpColumns();
+    setUpFindBar();
     connect(m_ui->lvwRecipes, &QAbstractItemView::doubleClicked, this,
             &frmRecipes::lvwRecipes_DblClick);
     connect(m_ui->lvwRecipes, &RecipeTable::emptyTableDoubleClicked, this,
@@ -54,6 +59,15 @@ void frmRecipes::setUpColumns()
     }
 }
 
+void frmRecipes::setUpFindBar()
+{
+    m_ui->findBar->setView(*m_ui->lvwRecipes);
+    QWidget::setTabOrder(m_ui->lvwRecipes, &m_ui->lvwRecipes->placeholderButton());
+    connect(m_ui->findBar, &FindBar::textChanged, this, &frmRecipes::findBar_TextChange);
+    connect(&m_ui->lvwRecipes->placeholderButton(), &QPushButton::clicked, this,
+            &frmRecipes::cmdClearFind_Click);
+}
+
 void frmRecipes::Form_Load()
 {
     m_sources.setDatabaseName(DatabasePath);
@@ -73,9 +87,10 @@ void frmRecipes::openDataSources()
     m_sources.open();
 }
 
-// Selects the first row. The recipe under a pressed mouse button stays there; if it cannot, the
-// press has no effect, since a double click would open another recipe. Without a press, the view
-// does not scroll if the rows above it are as many as before.
+// Selects the first row; while the find bar is open, the recipe that was selected, or what has come
+// to its row. The recipe under a pressed mouse button stays there; if it cannot, the press has no
+// effect, since a double click would open another recipe. Without a press, the view does not scroll
+// if the rows above it are as many as before.
 void frmRecipes::Form_Activate()
 {
     RecipeTable &table = *m_ui->lvwRecipes;
@@ -86,33 +101,109 @@ void frmRecipes::Form_Activate()
     const int keptRow = pressed != 0 ? pressedRow : top;
     const qint64 kept = m_recipes.recipeIdAt(keptRow);
 
+    const bool isFinding = m_ui->findBar->isOpen();
+    const int selectedRow = table.currentIndex().row();
+
+    readRecipes();
+    table.selectRow(isFinding ? selectedOrNearestRow(selectedRow) : 0);
+    const int row = m_recipes.rowOf(kept);
+    if (isFinding && row < 0)
+        table.scrollToRow(top, 0);
+    else
+        table.scrollToRow(isFinding || pressed != 0 || row == top ? row : 0, keptRow - top);
+    if (isFinding && !press)
+        table.scrollTo(table.currentIndex());
+    if (press && m_recipes.recipeIdAt(table.rowAt(*press)) != pressed)
+        table.discardNextPress();
+    showState();
+}
+
+// Returns the row of the recipe that was selected last, or else the one nearest to the given row.
+int frmRecipes::selectedOrNearestRow(int row) const
+{
+    const int selected = m_recipes.rowOf(m_selectedRecipe);
+    return selected >= 0 ? selected : std::clamp(row, 0, std::max(m_recipes.rowCount() - 1, 0));
+}
+
+void frmRecipes::readRecipes()
+{
     m_recipes.clear();
     try {
+        std::optional<ReadTransaction> snapshot; // one state of the file for the list and the index
+        if (!m_query.isEmpty())
+            snapshot.emplace(datRecipes.Database());
         m_sources.requery();
-        m_recipes.show(datRecipes.Recordset().rows());
+        const RowSet &rows = datRecipes.Recordset().rows();
+        m_recipes.show(rows, foundRecipes());
     } catch (...) {
         showState();
         throw;
     }
-    table.selectRow(0);
-    const int row = m_recipes.rowOf(kept);
-    table.scrollToRow(pressed != 0 || row == top ? row : 0, keptRow - top);
-    if (press && m_recipes.recipeIdAt(table.rowAt(*press)) != pressed)
-        table.discardNextPress();
+}
+
+RecipeListModel::Keys frmRecipes::foundRecipes()
+{
+    if (m_query.isEmpty())
+        return {};
+    return m_index.matches(datRecipes.Database(), m_query);
+}
+
+// Reads the recipes as well, since what is found must be what is shown. A list that could not be
+// read is not read again at each letter.
+void frmRecipes::findBar_TextChange(const QString &text)
+{
+    RecipeTable &table = *m_ui->lvwRecipes;
+    m_query = SearchQuery(text);
+    table.mark(m_query);
+    if (!m_recipes.isRead())
+        return;
+    readRecipes();
+    table.selectRow(selectedOrNearestRow(0));
+    table.scrollTo(table.currentIndex());
     showState();
+}
+
+void frmRecipes::cmdClearFind_Click()
+{
+    m_ui->findBar->clear();
+}
+
+// Esc in another control closes an open find bar, too.
+void frmRecipes::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel) && m_ui->findBar->isOpen())
+        m_ui->findBar->closeBar();
+    else
+        ChildWindow::keyPressEvent(event);
 }
 
 // Says why there are no rows. A list that has not been activated yet says nothing.
 void frmRecipes::showState()
 {
     QString text;
-    if (!m_recipes.isRead())
+    QString button;
+    if (!m_recipes.isRead()) {
         text = tr("The recipes could not be read. Press F5 to try again.");
-    else if (m_recipes.rowCount() == 0)
+    } else if (m_recipes.recipeCount() == 0) {
         text = tr("No recipes yet.\nTo write your first one, press View and then New.\n"
-                  "To bring in recipe files, choose File, Import.");
+                  "To bring in recipe files, choose File, Import.\n"
+                  "When there are many, Ctrl+F finds them.");
+    } else if (m_recipes.rowCount() == 0) {
+        text = tr("Nothing found.\nTo see all recipes again, press Esc or Clear.");
+        button = tr("Clear");
+    }
     m_ui->lvwRecipes->setPlaceholderText(text);
+    m_ui->lvwRecipes->setPlaceholderButton(button);
+    showCount();
     lvwRecipes_SelectionChange(); // a model reset emits no selectionChanged()
+}
+
+void frmRecipes::showCount()
+{
+    if (m_query.isEmpty() || m_recipes.recipeCount() == 0)
+        m_ui->findBar->clearCount();
+    else
+        m_ui->findBar->showCount(m_recipes.rowCount(), m_recipes.recipeCount());
 }
 
 // The click has moved the sort indicator already, or reversed it at a second click.
@@ -132,10 +223,11 @@ void frmRecipes::lvwRecipes_DblClick()
 
 void frmRecipes::lvwRecipes_SelectionChange()
 {
-    const bool isEmpty = m_recipes.isRead() && m_recipes.rowCount() == 0;
-    setEnabledPassingFocus(*m_ui->cmdView,
-                           isEmpty || m_ui->lvwRecipes->selectionModel()->hasSelection(),
-                           *m_ui->lvwRecipes);
+    const bool isEmpty = m_recipes.isRead() && m_recipes.recipeCount() == 0;
+    const QModelIndexList selected = m_ui->lvwRecipes->selectionModel()->selectedRows();
+    if (!selected.isEmpty())
+        m_selectedRecipe = m_recipes.recipeIdAt(selected.constFirst().row());
+    setEnabledPassingFocus(*m_ui->cmdView, isEmpty || !selected.isEmpty(), *m_ui->lvwRecipes);
 }
 
 // Finds the recipe by its key, since several recipes may have the same title. Without recipes, the

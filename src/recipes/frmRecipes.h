@@ -2,7 +2,9 @@
 
 #include "data/DataSource.h"
 #include "frame/ChildWindow.h"
+#include "recipes/RecipeIndex.h"
 #include "recipes/RecipeListModel.h"
+#include "search/SearchQuery.h"
 
 #include <memory>
 
@@ -24,10 +26,18 @@ protected:
     void openDataSources() override;
     void Form_Activate() override;
     void refresh() override { Form_Activate(); }
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void setUpColumns();
+    void setUpFindBar();
+    void readRecipes();
+    RecipeListModel::Keys foundRecipes();
+    int selectedOrNearestRow(int row) const;
     void showState();
+    void showCount();
+    void findBar_TextChange(const QString &text);
+    void cmdClearFind_Click();
     void lvwRecipes_ColumnClick(int column); // from 0
     void lvwRecipes_DblClick();
     void lvwRecipes_SelectionChange();
@@ -38,4 +48,7 @@ private:
     DataSources m_sources;
     DataSource datRecipes{m_sources};
     RecipeListModel m_recipes;
+    RecipeIndex m_index;
+    SearchQuery m_query;
+    qint64 m_selectedRecipe = 0; // the last one; it need not be shown any more
 };

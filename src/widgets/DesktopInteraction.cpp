@@ -78,6 +78,17 @@ QWidget *parentForBox()
     return nullptr;
 }
 
+TextEdit *readOnlyEdit(const QString &text, const QString &accessibleName, QSize size)
+{
+    auto *edit = new TextEdit;
+    edit->setPlainText(text);
+    edit->setReadOnly(true);
+    edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    edit->setAccessibleName(accessibleName);
+    edit->setMinimumSize(size);
+    return edit;
+}
+
 // Returns an edit that scrolls the text if it would make the dialog too high for the screen, else
 // null.
 TextEdit *scrollingText(const QString &text, const QDialog &dialog)
@@ -86,15 +97,8 @@ TextEdit *scrollingText(const QString &text, const QDialog &dialog)
     const QSize size = inches(dialog, 5, 3.5).boundedTo(room);
     const QRect needed = dialog.fontMetrics().boundingRect(
         QRect(QPoint(), size), Qt::TextWordWrap | Qt::TextWrapAnywhere, text);
-    if (needed.height() <= size.height())
-        return nullptr;
-    auto *edit = new TextEdit;
-    edit->setPlainText(text);
-    edit->setReadOnly(true);
-    edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    edit->setAccessibleName(dialog.windowTitle());
-    edit->setMinimumSize(size);
-    return edit;
+    return needed.height() <= size.height() ? nullptr
+                                            : readOnlyEdit(text, dialog.windowTitle(), size);
 }
 
 // A QMessageBox grows with its text, beyond the screen.
@@ -104,6 +108,21 @@ void limitHeight(QMessageBox &box)
     if (!edit)
         return;
     auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
+    delete box.layout()->replaceWidget(label, edit);
+    label->hide();
+}
+
+// QMessageBox shows its own details only after a button is pressed. The edit takes the place of the
+// informative text instead.
+void addDetails(QMessageBox &box, const QString &details)
+{
+    constexpr double width = 5;
+    constexpr double height = 1.8;
+    box.setInformativeText(u" "_s);
+    auto *label = box.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s);
+    auto *edit =
+        readOnlyEdit(details, DesktopInteraction::tr("Details"),
+                     inches(box, width, height).boundedTo(box.screen()->availableSize() / 2));
     delete box.layout()->replaceWidget(label, edit);
     label->hide();
 }
@@ -322,6 +341,8 @@ Button DesktopInteraction::show(const MessageBox &box)
     dialog.setDefaultButton(toQt(box.defaultButton));
     if (!box.checkBox.isEmpty())
         dialog.setCheckBox(new QCheckBox(box.checkBox));
+    if (!box.details.isEmpty())
+        addDetails(dialog, box.details);
     limitHeight(dialog);
 
     const Question question(m_workTime);

@@ -1,6 +1,10 @@
 #include "widgets/ListBox.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
+#include <QSignalBlocker>
+
+#include <utility>
 
 ListBox::ListBox(QWidget *parent)
     : TextListView(parent)
@@ -33,35 +37,59 @@ void ListBox::showUnavailable(const QString &text)
 // Equal rows keep their layout: the catalogs list 10,000 rows again after each save.
 void ListBox::replaceRows(const QList<Row> &rows, const QString &textWhenEmpty)
 {
-    if (rows == m_model.rows())
-        selectionModel()->clear();
-    else
+    clearSelection();
+    if (rows != m_model.rows())
         m_model.setRows(rows);
     m_textWhenEmpty = textWhenEmpty;
     describe();
     viewport()->update();
 }
 
+void ListBox::narrow(const SearchQuery &query)
+{
+    const QSignalBlocker blocker(this);
+    const int selected = selectedRow();
+    clearSelection();
+    m_model.narrow(query);
+    qobject_cast<TextRowDelegate *>(itemDelegate())->setQuery(query);
+    selectRow(selected);
+    describe();
+    viewport()->update();
+}
+
+QString ListBox::textWhenEmpty() const
+{
+    return count() == 0 ? m_textWhenEmpty
+                        : tr("No name is found.\nTo see all names again, press Esc.");
+}
+
 // For screen readers, to which the placeholder text is only painted.
 void ListBox::describe()
 {
-    setAccessibleDescription(count() == 0 ? m_textWhenEmpty : QString());
+    setAccessibleDescription(shownCount() == 0 ? textWhenEmpty() : QString());
 }
 
 void ListBox::append(const Row &row)
 {
     m_model.append(row);
     describe();
-    scrollTo(m_model.index(count() - 1, 0));
+    scrollTo(m_model.indexOf(count() - 1));
 }
 
 // QListView would select a neighbour of a removed row.
 void ListBox::remove(int row)
 {
     if (row == selectedRow())
-        selectionModel()->clear();
+        clearSelection();
     m_model.remove(row);
+    if (row < m_hiddenRow)
+        --m_hiddenRow;
     describe();
+}
+
+QString ListBox::textAt(int row) const
+{
+    return row >= 0 && row < count() ? m_model.rows()[row].text : QString();
 }
 
 qint64 ListBox::keyAt(int row) const
@@ -81,24 +109,63 @@ int ListBox::rowOf(qint64 key) const
 int ListBox::selectedRow() const
 {
     const QModelIndexList selected = selectionModel()->selectedIndexes();
-    return selected.isEmpty() ? -1 : selected.first().row();
-}
-
-QString ListBox::selectedText() const
-{
-    return m_model.index(selectedRow(), 0).data().toString();
+    return selected.isEmpty() ? m_hiddenRow : m_model.rowAt(selected.first());
 }
 
 void ListBox::selectRow(int row)
 {
-    if (row >= 0 && row < count())
-        setCurrentIndex(m_model.index(row, 0));
+    if (row < 0 || row >= count() || row == m_hiddenRow)
+        return;
+    if (isShown(row)) {
+        setCurrentIndex(m_model.indexOf(row));
+    } else {
+        clearSelection();
+        m_hiddenRow = row;
+        Q_EMIT rowSelected();
+    }
+}
+
+void ListBox::clickRow(int row)
+{
+    if (row == selectedRow() && row >= 0)
+        Q_EMIT rowSelected();
+    else
+        selectRow(row);
+}
+
+void ListBox::clearSelection()
+{
+    m_hiddenRow = -1;
+    selectionModel()->clear();
+}
+
+int ListBox::nearestShownRow(int row) const
+{
+    while (row < count() - 1 && !isShown(row))
+        ++row;
+    while (row >= 0 && !isShown(row))
+        --row;
+    return row;
+}
+
+int ListBox::rowReachedBy(const QKeyEvent &press)
+{
+    static constexpr std::pair<Qt::Key, CursorAction> actions[] = {
+        {Qt::Key_Up, MoveUp},     {Qt::Key_PageUp, MovePageUp},     {Qt::Key_Home, MoveHome},
+        {Qt::Key_Down, MoveDown}, {Qt::Key_PageDown, MovePageDown}, {Qt::Key_End, MoveEnd}};
+    for (const auto &[key, action] : actions) {
+        if (press.key() == key)
+            return m_model.rowAt(moveCursor(action, Qt::NoModifier));
+    }
+    return -1;
 }
 
 void ListBox::onSelectionChanged()
 {
-    if (selectedRow() >= 0)
-        Q_EMIT rowSelected();
+    if (!selectionModel()->hasSelection())
+        return;
+    m_hiddenRow = -1;
+    Q_EMIT rowSelected();
 }
 
 // A press on another row has selected it already.
@@ -135,7 +202,7 @@ QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex 
 // arrow key would then select the second row.
 QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
-    if (selectedRow() < 0)
+    if (!selectionModel()->hasSelection())
         selectionModel()->clearCurrentIndex();
     return QListView::moveCursor(action, modifiers);
 }
@@ -143,5 +210,5 @@ QModelIndex ListBox::moveCursor(CursorAction action, Qt::KeyboardModifiers modif
 void ListBox::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
-    scrollTo(m_model.index(selectedRow(), 0));
+    scrollTo(m_model.indexOf(selectedRow()));
 }

@@ -2,11 +2,16 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+constexpr int placeholderFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 
 QPalette::ColorGroup colorGroup(QStyle::State state)
 {
@@ -36,6 +41,45 @@ void drawFocus(QPainter &painter, const QStyleOptionViewItem &item)
     focus.backgroundColor = item.palette.color(colorGroup(item.state),
                                                isSelected ? QPalette::Highlight : QPalette::Window);
     item.widget->style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, item.widget);
+}
+
+// Black on amber can be read and differs from a row, selected or not, in any palette. The line
+// below the letters is for palettes whose selection is yellow.
+QTextCharFormat markFormat()
+{
+    constexpr QColor amber(0xff, 0xd5, 0x4f);
+    QTextCharFormat format;
+    format.setBackground(amber);
+    format.setForeground(Qt::black);
+    format.setFontUnderline(true);
+    return format;
+}
+
+// Returns the places of the letters in a text that was elided at its right end. Letters that are
+// not shown are marked at the ellipsis.
+QList<QTextLayout::FormatRange> marks(const QList<SearchQuery::Range> &found, qsizetype length)
+{
+    QList<QTextLayout::FormatRange> result;
+    for (const SearchQuery::Range &range : found) {
+        const qsizetype start = std::min(range.start, length - 1);
+        const qsizetype end = std::min(range.start + range.length, length);
+        result.append({static_cast<int>(start), static_cast<int>(end - start), markFormat()});
+    }
+    return result;
+}
+
+void drawMarked(QPainter &painter, QPointF baseline, const QString &text,
+                const QList<QTextLayout::FormatRange> &marks)
+{
+    QTextLayout layout(text, painter.font(), painter.device());
+    QTextOption option;
+    option.setTextDirection(painter.layoutDirection());
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    layout.draw(&painter, baseline - QPointF(0, line.ascent()), marks);
 }
 
 // A row is as wide as the list: no text may widen the list's contents.
@@ -73,7 +117,13 @@ void TextRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->setFont(item.font);
     painter->setPen(item.palette.color(colorGroup(item.state),
                                        isSelected ? QPalette::HighlightedText : QPalette::Text));
-    painter->drawText(place.x(), place.y() + item.fontMetrics.ascent(), text);
+    const QPoint baseline(place.x(), place.y() + item.fontMetrics.ascent());
+    const QList<SearchQuery::Range> found =
+        m_query.isEmpty() ? QList<SearchQuery::Range>() : m_query.found(item.text);
+    if (found.isEmpty())
+        painter->drawText(baseline, text);
+    else
+        drawMarked(*painter, baseline, text, marks(found, text.size()));
     painter->restore();
 
     if (item.state & QStyle::State_HasFocus)
@@ -98,15 +148,20 @@ int TextRowDelegate::margin(const QWidget &view)
     return view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1;
 }
 
+QRect placeholderRect(const QAbstractItemView &view, const QString &text)
+{
+    const int margin = view.fontMetrics().height() / 2;
+    return view.fontMetrics().boundingRect(
+        view.viewport()->rect().adjusted(margin, margin, -margin, -margin), placeholderFlags, text);
+}
+
 void paintPlaceholderText(QAbstractItemView &view, const QString &text)
 {
     if (view.model()->rowCount() > 0)
         return;
     QPainter painter(view.viewport());
     painter.setPen(view.palette().color(QPalette::PlaceholderText));
-    const int margin = view.fontMetrics().height() / 2;
-    painter.drawText(view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
+    painter.drawText(placeholderRect(view, text), placeholderFlags, text);
     if (view.hasFocus()) {
         painter.setPen(view.palette().color(QPalette::Highlight));
         painter.drawRect(view.viewport()->rect().adjusted(0, 0, -1, -1));

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "search/SearchQuery.h"
+
 #include <QListView>
 #include <QStyledItemDelegate>
 
 // Draws rows of one-line texts, elided if they are too long. All rows have the height of the
 // view's font and all texts of a row the same baseline, even if a glyph comes from another font.
-// A selection is pale unless the view has the focus.
+// A selection is pale unless the view has the focus. Letters that a query finds are marked.
 class TextRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -13,13 +15,22 @@ class TextRowDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    // The query whose words are marked. The caller updates the view.
+    void setQuery(const SearchQuery &query) { m_query = query; }
+
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     static int rowHeight(const QFontMetrics &font);
     static int margin(const QWidget &view); // in pixels, on either side of a text
+
+private:
+    SearchQuery m_query;
 };
+
+// Returns where in the viewport the placeholder text is written.
+QRect placeholderRect(const QAbstractItemView &view, const QString &text);
 
 // Call in the view's paintEvent. If the view has no rows, writes the text where they would be, in
 // the palette's colour for placeholder text, and frames the view if it has the focus.

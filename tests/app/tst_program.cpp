@@ -142,6 +142,33 @@ private Q_SLOTS:
         QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), isYes ? u"2"_s : u"1"_s);
     }
 
+    void takesOverAnOldFile_data()
+    {
+        // The second question is whether to import a recipe that is in the old file.
+        addRows<QByteArray, bool>(
+            {{"Yes", "y\nY\n", true}, {"No", "n\n", false}, {"no terminal", {}, false}});
+    }
+
+    void takesOverAnOldFile()
+    {
+        const auto [answers, isYes] = fetchRow<QByteArray, bool>();
+        const QByteArray old = bytesOf(QString::fromUtf8(OLD_FILE));
+        setBytes(m_file->path(), old);
+        setBytes(inFolder(u"soup.srf"_s), srf({.title = "Spaghetti all'amatriciana"}));
+        const QString said = importOnTerminal(answers);
+        QVERIFY2(
+            said.startsWith(
+                u"%1 Recipes from an older version: The file %2 is from an older version"_s.arg(
+                    QString::number(isYes ? 0 : 1), m_file->path())),
+            qPrintable(said));
+        QCOMPARE(said.contains(u"Error: "_s), !isYes);
+        QCOMPARE(bytesOf(isYes ? inFolder(u"data old.rbk"_s) : m_file->path()), old);
+        if (isYes)
+            QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), u"15"_s);
+        else
+            QVERIFY(!QFile::exists(inFolder(u"data old.rbk"_s)));
+    }
+
     void offersACopy_data()
     {
         // The bytes that are written over page 2, or instead of the whole file, or nothing if the

@@ -174,8 +174,9 @@ void addValues()
 {
     addCase({"plain.jet3", "plain.jet4", "plain.ace", "other-case.jet4", "other-order.jet3",
              "other-order.jet4", "variable-numbers.jet3", "variable-numbers.jet4", "key-alone.jet4",
-             "password.jet3", "password.jet4", "seasoned.jet3", "seasoned.jet4",
-             "map-on-pages.jet3", "map-on-pages.jet4", "map-on-pages.ace"},
+             "password.jet3", "password.jet4", "map-with-other-pages.jet3",
+             "map-with-other-pages.jet4", "seasoned.jet3", "seasoned.jet4", "map-on-pages.jet3",
+             "map-on-pages.jet4", "map-on-pages.ace"},
             Recipes, soup + u"; "_s + bread);
     addCase({"seasoned.jet3", "seasoned.jet4", "other-order.jet3", "other-order.jet4"},
             RecipeIngredients, u"3 6 \"1 lb\"; 3 5 null; 7 99 \"\""_s);
@@ -187,7 +188,7 @@ void addValues()
             u"5 \"Leek\" 2 14 yes; 6 \"Ham\" 4 1 no; 7 \"Egg\" 4 1 null"_s);
     addCase({"decimals.jet4", "decimals.ace"}, Ingredients,
             u"4611686018427387904 \"Leek\" 12 14.5 yes; -6 \"Ham\" -3 -0.007 no; "
-            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no"_s);
+            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no; 9 \"Salt\" 0 0 no"_s);
     addCase({"fixed-text.jet3", "fixed-text.jet4"}, Utensils, u"2 \"Pot \"; 3 null"_s);
     addCase({"added-column.jet3", "added-column.jet4"}, Recipes,
             u"3 \"Soup\" \"old\" null null null null null; "_s + bread);
@@ -200,7 +201,7 @@ void addValues()
 
     QStringList longRows;
     constexpr std::array<std::pair<int, int>, 6> sizes{
-        {{255, 255}, {0, 219}, {0, 220}, {600, 700}, {219, 0}, {220, 0}}};
+        {{255, 255}, {0, 207}, {0, 213}, {600, 700}, {212, 0}, {213, 0}}};
     for (const auto &[name, author] : sizes)
         longRows += u"%1 \"%2\" \"b\" \"%3\" 1 \"d\" 5 2"_s.arg(longRows.size() + 1)
                         .arg(QString(name, u'a'), QString(author, u'c'));
@@ -231,13 +232,15 @@ void addTexts()
                                     {12, u"after them"_s}})
         longTexts += u"%1 \"\" null null 1 \"%2\" null 2"_s.arg(key).arg(text);
     addCase({"long-texts.jet3", "long-texts.jet4"}, Recipes,
-            longTexts.join(u"; "_s) + unreadable(5, u"5 on page 20"_s, u"Recipes"_s));
+            longTexts.join(u"; "_s) + unreadable(6, u"5 on page 20"_s, u"Recipes"_s));
 }
 
 void addDamagedRows()
 {
     addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
             u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
+    addCase({"overlapping-rows.jet3"}, Utensils,
+            u"1 \"one\"; 4 \"four\""_s + unreadable(2, u"1 on page 17"_s, u"Utensils"_s));
     addCase({"moved-elsewhere.jet4"}, Utensils,
             u"1 \"one\"; 7 \"seven\""_s + unreadable(5, u"1 on page 17"_s, u"Utensils"_s));
 }
@@ -323,7 +326,24 @@ private Q_SLOTS:
         const RecipeFile file(casePath(u"long-texts.jet4"_s));
         constexpr std::array<std::size_t, 1> key{0};
         RowReader reader = file.rows(Recipes, key);
-        QCOMPARE(rowsOf(reader).size(), 12); // damaged texts are not looked at
+        QCOMPARE(rowsOf(reader).size(), 13); // damaged texts are not looked at
+    }
+
+    // The callback is asked before each page, also before those without a row that can be read.
+    void stopping()
+    {
+        const RecipeFile file(casePath(u"long-rows.jet3"_s));
+        int calls = 0;
+        const auto isFirst = [&calls] { return ++calls == 1; };
+        const qint64 rows = file.storedRows(Recipes, isFirst);
+        QVERIFY(rows > 0 && rows < file.storedRows(Recipes));
+        QCOMPARE(calls, 2);
+
+        RowReader reader = file.rows(Recipes);
+        reader.setPageCallback([] { return false; });
+        QVERIFY(!reader.next());
+        QVERIFY(reader.isStopped());
+        QVERIFY(!reader.next());
     }
 
     // One bit of a page of rows can change two rows at most: both that it separates.

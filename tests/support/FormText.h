@@ -10,7 +10,7 @@
 #include <QPushButton>
 
 // Returns a window as a user meets it, as one text: a line with its title and its labels, and one
-// for each control in tab order, such as
+// for each control that is not hidden, in tab order, such as
 //   > cmbType: Misc, *Fruit, Fish
 //   cmdSave: &Save, disabled
 // ">" marks the focus, "*" the selected entry.
@@ -48,8 +48,9 @@ inline QString formText(const ChildWindow &window)
     for (const QWidget *control = window.nextInFocusChain(); control && control != &window;
          control = control->nextInFocusChain()) {
         const QString name = control->objectName();
-        if (!window.isAncestorOf(control) || !(control->focusPolicy() & Qt::TabFocus)
-            || name.isEmpty() || name.startsWith(QStringLiteral("qt_")))
+        if (!window.isAncestorOf(control) || !control->isVisibleTo(&window)
+            || !(control->focusPolicy() & Qt::TabFocus) || name.isEmpty()
+            || name.startsWith(QStringLiteral("qt_")))
             continue;
         lines += (control->hasFocus() ? QStringLiteral("> ") : QString()) + name
             + QStringLiteral(": ") + contents(control)

@@ -87,6 +87,8 @@ QString MockInteraction::describe(const MessageBox &box)
     }
     if (!box.checkBox.isEmpty())
         buttons += u"[ ] "_s + box.checkBox;
+    if (!box.details.isEmpty())
+        buttons += u"details \"%1\""_s.arg(box.details);
     return u"message box \"%1\", \"%2\", %3, %4"_s.arg(
         box.title, box.text, QLatin1StringView(icons[static_cast<int>(box.icon)]),
         buttons.join(u' '));

@@ -15,6 +15,10 @@ namespace {
 
 void performStep(const QWidget &window, const QString &name, const QString &argument)
 {
+    if (name == "key"_L1) {
+        QTest::keySequence(window.window()->focusWidget(), QKeySequence(argument));
+        return;
+    }
     auto &widget = control<QWidget>(window, name);
     if (name.startsWith("cmd"_L1)) {
         press(window, name);
@@ -27,8 +31,11 @@ void performStep(const QWidget &window, const QString &name, const QString &argu
     } else if (name.startsWith("chk"_L1)) {
         QTest::keyClick(&widget, Qt::Key_Space);
     } else if (auto *list = qobject_cast<QAbstractItemView *>(&widget)) {
-        const QRect row = list->visualRect(list->model()->index(argument.toInt(), 0));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row.center());
+        const int position = argument.section(u' ', 0, 0).toInt();
+        const QPoint row = list->visualRect(list->model()->index(position, 0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row);
+        if (argument.endsWith("twice"_L1))
+            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, row);
     } else if (argument.startsWith(u'=')) {
         QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&widget, Qt::Key_Delete);
@@ -99,8 +106,9 @@ QString WindowFixture::shown(const ChildWindow &window)
 {
     QStringList parts{window.title()};
     for (const QWidget *widget : window.findChildren<QWidget *>()) {
-        if (qobject_cast<const QComboBox *>(widget->parentWidget()))
-            continue; // the edit of a combo box
+        const bool isOfCombo = qobject_cast<const QComboBox *>(widget->parentWidget());
+        if (isOfCombo || !widget->isVisibleTo(&window))
+            continue;
         if (const auto *edit = qobject_cast<const QLineEdit *>(widget))
             parts += edit->text();
         else if (const auto *combo = qobject_cast<const QComboBox *>(widget))

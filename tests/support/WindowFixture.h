@@ -38,13 +38,15 @@ public:
     //   txtAuthor =X   replaces the text by X
     //   cmbType 2      selects the entry at this position, from 0
     //   cmbAmount =X   replaces the text by X
-    //   lstUtensils 2  clicks on the row at this position, from 0
+    //   lstUtensils 2  clicks on the row at this position, from 0; "2 twice" is a double click
+    //   key Ctrl+F     presses the key in the control that has the focus
     void perform(const ChildWindow &window, const QString &steps,
                  SourceLine line = SourceLine::current());
     // Expects the question that the button asks: whether to delete for cmdDelete, else to save.
     void expectQuestion(const ChildWindow &window, const QString &button, const QString &answer,
                         SourceLine line = SourceLine::current());
-    // Returns the title and the contents of all controls but buttons, in the order of the form.
+    // Returns the title and the contents of all controls but buttons and hidden ones, in the order
+    // of the form.
     static QString shown(const ChildWindow &window);
 
     static InputBox nameBox(const QString &defaultText);

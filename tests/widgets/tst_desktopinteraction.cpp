@@ -192,6 +192,35 @@ private Q_SLOTS:
         m_interaction.show({.text = text, .title = u"Recipe Description"_s});
     }
 
+    void details_data()
+    {
+        addRows<QString, QString>({{"a few", u"Boil."_s, u"Salt\nPepper"_s},
+                                   {"many", u"Boil."_s, u"Salt\n"_s.repeated(300) + u"Pepper"_s},
+                                   {"below a long text", u"Boil.\n"_s.repeated(300), u"Salt"_s}});
+    }
+
+    // They are copied with the keyboard, and the button stays the default.
+    void details()
+    {
+        const auto [text, details] = fetchRow<QString, QString>();
+        whenOpen<QMessageBox>([&details = details](QMessageBox &dialog) {
+            QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+            QPlainTextEdit *edit = nullptr;
+            for (auto *candidate : dialog.findChildren<QPlainTextEdit *>()) {
+                if (candidate->toPlainText() == details)
+                    edit = candidate;
+            }
+            QVERIFY(edit && edit->isVisible());
+            for (int i = 0; i < 3 && dialog.focusWidget() != edit; ++i)
+                QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+            QTest::keySequence(dialog.focusWidget(), QKeySequence::SelectAll);
+            QTest::keySequence(dialog.focusWidget(), QKeySequence::Copy);
+            QCOMPARE(QGuiApplication::clipboard()->text(), details);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+        m_interaction.show({.text = text, .title = u"Boil"_s, .details = details});
+    }
+
     void inputBox_data()
     {
         const QString mixed = u"a\r\nb\rc\nd\u00A0\t e "_s;

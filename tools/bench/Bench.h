@@ -53,6 +53,7 @@ void measureOpening(Bench &bench);
 void measureCopying(Bench &bench);
 void measureRequerying(Bench &bench);
 void measureSearching(Bench &bench);
+void measureFinding(Bench &bench);
 void measureSorting(Bench &bench);
 void measureEditing(Bench &bench);
 void measureImporting(Bench &bench);

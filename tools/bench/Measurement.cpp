@@ -1,37 +1,37 @@
 #include "Measurement.h"
 
 #include <algorithm>
-#include <array>
 #include <ctime>
+#include <vector>
 
 namespace {
 
-constexpr std::size_t rounds = 7;
 constexpr double notMeasured = std::numeric_limits<double>::quiet_NaN();
 
-using Costs = std::array<Cost, rounds>;
+using Costs = std::vector<Cost>;
 
 // Returns the median of a number that is computed from the costs of each round.
 template <typename Number>
 double medianOfRounds(const Costs &baselines, const Costs &measured, Number number)
 {
-    std::array<double, rounds> values{};
+    std::vector<double> values(baselines.size());
     std::transform(baselines.begin(), baselines.end(), measured.begin(), values.begin(), number);
     std::sort(values.begin(), values.end());
-    return values[rounds / 2];
+    return values[values.size() / 2];
 }
 
 } // namespace
 
-Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured)
+Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured,
+                    int rounds)
 {
     baseline();
     measured();
-    Costs baselines{};
-    Costs ours{};
-    for (std::size_t i = 0; i < rounds; ++i) {
-        baselines[i] = baseline();
-        ours[i] = measured();
+    Costs baselines;
+    Costs ours;
+    for (int i = 0; i < rounds; ++i) {
+        baselines.push_back(baseline());
+        ours.push_back(measured());
     }
     const auto median = [&](auto number) { return medianOfRounds(baselines, ours, number); };
     return {{median([](Cost base, Cost) { return base.value; }),

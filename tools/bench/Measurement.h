@@ -28,8 +28,12 @@ struct Measurement {
     double difference; // measured - baseline
 };
 
-// Calls both functions alternately, in seven rounds after one that is not counted.
-Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured);
+constexpr int usualRounds = 7;
+
+// Calls both functions alternately, in this number of rounds, after one that is not counted. The
+// number of rounds must be odd.
+Measurement compare(const std::function<Cost()> &baseline, const std::function<Cost()> &measured,
+                    int rounds = usualRounds);
 
 // Returns the measurement of something that has no baseline and is the same at every time.
 Measurement measuredOnce(double value);

@@ -91,7 +91,7 @@ void measureMoves(Bench &bench, const frmRecipe &recipe, PlainRecipe &plain)
 
 void measureBrowsing(Bench &bench)
 {
-    for (const int size : bench.largeSizes())
+    for (const int size : bench.sizes())
         measureFirstActivation(bench, size);
     DatabasePath = bench.database(bench.largest());
     SQLite::Database connection = plainConnection(DatabasePath.toStdString());

@@ -143,7 +143,7 @@ void measureImporting(Bench &bench)
     measureBatch(bench, files);
     constexpr int unused = 20'000; // no other benchmark uses this file or later ones
     const std::vector<RecipeFile> single = writeFiles(bench, u"single files"_s, unused, 8);
-    for (const int size : bench.largeSizes())
+    for (const int size : bench.sizes())
         measureFirstFile(bench, single, size);
     measureLargeDatabase(bench, files);
 }

@@ -24,25 +24,31 @@ Cost openList(BenchWindow &window)
     return secondsOf([&] { window.open<frmRecipes>(); });
 }
 
+// With 1,000 recipes the window itself takes longer than its query, so that a ratio says little.
+Limit openingLimit(int recipes)
+{
+    if (recipes <= 1'000)
+        return {Limit::Kind::Difference, 10e-3};
+    return {Limit::Kind::Ratio, recipes <= 10'000 ? 1.3 : 1.1};
+}
+
 } // namespace
 
 void measureListing(Bench &bench)
 {
-    for (const int size : bench.largeSizes()) {
+    for (const int size : bench.sizes()) {
         DatabasePath = bench.database(size);
         SQLite::Database plain = plainConnection(DatabasePath.toStdString());
         PlainStatement list(plain.getHandle(), listWithCounts().toStdString());
         BenchWindow window;
-        bench.report({"open the recipe list",
-                      size,
-                      Unit::Seconds,
+        bench.report({"open the recipe list", size, Unit::Seconds,
                       compare([&] { return secondsOf([&] { list.run(); }); },
                               [&] {
                                   const Cost cost = openList(window);
                                   window.close(*window.frame.find<frmRecipes>());
                                   return cost;
                               }),
-                      {Limit::Kind::Ratio, size <= 10'000 ? 1.3 : 1.1}});
+                      openingLimit(size)});
         if (size != bench.largest())
             continue;
 

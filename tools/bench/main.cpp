@@ -26,7 +26,7 @@ constexpr std::array benchmarks = {
     Benchmark{"exporting"_L1, measureExporting},   Benchmark{"listing"_L1, measureListing},
     Benchmark{"browsing"_L1, measureBrowsing},     Benchmark{"composing"_L1, measureComposing},
     Benchmark{"printing"_L1, measurePrinting},     Benchmark{"startup"_L1, measureStartup},
-    Benchmark{"takingover"_L1, measureTakingOver},
+    Benchmark{"finding"_L1, measureFinding},       Benchmark{"takingover"_L1, measureTakingOver},
 };
 
 void measure(const QString &only, int largest, const QString &csvPath)

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QPushButton>
 
 #include <algorithm>
@@ -69,19 +70,44 @@ bool Model::eventFilter(QObject *watched, QEvent *event)
             onTitleChanged(*window);
         break;
     case QEvent::KeyPress:
+        if (!event->spontaneous())
+            break; // FindBar has sent a key on to its list
+        [[fallthrough]];
     case QEvent::KeyRelease:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::Wheel:
     case QEvent::Timer: // QAbstractButton::animateClick(), which a screen reader calls, ends by one
+        if (std::exchange(m_isMoving, false) && m_press)
+            onClicked(m_press->button);
         m_press.reset();
         observe();
+        if (event->type() == QEvent::KeyPress)
+            onKeyPress(*watched, static_cast<const QKeyEvent &>(*event).key());
         break;
     default:
         break;
     }
     return false;
+}
+
+// Enter and the arrow keys in the find bar of a catalog offer to save, as Next does.
+void Model::onKeyPress(const QObject &watched, int key)
+{
+    static constexpr int moving[] = {Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Up,
+                                     Qt::Key_Down,   Qt::Key_PageUp, Qt::Key_PageDown};
+    if (watched.objectName() != "txtFind"_L1
+        || std::find(std::begin(moving), std::end(moving), key) == std::end(moving))
+        return;
+    for (const auto &[window, shown] : m_windows) {
+        const bool isCatalog = isIngredients(*window) || isUtensils(*window);
+        if (isCatalog && window->isAncestorOf(static_cast<const QWidget *>(&watched))) {
+            onReleased(window->findChild<QPushButton *>(u"cmdNext"_s));
+            m_isMoving = true;
+            return;
+        }
+    }
 }
 
 void Model::watch(QWidget &window)

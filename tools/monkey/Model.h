@@ -78,6 +78,7 @@ private:
     // Adds a fault if no row with this key has or had this name.
     void checkKey(const Line &line, const Names &names);
     void onTitleChanged(QWidget &window);
+    void onKeyPress(const QObject &watched, int key);
     void onReleased(QPushButton *button);
     void onClicked(QPushButton *button);
 
@@ -105,6 +106,7 @@ private:
     Names m_utensils;
     std::map<QWidget *, Shown> m_windows;
     std::optional<Press> m_press; // that a window is handling, until the next event
+    bool m_isMoving = false; // whether the press represents a key in a find bar
     int m_answeredBoxes = 0;
     QString m_fault;
 };

@@ -1,5 +1,6 @@
 #include "Monkey.h"
 
+#include "data/TypesAndRatings.h"
 #include "frame/ChildWindow.h"
 
 #include <QAbstractItemView>
@@ -108,7 +109,8 @@ Monkey::Step Monkey::chooseStep()
         {6, &Monkey::pressMenuKey},        {8, &Monkey::burst},
         {4, &Monkey::clickAnywhere},       {8, &Monkey::doubleClickRecipe},
         {3, &Monkey::pressByScreenReader}, {2, &Monkey::turnWheel},
-        {6, &Monkey::writeByOther},
+        {6, &Monkey::writeByOther},        {6, &Monkey::find},
+        {4, &Monkey::findRecipes},
     };
     int sum = 0;
     for (const auto &[weight, step] : steps)
@@ -198,10 +200,23 @@ Monkey::Step Monkey::pressKey()
         Qt::Key_Return,       Qt::Key_Return,       Qt::Key_Escape,
         Qt::Key_Space,        Qt::Key_Delete,       Qt::Key_Backspace,
         Qt::Key_Home,         Qt::Key_End,          Qt::CTRL | Qt::Key_Tab,
-        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down};
+        Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Down,
+        Qt::CTRL | Qt::Key_F};
     const QKeyCombination key = m_random.oneOf(keys);
     return {QKeySequence(key).toString(),
             [this, key] { send(key.key(), key.keyboardModifiers()); }};
+}
+
+Monkey::Step Monkey::find()
+{
+    static constexpr int keys[] = {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up, Qt::Key_Escape};
+    const int key = m_random.oneOf(keys);
+    const QString text = m_random.oneIn(3) ? QString() : m_random.name().first(1);
+    return {u"find \"%1\", %2"_s.arg(text, QKeySequence(key).toString()), [this, text, key] {
+                send(Qt::Key_F, Qt::ControlModifier);
+                sendText(text);
+                send(key);
+            }};
 }
 
 Monkey::Step Monkey::pressAccessKey()
@@ -339,6 +354,52 @@ void Monkey::checkOpened(const QString &name)
         && findName(m_model.tables().recipes, name, 0) != 0)
         m_fault =
             u"\"%1\" was double-clicked and \"%2\" is shown"_s.arg(name, window->windowTitle());
+}
+
+// The list is read again at each letter, so that it shows what the file holds.
+Monkey::Step Monkey::findRecipes()
+{
+    const auto *active = m_main.findChild<QMdiArea *>()->activeSubWindow();
+    const auto *table = active ? active->findChild<QAbstractItemView *>(u"lvwRecipes"_s) : nullptr;
+    if (!table)
+        return {u"F5"_s, [this] { send(Qt::Key_F5); }};
+    const QString word = m_random.name().section(u' ', 0, 0).first(m_random.below(3) + 1);
+    return {u"find \"%1\""_s.arg(word), [this, table, word] {
+                const int boxes = m_model.answeredBoxes();
+                send(Qt::Key_F, Qt::ControlModifier);
+                sendText(word);
+                waitUntilIdle();
+                if (m_model.answeredBoxes() == boxes && !m_other.isLocked())
+                    checkFound(*table, word);
+            }};
+}
+
+void Monkey::checkFound(const QAbstractItemView &table, const QString &word)
+{
+    const Tables &tables = m_model.tables();
+    QStringList expected;
+    for (const auto &[key, recipe] : tables.recipes) {
+        QStringList texts{recipe.name, recipe.description, recipe.author,
+                          recipeTypes().value(recipe.type)};
+        if (const auto links = tables.ingredientLinks.find(key);
+            links != tables.ingredientLinks.end()) {
+            for (const Link &link : links->second) {
+                if (const auto row = tables.ingredients.find(link.key);
+                    row != tables.ingredients.end())
+                    texts += row->second.name;
+            }
+        }
+        if (!texts.filter(word, Qt::CaseInsensitive).isEmpty())
+            expected += recipe.name;
+    }
+    QStringList shown;
+    for (int row = 0; row < table.model()->rowCount(); ++row)
+        shown += table.model()->index(row, 0).data().toString();
+    expected.sort();
+    shown.sort();
+    if (shown != expected)
+        m_fault =
+            u"\"%1\" finds %2 and not %3"_s.arg(word, shown.join(u", "_s), expected.join(u", "_s));
 }
 
 Monkey::Step Monkey::pressByScreenReader()

@@ -9,6 +9,7 @@
 #include <QObject>
 
 class QAbstractButton;
+class QAbstractItemView;
 
 // Uses the windows of the program at random by keys, mouse and screen reader, one step at a time.
 class Monkey final : public QObject
@@ -39,10 +40,12 @@ private:
     Step pressMenuKey();
     Step typeText();
     Step pressKey();
+    Step find();
     Step pressAccessKey();
     Step clickButton();
     Step clickAnywhere();
     Step doubleClickRecipe();
+    Step findRecipes();
     Step pressByScreenReader();
     Step turnWheel();
     Step burst();
@@ -56,6 +59,7 @@ private:
     void waitUntilIdle();
     bool isAnyButtonDown() const;
     void checkOpened(const QString &name);
+    void checkFound(const QAbstractItemView &table, const QString &word);
     void writeWhileBoxIsOpen();
 
     Report m_report;

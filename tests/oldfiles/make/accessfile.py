@@ -75,6 +75,7 @@ class Table:
     map_kind: str = "direct"  # "late" begins at the first page, "indirect" is on pages of its own
     reversed_records: bool = False
     given_up_page: bool = False  # one that still has rows and names the table
+    also_mapped: tuple = ()  # pages that are not the table's
     gap: int = 0  # pages before the rows
 
 
@@ -92,6 +93,7 @@ class Deleted:
 @dataclasses.dataclass
 class Raw:
     data: bytes
+    place: int = None  # instead of the place where it is
 
 
 @dataclasses.dataclass
@@ -143,9 +145,10 @@ class AccessFile:
         f = self.format
         end, places, data = f.page_size, [], []
         for row, flags in slots:
-            end -= len(row)
-            places.append(end | flags)
-            data.append(row)
+            raw = row if isinstance(row, Raw) else Raw(row)
+            end -= len(raw.data)
+            places.append((end if raw.place is None else raw.place) | flags)
+            data.append(raw.data)
         head = struct.pack("<BBHI", DATA, 1, 0, owner) + f.pick(b"", bytes(4))
         head += struct.pack(f"<H{len(places)}H", len(places), *places)
         assert len(head) <= end
@@ -250,6 +253,8 @@ class AccessFile:
     def row(self, columns, values):
         f = self.format
         mask = bytearray((len(values) + 7) // 8)
+        if len(values) % 8:  # nothing clears the bits of columns that do not exist
+            mask[-1] = 0xFF << len(values) % 8 & 0xFF
         fixed, variable = bytearray(), []
         for number, (column, value) in enumerate(zip(columns, values)):
             has_value = value if column.type == YES_NO else value is not None
@@ -271,11 +276,12 @@ class AccessFile:
         if not f.is_jet3:
             out += struct.pack(f"<{len(places)}H", *reversed(places))
             return bytes(out + struct.pack("<H", len(variable)) + mask)
-        # A place is one byte; a jump names the first value beyond another 256 bytes.
+        # A place is one byte; a jump names the first value beyond another 256 bytes. One that no
+        # value needs means nothing.
         plain, jumps = len(out) + len(places) + 1 + len(mask), 0
         while (plain + jumps - 1) // 256 > jumps:
             jumps += 1
-        table = [next((i for i, place in enumerate(places) if place >= (jump + 1) * 256), 0xFF)
+        table = [next((i for i, place in enumerate(places) if place >= (jump + 1) * 256), 0)
                  for jump in range(jumps)]
         out += bytes(place & 255 for place in reversed(places)) + bytes(reversed(table))
         return bytes(out + bytes((len(variable),)) + mask)
@@ -286,18 +292,19 @@ class AccessFile:
 
         def place(data, flags, row=None):
             slots, size = pages[-1]
-            if size + len(data) + 2 > self.format.room or len(slots) == 255:
+            length = len(data.data if isinstance(data, Raw) else data) + 2
+            if size + length > self.format.room or len(slots) == 255:
                 pages.append(([], 0))
                 slots, size = pages[-1]
             slots.append((data, flags))
-            pages[-1] = (slots, size + len(data) + 2)
+            pages[-1] = (slots, size + length)
             if row is not None:
                 bodies.append((row, len(pages) - 1, len(slots) - 1))
 
         moved = []
         for row in table.rows:
             if isinstance(row, Raw):
-                place(row.data, 0)
+                place(row, 0)
             elif isinstance(row, Deleted):
                 place(self.row(table.columns, row.values), DELETED)
             elif isinstance(row, Moved):
@@ -330,7 +337,7 @@ class AccessFile:
 
     def write_table(self, table, definition):
         pages = self.write_rows(table, definition)
-        table_map = self.usage_map(pages, table.map_kind)
+        table_map = self.usage_map([*pages, *table.also_mapped], table.map_kind)
         live = [row for row in table.rows if not isinstance(row, Deleted)]
         stated = len(live) if table.stated_rows is None else table.stated_rows
         counter = table.counter

@@ -95,7 +95,8 @@ def decimals(all_tables):
     ingredients.columns[2] = Column("IngredientType", DECIMAL)
     ingredients.columns[3] = Column("ShelfLife", DECIMAL, scale=3)
     ingredients.rows = [[2**62, "Leek", 12, 14500, True], [-6, "Ham", -3, -7, False],
-                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False]]
+                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False],
+                        [9, "Salt", b"\x80" + bytes(16), b"\x80" + bytes(16), False]]
 
 
 @case("jet3", "jet4")
@@ -275,8 +276,8 @@ def added_column(all_tables):
 def long_rows(all_tables):
     """Places of more than 255, with jumps, and with a last jump that means nothing."""
     recipes = all_tables[RECIPES]
-    rows = [("a" * 255, "c" * 255), ("", "c" * 219), ("", "c" * 220), ("a" * 600, "c" * 700),
-            ("a" * 219, ""), ("a" * 220, "")]
+    rows = [("a" * 255, "c" * 255), ("", "c" * 207), ("", "c" * 213), ("a" * 600, "c" * 700),
+            ("a" * 212, ""), ("a" * 213, "")]
     recipes.rows = [[key, name, "b", author, 1, "d", 5, 2] for key, (name, author)
                     in enumerate(rows, 1)]
 
@@ -292,7 +293,8 @@ def long_texts(all_tables):
              LongValue(letters(300), "pieces", length=298),
              LongValue(letters(30), "pieces", length=1 << 29, loop=True),
              LongValue(letters(60), "row", length=62), LongValue(letters(20), "inline", length=18),
-             LongValue(letters(60), "row"), LongValue(letters(60), "last"), "after them"]
+             LongValue(letters(60), "row"), LongValue(letters(60), "last"), "after them",
+             LongValue(letters(300), "pieces", length=10000)]
     all_tables[RECIPES].rows = [[key, "", None, None, 1, text, None, 2]
                                 for key, text in enumerate(texts, 1)]
 
@@ -301,6 +303,18 @@ def long_texts(all_tables):
 def damaged_rows(all_tables):
     names = all_tables[UTENSILS]
     names.rows = [[1, "one"], Raw(b""), Raw(b"\2"), Raw(b"\xff" * 20), Raw(b"\2\0\0\3"), [6, "six"]]
+
+
+@case("jet3")
+def overlapping_rows(all_tables):
+    names = all_tables[UTENSILS]
+    names.rows = [[1, "one"], Raw(b"", place=2040), [3, "three"], [4, "four"]]
+
+
+@case("jet3", "jet4")
+def map_with_other_pages(all_tables):
+    definition, page_of_utensils = 3, 17
+    all_tables[RECIPES].also_mapped = (definition, page_of_utensils)
 
 
 @case("jet4")

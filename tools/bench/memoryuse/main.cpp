@@ -1,6 +1,7 @@
 // Prints how many bytes of memory this process uses for something:
 //   memoryuse plain DATABASE TABLE     growth of the resident memory: step through the table's rows
 //   memoryuse cursor DATABASE TABLE    the same: read them with a cursor, which keeps them
+//   memoryuse index DATABASE           the same without code: build the index of the find bar
 //   memoryuse frame DATABASE           resident memory: the main window
 //   memoryuse recipe DATABASE          the same: the main window with the recipe window
 //   memoryuse export DATABASE FOLDER   growth of the peak: export web pages to this folder
@@ -11,7 +12,9 @@
 #include "data/DatabasePath.h"
 #include "data/RecordCursor.h"
 #include "export/WebPages.h"
+#include "recipes/RecipeIndex.h"
 #include "recipes/frmRecipe.h"
+#include "search/SearchQuery.h"
 #include "takeover/Takeover.h"
 
 #include <QApplication>
@@ -69,6 +72,32 @@ long growthByRows(bool areKept, const QString &path, const QString &table)
     return residentBytes() - before;
 }
 
+// Resident memory without the pages of programs and libraries.
+long anonymousBytes()
+{
+    long all = 0;
+    long resident = 0;
+    long ofFiles = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident >> ofFiles;
+    return (resident - ofFiles) * sysconf(_SC_PAGESIZE);
+}
+
+// SQLite's page cache is filled before. The growth includes memory that was needed only for
+// building, as far as it has not been returned to the system.
+long growthByIndex(const QString &path)
+{
+    const std::shared_ptr<Database> database = Database::open(path);
+    for (const Table &table : schemaTables())
+        PlainStatement(database->connection().getHandle(),
+                       "SELECT * FROM " + std::string(table.name))
+            .run();
+    RecipeIndex index;
+    const long before = anonymousBytes();
+    if (index.matches(*database, SearchQuery(u"s")).empty())
+        throw std::runtime_error("the index found no recipe");
+    return anonymousBytes() - before;
+}
+
 long bytesOfWindow(bool isRecipeOpen, const QString &path)
 {
     DatabasePath = path;
@@ -105,6 +134,8 @@ long bytesFor(const QStringList &arguments)
     const QString path = arguments.value(2);
     if (subject == "plain"_L1 || subject == "cursor"_L1)
         return growthByRows(subject == "cursor"_L1, path, arguments.value(3));
+    if (subject == "index"_L1)
+        return growthByIndex(path);
     if (subject == "frame"_L1 || subject == "recipe"_L1)
         return bytesOfWindow(subject == "recipe"_L1, path);
     if (subject == "export"_L1)

@@ -1,0 +1,137 @@
+#include "widgets/FindBar.h"
+
+#include "ui_FindBar.h"
+
+#include <QAbstractItemView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QShortcut>
+
+#include <algorithm>
+
+FindBar::FindBar(QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::FindBar>())
+{
+    constexpr int longest = 200; // UTF-16 code units, more than a title has
+    m_ui->setupUi(this);
+    // LineEdit::setMaxInputLength() would make the field as wide as its longest text.
+    m_ui->txtFind->setMaxLength(longest);
+    m_ui->txtFind->installEventFilter(this);
+    setFocusProxy(m_ui->txtFind);
+    hide();
+    new QShortcut(QKeySequence::Find, parent, this, &FindBar::open, Qt::WidgetWithChildrenShortcut);
+    connect(m_ui->txtFind, &QLineEdit::textChanged, this, &FindBar::textChanged);
+    connect(m_ui->cmdCloseFind, &QToolButton::clicked, this, &FindBar::closeBar);
+}
+
+FindBar::~FindBar() = default;
+
+QString FindBar::placeholderText() const
+{
+    return m_ui->txtFind->placeholderText();
+}
+
+void FindBar::setPlaceholderText(const QString &text)
+{
+    m_ui->txtFind->setPlaceholderText(text);
+    m_ui->txtFind->setAccessibleDescription(text);
+}
+
+QString FindBar::text() const
+{
+    return m_ui->txtFind->text();
+}
+
+void FindBar::showCount(qsizetype found, qsizetype total)
+{
+    const QLocale english(QLocale::English);
+    const auto count = [&](qsizetype shown) {
+        return shown == 0 ? tr("None of %1").arg(english.toString(total))
+                          : tr("%1 of %2").arg(english.toString(shown), english.toString(total));
+    };
+    // The field keeps its width while the count changes.
+    const int widest = std::max(m_ui->lblFound->fontMetrics().horizontalAdvance(count(total)),
+                                m_ui->lblFound->fontMetrics().horizontalAdvance(count(0)));
+    m_ui->lblFound->setMinimumWidth(widest);
+    announce(count(found));
+}
+
+void FindBar::clearCount()
+{
+    announce({});
+}
+
+// A screen reader says the changed description of the control that has the focus.
+void FindBar::announce(const QString &count)
+{
+    m_ui->lblFound->setText(count);
+    m_ui->txtFind->setAccessibleDescription(count.isEmpty() ? placeholderText() : count);
+}
+
+void FindBar::open()
+{
+    show();
+    m_ui->txtFind->setFocus(Qt::ShortcutFocusReason);
+    m_ui->txtFind->selectAll();
+}
+
+void FindBar::clear()
+{
+    m_ui->txtFind->setFocus();
+    m_ui->txtFind->clear();
+}
+
+// QWidget::hide() would pass the focus to the next control in tab order.
+void FindBar::closeBar()
+{
+    if (!isOpen())
+        return;
+    if (isAncestorOf(window()->focusWidget()))
+        m_view->setFocus();
+    hide();
+    m_ui->txtFind->clear();
+    clearCount();
+    Q_EMIT closed();
+}
+
+bool FindBar::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && moveInView(static_cast<const QKeyEvent &>(*event)))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+bool FindBar::moveInView(const QKeyEvent &press)
+{
+    const Qt::KeyboardModifiers modifiers = press.modifiers() & ~Qt::KeypadModifier;
+    switch (press.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        if (modifiers != Qt::NoModifier)
+            return false;
+        break;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        if (modifiers != Qt::ControlModifier)
+            return false;
+        break;
+    default:
+        return false;
+    }
+    QKeyEvent move(QEvent::KeyPress, press.key(), Qt::NoModifier);
+    QCoreApplication::sendEvent(m_view, &move);
+    return true;
+}
+
+// QToolButton ignores Enter.
+void FindBar::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->matches(QKeySequence::Cancel) || (isEnter && m_ui->cmdCloseFind->hasFocus()))
+        closeBar();
+    else
+        QWidget::keyPressEvent(event);
+}
