@@ -184,10 +184,12 @@ DataPage::DataPage(Bytes page, const Format &format)
 {
     require(page.read<quint8>(0) == static_cast<quint8>(PageKind::Data));
     m_rowCount = page.read<quint16>(m_directory - sizeof(quint16));
-    require(m_directory + m_rowCount * sizeof(quint16) <= page.size());
-    while (m_orderedRows < m_rowCount
-           && (m_orderedRows == 0 || start(m_orderedRows) <= start(m_orderedRows - 1)))
-        ++m_orderedRows;
+    require(m_rowCount <= mostRows && m_directory + m_rowCount * sizeof(quint16) <= page.size());
+    std::size_t lowest = page.size(); // of the starts so far
+    for (std::size_t row = 0; row + 1 < m_rowCount; ++row) {
+        m_isOverlapped[row + 1] = start(row) > lowest;
+        lowest = std::min(lowest, start(row));
+    }
 }
 
 quint32 DataPage::owner() const
@@ -218,8 +220,7 @@ Bytes DataPage::row(std::size_t row) const
     const std::size_t begin = start(row);
     const std::size_t end = row == 0 ? m_page.size() : start(row - 1);
     require(begin >= m_directory + m_rowCount * sizeof(quint16));
-    for (std::size_t i = m_orderedRows; i < row; ++i)
-        require(start(i - 1) >= end);
+    require(!m_isOverlapped[row]);
     return m_page.between(begin, end);
 }
 

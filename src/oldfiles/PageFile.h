@@ -50,6 +50,7 @@ class PageBuffer
 class DataPage
 {
 public:
+    static constexpr std::size_t mostRows = 256; // which a pointer can tell apart
     static constexpr quint32 usageMapOwner = 0;
     static constexpr quint32 longValueOwner = 0x4C41564C; // "LVAL"
 
@@ -73,7 +74,7 @@ private:
     Bytes m_page;
     std::size_t m_directory = 0;
     std::size_t m_rowCount = 0;
-    std::size_t m_orderedRows = 0; // the first ones, each of which lies before the one before it
+    std::bitset<mostRows> m_isOverlapped; // rows whose end lies beyond the start of an earlier row
 };
 
 // The pages of a file. Reads each one when it is asked for: a mapping of the file would count as

@@ -245,6 +245,8 @@ void addDamagedRows()
             pages.arg(u"2"_s, u"Utensils"_s)); // the second one has no rows
     addCase({"index-node.jet3", "index-node.jet4", "usage-map.jet3", "usage-map.jet4"}, Utensils,
             pages.arg(u"1"_s, u"Utensils"_s));
+    addCase({"too-many-rows.jet3", "too-many-rows.jet4"}, Utensils,
+            u"2 \"Pot\""_s + pages.arg(u"1"_s, u"Utensils"_s));
     addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
             u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
     addCase({"overlapping-rows.jet3"}, Utensils,

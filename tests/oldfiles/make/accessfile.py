@@ -75,6 +75,7 @@ class Table:
     map_kind: str = "direct"  # "late" begins at the first page, "indirect" is on pages of its own
     reversed_records: bool = False
     owner: int = None  # that the pages of rows name instead of the table
+    most_slots: int = 255  # on a page of rows
     page_kind: int = None  # that the pages of rows name instead of DATA
     given_up_page: bool = False  # one that still has rows and names the table
     also_mapped: tuple = ()  # pages that are not the table's
@@ -295,7 +296,7 @@ class AccessFile:
         def place(data, flags, row=None):
             slots, size = pages[-1]
             length = len(data.data if isinstance(data, Raw) else data) + 2
-            if size + length > self.format.room or len(slots) == 255:
+            if size + length > self.format.room or len(slots) == table.most_slots:
                 pages.append(([], 0))
                 slots, size = pages[-1]
             slots.append((data, flags))

@@ -313,6 +313,14 @@ def overlapping_rows(all_tables):
 
 
 @case("jet3", "jet4")
+def too_many_rows(all_tables):
+    """More on the first page than a row pointer can tell apart."""
+    names = all_tables[UTENSILS]
+    names.most_slots = 257
+    names.rows = [Raw(b"")] * 257 + [[2, "Pot"]]
+
+
+@case("jet3", "jet4")
 def map_with_other_pages(all_tables):
     definition, page_of_utensils = 3, 17
     all_tables[RECIPES].also_mapped = (definition, page_of_utensils)
