@@ -226,8 +226,6 @@ Bytes DataPage::row(std::size_t row) const
 
 void VisitedRows::visit(RowPointer pointer)
 {
-    if (pointer.page >= m_pages.size())
-        m_pages.resize(pointer.page + std::size_t(1));
     auto &&isVisited = m_pages[pointer.page][pointer.row];
     require(!isVisited);
     isVisited = true;

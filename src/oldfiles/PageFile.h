@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace oldfiles {
@@ -118,13 +119,12 @@ private:
 class VisitedRows
 {
 public:
-    // Throws Damage if the row has been visited. The pointer must be one to a page of the file.
+    // Throws Damage if the row has been visited.
     void visit(RowPointer pointer);
 
 private:
-    static constexpr std::size_t rowsOnPage = 256; // which a pointer can tell apart
-
-    std::vector<std::bitset<rowsOnPage>> m_pages;
+    // The pages are sparse: a file with holes may have millions.
+    std::unordered_map<quint32, std::bitset<DataPage::mostRows>> m_pages;
 };
 
 } // namespace oldfiles

@@ -245,6 +245,8 @@ void addDamagedRows()
             pages.arg(u"2"_s, u"Utensils"_s)); // the second one has no rows
     addCase({"index-node.jet3", "index-node.jet4", "usage-map.jet3", "usage-map.jet4"}, Utensils,
             pages.arg(u"1"_s, u"Utensils"_s));
+    addCase({"endless-text.jet3"}, Recipes, bread + unreadable(1, u"0 on page 8268"_s, u"Recipes"_s));
+    addCase({"endless-text.jet4"}, Recipes, bread + unreadable(1, u"0 on page 4128"_s, u"Recipes"_s));
     addCase({"too-many-rows.jet3", "too-many-rows.jet4"}, Utensils,
             u"2 \"Pot\""_s + pages.arg(u"1"_s, u"Utensils"_s));
     addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,

@@ -301,6 +301,13 @@ def long_texts(all_tables):
 
 
 @case("jet3", "jet4")
+def endless_text(all_tables):
+    """Longer than any that is read, though the file has all of it."""
+    recipes = all_tables[RECIPES]
+    recipes.rows[0][INSTRUCTIONS] = b"a\0" * (8 * 2**20 + 1)
+
+
+@case("jet3", "jet4")
 def damaged_rows(all_tables):
     names = all_tables[UTENSILS]
     names.rows = [[1, "one"], Raw(b""), Raw(b"\2"), Raw(b"\xff" * 20), Raw(b"\2\0\0\3"), [6, "six"]]
