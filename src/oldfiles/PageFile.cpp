@@ -26,7 +26,7 @@ constexpr Format jet4{.isJet3 = false, .pageSize = 4096}; // also ACE
 // The header is page 0. Its later part is scrambled, always with the same key.
 namespace header {
 using namespace std::string_view_literals;
-constexpr std::array signatures{"\0\1\0\0Standard Jet DB\0"sv, "\0\1\0\0Standard ACE DB\0"sv};
+constexpr auto signature = "\0\1\0\0Standard "sv; // "Jet DB" or "ACE DB" follows
 constexpr std::size_t version = 0x14;
 constexpr quint8 latestVersion = 6;
 constexpr std::size_t scrambled = 0x18;
@@ -110,10 +110,11 @@ PageFile::~PageFile()
 void PageFile::readHeader()
 {
     std::vector<char> page(jet3.pageSize); // the shorter one; the header is in its first 160 bytes
-    const std::string_view start(page.data(), header::signatures.front().size());
-    if (!readFully(m_descriptor, page, 0)
-        || std::ranges::find(header::signatures, start) == header::signatures.end())
+    const bool isComplete = readFully(m_descriptor, page, 0); // keeps the bytes of a short file
+    if (!std::string_view(page.data(), page.size()).starts_with(header::signature))
         throw Error(Text::tr("This is not a file in the Access format."));
+    if (!isComplete)
+        throw Error(Text::tr("The file is damaged: it ends too early."));
     const auto version = Bytes(page).read<quint8>(header::version);
     if (version > header::latestVersion)
         throw Error(Text::tr("The file is in a later version of the Access format (%1), which is "
