@@ -127,8 +127,11 @@ def rc4(key, data):
 
 class AccessFile:
     def __init__(self, name, version=None, code_page=1252, stated_code_page=None, key=0,
-                 encrypted=False, password="", compress=False):
+                 encrypted=False, password="", compress=False, signature=None,
+                 catalog_rows=()):
         self.format = FORMATS[name]
+        self.catalog_rows = catalog_rows  # further ones
+        self.signature = signature or self.format.signature
         self.version = self.format.version if version is None else version
         self.code_page, self.stated_code_page = code_page, stated_code_page or code_page
         self.key, self.encrypted = key, encrypted
@@ -406,6 +409,7 @@ class AccessFile:
         catalog.rows += [[0x0F000001, "Recipes", -32768, 0]]  # a form of this name
         catalog.rows += [[place, table.name, table.type, table.flags]
                          for place, table in zip(places[1:], tables)]
+        catalog.rows += self.catalog_rows
         for table, place in zip([catalog, *tables], places):
             self.write_table(table, place)
         self.pages[0] = self.header()
@@ -423,7 +427,7 @@ class AccessFile:
     def header(self):
         f = self.format
         page = bytearray(f.page_size)
-        page[0:20] = b"\0\1\0\0" + f.signature + b"\0"
+        page[0:20] = b"\0\1\0\0" + self.signature + b"\0"
         page[0x14] = self.version
         clear = bytearray(f.pick(126, 128))
         struct.pack_into("<HI", clear, 0x3C - 0x18, self.stated_code_page, self.key)

@@ -179,6 +179,8 @@ def more_than_ours(all_tables):
     all_tables.append(Table("SomeQuery", [Column("Id", LONG)], [], type=5))
 
 
+CASES["damaged-catalog.jet4"] = ("jet4", {"catalog_rows": [Raw(b"")]}, lambda _: None)
+CASES["other-signature.jet4"] = ("jet4", {"signature": b"Standard Old DB"}, lambda _: None)
 CASES["later-version.jet4"] = ("jet4", {"version": 7}, lambda _: None)
 CASES["encrypted.jet4"] = ("jet4", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
 CASES["encrypted.jet3"] = ("jet3", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
@@ -209,10 +211,21 @@ def code_page_of_column(all_tables):
     all_tables[RECIPES].rows = [recipe(3, "Käse")]
 
 
+def own_code_pages(all_tables):
+    """Each text names the code page that it is in, so that nothing needs that of the file."""
+    for column in (column for table in all_tables for column in table.columns):
+        column.code_page = 1252
+    all_tables[UTENSILS].rows = [[1, "Käse"]]
+
+
+CASES["unused-code-page.jet3"] = ("jet3", {"stated_code_page": 4711}, own_code_pages)
+
+
 @case("jet3")
 def unknown_code_page_of_column(all_tables):
-    all_tables[UTENSILS].columns[1].code_page = 4711
-    all_tables[UTENSILS].rows = [[2, b"Pot"]]
+    all_tables[RECIPES].columns[AUTHOR].code_page = 4711
+    for row in all_tables[RECIPES].rows:
+        row[AUTHOR] = b"Cook"
 
 
 CASES["compressed.jet4"] = ("jet4", {"compress": True},
