@@ -42,6 +42,10 @@ public:
     QStringList otherTables() const { return m_otherTables; }
     QStringList otherColumns(std::size_t table) const { return m_tables[table].otherColumns; }
 
+    // A sentence about damage to the list of tables, which otherTables() may then lack some of;
+    // empty if there is none.
+    QString catalogProblem() const { return m_catalogProblem; }
+
     // Returns a reader at the beginning of the table. The second form decodes only the columns
     // whose positions in the layout are given, which is much faster if no long text is among them.
     RowReader rows(std::size_t table) const;
@@ -51,6 +55,7 @@ private:
     PageFile m_file;
     std::vector<TableDefinition> m_tables;
     QStringList m_otherTables;
+    QString m_catalogProblem;
 };
 
 } // namespace oldfiles

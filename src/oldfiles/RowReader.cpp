@@ -11,6 +11,15 @@ struct Text {
 
 } // namespace
 
+// Calls the function that returns the sentence only for the first problem: a file may have
+// millions.
+template <typename Sentence>
+void RowReader::noteProblem(Sentence sentence)
+{
+    if (m_firstProblem.isEmpty())
+        m_firstProblem = sentence();
+}
+
 RowReader::RowReader(const PageFile &file, const TableDefinition &table,
                      std::span<const std::size_t> columns)
     : m_file(file)
@@ -23,7 +32,7 @@ RowReader::RowReader(const PageFile &file, const TableDefinition &table,
         m_map.emplace(file, table.map);
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(mapProblem());
+        noteProblem([this] { return mapProblem(); });
     }
 }
 
@@ -54,30 +63,53 @@ bool RowReader::goToNextPage()
         m_pageNumber = *number;
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(mapProblem());
+        noteProblem([this] { return mapProblem(); });
         return true;
     }
     try {
         m_rows = rowsOf(m_pageNumber);
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(Text::tr("Page %1, which belongs to the table %2, cannot be read.")
-                        .arg(m_pageNumber)
-                        .arg(m_table.name));
+        noteProblem([this] {
+            return Text::tr("Page %1, which belongs to the table %2, cannot be read.")
+                .arg(m_pageNumber)
+                .arg(m_table.name);
+        });
     }
     return true;
 }
 
-// A map may also list pages of other kinds, which hold no rows of the table.
+// A map may also list pages of long texts and of other kinds, which hold no rows of the table.
 DataPage RowReader::rowsOf(quint32 number)
 {
     const Bytes page = m_file.page(number, m_page);
     const auto kind = static_cast<PageKind>(page.read<quint8>(0));
     require(kind >= PageKind::Data && kind <= PageKind::UsageMap);
-    if (kind != PageKind::Data)
+    if (kind != PageKind::Data) {
+        require(!isOfRowsButForKind(page));
         return {};
+    }
     const DataPage rows(page, m_file.format());
-    return rows.owner() == m_table.page ? rows : DataPage();
+    if (rows.owner() == DataPage::longValueOwner)
+        return {};
+    require(rows.owner() == m_table.page);
+    return rows;
+}
+
+// Whether only the first byte tells the page from one with rows of the table. It is damaged then:
+// the pages of an index name the table too, but have no directory of rows.
+bool RowReader::isOfRowsButForKind(Bytes page) const
+{
+    std::vector<char> bytes(page.span().begin(), page.span().end());
+    bytes[0] = static_cast<char>(PageKind::Data);
+    try {
+        const DataPage rows(Bytes(bytes), m_file.format());
+        for (std::size_t row = 0; row < rows.rowCount(); ++row)
+            rows.row(row);
+        return rows.rowCount() > 0 && rows.owner() == m_table.page;
+    } catch (const Damage &) {
+        return false;
+    }
 }
 
 // Returns whether there is a row at this place that can be read.
@@ -96,10 +128,12 @@ bool RowReader::readRow(std::size_t row)
         return true;
     } catch (const Damage &) {
         ++m_unreadableRows;
-        noteProblem(Text::tr("Row %1 on page %2, which belongs to the table %3, cannot be read.")
-                        .arg(row)
-                        .arg(m_pageNumber)
-                        .arg(m_table.name));
+        noteProblem([&] {
+            return Text::tr("Row %1 on page %2, which belongs to the table %3, cannot be read.")
+                .arg(row)
+                .arg(m_pageNumber)
+                .arg(m_table.name);
+        });
         return false;
     }
 }
@@ -118,12 +152,6 @@ QString RowReader::mapProblem() const
                     "read completely.")
         .arg(m_table.name)
         .arg(m_table.map.page);
-}
-
-void RowReader::noteProblem(const QString &problem)
-{
-    if (m_firstProblem.isEmpty())
-        m_firstProblem = problem;
 }
 
 } // namespace oldfiles

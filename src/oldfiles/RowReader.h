@@ -50,10 +50,12 @@ private:
 
     bool goToNextPage();
     DataPage rowsOf(quint32 page);
+    bool isOfRowsButForKind(Bytes page) const;
     bool readRow(std::size_t row);
     Bytes movedRow(RowPointer body);
     QString mapProblem() const;
-    void noteProblem(const QString &problem);
+    template <typename Sentence>
+    void noteProblem(Sentence sentence);
 
     const PageFile &m_file;
     const TableDefinition &m_table;

@@ -165,7 +165,9 @@ void addErrors()
     add({"calculated-column.ace"},
         u"The column Serves of the table Recipes is calculated. Its values cannot be read."_s);
     add({"unknown-code-page.jet3", "unknown-code-page-of-column.jet3"},
-        u"The texts of this file are in code page 4711, which is not known here."_s);
+        u"The texts of the table Recipes are in code page 4711, which this system cannot convert. "
+        "Some systems have further code pages in a package of their own, glibc-gconv-extra or "
+        "libc-gconv-modules-extra: install it and try again."_s);
     add({"later-version.jet4"},
         u"The file is in a later version of the Access format (7), which is not known here."_s);
 }
@@ -174,9 +176,9 @@ void addValues()
 {
     addCase({"plain.jet3", "plain.jet4", "plain.ace", "other-case.jet4", "other-order.jet3",
              "other-order.jet4", "variable-numbers.jet3", "variable-numbers.jet4", "key-alone.jet4",
-             "password.jet3", "password.jet4", "map-with-other-pages.jet3",
-             "map-with-other-pages.jet4", "seasoned.jet3", "seasoned.jet4", "map-on-pages.jet3",
-             "map-on-pages.jet4", "map-on-pages.ace"},
+             "password.jet3", "password.jet4", "map-with-long-texts.jet3",
+             "map-with-long-texts.jet4", "other-signature.jet4", "seasoned.jet3", "seasoned.jet4",
+             "map-on-pages.jet3", "map-on-pages.jet4", "map-on-pages.ace"},
             Recipes, soup + u"; "_s + bread);
     addCase({"seasoned.jet3", "seasoned.jet4", "other-order.jet3", "other-order.jet4"},
             RecipeIngredients, u"3 6 \"1 lb\"; 3 5 null; 7 99 \"\""_s);
@@ -211,6 +213,7 @@ void addValues()
 void addTexts()
 {
     addCase({"western.jet3"}, Utensils, u"1 \"Käse–Reibe €\"; 2 \"\u0081 \u009d \u2400\""_s);
+    addCase({"unused-code-page.jet3"}, Utensils, u"1 \"Käse\""_s);
     addCase({"cyrillic.jet3", "code-page-of-column.jet3"}, Utensils, u"1 \"Кастрюля\""_s);
     addCase({"vietnamese.jet3"}, Utensils, u"1 \"chào\"; 2 \"a\u0300\""_s);
     addCase({"dos.jet3"}, Utensils, u"1 \"Töpfe ½\""_s);
@@ -237,6 +240,20 @@ void addTexts()
 
 void addDamagedRows()
 {
+    const QString pages = u" (0 rows, %1 pages: Page 17, which belongs to the table %2, cannot be "
+                          "read.)"_s;
+    addCase({"map-with-other-pages.jet3", "map-with-other-pages.jet4"}, Recipes,
+            soup + u"; "_s + bread + pages.arg(u"1"_s, u"Recipes"_s));
+    addCase({"other-owner.jet3", "other-owner.jet4"}, Utensils,
+            pages.arg(u"2"_s, u"Utensils"_s)); // the second one has no rows
+    addCase({"index-node.jet3", "index-node.jet4", "usage-map.jet3", "usage-map.jet4"}, Utensils,
+            pages.arg(u"1"_s, u"Utensils"_s));
+    addCase({"endless-text.jet3"}, Recipes,
+            bread + unreadable(1, u"0 on page 8268"_s, u"Recipes"_s));
+    addCase({"endless-text.jet4"}, Recipes,
+            bread + unreadable(1, u"0 on page 4128"_s, u"Recipes"_s));
+    addCase({"too-many-rows.jet3", "too-many-rows.jet4"}, Utensils,
+            u"2 \"Pot\""_s + pages.arg(u"1"_s, u"Utensils"_s));
     addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
             u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
     addCase({"overlapping-rows.jet3"}, Utensils,
@@ -321,6 +338,14 @@ private Q_SLOTS:
         QCOMPARE(file.storedRows(Ingredients), 2);
     }
 
+    void damagedCatalog()
+    {
+        const RecipeFile file(casePath(u"damaged-catalog.jet4"_s));
+        QCOMPARE(file.catalogProblem(),
+                 u"Row 7 on page 8, which belongs to the table MSysObjects, cannot be read."_s);
+        QCOMPARE(RecipeFile(casePath(u"plain.jet4"_s)).catalogProblem(), QString());
+    }
+
     void onlyTheColumnsAskedFor()
     {
         const RecipeFile file(casePath(u"long-texts.jet4"_s));
@@ -397,6 +422,9 @@ private Q_SLOTS:
     void notAFile()
     {
         QCOMPARE(contents(m_folder.path(), Recipes), u"This is not a file in the Access format."_s);
+        const QString shortFile = m_folder.filePath(u"short"_s);
+        setBytes(shortFile, bytesOf(QLatin1StringView(CASES) + u"plain.jet3"_s).first(13));
+        QCOMPARE(contents(shortFile, Recipes), u"The file is damaged: it ends too early."_s);
         QVERIFY(contents(m_folder.filePath(u"none"_s), Recipes)
                     .startsWith(u"The file cannot be opened: "));
     }

@@ -6,6 +6,7 @@ makefiles.py big FILE RECIPES    a Jet 4 file with this number of recipes of 13 
 makefiles.py copy DATABASE FILE  a Jet 4 file with the rows of a recipe database of today
 """
 
+import dataclasses
 import sqlite3
 import sys
 from pathlib import Path
@@ -178,6 +179,8 @@ def more_than_ours(all_tables):
     all_tables.append(Table("SomeQuery", [Column("Id", LONG)], [], type=5))
 
 
+CASES["damaged-catalog.jet4"] = ("jet4", {"catalog_rows": [Raw(b"")]}, lambda _: None)
+CASES["other-signature.jet4"] = ("jet4", {"signature": b"Standard Old DB"}, lambda _: None)
 CASES["later-version.jet4"] = ("jet4", {"version": 7}, lambda _: None)
 CASES["encrypted.jet4"] = ("jet4", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
 CASES["encrypted.jet3"] = ("jet3", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
@@ -208,10 +211,21 @@ def code_page_of_column(all_tables):
     all_tables[RECIPES].rows = [recipe(3, "Käse")]
 
 
+def own_code_pages(all_tables):
+    """Each text names the code page that it is in, so that nothing needs that of the file."""
+    for column in (column for table in all_tables for column in table.columns):
+        column.code_page = 1252
+    all_tables[UTENSILS].rows = [[1, "Käse"]]
+
+
+CASES["unused-code-page.jet3"] = ("jet3", {"stated_code_page": 4711}, own_code_pages)
+
+
 @case("jet3")
 def unknown_code_page_of_column(all_tables):
-    all_tables[UTENSILS].columns[1].code_page = 4711
-    all_tables[UTENSILS].rows = [[2, b"Pot"]]
+    all_tables[RECIPES].columns[AUTHOR].code_page = 4711
+    for row in all_tables[RECIPES].rows:
+        row[AUTHOR] = b"Cook"
 
 
 CASES["compressed.jet4"] = ("jet4", {"compress": True},
@@ -300,6 +314,13 @@ def long_texts(all_tables):
 
 
 @case("jet3", "jet4")
+def endless_text(all_tables):
+    """Longer than any that is read, though the file has all of it."""
+    recipes = all_tables[RECIPES]
+    recipes.rows[0][INSTRUCTIONS] = b"a\0" * (8 * 2**20 + 1)
+
+
+@case("jet3", "jet4")
 def damaged_rows(all_tables):
     names = all_tables[UTENSILS]
     names.rows = [[1, "one"], Raw(b""), Raw(b"\2"), Raw(b"\xff" * 20), Raw(b"\2\0\0\3"), [6, "six"]]
@@ -312,9 +333,38 @@ def overlapping_rows(all_tables):
 
 
 @case("jet3", "jet4")
+def too_many_rows(all_tables):
+    """More on the first page than a row pointer can tell apart."""
+    names = all_tables[UTENSILS]
+    names.most_slots = 257
+    names.rows = [Raw(b"")] * 257 + [[2, "Pot"]]
+
+
+@case("jet3", "jet4")
 def map_with_other_pages(all_tables):
     definition, page_of_utensils = 3, 17
     all_tables[RECIPES].also_mapped = (definition, page_of_utensils)
+
+
+@case("jet3", "jet4")
+def map_with_long_texts(all_tables):
+    recipes = all_tables[RECIPES]
+    recipes.rows[0][DESCRIPTION] = LongValue("", "row")
+    recipes.rows[1][DESCRIPTION] = LongValue("", "row")
+    recipes.also_mapped = (11,)
+
+
+def damaged_head(**damage):
+    """The table says that it is empty: only the head of its pages shows that rows are lost."""
+    def change(all_tables):
+        all_tables[UTENSILS] = dataclasses.replace(all_tables[UTENSILS], stated_rows=0, **damage)
+    return change
+
+
+for file_format in ("jet3", "jet4"):
+    for label, damage in (("other-owner", {"owner": 1 << 20}), ("index-node", {"page_kind": 3}),
+                          ("usage-map", {"page_kind": 5})):
+        CASES[f"{label}.{file_format}"] = (file_format, {}, damaged_head(**damage))
 
 
 @case("jet4")
