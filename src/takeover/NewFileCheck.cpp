@@ -78,7 +78,8 @@ bool hasTextsOfSample(SQLite::Database &connection, const oldfiles::RecipeFile &
     if (fields.empty())
         return true;
     SQLite::Statement select(connection, selectText(table, fields));
-    oldfiles::RowReader rows = oldFile.rows(number, fields);
+    // All columns are decoded as in the copy, so that the same rows are readable.
+    oldfiles::RowReader rows = oldFile.rows(number);
     qint64 position = -1;
     return std::all_of(sample.rows().begin(), sample.rows().end(), [&](const RowSample::Row &row) {
         while (position < row.number) {

@@ -29,7 +29,7 @@ class tst_TakeoverCommand : public QObject
 private Q_SLOTS:
     void ends_data()
     {
-        // The arguments (damaged.rbk lacks recipes, taken.rbk exists), the exit status, the output
+        // The arguments (damaged.rbk lacks recipes, number.rbk has a damaged number, taken.rbk exists), the exit status, the output
         // and the error output as patterns, and whether new.rbk is there afterwards.
         const QString summary =
             u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 8, RecipeUtensils: 3\n"_s;
@@ -48,6 +48,12 @@ private Q_SLOTS:
              0,
              summary,
              loss + u".*"_s,
+             true},
+            {"damaged number, partial",
+             {u"number.rbk"_s, u"--partial"_s, u"new.rbk"_s},
+             0,
+             u"Recipes: 3, .*"_s,
+             u"number.rbk is damaged.*:\nRecipes: 3 of 4\nRow 1 on page .*"_s,
              true},
             {"existing new file",
              {u"old.rbk"_s, u"taken.rbk"_s},
@@ -101,6 +107,7 @@ private Q_SLOTS:
         const QByteArray old = bytesOf(rulesFile());
         setBytes(folder.filePath(u"old.rbk"_s), old);
         setBytes(folder.filePath(u"damaged.rbk"_s), withStatedRows(old, 0, 19));
+        QVERIFY(QFile::copy(QStringLiteral(DAMAGED_FILE), folder.filePath(u"number.rbk"_s)));
         setBytes(folder.filePath(u"taken.rbk"_s), "mine");
         QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link.rbk"_s)));
         QStringList expectedFiles = files();

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes a Jet 4 file in which each rule of a takeover has its rows: rules.py FILE"""
+"""Makes two Jet 4 files: one in which each rule of a takeover has its rows, and one in which a row is
+damaged: rules.py RULES DAMAGED"""
 
 import math
 import sys
@@ -53,5 +54,13 @@ TABLES = [
     Table("Shopping list", [Column("Item", TEXT)], [["Bread"]]),
 ]
 
+# Only a number of the second row is damaged: it has three bytes.
+DAMAGED = [Table(table.name, table.columns, []) for table in TABLES]
+DAMAGED[0].columns = [Column(column.name, column.type, fixed=False if column.name == "Serves" else None)
+                      for column in TABLES[0].columns]
+DAMAGED[0].rows = [recipe(1, "Soup", text="Stir."), recipe(2, "Bread", serves=b"\0\0\0"),
+                   recipe(3, "Cake", text="Bake."), recipe(4, "Tea")]
+
 if __name__ == "__main__":
     AccessFile("jet4").save(sys.argv[1], TABLES)
+    AccessFile("jet4").save(sys.argv[2], DAMAGED)
