@@ -110,9 +110,10 @@ RecipeFile::RecipeFile(const std::filesystem::path &path, std::span<const TableL
     }
 }
 
-qint64 RecipeFile::storedRows(std::size_t table) const
+qint64 RecipeFile::storedRows(std::size_t table, RowReader::PageCallback callback) const
 {
     RowReader reader(m_file, m_tables[table], {});
+    reader.setPageCallback(std::move(callback));
     qint64 count = 0;
     while (reader.next())
         ++count;

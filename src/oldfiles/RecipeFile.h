@@ -35,8 +35,8 @@ public:
     // The last key that the table's counter has given out; 0 if it has no counter.
     quint32 lastCounter(std::size_t table) const { return m_tables[table].lastCounter; }
 
-    // Counts the rows without decoding a value.
-    qint64 storedRows(std::size_t table) const;
+    // Counts the rows without decoding a value. If the callback stops, returns the rows so far.
+    qint64 storedRows(std::size_t table, RowReader::PageCallback callback = {}) const;
 
     // What is in the file and is not read, with names as they are spelled there.
     QStringList otherTables() const { return m_otherTables; }

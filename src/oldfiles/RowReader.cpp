@@ -39,12 +39,13 @@ bool RowReader::next()
     }
 }
 
-// Returns false after the last page.
+// Returns false after the last page and if the callback has stopped the reading.
 bool RowReader::goToNextPage()
 {
     m_row = 0;
     m_rows = {};
-    if (!m_map)
+    m_isStopped = m_isStopped || (m_pageCallback && !m_pageCallback());
+    if (m_isStopped || !m_map)
         return false;
     try {
         const std::optional<quint32> number = m_map->next();

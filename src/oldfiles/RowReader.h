@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -23,8 +24,16 @@ public:
     RowReader(const PageFile &file, const TableDefinition &table,
               std::span<const std::size_t> columns);
 
-    // Goes to the next row that can be read. Returns false after the last one. Never throws Error.
+    // Called before each page of rows is read; returns false to stop. Each page takes a bounded
+    // time, even if no row of it can be read.
+    using PageCallback = std::function<bool()>;
+    void setPageCallback(PageCallback callback) { m_pageCallback = std::move(callback); }
+
+    // Goes to the next row that can be read. Returns false after the last one and if the callback
+    // has stopped the reading. Never throws Error.
     bool next();
+
+    bool isStopped() const { return m_isStopped; }
 
     // The values of the row, one for each column of the layout. Texts are valid until next().
     std::span<const Value> values() const { return m_values; }
@@ -61,6 +70,8 @@ private:
     qint64 m_unreadableRows = 0;
     qint64 m_unreadablePages = 0;
     QString m_firstProblem;
+    PageCallback m_pageCallback;
+    bool m_isStopped = false;
 };
 
 } // namespace oldfiles

@@ -329,6 +329,23 @@ private Q_SLOTS:
         QCOMPARE(rowsOf(reader).size(), 13); // damaged texts are not looked at
     }
 
+    // The callback is asked before each page, also before those without a row that can be read.
+    void stopping()
+    {
+        const RecipeFile file(casePath(u"long-rows.jet3"_s));
+        int calls = 0;
+        const auto isFirst = [&calls] { return ++calls == 1; };
+        const qint64 rows = file.storedRows(Recipes, isFirst);
+        QVERIFY(rows > 0 && rows < file.storedRows(Recipes));
+        QCOMPARE(calls, 2);
+
+        RowReader reader = file.rows(Recipes);
+        reader.setPageCallback([] { return false; });
+        QVERIFY(!reader.next());
+        QVERIFY(reader.isStopped());
+        QVERIFY(!reader.next());
+    }
+
     // One bit of a page of rows can change two rows at most: both that it separates.
     void flippedBits_data()
     {
