@@ -29,8 +29,9 @@ class tst_TakeoverCommand : public QObject
 private Q_SLOTS:
     void ends_data()
     {
-        // The arguments (damaged.rbk lacks recipes, number.rbk has a damaged number, taken.rbk exists), the exit status, the output
-        // and the error output as patterns, and whether new.rbk is there afterwards.
+        // The arguments (damaged.rbk lacks recipes, number.rbk has a damaged number, taken.rbk
+        // exists), the exit status, the output and the error output as patterns, and whether
+        // new.rbk is there afterwards.
         const QString summary =
             u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 8, RecipeUtensils: 3\n"_s;
         const QString loss = u"damaged.rbk is damaged. This much of it can be read:\nRecipes: 16 "
@@ -67,6 +68,12 @@ private Q_SLOTS:
              {},
              u"pantrywise-takeover: link.rbk exists already.*"_s,
              false},
+            {"journal of another database",
+             {u"old.rbk"_s, u"other.rbk"_s},
+             1,
+             {},
+             u"pantrywise-takeover: other.rbk-journal belongs to another database .*"_s,
+             false},
             {"no old file",
              {u"none.rbk"_s, u"new.rbk"_s},
              1,
@@ -92,7 +99,12 @@ private Q_SLOTS:
              u"pantrywise-takeover: Name the old file .*"_s,
              false},
             {"unknown option", {u"--all"_s}, 1, {}, u"pantrywise-takeover: .*all.*"_s, false},
-            {"help", {u"--help"_s}, 0, u"Usage: .*--partial.*OLD.*NEW.*"_s, {}, false},
+            {"help",
+             {u"--help"_s},
+             0,
+             u"Usage: (?!.*help-all).*--partial.*OLD.*NEW.*"_s,
+             {},
+             false},
         });
     }
     void ends()
@@ -109,6 +121,7 @@ private Q_SLOTS:
         setBytes(folder.filePath(u"damaged.rbk"_s), withStatedRows(old, 0, 19));
         QVERIFY(QFile::copy(QStringLiteral(DAMAGED_FILE), folder.filePath(u"number.rbk"_s)));
         setBytes(folder.filePath(u"taken.rbk"_s), "mine");
+        setBytes(folder.filePath(u"other.rbk-journal"_s), "journal");
         QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link.rbk"_s)));
         QStringList expectedFiles = files();
         if (isMade)
