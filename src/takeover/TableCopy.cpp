@@ -83,8 +83,26 @@ void TableCopy::readKeys(std::size_t number)
     constexpr std::array<std::size_t, 1> keyColumn = {0};
     oldfiles::RowReader rows = m_file.rows(number, keyColumn);
     while (rows.next())
-        m_keys[number].add(keyOf(rows.values()[0]));
+        m_keys[number].add(rows.values()[0]);
+    if (m_keys[number].sort())
+        reserveLinkedKeys(number);
     m_keys[number].assign(counterOf(number));
+}
+
+void TableCopy::reserveLinkedKeys(std::size_t catalog)
+{
+    for (std::size_t links = 0; links < tableCount; ++links) {
+        const Table &table = schemaTables()[links];
+        for (std::size_t field = 0; field < table.fields.size(); ++field) {
+            if (table.hasKey || table.fields[field].type != FieldType::Key
+                || catalogOf(table.fields[field]) != catalog)
+                continue;
+            const std::array column = {field};
+            oldfiles::RowReader rows = m_file.rows(links, column);
+            while (rows.next())
+                m_keys[catalog].reserve(rows.values()[field]);
+        }
+    }
 }
 
 // Returns 0 if the counter leaves no next key.
@@ -97,9 +115,8 @@ qint32 TableCopy::counterOf(std::size_t number) const
 qint32 TableCopy::copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
                           RowNotes &notes)
 {
-    const std::optional<qint32> oldKey = keyOf(row.values[0]);
-    const CatalogKeys::Taken taken = m_keys[number].take(oldKey);
-    if (oldKey != taken.key)
+    const CatalogKeys::Taken taken = m_keys[number].take(row.values[0]);
+    if (keyOf(row.values[0]) != taken.key)
         notes.keyReplaced(row, taken.isRepeated, taken.key);
     insertion.bind(0, qint64{taken.key});
     return taken.key;
@@ -110,12 +127,14 @@ void TableCopy::copyField(const Table &table, const RowNotes::Row &row, std::siz
 {
     const FieldType type = table.fields[field].type;
     std::optional<Cell> cell = convertToField(type, row.values[field]);
+    if (type == FieldType::Key) {
+        const auto key = m_keys[catalogOf(table.fields[field])].linked(row.values[field]);
+        if (key)
+            cell = qint64{*key};
+    }
     if (!cell) {
         notes.numberDoesNotFit(row, field);
         cell = Cell();
-    } else if (type == FieldType::Key) {
-        if (const std::optional<qint32> key = keyOf(row.values[field]))
-            cell = qint64{m_keys[catalogOf(table.fields[field])].linked(*key)};
     }
     if (type == FieldType::Key && std::holds_alternative<std::monostate>(*cell))
         ++m_emptyLinks[field];

@@ -45,6 +45,7 @@ private:
     Q_DISABLE_COPY_MOVE(TableCopy)
 
     void readKeys(std::size_t number);
+    void reserveLinkedKeys(std::size_t catalog);
     qint32 counterOf(std::size_t number) const;
     qint32 copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
                    RowNotes &notes);
