@@ -68,16 +68,37 @@ bool RowReader::goToNextPage()
     return true;
 }
 
-// A map may also list pages of other kinds, which hold no rows of the table.
+// A map may also list pages of long texts and of other kinds, which hold no rows of the table.
 DataPage RowReader::rowsOf(quint32 number)
 {
     const Bytes page = m_file.page(number, m_page);
     const auto kind = static_cast<PageKind>(page.read<quint8>(0));
     require(kind >= PageKind::Data && kind <= PageKind::UsageMap);
-    if (kind != PageKind::Data)
+    if (kind != PageKind::Data) {
+        require(!isOfRowsButForKind(page));
         return {};
+    }
     const DataPage rows(page, m_file.format());
-    return rows.owner() == m_table.page ? rows : DataPage();
+    if (rows.owner() == DataPage::longValueOwner)
+        return {};
+    require(rows.owner() == m_table.page);
+    return rows;
+}
+
+// Whether only the first byte tells the page from one with rows of the table. It is damaged then:
+// the pages of an index name the table too, but have no directory of rows.
+bool RowReader::isOfRowsButForKind(Bytes page) const
+{
+    std::vector<char> bytes(page.span().begin(), page.span().end());
+    bytes[0] = static_cast<char>(PageKind::Data);
+    try {
+        const DataPage rows(Bytes(bytes), m_file.format());
+        for (std::size_t row = 0; row < rows.rowCount(); ++row)
+            rows.row(row);
+        return rows.rowCount() > 0 && rows.owner() == m_table.page;
+    } catch (const Damage &) {
+        return false;
+    }
 }
 
 // Returns whether there is a row at this place that can be read.

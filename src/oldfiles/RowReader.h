@@ -50,6 +50,7 @@ private:
 
     bool goToNextPage();
     DataPage rowsOf(quint32 page);
+    bool isOfRowsButForKind(Bytes page) const;
     bool readRow(std::size_t row);
     Bytes movedRow(RowPointer body);
     QString mapProblem() const;

@@ -76,7 +76,7 @@ Value decimalValue(Bytes stored, std::size_t scale)
         }
         digits.insert(digits.begin(), static_cast<char>('0' + rest));
     } while (parts != std::array<quint32, 4>{});
-    if ((stored.read<quint8>(0) & negative) != 0)
+    if (digits != "0" && (stored.read<quint8>(0) & negative) != 0)
         digits.insert(digits.begin(), '-');
     return scaledValue(std::move(digits), scale);
 }

@@ -174,8 +174,8 @@ void addValues()
 {
     addCase({"plain.jet3", "plain.jet4", "plain.ace", "other-case.jet4", "other-order.jet3",
              "other-order.jet4", "variable-numbers.jet3", "variable-numbers.jet4", "key-alone.jet4",
-             "password.jet3", "password.jet4", "map-with-other-pages.jet3",
-             "map-with-other-pages.jet4", "seasoned.jet3", "seasoned.jet4", "map-on-pages.jet3",
+             "password.jet3", "password.jet4", "map-with-long-texts.jet3",
+             "map-with-long-texts.jet4", "seasoned.jet3", "seasoned.jet4", "map-on-pages.jet3",
              "map-on-pages.jet4", "map-on-pages.ace"},
             Recipes, soup + u"; "_s + bread);
     addCase({"seasoned.jet3", "seasoned.jet4", "other-order.jet3", "other-order.jet4"},
@@ -188,7 +188,7 @@ void addValues()
             u"5 \"Leek\" 2 14 yes; 6 \"Ham\" 4 1 no; 7 \"Egg\" 4 1 null"_s);
     addCase({"decimals.jet4", "decimals.ace"}, Ingredients,
             u"4611686018427387904 \"Leek\" 12 14.5 yes; -6 \"Ham\" -3 -0.007 no; "
-            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no"_s);
+            "7 \"Egg\" 9223372036854775807 1e+25 no; 8 \"Oil\" null 1 no; 9 \"Salt\" 0 0 no"_s);
     addCase({"fixed-text.jet3", "fixed-text.jet4"}, Utensils, u"2 \"Pot \"; 3 null"_s);
     addCase({"added-column.jet3", "added-column.jet4"}, Recipes,
             u"3 \"Soup\" \"old\" null null null null null; "_s + bread);
@@ -237,6 +237,14 @@ void addTexts()
 
 void addDamagedRows()
 {
+    const QString pages = u" (0 rows, %1 pages: Page 17, which belongs to the table %2, cannot be "
+                          "read.)"_s;
+    addCase({"map-with-other-pages.jet3", "map-with-other-pages.jet4"}, Recipes,
+            soup + u"; "_s + bread + pages.arg(u"1"_s, u"Recipes"_s));
+    addCase({"other-owner.jet3", "other-owner.jet4"}, Utensils,
+            pages.arg(u"2"_s, u"Utensils"_s)); // the second one has no rows
+    addCase({"index-node.jet3", "index-node.jet4", "usage-map.jet3", "usage-map.jet4"}, Utensils,
+            pages.arg(u"1"_s, u"Utensils"_s));
     addCase({"damaged-rows.jet3", "damaged-rows.jet4"}, Utensils,
             u"1 \"one\"; 6 \"six\""_s + unreadable(4, u"1 on page 17"_s, u"Utensils"_s));
     addCase({"overlapping-rows.jet3"}, Utensils,

@@ -74,6 +74,8 @@ class Table:
     counter: int = None
     map_kind: str = "direct"  # "late" begins at the first page, "indirect" is on pages of its own
     reversed_records: bool = False
+    owner: int = None  # that the pages of rows name instead of the table
+    page_kind: int = None  # that the pages of rows name instead of DATA
     given_up_page: bool = False  # one that still has rows and names the table
     also_mapped: tuple = ()  # pages that are not the table's
     gap: int = 0  # pages before the rows
@@ -328,7 +330,8 @@ class AccessFile:
                 pointer = row.pointer
             pages[page][0][slot] = (struct.pack("<I", pointer), MOVED)
         for number, (slots, _) in zip(numbers, pages):
-            self.pages[number] = self.data_page(definition, slots)
+            page = self.data_page(table.owner or definition, slots)
+            self.pages[number] = bytes((table.page_kind or DATA,)) + page[1:]
         if table.given_up_page:
             self.pages[self.new_page()] = self.data_page(definition, pages[0][0])
         return numbers

@@ -6,6 +6,7 @@ makefiles.py big FILE RECIPES    a Jet 4 file with this number of recipes of 13 
 makefiles.py copy DATABASE FILE  a Jet 4 file with the rows of a recipe database of today
 """
 
+import dataclasses
 import sqlite3
 import sys
 from pathlib import Path
@@ -95,7 +96,8 @@ def decimals(all_tables):
     ingredients.columns[2] = Column("IngredientType", DECIMAL)
     ingredients.columns[3] = Column("ShelfLife", DECIMAL, scale=3)
     ingredients.rows = [[2**62, "Leek", 12, 14500, True], [-6, "Ham", -3, -7, False],
-                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False]]
+                        [7, "Egg", 2**63 - 1, 10**28, False], [8, "Oil", None, 1000, False],
+                        [9, "Salt", b"\x80" + bytes(16), b"\x80" + bytes(16), False]]
 
 
 @case("jet3", "jet4")
@@ -314,6 +316,27 @@ def overlapping_rows(all_tables):
 def map_with_other_pages(all_tables):
     definition, page_of_utensils = 3, 17
     all_tables[RECIPES].also_mapped = (definition, page_of_utensils)
+
+
+@case("jet3", "jet4")
+def map_with_long_texts(all_tables):
+    recipes = all_tables[RECIPES]
+    recipes.rows[0][DESCRIPTION] = LongValue("", "row")
+    recipes.rows[1][DESCRIPTION] = LongValue("", "row")
+    recipes.also_mapped = (11,)
+
+
+def damaged_head(**damage):
+    """The table says that it is empty: only the head of its pages shows that rows are lost."""
+    def change(all_tables):
+        all_tables[UTENSILS] = dataclasses.replace(all_tables[UTENSILS], stated_rows=0, **damage)
+    return change
+
+
+for file_format in ("jet3", "jet4"):
+    for label, damage in (("other-owner", {"owner": 1 << 20}), ("index-node", {"page_kind": 3}),
+                          ("usage-map", {"page_kind": 5})):
+        CASES[f"{label}.{file_format}"] = (file_format, {}, damaged_head(**damage))
 
 
 @case("jet4")
