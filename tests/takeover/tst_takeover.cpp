@@ -215,9 +215,17 @@ private Q_SLOTS:
         QVERIFY(bytesOf(inFolder(u"old.rbk"_s)) == bytes);
     }
 
+    void leavesNothingIfCancelled_data()
+    {
+        const QByteArray bytes = bytesOf(oldFile);
+        addRows<QByteArray>({{"whole file", bytes}, {"no recipe", withDamagedPage(bytes, 0)}});
+    }
+    // Each page is a chance to cancel, also if no row of it can be read.
     void leavesNothingIfCancelled()
     {
-        Takeover takeover(oldFile);
+        const auto [bytes] = fetchRow<QByteArray>();
+        setBytes(inFolder(u"old.rbk"_s), bytes);
+        Takeover takeover(inFolder(u"old.rbk"_s));
         const QString file = inFolder(u"cancelled.rbk"_s);
         int calls = 0;
         for (;; ++calls) {
@@ -226,7 +234,24 @@ private Q_SLOTS:
                 break;
             QVERIFY(!QFileInfo::exists(file));
         }
-        QVERIFY(calls > static_cast<int>(tableCount));
+        QVERIFY(QFile::remove(file));
+        constexpr int pages = 2; // of each table, at least
+        QVERIFY2(calls > 2 * pages * static_cast<int>(tableCount),
+                 qPrintable(QString::number(calls)));
+    }
+
+    void countsTheRecipes_data()
+    {
+        const QByteArray bytes = bytesOf(oldFile);
+        addRows<QByteArray, int>({{"more stated", withStatedRows(bytes, 0, 19), 19},
+                                  {"fewer stated", withStatedRows(bytes, 0, 0), 16},
+                                  {"unreadable", withDamagedPage(bytes, 0), 16}});
+    }
+    void countsTheRecipes()
+    {
+        const auto [bytes, expected] = fetchRow<QByteArray, int>();
+        setBytes(inFolder(u"old.rbk"_s), bytes);
+        QCOMPARE(Takeover(inFolder(u"old.rbk"_s)).recipeCount(), expected);
     }
 
     void leavesNothingOnAFullDisk()
