@@ -1,49 +1,101 @@
 #include "takeover/CatalogKeys.h"
 
-void CatalogKeys::add(std::optional<qint32> key)
+#include "takeover/FieldConversion.h"
+
+#include <cmath>
+
+namespace {
+
+void makeUnique(std::vector<qint32> &keys)
 {
-    if (key)
-        m_keys.push_back(*key);
-    if (!key || !isUsable(*key))
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+}
+
+// A number that is not finite is the key of no other row.
+bool canBeLinked(const oldfiles::Value &key)
+{
+    const auto *number = std::get_if<double>(&key);
+    return std::holds_alternative<qint64>(key) || (number && std::isfinite(*number));
+}
+
+} // namespace
+
+void CatalogKeys::add(const oldfiles::Value &key)
+{
+    const std::optional<qint32> fitting = keyOf(key);
+    if (fitting)
+        m_keys.push_back(*fitting);
+    if (!fitting || !isUsable(*fitting))
         ++m_needed;
+}
+
+bool CatalogKeys::sort()
+{
+    const std::size_t size = m_keys.size();
+    makeUnique(m_keys);
+    m_needed += static_cast<qint64>(size - m_keys.size()); // counts some unusable keys twice
+    m_isTaken.assign(m_keys.size(), false);
+    return m_needed > 0;
+}
+
+void CatalogKeys::reserve(const oldfiles::Value &linkedKey)
+{
+    const std::optional<qint32> key = keyOf(linkedKey);
+    if (key && isUsable(*key) && find(*key) == m_keys.size())
+        m_reserved.push_back(*key);
 }
 
 void CatalogKeys::assign(qint32 counter)
 {
-    std::sort(m_keys.begin(), m_keys.end());
-    const auto end = std::unique(m_keys.begin(), m_keys.end());
-    m_needed += m_keys.end() - end; // too many if keys that are not usable occur twice
-    m_keys.erase(end, m_keys.end());
-    m_isTaken.assign(m_keys.size(), false);
-
+    makeUnique(m_reserved);
     const auto firstUsable = std::upper_bound(m_keys.begin(), m_keys.end(), 0);
     m_firstUsable = static_cast<std::size_t>(firstUsable - m_keys.begin());
     m_replacements.assign(m_firstUsable + 1, 0);
     const auto endOfUsable = std::lower_bound(firstUsable, m_keys.end(), largestKey);
     m_last = std::max(counter, endOfUsable == firstUsable ? 0 : *(endOfUsable - 1));
-    if (m_last + m_needed >= largestKey)
+    if (m_last + m_needed + static_cast<qint64>(m_reserved.size()) >= largestKey)
         m_last = 0;
 }
 
-CatalogKeys::Taken CatalogKeys::take(std::optional<qint32> key)
+CatalogKeys::Taken CatalogKeys::take(const oldfiles::Value &key)
 {
-    const std::size_t index = key ? find(*key) : m_keys.size();
+    if (const std::optional<qint32> fitting = keyOf(key))
+        return takeFitting(*fitting);
+    return canBeLinked(key) ? takeUnfit(key) : Taken{nextFree(), false};
+}
+
+CatalogKeys::Taken CatalogKeys::takeFitting(qint32 key)
+{
+    const std::size_t index = find(key);
     if (index == m_keys.size())
         return {nextFree(), false};
     if (m_isTaken[index])
         return {nextFree(), true};
     m_isTaken[index] = true;
-    if (!isUsable(*key))
-        replacement(index) = nextFree();
-    return {isUsable(*key) ? *key : replacement(index), false};
+    if (isUsable(key))
+        return {key, false};
+    replacement(index) = nextFree();
+    return {replacement(index), false};
 }
 
-qint32 CatalogKeys::linked(qint32 key)
+CatalogKeys::Taken CatalogKeys::takeUnfit(const oldfiles::Value &key)
 {
-    if (isUsable(key))
-        return key;
-    const std::size_t index = find(key);
-    return index < m_keys.size() && m_isTaken[index] ? replacement(index) : key;
+    const qint32 newKey = nextFree();
+    return {newKey, !m_unfit.emplace(key, newKey).second};
+}
+
+std::optional<qint32> CatalogKeys::linked(const oldfiles::Value &key)
+{
+    const std::optional<qint32> fitting = keyOf(key);
+    if (!fitting) {
+        const auto found = canBeLinked(key) ? m_unfit.find(key) : m_unfit.end();
+        return found != m_unfit.end() ? std::optional(found->second) : std::nullopt;
+    }
+    if (isUsable(*fitting))
+        return fitting;
+    const std::size_t index = find(*fitting);
+    return index < m_keys.size() && m_isTaken[index] ? replacement(index) : *fitting;
 }
 
 std::size_t CatalogKeys::find(qint32 key) const
@@ -57,6 +109,7 @@ qint32 CatalogKeys::nextFree()
 {
     do
         ++m_last;
-    while (find(m_last) < m_keys.size());
+    while (find(m_last) < m_keys.size()
+           || std::binary_search(m_reserved.begin(), m_reserved.end(), m_last));
     return m_last;
 }

@@ -70,15 +70,13 @@ bool hasTexts(SQLite::Statement &select, qint64 rowid, std::span<const oldfiles:
     });
 }
 
-bool hasTextsOfSample(SQLite::Database &connection, const oldfiles::RecipeFile &oldFile,
-                      std::size_t number, const RowSample &sample)
+bool hasTextsOfSample(SQLite::Database &connection, oldfiles::RowReader &rows, const Table &table,
+                      const RowSample &sample)
 {
-    const Table &table = schemaTables()[number];
     const std::vector<std::size_t> fields = textFields(table);
     if (fields.empty())
         return true;
     SQLite::Statement select(connection, selectText(table, fields));
-    oldfiles::RowReader rows = oldFile.rows(number, fields);
     qint64 position = -1;
     return std::all_of(sample.rows().begin(), sample.rows().end(), [&](const RowSample::Row &row) {
         while (position < row.number) {
@@ -101,9 +99,15 @@ bool checkNewFile(SQLite::Database &connection, const oldfiles::RecipeFile &oldF
             return false;
         const TakenTable &taken = copied.taken[i];
         const std::string name(schemaTables()[i].name);
-        const int64_t rows = connection.execAndGet("SELECT count(*) FROM " + name).getInt64();
-        require(rows == taken.taken && hasTextsOfSample(connection, oldFile, i, copied.samples[i]),
-                taken.name);
+        const int64_t count = connection.execAndGet("SELECT count(*) FROM " + name).getInt64();
+        // All columns are decoded as in the copy, so that the same rows are readable.
+        oldfiles::RowReader rows = oldFile.rows(i);
+        rows.setPageCallback(step);
+        const bool hasTexts =
+            hasTextsOfSample(connection, rows, schemaTables()[i], copied.samples[i]);
+        if (rows.isStopped())
+            return false;
+        require(count == taken.taken && hasTexts, taken.name);
     }
     return true;
 }

@@ -68,11 +68,8 @@ QString RowNotes::keySentence(const Row &row, bool isTakenByEarlierRow, qint32 n
         return Text::tr("%1: %2 had the same %3 as another row, %4. It has the %3 %5 now. What "
                         "refers to %4 means the other row.")
             .arg(m_name, label(row), field, oldKey, QString::number(newKey));
-    if (keyOf(row.values[0]))
-        return Text::tr("%1: %2 had the %3 %4. It has the %3 %5 now, also in the rows that refer "
-                        "to it.")
-            .arg(m_name, label(row), field, oldKey, QString::number(newKey));
-    return Text::tr("%1: %2 had the %3 %4, which does not fit. It has the %3 %5 now.")
+    return Text::tr("%1: %2 had the %3 %4. It has the %3 %5 now, also in the rows that refer to "
+                    "it.")
         .arg(m_name, label(row), field, oldKey, QString::number(newKey));
 }
 

@@ -13,14 +13,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace {
 
 struct Text {
     Q_DECLARE_TR_FUNCTIONS(TableCopy)
 };
-
-constexpr qint64 rowsPerStep = 256;
 
 std::string_view textOf(const oldfiles::Value &value)
 {
@@ -53,12 +52,16 @@ bool TableCopy::copy(std::size_t number, const Step &step)
 {
     const Table &table = schemaTables()[number];
     m_emptyLinks = {};
-    if (table.hasKey)
-        readKeys(number);
+    if (table.hasKey && !readKeys(number, step))
+        return false;
     oldfiles::RowReader rows = m_file.rows(number);
     RowInsertion insertion(m_database.getHandle(), table);
     RowNotes notes(m_notes, m_database, table);
     TakenTable &taken = m_copied.taken[number];
+    rows.setPageCallback([&, told = qint64{0}]() mutable {
+        const qint64 before = std::exchange(told, taken.taken);
+        return step(taken.taken - before);
+    });
     while (rows.next()) {
         const RowNotes::Row row{taken.taken, rows.values()};
         const qint64 rowid = table.hasKey ? copyKey(number, row, insertion, notes) : row.number + 1;
@@ -68,9 +71,10 @@ bool TableCopy::copy(std::size_t number, const Step &step)
             m_copied.names[number].add(textOf(row.values[1]));
         insertion.insert();
         m_copied.samples[number].offer(row.number, rowid);
-        if (++taken.taken % rowsPerStep == 0 && !step(rowsPerStep))
-            return false;
+        ++taken.taken;
     }
+    if (rows.isStopped())
+        return false;
     noteResult(number, rows);
     noteEmptyLinks(number);
     if (table.hasKey)
@@ -78,13 +82,38 @@ bool TableCopy::copy(std::size_t number, const Step &step)
     return true;
 }
 
-void TableCopy::readKeys(std::size_t number)
+// Returns false if `step` did, like the next function.
+bool TableCopy::readKeys(std::size_t number, const Step &step)
 {
     constexpr std::array<std::size_t, 1> keyColumn = {0};
     oldfiles::RowReader rows = m_file.rows(number, keyColumn);
+    rows.setPageCallback([&] { return step(0); });
     while (rows.next())
-        m_keys[number].add(keyOf(rows.values()[0]));
+        m_keys[number].add(rows.values()[0]);
+    if (rows.isStopped() || (m_keys[number].sort() && !reserveLinkedKeys(number, step)))
+        return false;
     m_keys[number].assign(counterOf(number));
+    return true;
+}
+
+bool TableCopy::reserveLinkedKeys(std::size_t catalog, const Step &step)
+{
+    for (std::size_t links = 0; links < tableCount; ++links) {
+        const Table &table = schemaTables()[links];
+        for (std::size_t field = 0; field < table.fields.size(); ++field) {
+            if (table.hasKey || table.fields[field].type != FieldType::Key
+                || catalogOf(table.fields[field]) != catalog)
+                continue;
+            const std::array column = {field};
+            oldfiles::RowReader rows = m_file.rows(links, column);
+            rows.setPageCallback([&] { return step(0); });
+            while (rows.next())
+                m_keys[catalog].reserve(rows.values()[field]);
+            if (rows.isStopped())
+                return false;
+        }
+    }
+    return true;
 }
 
 // Returns 0 if the counter leaves no next key.
@@ -97,9 +126,8 @@ qint32 TableCopy::counterOf(std::size_t number) const
 qint32 TableCopy::copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
                           RowNotes &notes)
 {
-    const std::optional<qint32> oldKey = keyOf(row.values[0]);
-    const CatalogKeys::Taken taken = m_keys[number].take(oldKey);
-    if (oldKey != taken.key)
+    const CatalogKeys::Taken taken = m_keys[number].take(row.values[0]);
+    if (keyOf(row.values[0]) != taken.key)
         notes.keyReplaced(row, taken.isRepeated, taken.key);
     insertion.bind(0, qint64{taken.key});
     return taken.key;
@@ -110,12 +138,14 @@ void TableCopy::copyField(const Table &table, const RowNotes::Row &row, std::siz
 {
     const FieldType type = table.fields[field].type;
     std::optional<Cell> cell = convertToField(type, row.values[field]);
+    if (type == FieldType::Key) {
+        const auto key = m_keys[catalogOf(table.fields[field])].linked(row.values[field]);
+        if (key)
+            cell = qint64{*key};
+    }
     if (!cell) {
         notes.numberDoesNotFit(row, field);
         cell = Cell();
-    } else if (type == FieldType::Key) {
-        if (const std::optional<qint32> key = keyOf(row.values[field]))
-            cell = qint64{m_keys[catalogOf(table.fields[field])].linked(*key)};
     }
     if (type == FieldType::Key && std::holds_alternative<std::monostate>(*cell))
         ++m_emptyLinks[field];

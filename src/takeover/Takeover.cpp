@@ -115,7 +115,10 @@ Takeover::~Takeover() = default;
 
 qint64 Takeover::recipeCount() const
 {
-    return m_file->storedRows(static_cast<std::size_t>(tableNumber("Recipes")));
+    constexpr int mostPages = 10'000; // with some 100,000 recipes
+    const auto recipes = static_cast<std::size_t>(tableNumber("Recipes"));
+    const auto isInBound = [pages = 0]() mutable { return pages++ < mostPages; };
+    return std::max(qint64{m_file->statedRows(recipes)}, m_file->storedRows(recipes, isInBound));
 }
 
 std::optional<TakeoverReport> Takeover::writeTo(const QString &newFile, Progress &progress)

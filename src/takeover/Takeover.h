@@ -23,7 +23,8 @@ public:
     explicit Takeover(const QString &oldFile);
     ~Takeover();
 
-    // The number of recipes for the question: as many as are stored, readable or not.
+    // The number of recipes for the question: as many as the file has or as it states, whichever
+    // are more. Counts the first pages of an extremely large file only.
     qint64 recipeCount() const;
 
     // Writes a recipe database to `newFile`, which must not exist, checks it and waits until the

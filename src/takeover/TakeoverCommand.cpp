@@ -58,6 +58,26 @@ platform::UserVisibleError existsAlready(const QString &file)
             .arg(file));
 }
 
+bool isTaken(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() || file.isSymLink();
+}
+
+// SQLite would write the pages of a journal that another database has left into the new file.
+void checkIsFree(const QString &newFile)
+{
+    if (isTaken(newFile))
+        throw existsAlready(newFile);
+    for (const QLatin1StringView suffix : {"-journal"_L1, "-wal"_L1, "-shm"_L1}) {
+        if (isTaken(newFile + suffix))
+            throw platform::UserVisibleError(
+                Text::tr("%1 belongs to another database and would damage the new file. Choose "
+                         "another name for the new file.")
+                    .arg(newFile + suffix));
+    }
+}
+
 // Throws platform::UserVisibleError if the file exists, also if it was made a moment ago.
 void putInPlace(const QString &made, const QString &newFile)
 {
@@ -81,8 +101,7 @@ QString lossText(const QString &oldFile, const TakeoverReport &report)
 // platform::UserVisibleError.
 void takeOver(const QString &oldFile, const QString &newFile, bool isPartialAllowed)
 {
-    if (const QFileInfo file(newFile); file.exists() || file.isSymLink())
-        throw existsAlready(newFile);
+    checkIsFree(newFile);
     Takeover takeover(oldFile);
     const QTemporaryDir folder(newFile + ".takeover-XXXXXX"_L1);
     if (!folder.isValid())
@@ -97,6 +116,7 @@ void takeOver(const QString &oldFile, const QString &newFile, bool isPartialAllo
         throw platform::UserVisibleError(
             lossText(oldFile, *report) + u'\n' + report->notes.join(u'\n') + u'\n'
             + Text::tr("Nothing was taken over. With --partial, the rest is."));
+    checkIsFree(newFile);
     putInPlace(made, newFile);
     if (!report->isComplete())
         print(stderr, lossText(oldFile, *report));
@@ -110,18 +130,17 @@ QString description()
     return Text::tr(
         "Makes a recipe database from a recipe file in the Access format (Access 97 to 2010), "
         "without\nasking anything. OLD is only read. To use NEW, copy it into the folder of "
-        "Pantrywise as data.rbk.\n\n"
+        "Pantrywise as data.rbk,\nafter you have moved away the data.rbk and the "
+        "data.rbk-journal that are there.\n\n"
         "All recipes, ingredients and utensils are taken over, with every text as it is, with "
-        "their "
-        "keys\nand with the lines of each recipe in their order. What needs a look is listed on "
-        "standard error:\nnumbers that do not fit, keys that had to change, names that occur "
-        "twice, "
-        "and tables and columns\nthat Pantrywise does not have.\n\n"
-        "If a part of OLD is damaged, nothing is made, and the tables are listed of which rows "
-        "would be\nlost. With --partial, the other rows are taken over.\n\n"
+        "their keys\nand with the lines of each recipe in their order. What needs a look is "
+        "listed on standard error:\nnumbers that do not fit, keys that had to change, names that "
+        "occur twice, and tables and columns\nthat Pantrywise does not have.\n\n"
+        "If a part of OLD is damaged, nothing is made, and the tables that would lose rows are "
+        "listed.\nWith --partial, the other rows are taken over.\n\n"
         "If NEW has been made, the exit status is 0, and one line on standard output tells how "
-        "many "
-        "rows\neach table has. Otherwise the exit status is 1, and standard error says what is "
+        "many rows\neach table has. Otherwise the exit status is 1, and standard error says what "
+        "is "
         "wrong.");
 }
 
@@ -131,7 +150,8 @@ int runTakeoverCommand(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(description());
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help({u"h"_s, u"help"_s}, Text::tr("Show this help."));
+    parser.addOption(help);
     const QCommandLineOption partial(u"partial"_s,
                                      Text::tr("Take over what can be read of a damaged file."));
     parser.addOption(partial);

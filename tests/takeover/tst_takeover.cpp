@@ -14,6 +14,8 @@
 #include <QJsonObject>
 #include <QTest>
 
+#include <cmath>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -108,7 +110,7 @@ private Q_SLOTS:
         m_report = takeover.writeTo(m_new.path(), progress).value();
         QVERIFY(m_report.isComplete());
         QCOMPARE(m_report.summary(),
-                 u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 8, "
+                 u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 10, "
                  "RecipeUtensils: 3"_s);
         QVERIFY(bytesOf(oldFile) == before);
         QVERIFY(Database::countRecipesIfSound(m_new.path()) == 16);
@@ -181,16 +183,19 @@ private Q_SLOTS:
             {"largest key", "SELECT RecipeID FROM Recipes WHERE RecipeName = 'The last'", u"17"_s,
              u"Recipes: \"The last\" had the RecipeID 2147483647. It has the RecipeID 17 now"_s},
             {"keys that do not fit", "SELECT RecipeID FROM Recipes WHERE RecipeName LIKE '%a key'",
-             u"18, 19"_s,
-             u"Recipes: \"Half a key\" had the RecipeID 2.5, which does not fit. It has the "
-             "RecipeID 18 now.\nRecipes: \"Too large a key\" had the RecipeID 4000000000, which"_s},
+             u"18, 20"_s,
+             u"Recipes: \"Half a key\" had the RecipeID 2.5. It has the RecipeID 18 now, also in "
+             "the rows that refer to it.\nRecipes: \"Too large a key\" had the RecipeID "
+             "4000000000. "
+             "It"_s},
             {"next keys", "SELECT * FROM sqlite_sequence ORDER BY name",
-             u"Ingredients|51, Recipes|19, Utensils|3"_s,
+             u"Ingredients|51, Recipes|20, Utensils|3"_s,
              u"Utensils: the last UtensilID is said to be 4294967295, which leaves none for"_s},
             {"links, also those that lead nowhere",
              "SELECT Quantity, RecipeID, IngredientID FROM RecipeIngredients",
              u"of minus five|15|51, of the last|17|2, of seven|7|2, dangling|888|999, "
-             "no recipe|null|2, no ingredient|7|null, half|7|null, of zero|14|0"_s,
+             "no recipe|null|2, no ingredient|7|null, half|7|null, of zero|14|0, "
+             "of too large a key|20|2, deleted recipe|19|2"_s,
              u"RecipeIngredients: the IngredientID of row 7, of the recipe \"Seven\", was 2.5, "
              "which does not fit. It is empty now."_s},
             {"order of the links", "SELECT UtensilID FROM RecipeUtensils", u"3, 1, 3"_s, {}},
@@ -280,9 +285,17 @@ private Q_SLOTS:
         QVERIFY(bytesOf(inFolder(u"old.rbk"_s)) == bytes);
     }
 
+    void leavesNothingIfCancelled_data()
+    {
+        const QByteArray bytes = bytesOf(oldFile);
+        addRows<QByteArray>({{"whole file", bytes}, {"no recipe", withDamagedPage(bytes, 0)}});
+    }
+    // Each page is a chance to cancel, also if no row of it can be read.
     void leavesNothingIfCancelled()
     {
-        Takeover takeover(oldFile);
+        const auto [bytes] = fetchRow<QByteArray>();
+        setBytes(inFolder(u"old.rbk"_s), bytes);
+        Takeover takeover(inFolder(u"old.rbk"_s));
         const QString file = inFolder(u"cancelled.rbk"_s);
         int calls = 0;
         for (;; ++calls) {
@@ -291,7 +304,24 @@ private Q_SLOTS:
                 break;
             QVERIFY(!QFileInfo::exists(file));
         }
-        QVERIFY(calls > static_cast<int>(tableCount));
+        QVERIFY(QFile::remove(file));
+        constexpr int pages = 2; // of each table, at least
+        QVERIFY2(calls > 2 * pages * static_cast<int>(tableCount),
+                 qPrintable(QString::number(calls)));
+    }
+
+    void countsTheRecipes_data()
+    {
+        const QByteArray bytes = bytesOf(oldFile);
+        addRows<QByteArray, int>({{"more stated", withStatedRows(bytes, 0, 19), 19},
+                                  {"fewer stated", withStatedRows(bytes, 0, 0), 16},
+                                  {"unreadable", withDamagedPage(bytes, 0), 16}});
+    }
+    void countsTheRecipes()
+    {
+        const auto [bytes, expected] = fetchRow<QByteArray, int>();
+        setBytes(inFolder(u"old.rbk"_s), bytes);
+        QCOMPARE(Takeover(inFolder(u"old.rbk"_s)).recipeCount(), expected);
     }
 
     void leavesNothingOnAFullDisk()
@@ -320,28 +350,44 @@ private Q_SLOTS:
     void givesKeysThatAreFree_data()
     {
         constexpr qint32 last = CatalogKeys::largestKey;
-        using Keys = QList<std::optional<qint32>>;
-        // The counter, the old keys and the new ones.
-        addRows<qint32, Keys, QList<qint32>>({
-            {"kept", 0, {5, 2, last - 1}, {5, 2, last - 1}},
-            {"after the largest", 3, {5, {}, 2, {}}, {5, 6, 2, 7}},
-            {"after the counter", 9, {5, {}}, {5, 10}},
-            {"none left after the largest", 0, {2, last - 1, {}, 1, {}}, {2, last - 1, 3, 1, 4}},
-            {"none left after the counter", last - 2, {2, {}, {}}, {2, 1, 3}},
-            {"doubled", 0, {-4, 1, -4, 1, 0}, {2, 1, 3, 4, 5}},
+        using Keys = QList<std::optional<double>>;
+        // The counter, the old keys, those of links and the new ones.
+        addRows<qint32, Keys, Keys, QList<qint32>>({
+            {"kept", 0, {5, 2, last - 1}, {}, {5, 2, last - 1}},
+            {"after the largest", 3, {5, {}, 2, {}}, {}, {5, 6, 2, 7}},
+            {"after the counter", 9, {5, {}}, {}, {5, 10}},
+            {"none left after the largest",
+             0,
+             {2, last - 1, {}, 1, {}},
+             {},
+             {2, last - 1, 3, 1, 4}},
+            {"none left after the counter", last - 2, {2, {}, {}}, {}, {2, 1, 3}},
+            {"doubled", 0, {-4, 1, -4, 1, 0}, {}, {2, 1, 3, 4, 5}},
+            {"too large", 0, {5e9, 1, 5e9, qQNaN(), qQNaN()}, {5e9}, {2, 1, 3, 4, 5}},
+            {"link to a deleted row", 0, {last - 1, 0}, {1, 0, {}}, {last - 1, 2}},
+            {"link beyond the counter", 7, {5, 0}, {8, 8, 5}, {5, 9}},
         });
     }
     void givesKeysThatAreFree()
     {
-        const auto [counter, old, expected] =
-            fetchRow<qint32, QList<std::optional<qint32>>, QList<qint32>>();
+        using Keys = QList<std::optional<double>>;
+        const auto [counter, old, links, expected] = fetchRow<qint32, Keys, Keys, QList<qint32>>();
+        const auto value = [](std::optional<double> key) {
+            if (!key)
+                return oldfiles::Value();
+            return *key == std::floor(*key) ? oldfiles::Value(static_cast<qint64>(*key))
+                                            : oldfiles::Value(*key);
+        };
         CatalogKeys keys;
         for (const auto &key : old)
-            keys.add(key);
+            keys.add(value(key));
+        QCOMPARE(keys.sort(), old != Keys(expected.begin(), expected.end()));
+        for (const auto &key : links)
+            keys.reserve(value(key));
         keys.assign(counter);
         QList<qint32> given;
         for (const auto &key : old)
-            given += keys.take(key).key;
+            given += keys.take(value(key)).key;
         QCOMPARE(given, expected);
     }
 };

@@ -29,10 +29,11 @@ class tst_TakeoverCommand : public QObject
 private Q_SLOTS:
     void ends_data()
     {
-        // The arguments (damaged.rbk lacks recipes, taken.rbk exists), the exit status, the output
-        // and the error output as patterns, and whether new.rbk is there afterwards.
+        // The arguments (damaged.rbk lacks recipes, number.rbk has a damaged number, taken.rbk
+        // exists), the exit status, the output and the error output as patterns, and whether
+        // new.rbk is there afterwards.
         const QString summary =
-            u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 8, RecipeUtensils: 3\n"_s;
+            u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 10, RecipeUtensils: 3\n"_s;
         const QString loss = u"damaged.rbk is damaged. This much of it can be read:\nRecipes: 16 "
                              "of 19\n"_s;
         addRows<QStringList, int, QString, QString, bool>({
@@ -49,6 +50,12 @@ private Q_SLOTS:
              summary,
              loss + u".*"_s,
              true},
+            {"damaged number, partial",
+             {u"number.rbk"_s, u"--partial"_s, u"new.rbk"_s},
+             0,
+             u"Recipes: 3, .*"_s,
+             u"number.rbk is damaged.*:\nRecipes: 3 of 4\nRow 1 on page .*"_s,
+             true},
             {"existing new file",
              {u"old.rbk"_s, u"taken.rbk"_s},
              1,
@@ -60,6 +67,12 @@ private Q_SLOTS:
              1,
              {},
              u"pantrywise-takeover: link.rbk exists already.*"_s,
+             false},
+            {"journal of another database",
+             {u"old.rbk"_s, u"other.rbk"_s},
+             1,
+             {},
+             u"pantrywise-takeover: other.rbk-journal belongs to another database .*"_s,
              false},
             {"no old file",
              {u"none.rbk"_s, u"new.rbk"_s},
@@ -86,7 +99,12 @@ private Q_SLOTS:
              u"pantrywise-takeover: Name the old file .*"_s,
              false},
             {"unknown option", {u"--all"_s}, 1, {}, u"pantrywise-takeover: .*all.*"_s, false},
-            {"help", {u"--help"_s}, 0, u"Usage: .*--partial.*OLD.*NEW.*"_s, {}, false},
+            {"help",
+             {u"--help"_s},
+             0,
+             u"Usage: (?!.*help-all).*--partial.*OLD.*NEW.*"_s,
+             {},
+             false},
         });
     }
     void ends()
@@ -101,7 +119,9 @@ private Q_SLOTS:
         const QByteArray old = bytesOf(rulesFile());
         setBytes(folder.filePath(u"old.rbk"_s), old);
         setBytes(folder.filePath(u"damaged.rbk"_s), withStatedRows(old, 0, 19));
+        QVERIFY(QFile::copy(QStringLiteral(DAMAGED_FILE), folder.filePath(u"number.rbk"_s)));
         setBytes(folder.filePath(u"taken.rbk"_s), "mine");
+        setBytes(folder.filePath(u"other.rbk-journal"_s), "journal");
         QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link.rbk"_s)));
         QStringList expectedFiles = files();
         if (isMade)

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes a Jet 4 file in which each rule of a takeover has its rows: rules.py FILE"""
+"""Makes two Jet 4 files: one in which each rule of a takeover has its rows, and one in which a row is
+damaged: rules.py RULES DAMAGED"""
 
 import math
 import sys
@@ -44,14 +45,23 @@ TABLES = [
     Table("Utensils", [Column("UtensilID", LONG), Column("UtensilName", TEXT)],
           [[3, "Pot"], [1, "Pan"]], counter=0xFFFFFFFF),
     Table("RecipeIngredients", [Column("Quantity", TEXT), Column("IngredientID", DOUBLE),
-                                Column("RecipeID", LONG)],
+                                Column("RecipeID", DOUBLE)],
           [["of minus five", -3, -5], ["of the last", 2, 2147483647], ["of seven", 2, 7],
            ["dangling", 999, 888], ["no recipe", 2, None], ["no ingredient", None, 7],
-           ["half", 2.5, 7], ["of zero", 0, 0]]),
+           ["half", 2.5, 7], ["of zero", 0, 0],
+           ["of too large a key", 2, 4000000000], ["deleted recipe", 2, 19]]),
     Table("RecipeUtensils", [Column("UtensilID", LONG), Column("RecipeID", LONG)],
           [[3, 7], [1, 7], [3, 7]]),
     Table("Shopping list", [Column("Item", TEXT)], [["Bread"]]),
 ]
 
+# Only a number of the second row is damaged: it has three bytes.
+DAMAGED = [Table(table.name, table.columns, []) for table in TABLES]
+DAMAGED[0].columns = [Column(column.name, column.type, fixed=False if column.name == "Serves" else None)
+                      for column in TABLES[0].columns]
+DAMAGED[0].rows = [recipe(1, "Soup", text="Stir."), recipe(2, "Bread", serves=b"\0\0\0"),
+                   recipe(3, "Cake", text="Bake."), recipe(4, "Tea")]
+
 if __name__ == "__main__":
     AccessFile("jet4").save(sys.argv[1], TABLES)
+    AccessFile("jet4").save(sys.argv[2], DAMAGED)
