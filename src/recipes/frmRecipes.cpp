@@ -166,6 +166,7 @@ void frmRecipes::findBar_TextChange(const QString &text)
 void frmRecipes::cmdClearFind_Click()
 {
     m_ui->findBar->clear();
+    m_ui->findBar->open();
 }
 
 // Esc in another control closes an open find bar, too.
