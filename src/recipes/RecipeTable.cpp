@@ -4,6 +4,7 @@
 #include "widgets/TextListView.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -199,6 +200,13 @@ void RecipeTable::scrollToRow(int row, int rowsAbove)
 {
     executeDelayedItemsLayout(); // sets the range of the scroll bar
     verticalScrollBar()->setValue(row - rowsAbove);
+}
+
+// Without QCoreApplication::sendEvent(), whose event filters would take it for a key of the user.
+void RecipeTable::moveSelection(Qt::Key key)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    keyPressEvent(&press);
 }
 
 void RecipeTable::mousePressEvent(QMouseEvent *event)

@@ -37,6 +37,7 @@ public:
     void selectRow(int row); // does not scroll; selects none if there is no such row
     // Scrolls until there are this many rows above the row in the view, as far as it can.
     void scrollToRow(int row, int rowsAbove);
+    void moveSelection(Qt::Key key); // as an arrow or page key, Home or End does
     // The next mouse press has no effect.
     void discardNextPress() { m_discardsPress = true; }
 

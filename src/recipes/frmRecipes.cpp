@@ -8,7 +8,6 @@
 #include "widgets/StandardWidgets.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QShortcut>
 
 #include <algorithm>
@@ -64,6 +63,7 @@ void frmRecipes::setUpFindBar()
     m_ui->findBar->setView(*m_ui->lvwRecipes);
     QWidget::setTabOrder(m_ui->lvwRecipes, &m_ui->lvwRecipes->placeholderButton());
     connect(m_ui->findBar, &FindBar::textChanged, this, &frmRecipes::findBar_TextChange);
+    connect(m_ui->findBar, &FindBar::moveRequested, this, &frmRecipes::findBar_MoveRequest);
     connect(&m_ui->lvwRecipes->placeholderButton(), &QPushButton::clicked, this,
             &frmRecipes::cmdClearFind_Click);
 }
@@ -163,19 +163,15 @@ void frmRecipes::findBar_TextChange(const QString &text)
     showState();
 }
 
+void frmRecipes::findBar_MoveRequest(Qt::Key key)
+{
+    m_ui->lvwRecipes->moveSelection(key);
+}
+
 void frmRecipes::cmdClearFind_Click()
 {
     m_ui->findBar->clear();
     m_ui->findBar->open();
-}
-
-// Esc in another control closes an open find bar, too.
-void frmRecipes::keyPressEvent(QKeyEvent *event)
-{
-    if (event->matches(QKeySequence::Cancel) && m_ui->findBar->isOpen())
-        m_ui->findBar->closeBar();
-    else
-        ChildWindow::keyPressEvent(event);
 }
 
 // Says why there are no rows. A list that has not been activated yet says nothing.

@@ -26,7 +26,6 @@ protected:
     void openDataSources() override;
     void Form_Activate() override;
     void refresh() override { Form_Activate(); }
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void setUpColumns();
@@ -37,6 +36,7 @@ private:
     void showState();
     void showCount();
     void findBar_TextChange(const QString &text);
+    void findBar_MoveRequest(Qt::Key key);
     void cmdClearFind_Click();
     void lvwRecipes_ColumnClick(int column); // from 0
     void lvwRecipes_DblClick();

@@ -20,6 +20,7 @@ FindBar::FindBar(QWidget *parent)
     m_ui->txtFind->installEventFilter(this);
     setFocusProxy(m_ui->txtFind);
     hide();
+    parent->installEventFilter(this);
     new QShortcut(QKeySequence::Find, parent, this, &FindBar::open, Qt::WidgetWithChildrenShortcut);
     connect(m_ui->txtFind, &QLineEdit::textChanged, this, &FindBar::textChanged);
     connect(m_ui->cmdCloseFind, &QToolButton::clicked, this, &FindBar::closeBar);
@@ -94,14 +95,22 @@ void FindBar::closeBar()
     Q_EMIT closed();
 }
 
+// A key that a control ignores goes to the control's parent, and to the parent of the bar in the
+// end.
 bool FindBar::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && moveInView(static_cast<const QKeyEvent &>(*event)))
-        return true;
-    return QWidget::eventFilter(watched, event);
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const auto &press = static_cast<const QKeyEvent &>(*event);
+    if (watched == m_ui->txtFind)
+        return requestMove(press);
+    if (!isOpen() || !press.matches(QKeySequence::Cancel))
+        return false;
+    closeBar();
+    return true;
 }
 
-bool FindBar::moveInView(const QKeyEvent &press)
+bool FindBar::requestMove(const QKeyEvent &press)
 {
     const Qt::KeyboardModifiers modifiers = press.modifiers() & ~Qt::KeypadModifier;
     switch (press.key()) {
@@ -120,8 +129,7 @@ bool FindBar::moveInView(const QKeyEvent &press)
     default:
         return false;
     }
-    QKeyEvent move(QEvent::KeyPress, press.key(), Qt::NoModifier);
-    QCoreApplication::sendEvent(m_view, &move);
+    Q_EMIT moveRequested(static_cast<Qt::Key>(press.key()));
     return true;
 }
 
@@ -129,7 +137,7 @@ bool FindBar::moveInView(const QKeyEvent &press)
 void FindBar::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (event->matches(QKeySequence::Cancel) || (isEnter && m_ui->cmdCloseFind->hasFocus()))
+    if (isEnter && m_ui->cmdCloseFind->hasFocus())
         closeBar();
     else
         QWidget::keyPressEvent(event);

@@ -15,7 +15,8 @@ class FindBar;
 // pressed in its parent widget, and takes no place until then. While the user types, the list has
 // to show only what is found: connect textChanged() to that.
 //
-// Esc in the bar closes it. Enter goes on to the window, which presses its default button. Screen
+// While it is open, Esc closes it before the parent widget gets the key, whichever of the parent's
+// controls has the focus. Enter goes on to the window, which presses its default button. Screen
 // readers say the count whenever it changes, without a change of the focus.
 class FindBar final : public QWidget
 {
@@ -26,8 +27,7 @@ public:
     explicit FindBar(QWidget *parent);
     ~FindBar() override;
 
-    // The list in which the arrow and page keys, Ctrl+Home and Ctrl+End move while the field has
-    // the focus. It gets the focus when the bar is closed. To be called once, before open().
+    // The list, which gets the focus when the bar is closed. To be called once, before open().
     void setView(QAbstractItemView &view) { m_view = &view; }
 
     // What is shown in the field while it is empty; also its description for screen readers.
@@ -49,13 +49,16 @@ Q_SIGNALS:
     // Also emitted if the bar is closed with a text.
     void textChanged(const QString &text);
     void closed(); // after textChanged()
+    // The user wants to move in the list while the field has the focus. The key is Up, Down,
+    // PageUp, PageDown, Home or End; the last two are pressed with Ctrl.
+    void moveRequested(Qt::Key key);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    bool moveInView(const QKeyEvent &press);
+    bool requestMove(const QKeyEvent &press);
     void announce(const QString &count);
 
     std::unique_ptr<Ui::FindBar> m_ui;

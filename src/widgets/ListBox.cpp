@@ -148,13 +148,13 @@ int ListBox::nearestShownRow(int row) const
     return row;
 }
 
-int ListBox::rowReachedBy(const QKeyEvent &press)
+int ListBox::rowReachedBy(Qt::Key key)
 {
     static constexpr std::pair<Qt::Key, CursorAction> actions[] = {
         {Qt::Key_Up, MoveUp},     {Qt::Key_PageUp, MovePageUp},     {Qt::Key_Home, MoveHome},
         {Qt::Key_Down, MoveDown}, {Qt::Key_PageDown, MovePageDown}, {Qt::Key_End, MoveEnd}};
-    for (const auto &[key, action] : actions) {
-        if (press.key() == key)
+    for (const auto &[moving, action] : actions) {
+        if (key == moving)
             return m_model.rowAt(moveCursor(action, Qt::NoModifier));
     }
     return -1;

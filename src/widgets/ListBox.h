@@ -44,7 +44,7 @@ public:
     // shown.
     int nearestShownRow(int row) const;
     // Returns the row that an arrow or page key, Home or End would select, or -1 if there is none.
-    int rowReachedBy(const QKeyEvent &press);
+    int rowReachedBy(Qt::Key key);
 
 Q_SIGNALS:
     // The user or the program has selected a row, or the user has clicked on the selected one.

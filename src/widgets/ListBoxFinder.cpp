@@ -15,8 +15,9 @@ ListBoxFinder::ListBoxFinder(FindBar &bar, ListBox &list)
 {
     m_bar.setView(m_list);
     m_bar.focusProxy()->installEventFilter(this);
-    m_list.installEventFilter(this);
     connect(&m_bar, &FindBar::textChanged, this, &ListBoxFinder::narrow);
+    connect(&m_bar, &FindBar::moveRequested, this,
+            [this](Qt::Key key) { Q_EMIT moved(m_list.rowReachedBy(key)); });
     connect(m_list.model(), &QAbstractItemModel::modelReset, this, &ListBoxFinder::showCount);
 }
 
@@ -68,26 +69,12 @@ void ListBoxFinder::showCount()
 
 bool ListBoxFinder::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress
-        && filterKey(watched, static_cast<const QKeyEvent &>(*event)))
-        return true;
-    return QObject::eventFilter(watched, event);
-}
-
-// The bar sends the keys that move to the list, which would select the row itself.
-bool ListBoxFinder::filterKey(const QObject *watched, const QKeyEvent &press)
-{
-    const bool isTyping = m_bar.focusProxy()->hasFocus();
-    if (watched != &m_list) {
-        if (press.key() != Qt::Key_Return && press.key() != Qt::Key_Enter)
-            return false;
-        Q_EMIT entered();
-    } else if (isTyping) {
-        Q_EMIT moved(m_list.rowReachedBy(press));
-    } else if (m_bar.isOpen() && press.matches(QKeySequence::Cancel)) {
-        m_bar.closeBar();
-    } else {
-        return false;
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<const QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            Q_EMIT entered();
+            return true;
+        }
     }
-    return true;
+    return QObject::eventFilter(watched, event);
 }

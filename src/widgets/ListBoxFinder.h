@@ -4,11 +4,10 @@
 
 class FindBar;
 class ListBox;
-class QKeyEvent;
 
 // Lets the user find rows of a list box by a find bar: narrows the list to what is typed and shows
 // how many rows are found. Changes of the selection are left to the window, to which moving on may
-// matter. Esc in the list closes the bar, too, before it reaches the window.
+// matter.
 class ListBoxFinder final : public QObject
 {
     Q_OBJECT
@@ -34,7 +33,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool filterKey(const QObject *watched, const QKeyEvent &press);
     void narrow(const QString &text);
     void showCount();
 

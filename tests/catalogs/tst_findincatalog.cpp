@@ -82,6 +82,7 @@ private Q_SLOTS:
             {"Esc", u"sa"_s, u"key Esc"_s, whole(0, u"Éclair"_s)},
             {"Esc after Enter", u"sa"_s, u"key Return, key Esc"_s, whole(2, u"Salt"_s)},
             {"Esc in the list", u"sa"_s, u"lstIngredients 0, key Esc"_s, whole(2, u"Salt"_s)},
+            {"Esc in the name", u"e"_s, u"cmdNext, key Esc"_s, whole(1, u"Apple"_s)},
             {"Esc twice", u"sa"_s, u"key Esc, key Esc"_s, u"closed"_s},
         });
     }
