@@ -102,6 +102,7 @@ void CatalogWindow::selectNear(int row)
     ListBox &list = *m_catalog.list;
     const int shown = list.nearestShownRow(row);
     list.selectRow(shown >= 0 ? shown : std::min(row, list.count() - 1));
+    m_finder->revealSelected();
 }
 
 // A disabled control would pass the focus on to Done, which the next Enter would press.

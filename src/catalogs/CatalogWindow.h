@@ -78,7 +78,8 @@ protected:
 
     // Reads the table again and lists it without selecting a row. If it is empty, shows a new row.
     void fillList();
-    // Selects the nearest row that the find bar leaves in the list, or this one if it leaves none.
+    // Selects the nearest row that the find bar leaves in the list. If it leaves none, empties it
+    // and selects this row.
     void selectNear(int row);
     void goTo(qint64 key); // moves the cursor; throws RowNotFound
     // Runs an action that reads and shows a row. If it throws, the window shows the table as it is

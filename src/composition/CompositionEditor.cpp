@@ -65,6 +65,7 @@ const ComposedRecipe &CompositionEditor::takeRecipe()
 void CompositionEditor::readCatalog()
 {
     ListBox &list = *m_composition.catalogList;
+    const qint64 selected = list.selectedKey();
     std::optional<ReadTransaction> snapshot;
     try {
         snapshot.emplace(m_composition.catalog->Database());
@@ -77,7 +78,10 @@ void CompositionEditor::readCatalog()
         throw;
     }
     m_composition.add->setEnabled(true);
-    selectFound();
+    if (const int row = list.rowOf(selected); list.isNarrowed() && list.isShown(row))
+        list.selectRow(row);
+    else
+        selectFound();
     findKeys();
 }
 

@@ -53,9 +53,10 @@ protected:
     // that window is not loaded.
     const ComposedRecipe &takeRecipe();
 
-    // Requeries both sources and lists the catalog's names. If the find bar narrows the list, the
-    // best row found is selected, otherwise none. If the names cannot be read, the list says so
-    // and Add is disabled. Throws DatabaseError.
+    // Requeries both sources and lists the catalog's names. If the find bar narrows the list,
+    // the selected row stays selected if it is still found, else the best row found is selected.
+    // Otherwise none is. If the names cannot be read, the list says so and Add is disabled. Throws
+    // DatabaseError.
     void readCatalog();
 
     void focusCatalog(); // gives the focus to the find bar if it is open, else to the catalog

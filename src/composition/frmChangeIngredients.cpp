@@ -137,7 +137,7 @@ void frmChangeIngredients::cmdRemove_Click()
         m_lines.removeAt(row);
         m_ui->lstRecipeIngredients->remove(row);
     }
-    focusCatalog();
+    m_ui->lstIngredients->setFocus(); // not to the find bar, which the next Delete would empty
     m_ui->lstRecipeIngredients->selectRow(0);
 }
 

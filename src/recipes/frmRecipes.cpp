@@ -171,6 +171,7 @@ void frmRecipes::findBar_MoveRequest(Qt::Key key)
 void frmRecipes::cmdClearFind_Click()
 {
     m_ui->findBar->clear();
+    m_ui->findBar->open();
 }
 
 // Says why there are no rows. A list that has not been activated yet says nothing.

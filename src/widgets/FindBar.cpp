@@ -79,7 +79,6 @@ void FindBar::open()
 
 void FindBar::clear()
 {
-    m_ui->txtFind->setFocus();
     m_ui->txtFind->clear();
 }
 

@@ -42,7 +42,7 @@ public:
     void clearCount(); // when nothing is searched for
 
     void open(); // with the focus in the field, whose text is selected
-    void clear(); // empties the field and gives it the focus
+    void clear(); // empties the field; the focus stays where it is
     void closeBar(); // and empties the field
 
 Q_SIGNALS:

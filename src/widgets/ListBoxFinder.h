@@ -21,7 +21,7 @@ public:
     int bestRow() const;
 
     void setFocus(); // to the open bar, in which the text is selected, or else to the list
-    // Empties the bar if the selected row is filtered out.
+    // Empties the bar if the selected row is filtered out. Does not move the focus.
     void revealSelected();
 
 Q_SIGNALS:

@@ -41,6 +41,8 @@ private Q_SLOTS:
             {"nothing, Enter", false, u"txtFind =x, key Down, key Return"_s,
              u"No name is found.\nTo see all names again, press Esc. | None of 4 | "_s + first},
             {"Remove", false, u"txtFind =lt, cmdRemove"_s, u"*Salt | 1 of 4 | "_s + first},
+            {"Delete twice", false, u"txtFind =lt, lstRecipeIngredients 1, key Del, key Del"_s,
+             u"*Salt | 1 of 4 | Beans (white) (1 (large) can)"_s},
             {"Esc", false, u"txtFind =lt, key Esc"_s, whole(first)},
             {"Esc in the list", false, u"txtFind =lt, lstIngredients 0, key Esc"_s, whole(first)},
             {"Esc in the amount", false, u"txtFind =lt, key Tab, key Tab, key Esc"_s, whole(first)},
@@ -92,6 +94,19 @@ private Q_SLOTS:
             QVERIFY(field.hasFocus());
             QCOMPARE(field.selectedText(), u"lt"_s);
         }
+    }
+
+    // A click on a window that cannot be activated reads the catalog again.
+    void keepsTheChosenRow()
+    {
+        WindowFixture fixture(dishes);
+        const ChildWindow &editor = *openEditor(fixture, false);
+        fixture.perform(editor, u"key Ctrl+F, txtFind =a, key Down"_s);
+        fixture.open<frmRecipe>();
+        QVERIFY(seen(&editor).startsWith(u"Beans, *Beans (white), Salt | 3 of 4"_s));
+        fixture.sql("DELETE FROM Ingredients WHERE IngredientName = 'Beans (white)'");
+        fixture.open<frmRecipe>();
+        QVERIFY(seen(&editor).startsWith(u"*Beans, Salt | 2 of 3"_s));
     }
 
     // What the find bar filters out is not selected.
