@@ -1,6 +1,6 @@
 # Puts the shared libraries that PROGRAMS need into FOLDER, with Qt's plugins from QT_PLUGINS, the
-# licences of all of them, and TABLE with the versions filled in. Also writes files.txt, by which the
-# script "install" knows what it lays down. Needs dpkg, which knows the packages of the libraries.
+# licences of all of them, and TABLE with the versions filled in. Also writes
+# .pantrywise-files, by which the script "install" knows what it lays down. Needs dpkg, which knows the packages of the libraries.
 cmake_minimum_required(VERSION 3.25)
 
 set(plugins
@@ -127,4 +127,5 @@ endforeach()
 list(APPEND laid_down qt.conf libraries.md)
 list(SORT laid_down)
 list(JOIN laid_down "\n" lines)
-file(WRITE ${FOLDER}/files.txt "${lines}\n")
+file(WRITE ${FOLDER}/.pantrywise-files
+  "# The files of Pantrywise, which an update replaces and a removal removes\n${lines}\n")
