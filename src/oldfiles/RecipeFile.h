@@ -28,8 +28,9 @@ public:
 
     std::size_t tableCount() const { return m_tables.size(); }
 
-    // The number of rows that the table's definition states. Fewer rows are damage. More are none:
-    // the number lags behind after the program that wrote the file was killed, and may be 0.
+    // The number of rows that the table's definition states. A table with fewer rows is damaged.
+    // One with more rows is not: the number lags after the program that wrote the file was killed,
+    // and may be 0.
     quint32 statedRows(std::size_t table) const { return m_tables[table].statedRows; }
 
     // The last key that the table's counter has given out; 0 if it has no counter.
