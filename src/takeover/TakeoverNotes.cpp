@@ -17,10 +17,12 @@ void TakeoverNotes::add(const QString &table, NoteKind kind,
                         const std::function<QString()> &sentence)
 {
     Group &group = m_groups[{kind, tableNumber(table.toStdString()), table}];
-    if (group.sentences.size() < longestList)
-        group.sentences += sentence();
-    else
+    if (m_length >= largestLength && group.sentences.size() >= alwaysKept) {
         ++group.more;
+        return;
+    }
+    group.sentences += sentence();
+    m_length += group.sentences.last().size();
 }
 
 QStringList TakeoverNotes::sentences() const

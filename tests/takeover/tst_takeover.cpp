@@ -8,6 +8,7 @@
 #include "support/TestDatabase.h"
 #include "takeover/CatalogKeys.h"
 #include "takeover/Takeover.h"
+#include "takeover/TakeoverNotes.h"
 
 #include <QTest>
 
@@ -275,6 +276,24 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(takeover.writeTo(inFolder(u"mine.rbk"_s), progress),
                                  platform::UserVisibleError);
         QCOMPARE(bytesOf(inFolder(u"mine.rbk"_s)), "mine");
+    }
+
+    void namesThousandsOfCases()
+    {
+        const QString sentence(100, u'x');
+        TakeoverNotes notes;
+        const auto add = [&](const QString &table, int count) {
+            for (int i = 0; i < count; ++i)
+                notes.add(table, NoteKind::Key, [&] { return sentence; });
+        };
+        add(u"Recipes"_s, 3'000);
+        QCOMPARE(notes.sentences().size(), 3'000);
+        add(u"Recipes"_s, 100'000);
+        add(u"Utensils"_s, 60);
+        const QString text = notes.sentences().join(u'\n');
+        QVERIFY(text.size() < 600'000);
+        QVERIFY(text.contains(u"\nRecipes: there are 9"_s));
+        QVERIFY(text.endsWith(u"\nUtensils: there are 10 more such cases."_s));
     }
 
     void givesKeysThatAreFree_data()
