@@ -34,7 +34,6 @@ private:
     bool isOfOlderVersion() const { return DatabaseFile(m_path).isAccessFormat(); }
     bool hasFinishedEarlierOne();
     bool asks(const QString &introduction);
-    static QStringList lossSentences(const TakeoverReport &report);
     bool asksAboutLosses(const TakeoverReport &report);
     void takeOver();
     std::optional<TakeoverReport> write(const QString &newFile);
@@ -85,14 +84,6 @@ bool TakeoverOffer::asks(const QString &introduction)
     return m_interaction.confirm(title(), paragraphs.join("\n\n"_L1), Button::No);
 }
 
-QStringList TakeoverOffer::lossSentences(const TakeoverReport &report)
-{
-    QStringList sentences;
-    for (const QString &loss : report.losses())
-        sentences += tr("%1 can be read.").arg(loss);
-    return sentences;
-}
-
 void TakeoverOffer::takeOver()
 {
     DatabaseReplacement replacement(m_path);
@@ -102,7 +93,7 @@ void TakeoverOffer::takeOver()
     if (!report || !(report->isComplete() || asksAboutLosses(*report)))
         return;
     show(tr("Your recipes have been taken over."),
-         replacement.replace(report->summary(), lossSentences(*report) + report->notes));
+         replacement.replace(report->summary(), report->losses() + report->notes));
 }
 
 // Returns nothing if the user cancels.
@@ -121,7 +112,7 @@ bool TakeoverOffer::asksAboutLosses(const TakeoverReport &report)
                                           "as it is, under another name. Do you want to take over "
                                           "the rest?")
                                            .arg(QDir::toNativeSeparators(m_path),
-                                                lossSentences(report).join(u'\n')),
+                                                (report.losses() + report.damageNotes).join(u'\n')),
                                .title = title(),
                                .icon = Icon::Exclamation,
                                .buttons = {Button::Yes, Button::No},

@@ -28,7 +28,18 @@ void TakeoverNotes::add(const QString &table, NoteKind kind,
 QStringList TakeoverNotes::sentences() const
 {
     QStringList all;
+    for (auto kind = NoteKind::Count; kind <= NoteKind::PassedOver;
+         kind = static_cast<NoteKind>(static_cast<int>(kind) + 1))
+        all += sentences(kind);
+    return all;
+}
+
+QStringList TakeoverNotes::sentences(NoteKind kind) const
+{
+    QStringList all;
     for (const auto &[key, group] : m_groups) {
+        if (std::get<NoteKind>(key) != kind)
+            continue;
         all += group.sentences;
         if (group.more > 0)
             all += Text::tr("%1: there are %2 more such cases.")

@@ -17,8 +17,9 @@ public:
     // `sentence` is called only if its result is kept.
     void add(const QString &table, NoteKind kind, const std::function<QString()> &sentence);
 
-    // Sorted by kind and table.
+    // Sorted by kind and table. The second form returns those of one kind.
     QStringList sentences() const;
+    QStringList sentences(NoteKind kind) const;
 
 private:
     static constexpr qsizetype largestLength = 500'000; // of all sentences

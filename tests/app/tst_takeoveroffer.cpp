@@ -89,7 +89,7 @@ MessageBox questionBox(const OldFolder &folder, const QString &introduction = {}
 MessageBox damageBox(const OldFolder &folder)
 {
     return {
-        u"The file %1 is damaged. Not all of it can be read:\n\nRecipes: 13 of 14 can be read.\nIngredients: 53 of 100 can be read.\n\nPantrywise can take over the rest. The old file is kept as it is, under another name. Do you want to take over the rest?"_s
+        u"The file %1 is damaged. Not all of it can be read:\n\nRecipes: 13 of 14 can be read.\nIngredients: 53 of 100 can be read.\nRow 13 on page 20, which belongs to the table Recipes, cannot be read.\nPage 61, which belongs to the table Ingredients, cannot be read.\n\nPantrywise can take over the rest. The old file is kept as it is, under another name. Do you want to take over the rest?"_s
             .arg(folder.path()),
         title,
         Icon::Exclamation,
