@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 
 #include <exception>
@@ -32,7 +33,7 @@ public:
 
 private:
     bool isOfOlderVersion() const { return DatabaseFile(m_path).isAccessFormat(); }
-    bool hasFinishedEarlierOne();
+    bool tellsOfEarlierOne(const DatabaseReplacement &earlier);
     bool asks(const QString &introduction);
     bool asksAboutLosses(const TakeoverReport &report);
     void takeOver();
@@ -47,20 +48,28 @@ void TakeoverOffer::run()
 {
     QString introduction;
     if (DatabaseReplacement::isInProgress(m_path)) {
-        if (hasFinishedEarlierOne())
-            return;
-        introduction = tr("Pantrywise was interrupted while it was taking over your recipes. "
-                          "Your file is unchanged.");
+        const DatabaseReplacement earlier(m_path);
+        if (!tellsOfEarlierOne(earlier))
+            introduction = tr("Pantrywise was interrupted while it was taking over your recipes. "
+                              "Your file is unchanged.");
     }
     if (isOfOlderVersion() && asks(introduction))
         takeOver();
 }
 
-bool TakeoverOffer::hasFinishedEarlierOne()
+// Returns false if there is nothing to tell but that it was interrupted.
+bool TakeoverOffer::tellsOfEarlierOne(const DatabaseReplacement &earlier)
 {
-    const DatabaseReplacement earlier(m_path);
+    if (!earlier.strandedName().isEmpty())
+        m_interaction.show(
+            {.text = tr("Pantrywise was interrupted while it was taking over your recipes, and "
+                        "another file has been put in the place of the old one since. The old "
+                        "file is kept beside it. Its name is now \"%1\".")
+                         .arg(earlier.strandedName()),
+             .title = title(),
+             .icon = Icon::Information});
     if (!earlier.earlierReport())
-        return false;
+        return !earlier.strandedName().isEmpty();
     show(tr("Your recipes have been taken over. Pantrywise was interrupted before it could tell "
             "you."),
          *earlier.earlierReport());
@@ -87,7 +96,8 @@ bool TakeoverOffer::asks(const QString &introduction)
 void TakeoverOffer::takeOver()
 {
     DatabaseReplacement replacement(m_path);
-    if (!isOfOlderVersion()) // another program has replaced the file since the question was asked
+    // Another program may have worked on the file since the question was asked.
+    if (tellsOfEarlierOne(replacement) || !isOfOlderVersion())
         return;
     const std::optional<TakeoverReport> report = write(replacement.newFile());
     if (!report || !(report->isComplete() || asksAboutLosses(*report)))
@@ -142,6 +152,10 @@ void offerTakeover(Interaction &interaction, const QString &databasePath)
 {
     try {
         TakeoverOffer(interaction, databasePath).run();
+    } catch (const ReplacementInProgress &failure) {
+        // If the new file is in its place, the other program is only telling its user so.
+        if (!QFileInfo::exists(databasePath) || DatabaseFile(databasePath).isAccessFormat())
+            interaction.showError(TakeoverOffer::title(), failure.text());
     } catch (const std::exception &failure) {
         interaction.showError(TakeoverOffer::title(), QString::fromUtf8(failure.what()));
     }
