@@ -1,7 +1,5 @@
 #include "oldfiles/CodePage.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <cerrno>
 #include <iconv.h>
@@ -9,21 +7,17 @@
 namespace oldfiles {
 namespace {
 
-struct Text {
-    Q_DECLARE_TR_FUNCTIONS(CodePage)
-};
-
 void *openConverter(quint16 number)
 {
     const std::string name = "CP" + std::to_string(number);
     void *const converter = ::iconv_open("UTF-8", name.c_str());
     // iconv_open() reports a failure as (iconv_t)-1.
-    if (converter == reinterpret_cast<void *>(-1)) // NOLINT(performance-no-int-to-ptr)
-        throw Error(Text::tr("The texts of this file are in code page %1, which is not known here.")
-                        .arg(number));
-    return converter;
+    const bool isOpen =
+        converter != reinterpret_cast<void *>(-1); // NOLINT(performance-no-int-to-ptr)
+    return isOpen ? converter : nullptr;
 }
 
+constexpr unsigned asciiEnd = 0x80;
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 } // namespace
@@ -37,18 +31,22 @@ CodePage::CodePage(quint16 number)
     : m_number(number)
     , m_converter(openConverter(number))
 {
-    for (unsigned value = 0; value < m_letters.size(); ++value) {
-        const char byte = static_cast<char>(value);
-        Letter &letter = m_letters[value];
-        letter = convert(m_converter.get(), {&byte, 1});
-        if (letter.size == 0 && !letter.isIncomplete)
-            letter = controlCharacter(value);
-    }
+    for (unsigned value = 0; value < m_letters.size(); ++value)
+        m_letters[value] = letterOf(value);
+}
+
+// Returns the letter of one byte; it is empty if the byte is the beginning of a letter of two.
+CodePage::Letter CodePage::letterOf(unsigned value) const
+{
+    if (!isKnown())
+        return value < asciiEnd ? controlCharacter(value) : Letter();
+    const char byte = static_cast<char>(value);
+    const Letter letter = convert(m_converter.get(), {&byte, 1});
+    return letter.size == 0 && !letter.isIncomplete ? controlCharacter(value) : letter;
 }
 
 CodePage::Letter CodePage::controlCharacter(unsigned value)
 {
-    constexpr unsigned asciiEnd = 0x80;
     constexpr unsigned firstOfTwo = 0xC0;
     constexpr unsigned secondOfTwo = 0x80;
     constexpr unsigned bits = 6; // in the second byte
@@ -86,7 +84,7 @@ void CodePage::append(Bytes text, std::string &utf8) const
     const std::span<const char> bytes = text.span();
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         Letter letter = m_letters[static_cast<unsigned char>(bytes[i])];
-        if (letter.size == 0 && i + 1 < bytes.size()) {
+        if (letter.size == 0 && isKnown() && i + 1 < bytes.size()) {
             letter = convert(m_converter.get(), bytes.subspan(i, 2));
             if (letter.size > 0)
                 ++i;

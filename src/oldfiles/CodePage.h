@@ -12,13 +12,17 @@ namespace oldfiles {
 class CodePage
 {
 public:
-    // Throws Error if the C library does not know the code page.
     explicit CodePage(quint16 number);
 
     quint16 number() const { return m_number; }
 
+    // Whether the C library can convert it. If not, only ASCII is readable, which is enough for the
+    // names of tables and columns.
+    bool isKnown() const { return m_converter != nullptr; }
+
     // Appends the text as UTF-8. A byte that the code page leaves undefined becomes the control
-    // character of this number, as Windows has it. What is no letter of two bytes becomes U+FFFD.
+    // character of this number, as Windows has it. The first byte of a letter of two bytes becomes
+    // U+FFFD if the second one is missing or does not go with it.
     void append(Bytes text, std::string &utf8) const;
 
 private:
@@ -32,6 +36,7 @@ private:
         void operator()(void *converter) const;
     };
 
+    Letter letterOf(unsigned value) const;
     static Letter controlCharacter(unsigned value);
     static Letter convert(void *converter, std::span<const char> bytes);
 

@@ -26,7 +26,7 @@ constexpr Format jet4{.isJet3 = false, .pageSize = 4096}; // also ACE
 // The header is page 0. Its later part is scrambled, always with the same key.
 namespace header {
 using namespace std::string_view_literals;
-constexpr std::array signatures{"\0\1\0\0Standard Jet DB\0"sv, "\0\1\0\0Standard ACE DB\0"sv};
+constexpr auto signature = "\0\1\0\0Standard "sv; // "Jet DB" or "ACE DB" follows
 constexpr std::size_t version = 0x14;
 constexpr quint8 latestVersion = 6;
 constexpr std::size_t scrambled = 0x18;
@@ -110,10 +110,11 @@ PageFile::~PageFile()
 void PageFile::readHeader()
 {
     std::vector<char> page(jet3.pageSize); // the shorter one; the header is in its first 160 bytes
-    const std::string_view start(page.data(), header::signatures.front().size());
-    if (!readFully(m_descriptor, page, 0)
-        || std::ranges::find(header::signatures, start) == header::signatures.end())
+    const bool isComplete = readFully(m_descriptor, page, 0); // keeps the bytes of a short file
+    if (!std::string_view(page.data(), page.size()).starts_with(header::signature))
         throw Error(Text::tr("This is not a file in the Access format."));
+    if (!isComplete)
+        throw Error(Text::tr("The file is damaged: it ends too early."));
     const auto version = Bytes(page).read<quint8>(header::version);
     if (version > header::latestVersion)
         throw Error(Text::tr("The file is in a later version of the Access format (%1), which is "
@@ -184,10 +185,12 @@ DataPage::DataPage(Bytes page, const Format &format)
 {
     require(page.read<quint8>(0) == static_cast<quint8>(PageKind::Data));
     m_rowCount = page.read<quint16>(m_directory - sizeof(quint16));
-    require(m_directory + m_rowCount * sizeof(quint16) <= page.size());
-    while (m_orderedRows < m_rowCount
-           && (m_orderedRows == 0 || start(m_orderedRows) <= start(m_orderedRows - 1)))
-        ++m_orderedRows;
+    require(m_rowCount <= mostRows && m_directory + m_rowCount * sizeof(quint16) <= page.size());
+    std::size_t lowest = page.size(); // of the starts so far
+    for (std::size_t row = 0; row + 1 < m_rowCount; ++row) {
+        m_isOverlapped[row + 1] = start(row) > lowest;
+        lowest = std::min(lowest, start(row));
+    }
 }
 
 quint32 DataPage::owner() const
@@ -218,15 +221,12 @@ Bytes DataPage::row(std::size_t row) const
     const std::size_t begin = start(row);
     const std::size_t end = row == 0 ? m_page.size() : start(row - 1);
     require(begin >= m_directory + m_rowCount * sizeof(quint16));
-    for (std::size_t i = m_orderedRows; i < row; ++i)
-        require(start(i - 1) >= end);
+    require(!m_isOverlapped[row]);
     return m_page.between(begin, end);
 }
 
 void VisitedRows::visit(RowPointer pointer)
 {
-    if (pointer.page >= m_pages.size())
-        m_pages.resize(pointer.page + std::size_t(1));
     auto &&isVisited = m_pages[pointer.page][pointer.row];
     require(!isVisited);
     isVisited = true;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace oldfiles {
@@ -50,6 +51,7 @@ class PageBuffer
 class DataPage
 {
 public:
+    static constexpr std::size_t mostRows = 256; // which a pointer can tell apart
     static constexpr quint32 usageMapOwner = 0;
     static constexpr quint32 longValueOwner = 0x4C41564C; // "LVAL"
 
@@ -73,7 +75,7 @@ private:
     Bytes m_page;
     std::size_t m_directory = 0;
     std::size_t m_rowCount = 0;
-    std::size_t m_orderedRows = 0; // the first ones, each of which lies before the one before it
+    std::bitset<mostRows> m_isOverlapped; // rows whose end lies beyond the start of an earlier row
 };
 
 // The pages of a file. Reads each one when it is asked for: a mapping of the file would count as
@@ -117,13 +119,12 @@ private:
 class VisitedRows
 {
 public:
-    // Throws Damage if the row has been visited. The pointer must be one to a page of the file.
+    // Throws Damage if the row has been visited.
     void visit(RowPointer pointer);
 
 private:
-    static constexpr std::size_t rowsOnPage = 256; // which a pointer can tell apart
-
-    std::vector<std::bitset<rowsOnPage>> m_pages;
+    // The pages are sparse: a file with holes may have millions.
+    std::unordered_map<quint32, std::bitset<DataPage::mostRows>> m_pages;
 };
 
 } // namespace oldfiles

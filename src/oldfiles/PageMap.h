@@ -23,7 +23,7 @@ private:
     bool goToNextPart();
 
     const PageFile &m_file;
-    std::vector<char> m_parts; // the numbers of the pages that hold the bits, if there are any
+    std::vector<char> m_parts; // the numbers of the pages that hold the bits; may be empty
     std::size_t m_part = 0; // the next one
     PageBuffer m_page;
     std::vector<char> m_bits;

@@ -93,15 +93,31 @@ const CatalogEntry &findTable(const Catalog &catalog, std::string_view name)
     return *found;
 }
 
+void requireCodePages(const TableDefinition &table)
+{
+    for (const StoredColumn &column : table.columns) {
+        if (column.codePage && !column.codePage->isKnown())
+            throw Error(Text::tr("The texts of the table %1 are in code page %2, which this system "
+                                 "cannot convert. Some systems have further code pages in a "
+                                 "package of their own, glibc-gconv-extra or "
+                                 "libc-gconv-modules-extra: install it and try again.")
+                            .arg(table.name)
+                            .arg(column.codePage->number()));
+    }
+}
+
 } // namespace
 
 RecipeFile::RecipeFile(const std::filesystem::path &path, std::span<const TableLayout> tables)
     : m_file(path)
 {
     const Catalog catalog = readCatalog(m_file);
-    for (const TableLayout &table : tables)
+    m_catalogProblem = catalog.problem;
+    for (const TableLayout &table : tables) {
         m_tables.push_back(
             readDefinition(m_file, findTable(catalog, table.name).definitionPage, table));
+        requireCodePages(m_tables.back());
+    }
     for (const CatalogEntry &entry : catalog.tables) {
         const bool isRead = std::ranges::any_of(
             tables, [&](const TableLayout &table) { return isSameName(entry.name, table.name); });

@@ -28,8 +28,9 @@ public:
 
     std::size_t tableCount() const { return m_tables.size(); }
 
-    // The number of rows that the table's definition states. Fewer rows are damage. More are none:
-    // the number lags behind after the program that wrote the file was killed, and may be 0.
+    // The number of rows that the table's definition states. A table with fewer rows is damaged.
+    // One with more rows is not: the number lags after the program that wrote the file was killed,
+    // and may be 0.
     quint32 statedRows(std::size_t table) const { return m_tables[table].statedRows; }
 
     // The last key that the table's counter has given out; 0 if it has no counter.
@@ -42,6 +43,10 @@ public:
     QStringList otherTables() const { return m_otherTables; }
     QStringList otherColumns(std::size_t table) const { return m_tables[table].otherColumns; }
 
+    // A sentence about damage to the list of tables, which otherTables() may then lack some of;
+    // empty if there is none.
+    QString catalogProblem() const { return m_catalogProblem; }
+
     // Returns a reader at the beginning of the table. The second form decodes only the columns
     // whose positions in the layout are given, which is much faster if no long text is among them.
     RowReader rows(std::size_t table) const;
@@ -51,6 +56,7 @@ private:
     PageFile m_file;
     std::vector<TableDefinition> m_tables;
     QStringList m_otherTables;
+    QString m_catalogProblem;
 };
 
 } // namespace oldfiles

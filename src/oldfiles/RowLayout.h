@@ -17,8 +17,9 @@ public:
     // Whether the column has a value. For yes/no, this is the value.
     bool hasValue(const StoredColumn &column) const;
 
-    // The bytes of a value that the row has: none if its place is beyond those of the row. `size`
-    // is the number of bytes of a fixed value. Throws Damage.
+    // Returns the bytes of a value, or nothing if the row has fewer variable values than the
+    // column's index, which means null. `size` is the number of bytes of a fixed value. Throws
+    // Damage if the value does not fit into the row.
     std::optional<Bytes> value(const StoredColumn &column, std::size_t size) const;
 
 private:

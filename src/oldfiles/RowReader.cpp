@@ -11,6 +11,15 @@ struct Text {
 
 } // namespace
 
+// Calls the function that returns the sentence only for the first problem: a file may have
+// millions.
+template <typename Sentence>
+void RowReader::noteProblem(Sentence sentence)
+{
+    if (m_firstProblem.isEmpty())
+        m_firstProblem = sentence();
+}
+
 RowReader::RowReader(const PageFile &file, const TableDefinition &table,
                      std::span<const std::size_t> columns)
     : m_file(file)
@@ -23,7 +32,7 @@ RowReader::RowReader(const PageFile &file, const TableDefinition &table,
         m_map.emplace(file, table.map);
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(mapProblem());
+        noteProblem([this] { return mapProblem(); });
     }
 }
 
@@ -54,16 +63,18 @@ bool RowReader::goToNextPage()
         m_pageNumber = *number;
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(mapProblem());
+        noteProblem([this] { return mapProblem(); });
         return true;
     }
     try {
         m_rows = rowsOf(m_pageNumber);
     } catch (const Damage &) {
         ++m_unreadablePages;
-        noteProblem(Text::tr("Page %1, which belongs to the table %2, cannot be read.")
-                        .arg(m_pageNumber)
-                        .arg(m_table.name));
+        noteProblem([this] {
+            return Text::tr("Page %1, which belongs to the table %2, cannot be read.")
+                .arg(m_pageNumber)
+                .arg(m_table.name);
+        });
     }
     return true;
 }
@@ -117,10 +128,12 @@ bool RowReader::readRow(std::size_t row)
         return true;
     } catch (const Damage &) {
         ++m_unreadableRows;
-        noteProblem(Text::tr("Row %1 on page %2, which belongs to the table %3, cannot be read.")
-                        .arg(row)
-                        .arg(m_pageNumber)
-                        .arg(m_table.name));
+        noteProblem([&] {
+            return Text::tr("Row %1 on page %2, which belongs to the table %3, cannot be read.")
+                .arg(row)
+                .arg(m_pageNumber)
+                .arg(m_table.name);
+        });
         return false;
     }
 }
@@ -139,12 +152,6 @@ QString RowReader::mapProblem() const
                     "read completely.")
         .arg(m_table.name)
         .arg(m_table.map.page);
-}
-
-void RowReader::noteProblem(const QString &problem)
-{
-    if (m_firstProblem.isEmpty())
-        m_firstProblem = problem;
 }
 
 } // namespace oldfiles

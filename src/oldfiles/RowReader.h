@@ -54,7 +54,8 @@ private:
     bool readRow(std::size_t row);
     Bytes movedRow(RowPointer body);
     QString mapProblem() const;
-    void noteProblem(const QString &problem);
+    template <typename Sentence>
+    void noteProblem(Sentence sentence);
 
     const PageFile &m_file;
     const TableDefinition &m_table;

@@ -146,6 +146,10 @@ constexpr quint32 inTheRow = 2;
 constexpr std::size_t pointerAt = 4;
 constexpr std::size_t longValueHead = 12;
 
+// A text is held in memory several times while it is decoded and written. One beyond this length is
+// damage: no cook has typed it.
+constexpr std::size_t mostLetters = 8U << 20U;
+
 } // namespace
 
 ValueDecoder::ValueDecoder(const PageFile &file, const TableDefinition &table, VisitedRows &visited)
@@ -185,6 +189,7 @@ std::string_view ValueDecoder::text(Bytes stored, std::size_t number)
     if (column.codePage) {
         column.codePage->append(bytes, result);
     } else if (isCompressed(bytes)) {
+        require(bytes.size() <= mostLetters); // each byte becomes up to one letter
         expand(bytes, m_expanded);
         appendUtf16(Bytes(m_expanded), result);
     } else {
@@ -198,6 +203,8 @@ Bytes ValueDecoder::longValue(Bytes stored)
 {
     const auto head = stored.read<quint32>(0);
     const std::size_t length = head & lengthMask;
+    const std::size_t letterSize = m_file.format().isJet3 ? sizeof(char) : sizeof(char16_t);
+    require(length <= mostLetters * letterSize);
     const RowPointer pointer(stored.read<quint32>(pointerAt));
     const Bytes rest = stored.from(longValueHead);
     switch (head >> kindShift) {
@@ -228,6 +235,7 @@ Bytes ValueDecoder::piece(RowPointer pointer)
 Bytes ValueDecoder::joinPieces(RowPointer pointer, std::size_t length)
 {
     m_joined.clear();
+    m_joined.reserve(length);
     while (!pointer.isNull()) {
         const Bytes row = piece(pointer);
         const Bytes bytes = row.from(sizeof(quint32));

@@ -75,6 +75,7 @@ class Table:
     map_kind: str = "direct"  # "late" begins at the first page, "indirect" is on pages of its own
     reversed_records: bool = False
     owner: int = None  # that the pages of rows name instead of the table
+    most_slots: int = 255  # on a page of rows
     page_kind: int = None  # that the pages of rows name instead of DATA
     given_up_page: bool = False  # one that still has rows and names the table
     also_mapped: tuple = ()  # pages that are not the table's
@@ -126,8 +127,11 @@ def rc4(key, data):
 
 class AccessFile:
     def __init__(self, name, version=None, code_page=1252, stated_code_page=None, key=0,
-                 encrypted=False, password="", compress=False):
+                 encrypted=False, password="", compress=False, signature=None,
+                 catalog_rows=()):
         self.format = FORMATS[name]
+        self.catalog_rows = catalog_rows  # further ones
+        self.signature = signature or self.format.signature
         self.version = self.format.version if version is None else version
         self.code_page, self.stated_code_page = code_page, stated_code_page or code_page
         self.key, self.encrypted = key, encrypted
@@ -295,7 +299,7 @@ class AccessFile:
         def place(data, flags, row=None):
             slots, size = pages[-1]
             length = len(data.data if isinstance(data, Raw) else data) + 2
-            if size + length > self.format.room or len(slots) == 255:
+            if size + length > self.format.room or len(slots) == table.most_slots:
                 pages.append(([], 0))
                 slots, size = pages[-1]
             slots.append((data, flags))
@@ -405,6 +409,7 @@ class AccessFile:
         catalog.rows += [[0x0F000001, "Recipes", -32768, 0]]  # a form of this name
         catalog.rows += [[place, table.name, table.type, table.flags]
                          for place, table in zip(places[1:], tables)]
+        catalog.rows += self.catalog_rows
         for table, place in zip([catalog, *tables], places):
             self.write_table(table, place)
         self.pages[0] = self.header()
@@ -422,7 +427,7 @@ class AccessFile:
     def header(self):
         f = self.format
         page = bytearray(f.page_size)
-        page[0:20] = b"\0\1\0\0" + f.signature + b"\0"
+        page[0:20] = b"\0\1\0\0" + self.signature + b"\0"
         page[0x14] = self.version
         clear = bytearray(f.pick(126, 128))
         struct.pack_into("<HI", clear, 0x3C - 0x18, self.stated_code_page, self.key)

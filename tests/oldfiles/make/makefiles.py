@@ -179,6 +179,8 @@ def more_than_ours(all_tables):
     all_tables.append(Table("SomeQuery", [Column("Id", LONG)], [], type=5))
 
 
+CASES["damaged-catalog.jet4"] = ("jet4", {"catalog_rows": [Raw(b"")]}, lambda _: None)
+CASES["other-signature.jet4"] = ("jet4", {"signature": b"Standard Old DB"}, lambda _: None)
 CASES["later-version.jet4"] = ("jet4", {"version": 7}, lambda _: None)
 CASES["encrypted.jet4"] = ("jet4", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
 CASES["encrypted.jet3"] = ("jet3", {"key": 0x5EC2E7, "encrypted": True}, lambda _: None)
@@ -209,10 +211,21 @@ def code_page_of_column(all_tables):
     all_tables[RECIPES].rows = [recipe(3, "Käse")]
 
 
+def own_code_pages(all_tables):
+    """Each text names the code page that it is in, so that nothing needs that of the file."""
+    for column in (column for table in all_tables for column in table.columns):
+        column.code_page = 1252
+    all_tables[UTENSILS].rows = [[1, "Käse"]]
+
+
+CASES["unused-code-page.jet3"] = ("jet3", {"stated_code_page": 4711}, own_code_pages)
+
+
 @case("jet3")
 def unknown_code_page_of_column(all_tables):
-    all_tables[UTENSILS].columns[1].code_page = 4711
-    all_tables[UTENSILS].rows = [[2, b"Pot"]]
+    all_tables[RECIPES].columns[AUTHOR].code_page = 4711
+    for row in all_tables[RECIPES].rows:
+        row[AUTHOR] = b"Cook"
 
 
 CASES["compressed.jet4"] = ("jet4", {"compress": True},
@@ -301,6 +314,13 @@ def long_texts(all_tables):
 
 
 @case("jet3", "jet4")
+def endless_text(all_tables):
+    """Longer than any that is read, though the file has all of it."""
+    recipes = all_tables[RECIPES]
+    recipes.rows[0][INSTRUCTIONS] = b"a\0" * (8 * 2**20 + 1)
+
+
+@case("jet3", "jet4")
 def damaged_rows(all_tables):
     names = all_tables[UTENSILS]
     names.rows = [[1, "one"], Raw(b""), Raw(b"\2"), Raw(b"\xff" * 20), Raw(b"\2\0\0\3"), [6, "six"]]
@@ -310,6 +330,14 @@ def damaged_rows(all_tables):
 def overlapping_rows(all_tables):
     names = all_tables[UTENSILS]
     names.rows = [[1, "one"], Raw(b"", place=2040), [3, "three"], [4, "four"]]
+
+
+@case("jet3", "jet4")
+def too_many_rows(all_tables):
+    """More on the first page than a row pointer can tell apart."""
+    names = all_tables[UTENSILS]
+    names.most_slots = 257
+    names.rows = [Raw(b"")] * 257 + [[2, "Pot"]]
 
 
 @case("jet3", "jet4")
