@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 
 #include <exception>
@@ -32,9 +33,8 @@ public:
 
 private:
     bool isOfOlderVersion() const { return DatabaseFile(m_path).isAccessFormat(); }
-    bool hasFinishedEarlierOne();
+    bool tellsOfEarlierOne(const DatabaseReplacement &earlier);
     bool asks(const QString &introduction);
-    static QStringList lossSentences(const TakeoverReport &report);
     bool asksAboutLosses(const TakeoverReport &report);
     void takeOver();
     std::optional<TakeoverReport> write(const QString &newFile);
@@ -48,20 +48,28 @@ void TakeoverOffer::run()
 {
     QString introduction;
     if (DatabaseReplacement::isInProgress(m_path)) {
-        if (hasFinishedEarlierOne())
-            return;
-        introduction = tr("Pantrywise was interrupted while it was taking over your recipes. "
-                          "Your file is unchanged.");
+        const DatabaseReplacement earlier(m_path);
+        if (!tellsOfEarlierOne(earlier))
+            introduction = tr("Pantrywise was interrupted while it was taking over your recipes. "
+                              "Your file is unchanged.");
     }
     if (isOfOlderVersion() && asks(introduction))
         takeOver();
 }
 
-bool TakeoverOffer::hasFinishedEarlierOne()
+// Returns false if there is nothing to tell but that it was interrupted.
+bool TakeoverOffer::tellsOfEarlierOne(const DatabaseReplacement &earlier)
 {
-    const DatabaseReplacement earlier(m_path);
+    if (!earlier.strandedName().isEmpty())
+        m_interaction.show(
+            {.text = tr("Pantrywise was interrupted while it was taking over your recipes, and "
+                        "another file has been put in the place of the old one since. The old "
+                        "file is kept beside it. Its name is now \"%1\".")
+                         .arg(earlier.strandedName()),
+             .title = title(),
+             .icon = Icon::Information});
     if (!earlier.earlierReport())
-        return false;
+        return !earlier.strandedName().isEmpty();
     show(tr("Your recipes have been taken over. Pantrywise was interrupted before it could tell "
             "you."),
          *earlier.earlierReport());
@@ -85,24 +93,17 @@ bool TakeoverOffer::asks(const QString &introduction)
     return m_interaction.confirm(title(), paragraphs.join("\n\n"_L1), Button::No);
 }
 
-QStringList TakeoverOffer::lossSentences(const TakeoverReport &report)
-{
-    QStringList sentences;
-    for (const QString &loss : report.losses())
-        sentences += tr("%1 can be read.").arg(loss);
-    return sentences;
-}
-
 void TakeoverOffer::takeOver()
 {
     DatabaseReplacement replacement(m_path);
-    if (!isOfOlderVersion()) // another program has replaced the file since the question was asked
+    // Another program may have worked on the file since the question was asked.
+    if (tellsOfEarlierOne(replacement) || !isOfOlderVersion())
         return;
     const std::optional<TakeoverReport> report = write(replacement.newFile());
     if (!report || !(report->isComplete() || asksAboutLosses(*report)))
         return;
     show(tr("Your recipes have been taken over."),
-         replacement.replace(report->summary(), lossSentences(*report) + report->notes));
+         replacement.replace(report->summary(), report->losses() + report->notes));
 }
 
 // Returns nothing if the user cancels.
@@ -121,7 +122,7 @@ bool TakeoverOffer::asksAboutLosses(const TakeoverReport &report)
                                           "as it is, under another name. Do you want to take over "
                                           "the rest?")
                                            .arg(QDir::toNativeSeparators(m_path),
-                                                lossSentences(report).join(u'\n')),
+                                                (report.losses() + report.damageNotes).join(u'\n')),
                                .title = title(),
                                .icon = Icon::Exclamation,
                                .buttons = {Button::Yes, Button::No},
@@ -151,6 +152,10 @@ void offerTakeover(Interaction &interaction, const QString &databasePath)
 {
     try {
         TakeoverOffer(interaction, databasePath).run();
+    } catch (const ReplacementInProgress &failure) {
+        // If the new file is in its place, the other program is only telling its user so.
+        if (!QFileInfo::exists(databasePath) || DatabaseFile(databasePath).isAccessFormat())
+            interaction.showError(TakeoverOffer::title(), failure.text());
     } catch (const std::exception &failure) {
         interaction.showError(TakeoverOffer::title(), QString::fromUtf8(failure.what()));
     }

@@ -139,7 +139,7 @@ DatabaseReplacement::DatabaseReplacement(const QString &databasePath, Keeping ke
 {
     if (const auto failure = m_folder.lock()) {
         if (failure == std::errc::device_or_resource_busy)
-            throw platform::UserVisibleError(
+            throw ReplacementInProgress(
                 tr("Another Pantrywise is taking over the recipes in %1. Wait until it has "
                    "finished and try again.")
                     .arg(platform::displayPath(m_database)));
@@ -153,8 +153,10 @@ DatabaseReplacement::DatabaseReplacement(const QString &databasePath, Keeping ke
         m_report = *report;
         if (settle())
             m_earlierReport = report;
+        else if (isTaken(kept()))
+            m_strandedName = m_report.keptName;
     }
-    if (!m_earlierReport)
+    if (!m_earlierReport && m_strandedName.isEmpty())
         removeFiles();
     m_oldState = stateOf(m_database);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/UserVisibleError.h"
 #include "takeover/LockedFolder.h"
 
 #include <QCoreApplication>
@@ -17,6 +18,13 @@ struct ReplacementReport {
     QString keptName; // of the old file, beside the new one
     QString summary;
     QStringList notes;
+};
+
+// Another program replaces the file, or tells its user that it has.
+class ReplacementInProgress final : public platform::UserVisibleError
+{
+public:
+    using UserVisibleError::UserVisibleError;
 };
 
 // Puts a new recipe database in the place of an old file, which is kept unchanged beside it as
@@ -41,16 +49,21 @@ public:
 
     // Creates and locks the folder, and finishes or undoes what an interrupted replacement has
     // done. Must not be called while this program has the database open. Throws
-    // platform::UserVisibleError if another program uses the folder, or if it cannot be used.
+    // ReplacementInProgress if another program uses the folder, and platform::UserVisibleError if
+    // it cannot be used.
     explicit DatabaseReplacement(const QString &databasePath, Keeping keeping = Keeping::ByLink);
 
     // Removes the folder and what is in it. A kill before that makes the next object return the
-    // report, so call it after the user has been told.
+    // same again, so call it after the user has been told.
     ~DatabaseReplacement();
 
     // The report of an interrupted replacement whose new file is in its place now. Nothing if there
     // was none or if it has been undone.
     const std::optional<ReplacementReport> &earlierReport() const { return m_earlierReport; }
+
+    // The name of the old file if a replacement was interrupted and can neither be finished nor
+    // undone, because the user has put another file in its place since. Empty otherwise.
+    QString strandedName() const { return m_strandedName; }
 
     // Where the caller writes the new file, completely and synced, before replace().
     QString newFile() const;
@@ -101,5 +114,6 @@ private:
     FileState m_oldState;
     ReplacementReport m_report;
     std::optional<ReplacementReport> m_earlierReport;
+    QString m_strandedName;
     std::size_t m_nextStep = 0;
 };

@@ -157,8 +157,9 @@ void TableCopy::noteResult(std::size_t number, const oldfiles::RowReader &rows)
     TakenTable &taken = m_copied.taken[number];
     taken.name = displayName(schemaTables()[number].name);
     taken.stated = m_file.statedRows(number);
-    taken.unreadable = rows.unreadableRows() + rows.unreadablePages();
-    if (taken.unreadable > 0)
+    taken.damagedRows = rows.unreadableRows();
+    taken.damagedPages = rows.unreadablePages();
+    if (taken.isDamaged())
         m_notes.add(taken.name, NoteKind::Count, [&] { return rows.firstProblem(); });
     if (taken.stated == 0 && taken.taken > 0)
         m_notes.add(taken.name, NoteKind::Count, [&] {

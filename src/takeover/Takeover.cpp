@@ -131,7 +131,7 @@ std::optional<TakeoverReport> Takeover::writeTo(const QString &newFile, Progress
         return {};
     file.keep();
     notePassedOver(*m_file, notes);
-    return TakeoverReport{copied.taken, notes.sentences()};
+    return TakeoverReport{copied.taken, notes.sentences(), notes.sentences(NoteKind::Count)};
 }
 
 bool Takeover::fill(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes,

@@ -93,7 +93,7 @@ void putInPlace(const QString &made, const QString &newFile)
 
 QString lossText(const QString &oldFile, const TakeoverReport &report)
 {
-    return Text::tr("%1 is damaged. This much of it can be read:\n%2")
+    return Text::tr("%1 is damaged. Not all of it can be read:\n%2")
         .arg(oldFile, report.losses().join(u'\n'));
 }
 

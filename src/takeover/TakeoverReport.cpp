@@ -18,6 +18,17 @@ QString number(qint64 value)
     return QLocale(QLocale::English).toString(value);
 }
 
+// The count of the old file tells how many rows there were, unless it lags behind.
+QString loss(const TakenTable &table)
+{
+    if (table.taken < table.stated)
+        return Text::tr("%1: %2 of %3 can be read.")
+            .arg(table.name, number(table.taken), number(table.stated));
+    return Text::tr("%1: %2 can be read. Damaged pages: %3, damaged rows: %4.")
+        .arg(table.name, number(table.taken), number(table.damagedPages),
+             number(table.damagedRows));
+}
+
 } // namespace
 
 bool TakeoverReport::isComplete() const
@@ -31,9 +42,7 @@ QStringList TakeoverReport::losses() const
     QStringList lines;
     for (const TakenTable &table : tables) {
         if (!table.isComplete())
-            lines += Text::tr("%1: %2 of %3")
-                         .arg(table.name, number(table.taken),
-                              number(std::max(table.stated, table.taken + table.unreadable)));
+            lines += loss(table);
     }
     return lines;
 }

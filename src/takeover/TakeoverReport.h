@@ -11,21 +11,24 @@
 struct TakenTable {
     QString name;
     qint64 taken = 0; // rows in the new file
-    qint64 stated = 0; // rows that the old file counts; fewer than it has after an unclean end
-    qint64 unreadable = 0; // rows and pages that are damaged
+    qint64 stated = 0; // rows that the old file counts; after an unclean end, it may have more
+    qint64 damagedRows = 0;
+    qint64 damagedPages = 0; // with an unknown number of rows
 
-    bool isComplete() const { return unreadable == 0 && taken >= stated; }
+    bool isDamaged() const { return damagedRows > 0 || damagedPages > 0; }
+    bool isComplete() const { return !isDamaged() && taken >= stated; }
 };
 
 // What the user is told of a takeover.
 struct TakeoverReport {
     std::array<TakenTable, tableCount> tables;
     QStringList notes; // complete sentences on what differs from the old file or needs a look
+    QStringList damageNotes; // the first ones of `notes`, on damaged pages and wrong counts
 
     // Whether every row of the old file is in the new one.
     bool isComplete() const;
 
-    // The tables of which rows are lost, such as "Recipes: 212 of 215".
+    // A sentence for each table of which rows are lost, such as "Recipes: 212 of 215 can be read."
     QStringList losses() const;
 
     // What is in the new file, in one line: "Recipes: 215, Ingredients: 340, ...".

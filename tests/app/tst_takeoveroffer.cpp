@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -53,11 +54,11 @@ class OfferInteraction : public MockInteraction
 {
 public:
     bool isStopped = false; // by the user, at once
-    std::function<void()> whileAsking = [] {};
+    std::function<void()> whileAsking = [] {}; // during the first box
 
     Button show(const MessageBox &box) override
     {
-        whileAsking();
+        std::exchange(whileAsking, [] {})();
         return MockInteraction::show(box);
     }
 
@@ -89,7 +90,7 @@ MessageBox questionBox(const OldFolder &folder, const QString &introduction = {}
 MessageBox damageBox(const OldFolder &folder)
 {
     return {
-        u"The file %1 is damaged. Not all of it can be read:\n\nRecipes: 13 of 14 can be read.\nIngredients: 53 of 100 can be read.\n\nPantrywise can take over the rest. The old file is kept as it is, under another name. Do you want to take over the rest?"_s
+        u"The file %1 is damaged. Not all of it can be read:\n\nRecipes: 13 of 14 can be read.\nIngredients: 53 of 100 can be read.\nRow 13 on page 20, which belongs to the table Recipes, cannot be read.\nPage 61, which belongs to the table Ingredients, cannot be read.\n\nPantrywise can take over the rest. The old file is kept as it is, under another name. Do you want to take over the rest?"_s
             .arg(folder.path()),
         title,
         Icon::Exclamation,
@@ -242,13 +243,48 @@ private Q_SLOTS:
         QCOMPARE(folder.names(), u"data.rbk"_s);
     }
 
+    void tellsOfAFinishedOne_data()
+    {
+        addRows<bool>({{"at start", false}, {"while the question is open", true}});
+    }
     void tellsOfAFinishedOne()
     {
+        const auto [isAsked] = fetchRow<bool>();
         const OldFolder folder;
-        replaceAndDie(folder, 5);
         OfferInteraction interaction;
+        if (isAsked) {
+            interaction.expect(questionBox(folder), Button::Yes);
+            interaction.whileAsking = [&] { replaceAndDie(folder, 5); };
+        } else {
+            replaceAndDie(folder, 5);
+        }
         interaction.expect(
             {u"Your recipes have been taken over. Pantrywise was interrupted before it could tell you.\n\nRecipes: 14\n\nThe old file is kept beside the new one. Its name is now \"data old.rbk\"."_s,
+             title, Icon::Information});
+        offerTakeover(interaction, folder.path());
+        offerTakeover(interaction, folder.path());
+        QCOMPARE(folder.names(), u"data old.rbk data.rbk"_s);
+    }
+
+    void saysNothingWhileAnotherProgramTellsItsUser()
+    {
+        const OldFolder folder;
+        DatabaseReplacement other(folder.path());
+        setBytes(other.newFile(), "new");
+        other.replace({}, {});
+        OfferInteraction interaction;
+        offerTakeover(interaction, folder.path());
+    }
+
+    void tellsWhereTheOldFileIs()
+    {
+        const OldFolder folder;
+        replaceAndDie(folder, 4);
+        QVERIFY(QFile::remove(folder.path()));
+        setBytes(folder.path(), "own");
+        OfferInteraction interaction;
+        interaction.expect(
+            {u"Pantrywise was interrupted while it was taking over your recipes, and another file has been put in the place of the old one since. The old file is kept beside it. Its name is now \"data old.rbk\"."_s,
              title, Icon::Information});
         offerTakeover(interaction, folder.path());
         offerTakeover(interaction, folder.path());

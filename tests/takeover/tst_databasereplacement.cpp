@@ -211,6 +211,11 @@ private Q_SLOTS:
             {"own file between the two renames", 4,
              [](const Folder &folder) { setBytes(folder.path(), "own"); },
              u"data old.rbk=old, data old.rbk-journal=foreign, data.rbk=own"_s},
+            {"report cut by a full disk", 2,
+             [](const Folder &folder) {
+                 setBytes(folder.path(u"data.rbk.takeover/report.json"_s), "{\"keptN");
+             },
+             u"data.rbk=old, data.rbk-journal=foreign"_s},
             {"new file removed", 5,
              [](const Folder &folder) { QVERIFY(QFile::remove(folder.path())); },
              u"data.rbk=old, data.rbk-journal=foreign"_s},

@@ -8,6 +8,7 @@
 #include "support/TestDatabase.h"
 #include "takeover/CatalogKeys.h"
 #include "takeover/Takeover.h"
+#include "takeover/TakeoverNotes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -21,6 +22,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QString oldFile = rulesFile();
+const QString damagedFile = QStringLiteral(DAMAGED_FILE);
 
 // Cancels at one of the calls.
 class CancellingProgress final : public Progress
@@ -267,14 +269,19 @@ private Q_SLOTS:
     {
         const QByteArray bytes = bytesOf(oldFile);
         addRows<QByteArray, QString>({
-            {"fewer rows", withStatedRows(bytes, 0, 19), u"Recipes: 16 of 19\n"_s},
-            {"fewer links", withStatedRows(bytes, 4, 1'003), u"RecipeUtensils: 3 of 1,003\n"_s},
+            {"fewer rows", withStatedRows(bytes, 0, 19), u"Recipes: 16 of 19 can be read.\n"_s},
+            {"fewer links", withStatedRows(bytes, 4, 1'003),
+             u"RecipeUtensils: 3 of 1,003 can be read.\n"_s},
             {"more rows", withStatedRows(bytes, 1, 2), u"Recipes: the RecipeType of"_s},
             {"unclean end", withStatedRows(bytes, 1, 0),
              u"Ingredients: the old file says that it has no rows, as it may after the program "
              "was not ended properly. 4 were found and taken over.\n"_s},
             {"damaged page", withDamagedPage(bytes, 2),
-             u"Utensils: 0 of 2\nPage 21, which belongs to the table Utensils, cannot be read.\n"_s},
+             u"Utensils: 0 of 2 can be read.\nPage 21, which belongs to the table Utensils, cannot be read.\n"_s},
+            {"damaged page after an unclean end", withDamagedPage(withStatedRows(bytes, 2, 0), 2),
+             u"Utensils: 0 can be read. Damaged pages: 1, damaged rows: 0.\nPage 21, "_s},
+            {"damaged row after an unclean end", withStatedRows(bytesOf(damagedFile), 0, 0),
+             u"Recipes: 3 can be read. Damaged pages: 0, damaged rows: 1.\nRow 1 on page "_s},
         });
     }
     void tellsOfDamage()
@@ -345,6 +352,24 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(takeover.writeTo(inFolder(u"mine.rbk"_s), progress),
                                  platform::UserVisibleError);
         QCOMPARE(bytesOf(inFolder(u"mine.rbk"_s)), "mine");
+    }
+
+    void namesThousandsOfCases()
+    {
+        const QString sentence(100, u'x');
+        TakeoverNotes notes;
+        const auto add = [&](const QString &table, int count) {
+            for (int i = 0; i < count; ++i)
+                notes.add(table, NoteKind::Key, [&] { return sentence; });
+        };
+        add(u"Recipes"_s, 3'000);
+        QCOMPARE(notes.sentences().size(), 3'000);
+        add(u"Recipes"_s, 100'000);
+        add(u"Utensils"_s, 60);
+        const QString text = notes.sentences().join(u'\n');
+        QVERIFY(text.size() < 600'000);
+        QVERIFY(text.contains(u"\nRecipes: there are 9"_s));
+        QVERIFY(text.endsWith(u"\nUtensils: there are 10 more such cases."_s));
     }
 
     void givesKeysThatAreFree_data()

@@ -34,8 +34,8 @@ private Q_SLOTS:
         // new.rbk is there afterwards.
         const QString summary =
             u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 10, RecipeUtensils: 3\n"_s;
-        const QString loss = u"damaged.rbk is damaged. This much of it can be read:\nRecipes: 16 "
-                             "of 19\n"_s;
+        const QString loss = u"damaged.rbk is damaged. Not all of it can be read:\nRecipes: 16 "
+                             "of 19 can be read.\n"_s;
         addRows<QStringList, int, QString, QString, bool>({
             {"whole file", {u"old.rbk"_s, u"new.rbk"_s}, 0, summary, u"Recipes: .*"_s, true},
             {"damaged file",
@@ -54,7 +54,7 @@ private Q_SLOTS:
              {u"number.rbk"_s, u"--partial"_s, u"new.rbk"_s},
              0,
              u"Recipes: 3, .*"_s,
-             u"number.rbk is damaged.*:\nRecipes: 3 of 4\nRow 1 on page .*"_s,
+             u"number.rbk is damaged.*:\nRecipes: 3 of 4 can be read.\nRow 1 on page .*"_s,
              true},
             {"existing new file",
              {u"old.rbk"_s, u"taken.rbk"_s},
