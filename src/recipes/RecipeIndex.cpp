@@ -116,11 +116,6 @@ void RecipeIndex::Texts::find(const SearchWord &word, std::vector<bool> &found) 
     }
 }
 
-void RecipeIndex::clear()
-{
-    *this = RecipeIndex();
-}
-
 bool RecipeIndex::isCurrent(Database &database) const
 {
     if (!m_isBuilt)
@@ -135,7 +130,7 @@ bool RecipeIndex::isCurrent(Database &database) const
 
 void RecipeIndex::build(Database &database)
 {
-    clear();
+    *this = RecipeIndex(); // releases the memory before as much is needed again
     RecipeIndex built;
     const ReadTransaction snapshot(database);
     built.m_dataVersion = database.dataVersion();
@@ -191,23 +186,42 @@ void RecipeIndex::readLinks(Database &database)
         });
 }
 
+// There are many more links than recipes, and most words are in the name of no ingredient.
+std::vector<bool> RecipeIndex::recipesWith(const SearchWord &word) const
+{
+    std::vector<bool> found(m_recipes.keys.size());
+    m_recipes.find(word, found);
+    std::vector<bool> isIngredient(m_ingredients.keys.size());
+    m_ingredients.find(word, isIngredient);
+    if (std::find(isIngredient.begin(), isIngredient.end(), true) == isIngredient.end())
+        return found;
+    for (const Link &link : m_links) {
+        if (isIngredient[link.ingredient])
+            found[link.recipe] = true;
+    }
+    return found;
+}
+
 std::vector<qint64> RecipeIndex::matches(Database &database, const SearchQuery &query)
 {
     if (!isCurrent(database))
         build(database);
+    return matchesAsRead(query);
+}
+
+std::vector<qint64> RecipeIndex::matchesAsRead(const SearchQuery &query) const
+{
     const std::size_t count = m_recipes.keys.size();
     std::vector<bool> isMatch(count, true);
     for (const SearchWord &word : query.words()) {
-        std::vector<bool> found(count);
-        m_recipes.find(word, found);
-        std::vector<bool> isIngredient(m_ingredients.keys.size());
-        m_ingredients.find(word, isIngredient);
-        for (const Link &link : m_links) {
-            if (isIngredient[link.ingredient])
-                found[link.recipe] = true;
-        }
-        for (std::size_t i = 0; i < count; ++i)
+        const std::vector<bool> found = recipesWith(word);
+        bool isAnyLeft = false;
+        for (std::size_t i = 0; i < count; ++i) {
             isMatch[i] = isMatch[i] && found[i] != word.isExcluded;
+            isAnyLeft = isAnyLeft || isMatch[i];
+        }
+        if (!isAnyLeft)
+            return {};
     }
     std::vector<qint64> keys;
     for (std::size_t i = 0; i < count; ++i) {
@@ -215,4 +229,20 @@ std::vector<qint64> RecipeIndex::matches(Database &database, const SearchQuery &
             keys.push_back(m_recipes.keys[i]);
     }
     return keys;
+}
+
+// The title is the first line of a recipe's texts.
+std::vector<qint64> RecipeIndex::titled(QStringView text) const
+{
+    const std::string title = folded(text);
+    std::vector<qint64> exact;
+    std::vector<qint64> longer;
+    for (std::size_t i = 0; i < m_recipes.keys.size(); ++i) {
+        const std::size_t start = m_recipes.starts[i];
+        if (m_recipes.text.compare(start, title.size(), title) != 0)
+            continue;
+        const bool isExact = m_recipes.text[start + title.size()] == '\n';
+        (isExact ? exact : longer).push_back(m_recipes.keys[i]);
+    }
+    return exact.empty() ? longer : exact;
 }

@@ -2,6 +2,7 @@
 
 #include "data/Database.h"
 
+#include <QStringView>
 #include <QtGlobal>
 
 #include <string>
@@ -18,11 +19,18 @@ public:
     // Returns the keys of the recipes that match the query, in ascending order. Each of its words
     // may be found in another text of a recipe. Reads all recipes at the first call, and again if
     // this or another program has changed them since. Throws DatabaseError if they cannot be read;
-    // the next call then tries again. The database must be the same until clear().
+    // the next call then tries again. The database must be the same in all calls.
     std::vector<qint64> matches(Database &database, const SearchQuery &query);
 
-    // Releases the memory.
-    void clear();
+    // Whether matches() has read the recipes, which may have changed since.
+    bool isRead() const { return m_isBuilt; }
+    // The same for what has been read last, without a look at the file.
+    std::vector<qint64> matchesAsRead(const SearchQuery &query) const;
+
+    // Returns the keys of the recipes that have this title, or else of those whose titles begin
+    // with it, in ascending order. Case and accents make no difference. Searches what matches()
+    // has read last; the text must not be empty.
+    std::vector<qint64> titled(QStringView text) const;
 
 private:
     // A recipe and an ingredient of it, by their numbers here.
@@ -49,6 +57,7 @@ private:
     void readIngredients(Database &database);
     void readRecipes(Database &database);
     void readLinks(Database &database);
+    std::vector<bool> recipesWith(const SearchWord &word) const; // by the numbers of the recipes
 
     bool m_isBuilt = false;
     Texts m_recipes;

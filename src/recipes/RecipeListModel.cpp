@@ -171,6 +171,17 @@ int RecipeListModel::rowOf(qint64 recipeId) const
     return row == shown().end() ? -1 : static_cast<int>(row - shown().begin());
 }
 
+int RecipeListModel::firstRowOf(const std::vector<qint64> &recipeIds) const
+{
+    if (!m_rows || recipeIds.empty())
+        return -1;
+    const auto row = std::find_if(shown().begin(), shown().end(), [&](int recipe) {
+        return std::binary_search(recipeIds.begin(), recipeIds.end(),
+                                  m_rows->integer(recipe, m_idColumn));
+    });
+    return row == shown().end() ? -1 : static_cast<int>(row - shown().begin());
+}
+
 int RecipeListModel::rowCount(const QModelIndex &parent) const
 {
     return m_rows && !parent.isValid() ? static_cast<int>(shown().size()) : 0;

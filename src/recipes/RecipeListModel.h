@@ -29,6 +29,10 @@ public:
     // Shows the rows, which must have been read, sorted by the column that was sorted by last.
     void show(const RowSet &rows, const Keys &keys = {});
 
+    // Shows others of the same rows; it must show rows already.
+    void narrowTo(const Keys &keys) { show(*m_rows, keys); }
+    bool isNarrowed() const { return m_isFound.has_value(); }
+
     // Whether it shows rows, of which there may be 0.
     bool isRead() const { return m_rows; }
 
@@ -42,6 +46,8 @@ public:
 
     qint64 recipeIdAt(int row) const; // 0 if there is no such row
     int rowOf(qint64 recipeId) const; // -1 if there is no such recipe
+    // Returns the first row whose recipe is among these, or -1. The keys must be ascending.
+    int firstRowOf(const std::vector<qint64> &recipeIds) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

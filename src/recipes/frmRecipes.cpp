@@ -1,5 +1,6 @@
 #include "recipes/frmRecipes.h"
 
+#include "data/DatabaseError.h"
 #include "data/DatabasePath.h"
 #include "data/settings/Settings.h"
 #include "frame/Frame.h"
@@ -135,6 +136,7 @@ void frmRecipes::readRecipes()
         m_sources.requery();
         const RowSet &rows = datRecipes.Recordset().rows();
         m_recipes.show(rows, foundRecipes());
+        m_keepsRows = false;
     } catch (...) {
         showState();
         throw;
@@ -149,18 +151,59 @@ RecipeListModel::Keys frmRecipes::foundRecipes()
 }
 
 // Reads the recipes as well, since what is found must be what is shown. A list that could not be
-// read is not read again at each letter.
+// read is not read again at each letter. If it only cannot be read now, it remains. A recipe that
+// the user has chosen while typing remains selected as long as it is found.
 void frmRecipes::findBar_TextChange(const QString &text)
 {
     RecipeTable &table = *m_ui->lvwRecipes;
+    const bool isChosen = !m_query.isEmpty() && m_selectedRecipe != m_proposedRecipe;
     m_query = SearchQuery(text);
     table.mark(m_query);
     if (!m_recipes.isRead())
         return;
-    readRecipes();
-    table.selectRow(selectedOrNearestRow(0));
+    const std::exception_ptr failure = narrowRecipes();
+    const int chosen = isChosen ? m_recipes.rowOf(m_selectedRecipe) : -1;
+    table.selectRow(chosen >= 0 ? chosen : proposedRow(text));
     table.scrollTo(table.currentIndex());
     showState();
+    if (chosen < 0)
+        m_proposedRecipe = m_selectedRecipe;
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+// Returns why the recipes could not be read. The former rows then remain, narrowed if the index has
+// been read, and the next letters do not wait for the file again.
+std::exception_ptr frmRecipes::narrowRecipes()
+{
+    std::exception_ptr failure;
+    if (!m_keepsRows) {
+        try {
+            const ReadTransaction snapshot(datRecipes.Database());
+            datRecipes.Database().dataVersion(); // throws before readRecipes() drops the rows
+            readRecipes();
+            return failure;
+        } catch (const DatabaseError &) {
+            if (!m_recipes.isRead())
+                throw;
+            failure = std::current_exception();
+        }
+    }
+    m_keepsRows = !m_query.isEmpty();
+    RecipeListModel::Keys found;
+    if (!m_query.isEmpty() && m_index.isRead())
+        found = m_index.matchesAsRead(m_query);
+    m_recipes.narrowTo(found);
+    return failure;
+}
+
+// Returns the row of the first title that is what is typed, or else begins with it; without such a
+// title, the row of the recipe that was selected last, or else the first row.
+int frmRecipes::proposedRow(const QString &typed) const
+{
+    const int titled =
+        m_query.isEmpty() ? -1 : m_recipes.firstRowOf(m_index.titled(typed.trimmed()));
+    return titled >= 0 ? titled : selectedOrNearestRow(0);
 }
 
 void frmRecipes::findBar_MoveRequest(Qt::Key key)
@@ -197,7 +240,7 @@ void frmRecipes::showState()
 
 void frmRecipes::showCount()
 {
-    if (m_query.isEmpty() || m_recipes.recipeCount() == 0)
+    if (!m_recipes.isNarrowed() || m_recipes.recipeCount() == 0)
         m_ui->findBar->clearCount();
     else
         m_ui->findBar->showCount(m_recipes.rowCount(), m_recipes.recipeCount());

@@ -6,6 +6,7 @@
 #include "recipes/RecipeListModel.h"
 #include "search/SearchQuery.h"
 
+#include <exception>
 #include <memory>
 
 namespace Ui {
@@ -31,8 +32,10 @@ private:
     void setUpColumns();
     void setUpFindBar();
     void readRecipes();
+    std::exception_ptr narrowRecipes();
     RecipeListModel::Keys foundRecipes();
     int selectedOrNearestRow(int row) const;
+    int proposedRow(const QString &typed) const;
     void showState();
     void showCount();
     void findBar_TextChange(const QString &text);
@@ -50,5 +53,7 @@ private:
     RecipeListModel m_recipes;
     RecipeIndex m_index;
     SearchQuery m_query;
+    bool m_keepsRows = false; // whether a letter could not read them again
     qint64 m_selectedRecipe = 0; // the last one; it need not be shown any more
+    qint64 m_proposedRecipe = 0; // the one that this window selected when a letter was typed
 };

@@ -32,8 +32,6 @@ public:
     struct Range {
         qsizetype start;
         qsizetype length;
-
-        bool operator==(const Range &) const = default;
     };
 
     SearchQuery() = default; // has no words

@@ -70,6 +70,15 @@ void FindBar::announce(const QString &count)
     m_ui->txtFind->setAccessibleDescription(count.isEmpty() ? placeholderText() : count);
 }
 
+void FindBar::announceRow()
+{
+    const QString row = m_view->currentIndex().siblingAtColumn(0).data().toString();
+    const QString count = m_ui->lblFound->text();
+    if (!row.isEmpty())
+        m_ui->txtFind->setAccessibleDescription(count.isEmpty() ? row
+                                                                : tr("%1, %2").arg(count, row));
+}
+
 void FindBar::open()
 {
     show();
@@ -92,7 +101,6 @@ void FindBar::closeBar()
     hide();
     m_ui->txtFind->clear();
     clearCount();
-    Q_EMIT closed();
 }
 
 // A key that a control ignores goes to the control's parent, and to the parent of the bar in the
@@ -130,13 +138,15 @@ bool FindBar::requestMove(const QKeyEvent &press)
         return false;
     }
     Q_EMIT moveRequested(static_cast<Qt::Key>(press.key()));
+    announceRow();
     return true;
 }
 
 // QToolButton ignores Enter.
 void FindBar::keyPressEvent(QKeyEvent *event)
 {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isEnter = (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     if (isEnter && m_ui->cmdCloseFind->hasFocus())
         closeBar();
     else

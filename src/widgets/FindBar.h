@@ -12,12 +12,13 @@ class FindBar;
 }
 
 // A bar in which the user types what to find in a list. It is hidden until the find key (Ctrl+F) is
-// pressed in its parent widget, and takes no place until then. While the user types, the list has
+// pressed in its parent widget, and takes no space until then. While the user types, the list has
 // to show only what is found: connect textChanged() to that.
 //
 // While it is open, Esc closes it before the parent widget gets the key, whichever of the parent's
 // controls has the focus. Enter goes on to the window, which presses its default button. Screen
-// readers say the count whenever it changes, without a change of the focus.
+// readers say the count whenever it changes, and the row that an arrow or page key has reached,
+// without a change of the focus.
 class FindBar final : public QWidget
 {
     Q_OBJECT
@@ -46,9 +47,8 @@ public:
     void closeBar(); // and empties the field
 
 Q_SIGNALS:
-    // Also emitted if the bar is closed with a text.
+    // Also emitted when the bar is closed with a text.
     void textChanged(const QString &text);
-    void closed(); // after textChanged()
     // The user wants to move in the list while the field has the focus. The key is Up, Down,
     // PageUp, PageDown, Home or End; the last two are pressed with Ctrl.
     void moveRequested(Qt::Key key);
@@ -60,6 +60,7 @@ protected:
 private:
     bool requestMove(const QKeyEvent &press);
     void announce(const QString &count);
+    void announceRow();
 
     std::unique_ptr<Ui::FindBar> m_ui;
     QAbstractItemView *m_view = nullptr;

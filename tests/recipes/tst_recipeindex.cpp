@@ -1,7 +1,9 @@
 #include "data/TypesAndRatings.h"
 #include "recipes/RecipeIndex.h"
 #include "search/SearchQuery.h"
+#include "support/FileBytes.h"
 #include "support/RandomSeed.h"
+#include "support/Rows.h"
 #include "support/TestDatabase.h"
 
 #include <QTest>
@@ -134,6 +136,43 @@ private Q_SLOTS:
                              change, words.join(u' '))));
             }
         }
+    }
+
+    // The keys of the other file may be those of other recipes.
+    void readsAnotherFile()
+    {
+        const TestDatabase file;
+        file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Bread'), ('Leek soup')"_s);
+        const QByteArray bytes = bytesOf(file.path());
+        file.write(u"UPDATE Recipes SET RecipeName = 'Soup' WHERE RecipeID = 1"_s);
+        const auto database = Database::open(file.path());
+        RecipeIndex index;
+        const auto find = [&] { return index.matches(*database, SearchQuery(u"soup")); };
+        QCOMPARE(find(), (std::vector<qint64>{1, 2}));
+        QFile::remove(file.path());
+        setBytes(file.path(), bytes);
+        Database::reopen(file.path());
+        QCOMPARE(find(), std::vector<qint64>{2});
+    }
+
+    void titles_data()
+    {
+        addRows<QString, std::vector<qint64>>({{"whole", u"SOUP"_s, {2}},
+                                               {"beginning", u"lee"_s, {1, 3}},
+                                               {"accent", u"creme"_s, {4}},
+                                               {"end", u"eek soup"_s, {}},
+                                               {"more than the last", u"creme\nx"_s, {}}});
+    }
+    void titles()
+    {
+        const auto [text, keys] = fetchRow<QString, std::vector<qint64>>();
+        const TestDatabase file;
+        file.write(u"INSERT INTO Recipes (RecipeName) VALUES ('Leek'), ('Soup'), ('Leek soup'), "
+                   "('Crème'), (NULL)"_s);
+        const auto database = Database::open(file.path());
+        RecipeIndex index;
+        index.matches(*database, SearchQuery(u"e"));
+        QCOMPARE(index.titled(text), keys);
     }
 
     void readsAgainAfterFailure()
