@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString nothing = u"No name is found.\nTo see all names again, press Esc."_s;
+const QString nothing = u"Nothing found.\nTo see all names again, press Esc."_s;
 
 // The rows that a catalog shows, how many the find bar says that there are, and the name shown.
 QString seen(const CatalogFixture &catalog)
