@@ -12,7 +12,7 @@ class FindBar;
 }
 
 // A bar in which the user types what to find in a list. It is hidden until the find key (Ctrl+F) is
-// pressed in its parent widget, and takes no place until then. While the user types, the list has
+// pressed in its parent widget, and takes no space until then. While the user types, the list has
 // to show only what is found: connect textChanged() to that.
 //
 // While it is open, Esc closes it before the parent widget gets the key, whichever of the parent's
