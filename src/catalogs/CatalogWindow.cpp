@@ -52,6 +52,8 @@ void CatalogWindow::setCatalog(const Catalog &catalog)
     connect(m_catalog.next, &QPushButton::clicked, this, &Window::cmdNext_Click);
     connect(m_catalog.newRow, &QPushButton::clicked, this, &Window::cmdNew_Click);
     connect(m_catalog.save, &QPushButton::clicked, this, &Window::cmdSave_Click);
+    connect(m_catalog.list, &ListBox::rowSelected, this, &Window::onRowSelected);
+    connect(m_finder, &ListBoxFinder::narrowed, this, &Window::onNarrowed);
     connect(m_finder, &ListBoxFinder::entered, this, &Window::onFindEntered);
     connect(m_finder, &ListBoxFinder::moved, this, &Window::onFindMoved);
 }
@@ -252,13 +254,23 @@ void CatalogWindow::step(int by)
 
 // Finding
 
+void CatalogWindow::onNarrowed()
+{
+    m_isRowChosen = false;
+}
+
+void CatalogWindow::onRowSelected()
+{
+    m_isRowChosen = true;
+}
+
 // The selection does not follow what is typed into the find bar, since the fields may have been
-// edited. Enter shows what is found.
+// edited. Enter shows what is found best, unless a row has been selected since then.
 void CatalogWindow::onFindEntered()
 {
-    const ListBox &list = *m_catalog.list;
-    const int selected = list.selectedRow();
-    onFindMoved(list.isShown(selected) ? selected : m_finder->bestRow());
+    if (frame().input().isAutoRepeat())
+        return;
+    onFindMoved(m_isRowChosen ? m_catalog.list->selectedRow() : m_finder->bestRow());
     m_finder->setFocus();
 }
 

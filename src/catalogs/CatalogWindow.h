@@ -100,6 +100,8 @@ private:
     void cmdNext_Click();
     void cmdNew_Click();
     void cmdSave_Click();
+    void onNarrowed();
+    void onRowSelected();
     void onFindEntered();
     void onFindMoved(int row);
 
@@ -119,6 +121,7 @@ private:
     WarningFrame *m_nameWarning = nullptr;
     Fields m_shown;
     qint64 m_currentId = 0;
+    bool m_isRowChosen = false; // whether a row was selected after the latest letter in the bar
     bool m_isRead = false;
     bool m_changed = false;
 };

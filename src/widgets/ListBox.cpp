@@ -60,7 +60,7 @@ void ListBox::narrow(const SearchQuery &query)
 QString ListBox::textWhenEmpty() const
 {
     return count() == 0 ? m_textWhenEmpty
-                        : tr("No name is found.\nTo see all names again, press Esc.");
+                        : tr("Nothing found.\nTo see all names again, press Esc.");
 }
 
 // For screen readers, to which the placeholder text is only painted.

@@ -70,8 +70,9 @@ void ListBoxFinder::showCount()
 bool ListBoxFinder::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<const QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const auto &press = static_cast<const QKeyEvent &>(*event);
+        const bool isEnter = press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter;
+        if (isEnter && (press.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
             Q_EMIT entered();
             return true;
         }

@@ -26,7 +26,7 @@ public:
 
 Q_SIGNALS:
     void narrowed(); // what is typed has changed
-    void entered(); // Enter was pressed in the field
+    void entered(); // Enter was pressed in the field, or repeats while it is held
     void moved(int row); // an arrow or page key in the field leads to this row of the list
 
 protected:

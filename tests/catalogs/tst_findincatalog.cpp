@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString nothing = u"No name is found.\nTo see all names again, press Esc."_s;
+const QString nothing = u"Nothing found.\nTo see all names again, press Esc."_s;
 
 // The rows that a catalog shows, how many the find bar says that there are, and the name shown.
 QString seen(const CatalogFixture &catalog)
@@ -46,10 +46,15 @@ private Q_SLOTS:
             {"accent", u"ECL"_s, u""_s, u"*Éclair | 1 of 4 | Éclair"_s},
             {"nothing", u"x"_s, u"key Return, key Down"_s, nothing + u" | None of 4 | Éclair"_s},
             {"Enter", u"sa"_s, u"key Return"_s, u"*Salt | 1 of 4 | Salt"_s},
+            {"Ctrl+Enter", u"sa"_s, u"key Ctrl+Return"_s, u"Salt | 1 of 4 | Éclair"_s},
             {"Enter twice", u"a"_s, u"key Return, key Return"_s,
-             u"*Éclair, Apple, Salt | 3 of 4 | Éclair"_s},
-            {"Enter after New", u"a"_s, u"cmdNew, key Ctrl+F, key Return"_s,
-             u"*Éclair, Apple, Salt | 3 of 4 | Éclair"_s},
+             u"Éclair, *Apple, Salt | 3 of 4 | Apple"_s},
+            {"Enter after Down", u"a"_s, u"key Down, key Down, key Return"_s,
+             u"Éclair, Apple, *Salt | 3 of 4 | Salt"_s},
+            {"Enter after Down and a letter", u"-x"_s, u"key Ctrl+End, txtFind =e, key Return"_s,
+             u"*Éclair, Apple, beef | 3 of 4 | Éclair"_s},
+            {"Enter after New", u"a"_s, u"lstIngredients 2, cmdNew, key Ctrl+F, key Return"_s,
+             u"Éclair, Apple, *Salt | 3 of 4 | Salt"_s},
             {"Down", u"e"_s, u"key Down, key Down"_s, u"Éclair, Apple, *beef | 3 of 4 | beef"_s},
             {"Down from a row that is filtered out", u"-ec"_s, u"key Down"_s,
              u"*Apple, Salt, beef | 3 of 4 | Apple"_s},

@@ -39,7 +39,7 @@ private Q_SLOTS:
             {"double click", false, u"txtFind =lt, lstIngredients 0 twice"_s,
              u"*Salt | 1 of 4 | Salt (1 tsp)"_s},
             {"nothing, Enter", false, u"txtFind =x, key Down, key Return"_s,
-             u"No name is found.\nTo see all names again, press Esc. | None of 4 | "_s + first},
+             u"Nothing found.\nTo see all names again, press Esc. | None of 4 | "_s + first},
             {"Remove", false, u"txtFind =lt, cmdRemove"_s, u"*Salt | 1 of 4 | "_s + first},
             {"Delete twice", false, u"txtFind =lt, lstRecipeIngredients 1, key Del, key Del"_s,
              u"*Salt | 1 of 4 | Beans (white) (1 (large) can)"_s},

@@ -54,7 +54,7 @@ private Q_SLOTS:
             {"selected", u"b t"_s, u"*butter, Beetroot"_s, 4, 4},
             {"filtered out", u"e -b"_s, u"Apple, Éclair"_s, 3, 3},
             {"accent", u"ecl"_s, u"Éclair"_s, 3, 3},
-            {"none", u"x"_s, u"No name is found.\nTo see all names again, press Esc."_s, -1, -1},
+            {"none", u"x"_s, u"Nothing found.\nTo see all names again, press Esc."_s, -1, -1},
         });
     }
     // The numbers stay, and so does the selection, without a signal.
