@@ -1,6 +1,7 @@
 # Puts the shared libraries that PROGRAMS need into FOLDER, with Qt's plugins from QT_PLUGINS, the
-# licences of all of them, and TABLE with the versions filled in. OTHERS are the remaining files in FOLDER. Also writes
-# .pantrywise-files, by which the script "install" knows what it lays down. Needs dpkg, which knows the packages of the libraries.
+# licences of all of them, and TABLE with the versions filled in. Also writes .pantrywise-files, by which
+# the script "install" knows what it lays down: these files, PROGRAMS and OTHERS. Needs dpkg, which knows
+# the packages of the libraries.
 cmake_minimum_required(VERSION 3.25)
 
 set(plugins
