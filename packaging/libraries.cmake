@@ -1,6 +1,7 @@
 # Puts the shared libraries that PROGRAMS need into FOLDER, with Qt's plugins from QT_PLUGINS, the
-# licences of all of them, and TABLE with the versions filled in. Also writes
-# .pantrywise-files, by which the script "install" knows what it lays down. Needs dpkg, which knows the packages of the libraries.
+# licences of all of them, and TABLE with the versions filled in. Also writes .pantrywise-files, by which
+# the script "install" knows what it lays down: these files, PROGRAMS and OTHERS. Needs dpkg, which knows
+# the packages of the libraries.
 cmake_minimum_required(VERSION 3.25)
 
 set(plugins
@@ -124,7 +125,7 @@ foreach(program IN LISTS PROGRAMS)
   get_filename_component(name ${program} NAME)
   list(APPEND laid_down ${name})
 endforeach()
-list(APPEND laid_down qt.conf libraries.md)
+list(APPEND laid_down ${OTHERS} libraries.md)
 list(SORT laid_down)
 list(JOIN laid_down "\n" lines)
 file(WRITE ${FOLDER}/.pantrywise-files

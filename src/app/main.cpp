@@ -84,6 +84,7 @@ int runInTerminal(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     QCoreApplication::setApplicationName(platform::productName());
+    platform::ignorePluginsOfOtherQt();
     platform::Desktop desktop = platform::findDesktop();
     return desktop.isReachable ? runOnDesktop(argc, argv, std::move(desktop.connection))
                                : runInTerminal(argc, argv);

@@ -76,6 +76,16 @@ std::filesystem::path commandLinePath(std::span<const char *const> arguments)
     return absolutePath(path);
 }
 
+void ignorePluginsOfOtherQt()
+{
+    std::error_code error; // if there is no /proc, the variables stay
+    const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    if (!std::filesystem::exists(folder / "lib/libQt6Core.so.6", error))
+        return;
+    qunsetenv("QT_PLUGIN_PATH");
+    qunsetenv("QT_QPA_PLATFORM_PLUGIN_PATH");
+}
+
 void XDisconnect::operator()(xcb_connection_t *connection) const
 {
     xcb_disconnect(connection);

@@ -15,6 +15,11 @@ namespace platform {
 // are removed unless a file with the quotes in its name exists.
 std::filesystem::path commandLinePath(std::span<const char *const> arguments);
 
+// If the program brings its own Qt, removes the environment variables with which a desktop or a
+// terminal adds the plugins of another Qt, because Qt refuses or crashes on plugins of another
+// version. Call before QApplication is created.
+void ignorePluginsOfOtherQt();
+
 struct XDisconnect {
     void operator()(xcb_connection_t *connection) const;
 };
