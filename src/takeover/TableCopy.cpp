@@ -13,14 +13,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace {
 
 struct Text {
     Q_DECLARE_TR_FUNCTIONS(TableCopy)
 };
-
-constexpr qint64 rowsPerStep = 256;
 
 std::string_view textOf(const oldfiles::Value &value)
 {
@@ -53,12 +52,14 @@ bool TableCopy::copy(std::size_t number, const Step &step)
 {
     const Table &table = schemaTables()[number];
     m_emptyLinks = {};
-    if (table.hasKey)
-        readKeys(number);
+    if (table.hasKey && !readKeys(number, step))
+        return false;
     oldfiles::RowReader rows = m_file.rows(number);
     RowInsertion insertion(m_database.getHandle(), table);
     RowNotes notes(m_notes, m_database, table);
     TakenTable &taken = m_copied.taken[number];
+    qint64 reported = 0;
+    rows.setPageCallback([&] { return step(taken.taken - std::exchange(reported, taken.taken)); });
     while (rows.next()) {
         const RowNotes::Row row{taken.taken, rows.values()};
         const qint64 rowid = table.hasKey ? copyKey(number, row, insertion, notes) : row.number + 1;
@@ -68,9 +69,10 @@ bool TableCopy::copy(std::size_t number, const Step &step)
             m_copied.names[number].add(textOf(row.values[1]));
         insertion.insert();
         m_copied.samples[number].offer(row.number, rowid);
-        if (++taken.taken % rowsPerStep == 0 && !step(rowsPerStep))
-            return false;
+        ++taken.taken;
     }
+    if (rows.isStopped())
+        return false;
     noteResult(number, rows);
     noteEmptyLinks(number);
     if (table.hasKey)
@@ -78,13 +80,15 @@ bool TableCopy::copy(std::size_t number, const Step &step)
     return true;
 }
 
-void TableCopy::readKeys(std::size_t number)
+bool TableCopy::readKeys(std::size_t number, const Step &step)
 {
     constexpr std::array<std::size_t, 1> keyColumn = {0};
     oldfiles::RowReader rows = m_file.rows(number, keyColumn);
+    rows.setPageCallback([&step] { return step(0); });
     while (rows.next())
         m_keys[number].add(keyOf(rows.values()[0]));
     m_keys[number].assign(counterOf(number));
+    return !rows.isStopped();
 }
 
 // Returns 0 if the counter leaves no next key.

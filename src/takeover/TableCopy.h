@@ -32,7 +32,8 @@ struct CopiedTables {
 class TableCopy
 {
 public:
-    // Called after every few rows; returns false to stop.
+    // Called before each page of the old file is read, with the number of rows copied since the
+    // last call; returns false to stop.
     using Step = std::function<bool(qint64 rows)>;
 
     TableCopy(const oldfiles::RecipeFile &file, SQLite::Database &database, CopiedTables &copied,
@@ -44,7 +45,7 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(TableCopy)
 
-    void readKeys(std::size_t number);
+    bool readKeys(std::size_t number, const Step &step);
     qint32 counterOf(std::size_t number) const;
     qint32 copyKey(std::size_t number, const RowNotes::Row &row, RowInsertion &insertion,
                    RowNotes &notes);

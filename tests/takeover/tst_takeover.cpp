@@ -48,7 +48,7 @@ QStringList expectedRows(const QJsonObject &tables, const Table &table)
     const QJsonObject expected = tables[QLatin1StringView(table.name)].toObject();
     const QVariantList columns = expected["columns"_L1].toArray().toVariantList();
     QStringList rows;
-    for (const QJsonValue &row : expected["rows"_L1].toArray()) {
+    for (const QJsonValueConstRef row : expected["rows"_L1].toArray()) {
         QStringList cells;
         for (const Field &field : table.fields)
             cells += cell(row[columns.indexOf(QString(QLatin1StringView(field.name)))]);

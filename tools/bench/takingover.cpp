@@ -82,6 +82,7 @@ void measureTakingOver(Bench &bench)
     const QString oldFile = makeOldFile(bench);
     const QString newFile = bench.path(u"new.rbk"_s);
     std::vector<GeneratedRecipe> rows;
+    rows.reserve(recipes);
     for (int i = 0; i < recipes; ++i)
         rows.push_back(generatedRecipe(i, catalogSizes(recipes)));
     bench.report({"take over a file in the Access format, check and sync the new one (baseline: "
