@@ -277,9 +277,11 @@ UnusableDatabase UnusableDatabase::damaged(const QString &path, Operation operat
 
 UnusableDatabase UnusableDatabase::accessFormat(const QString &path)
 {
-    return {path,
-            Text::tr("%1 is a database in the Access format, which this version of Pantrywise does "
-                     "not read.")
-                .arg(native(path)),
-            Text::tr("Put a recipe database of this version in its place and try again.")};
+    return {
+        path,
+        Text::tr("%1 is a database in the Access format, which this version of Pantrywise does "
+                 "not read.")
+            .arg(native(path)),
+        Text::tr("Start Pantrywise again to be asked whether to take over the recipes in it, or "
+                 "put a recipe database of this version in its place and try again.")};
 }

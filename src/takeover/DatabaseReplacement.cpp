@@ -306,8 +306,8 @@ std::error_code DatabaseReplacement::putNewInPlace()
     return failure;
 }
 
-// Finishes or undoes a replacement whose report is stored. Returns whether the new file is in its
-// place.
+// Finishes or undoes a replacement whose report is stored: the old file gets its own name back if
+// the new one cannot be put in its place. Returns whether the new file is in its place.
 bool DatabaseReplacement::settle()
 {
     if (!isTaken(m_database)) {

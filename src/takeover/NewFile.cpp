@@ -5,7 +5,6 @@
 #include "platform/UserVisibleError.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 
 namespace {
@@ -22,8 +21,8 @@ NewFile::NewFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         throw platform::UserVisibleError(
-            Text::tr("The file %1 could not be made: %2. Nothing was taken over.")
-                .arg(QDir::toNativeSeparators(path), file.errorString()));
+            Text::tr("The new recipe file could not be written: %1. Your old file is unchanged.")
+                .arg(file.errorString()));
 }
 
 NewFile::~NewFile()
@@ -40,7 +39,7 @@ void NewFile::keep()
         failure = platform::syncToDisk(std::filesystem::absolute(file).parent_path());
     if (failure)
         throw platform::UserVisibleError(
-            Text::tr("The file %1 could not be written: %2. Nothing was taken over.")
-                .arg(QDir::toNativeSeparators(m_path), QString::fromStdString(failure.message())));
+            Text::tr("The new recipe file could not be written: %1. Your old file is unchanged.")
+                .arg(QString::fromStdString(failure.message())));
     m_isKept = true;
 }

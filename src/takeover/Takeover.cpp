@@ -1,6 +1,5 @@
 #include "takeover/Takeover.h"
 
-#include "data/DatabaseError.h"
 #include "data/DatabaseSession.h"
 #include "data/Schema.h"
 #include "oldfiles/RecipeFile.h"
@@ -38,15 +37,17 @@ std::unique_ptr<oldfiles::RecipeFile> openOldFile(const QString &path)
     }
 }
 
-// Returns what `action` returns and throws a failure of SQLite as a DatabaseError.
+// Returns what `action` returns. The user has never seen the name of the file that is being made.
 template <typename Action>
-bool translateSqliteErrors(const QString &path, DatabaseError::Operation operation, Action action)
+bool translateSqliteErrors(Action action)
 {
     try {
         return action();
     } catch (const SQLite::Exception &error) {
-        std::rethrow_exception(DatabaseError::fromSqlite(
-            path, error.getExtendedErrorCode(), QString::fromUtf8(error.what()), operation));
+        throw platform::UserVisibleError(
+            Text::tr("The new recipe file could not be written: %1. Your old file is unchanged. "
+                     "Check that the disk is connected and not full and try again.")
+                .arg(QString::fromUtf8(error.what())));
     }
 }
 
@@ -73,6 +74,11 @@ void notePassedOver(const oldfiles::RecipeFile &file, TakeoverNotes &notes)
                     .arg(table, column);
             });
     }
+    if (!file.catalogProblem().isEmpty())
+        notes.add(Text::tr("Tables"), NoteKind::PassedOver, [&] {
+            return Text::tr("There may be more tables that Pantrywise does not have. %1")
+                .arg(file.catalogProblem());
+        });
     for (const QString &table : file.otherTables())
         notes.add(Text::tr("Tables"), NoteKind::PassedOver, [&] {
             return Text::tr("The table %1 was not taken over, because Pantrywise has none for it.")
@@ -137,7 +143,7 @@ std::optional<TakeoverReport> Takeover::writeTo(const QString &newFile, Progress
 bool Takeover::fill(const QString &newFile, CopiedTables &copied, TakeoverNotes &notes,
                     Steps &steps)
 {
-    return translateSqliteErrors(newFile, DatabaseError::Operation::Writing, [&] {
+    return translateSqliteErrors([&] {
         SQLite::Database database = openForFilling(newFile);
         TableCopy copy(*m_file, database, copied, notes);
         database.exec("BEGIN");
@@ -156,7 +162,7 @@ bool Takeover::check(const QString &newFile, CopiedTables &copied, TakeoverNotes
                      Steps &steps)
 {
     const auto step = [&] { return steps.advance(0, Text::tr("Checking")); };
-    return translateSqliteErrors(newFile, DatabaseError::Operation::Reading, [&] {
+    return translateSqliteErrors([&] {
         DatabaseSession session(newFile, [](sqlite3 *) {});
         if (!step() || !checkNewFile(session.connection(), *m_file, copied, step))
             return false;

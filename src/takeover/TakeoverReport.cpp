@@ -49,8 +49,11 @@ QStringList TakeoverReport::losses() const
 
 QString TakeoverReport::summary() const
 {
+    const std::array<QString, tableCount> names = {
+        Text::tr("Recipes"), Text::tr("Ingredients"), Text::tr("Utensils"),
+        Text::tr("Ingredients in recipes"), Text::tr("Utensils in recipes")};
     QStringList parts;
-    for (const TakenTable &table : tables)
-        parts += Text::tr("%1: %2").arg(table.name, number(table.taken));
+    for (std::size_t i = 0; i < tableCount; ++i)
+        parts += Text::tr("%1: %2").arg(names.at(i), number(tables.at(i).taken));
     return parts.join(", "_L1);
 }

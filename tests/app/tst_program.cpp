@@ -142,6 +142,19 @@ private Q_SLOTS:
         QCOMPARE(m_file->stored("SELECT count(*) FROM Recipes"), isYes ? u"2"_s : u"1"_s);
     }
 
+    void asksAboutDamageOnTheTerminal()
+    {
+        QByteArray old = bytesOf(QString::fromUtf8(OLD_FILE));
+        constexpr qsizetype pageSize = 2048;
+        constexpr qsizetype ofIngredients = 61;
+        old.replace(ofIngredients * pageSize, pageSize, QByteArray(pageSize, 'U'));
+        setBytes(m_file->path(), old);
+        setBytes(inFolder(u"soup.srf"_s), srf({}));
+        const QString said = importOnTerminal("y\nn\n");
+        QVERIFY2(said.contains(u"Ingredients: 53 of 100 can be read."_s), qPrintable(said));
+        QVERIFY(bytesOf(m_file->path()) == old && !QFile::exists(inFolder(u"data old.rbk"_s)));
+    }
+
     void takesOverAnOldFile_data()
     {
         // The second question is whether to import a recipe that is in the old file.

@@ -200,8 +200,7 @@ private Q_SLOTS:
              [](OfferInteraction &interaction, const OldFolder &folder) {
                  interaction.expect(questionBox(folder), Button::Yes);
                  interaction.expect(
-                     {u"The disk with the recipe database %1.takeover/new.rbk could not be written. Nothing was stored. Check that it is connected and not full and try again."_s
-                          .arg(folder.path()),
+                     {u"The new recipe file could not be written: disk I/O error. Your old file is unchanged. Check that the disk is connected and not full and try again."_s,
                       title, Icon::Exclamation});
                  const FileSizeLimit fullDisk(40960);
                  offerTakeover(interaction, folder.path());

@@ -119,7 +119,7 @@ private Q_SLOTS:
             {"folder", makeFolder, u"is a folder"_s},
             {"unreadable", close, u"You are not allowed to read the recipe database"_s},
             {"empty", overwrite({}), u"is empty. Put your last copy"_s},
-            {"other database", overwrite(access), u"Access format"_s},
+            {"other database", overwrite(access), u"Start Pantrywise again to be asked"_s},
             {"text file", overwrite("Soup\r\n"_ba.repeated(500)),
              u"is not a recipe database. Put your last copy"_s},
             {"cut off", cutOff, u"is damaged"_s},

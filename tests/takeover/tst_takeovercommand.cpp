@@ -33,7 +33,7 @@ private Q_SLOTS:
         // exists), the exit status, the output and the error output as patterns, and whether
         // new.rbk is there afterwards.
         const QString summary =
-            u"Recipes: 16, Ingredients: 4, Utensils: 2, RecipeIngredients: 10, RecipeUtensils: 3\n"_s;
+            u"Recipes: 16, Ingredients: 4, Utensils: 2, Ingredients in recipes: 10, Utensils in recipes: 3\n"_s;
         const QString loss = u"damaged.rbk is damaged. Not all of it can be read:\nRecipes: 16 "
                              "of 19 can be read.\n"_s;
         addRows<QStringList, int, QString, QString, bool>({
