@@ -70,9 +70,6 @@ bool Model::eventFilter(QObject *watched, QEvent *event)
             onTitleChanged(*window);
         break;
     case QEvent::KeyPress:
-        if (!event->spontaneous())
-            break; // FindBar has sent a key on to its list
-        [[fallthrough]];
     case QEvent::KeyRelease:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:

@@ -106,7 +106,9 @@ private:
     Names m_utensils;
     std::map<QWidget *, Shown> m_windows;
     std::optional<Press> m_press; // that a window is handling, until the next event
-    bool m_isMoving = false; // whether the press represents a key in a find bar
+    // Whether the press is that of a key in a catalog's find bar, which saves and goes to another
+    // row as the button of the press does. No clicked() ends it, but the next event.
+    bool m_isMoving = false;
     int m_answeredBoxes = 0;
     QString m_fault;
 };

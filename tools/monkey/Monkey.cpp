@@ -2,6 +2,7 @@
 
 #include "data/TypesAndRatings.h"
 #include "frame/ChildWindow.h"
+#include "search/SearchQuery.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -109,8 +110,7 @@ Monkey::Step Monkey::chooseStep()
         {6, &Monkey::pressMenuKey},        {8, &Monkey::burst},
         {4, &Monkey::clickAnywhere},       {8, &Monkey::doubleClickRecipe},
         {3, &Monkey::pressByScreenReader}, {2, &Monkey::turnWheel},
-        {6, &Monkey::writeByOther},        {6, &Monkey::find},
-        {4, &Monkey::findRecipes},
+        {6, &Monkey::writeByOther},        {10, &Monkey::find},
     };
     int sum = 0;
     for (const auto &[weight, step] : steps)
@@ -207,16 +207,75 @@ Monkey::Step Monkey::pressKey()
             [this, key] { send(key.key(), key.keyboardModifiers()); }};
 }
 
+// The list of recipes is read again at each letter, so that it shows what the file holds.
 Monkey::Step Monkey::find()
 {
     static constexpr int keys[] = {Qt::Key_Return, Qt::Key_Down, Qt::Key_Up, Qt::Key_Escape};
     const int key = m_random.oneOf(keys);
-    const QString text = m_random.oneIn(3) ? QString() : m_random.name().first(1);
-    return {u"find \"%1\", %2"_s.arg(text, QKeySequence(key).toString()), [this, text, key] {
+    const QString typed = query();
+    return {u"find \"%1\", %2"_s.arg(typed, QKeySequence(key).toString()), [this, typed, key] {
+                const int boxes = m_model.answeredBoxes();
                 send(Qt::Key_F, Qt::ControlModifier);
-                sendText(text);
+                sendText(typed);
+                const auto *active = m_main.findChild<QMdiArea *>()->activeSubWindow();
+                if (!typed.isEmpty() && active
+                    && active->widget()->objectName() == "frmRecipes"_L1) {
+                    waitUntilIdle();
+                    if (m_model.answeredBoxes() == boxes && !m_other.isLocked())
+                        checkFound(*active);
+                }
                 send(key);
             }};
+}
+
+// Returns the beginning of a name, or of two, of which the second may be excluded; or nothing,
+// which leaves what the find bar holds.
+QString Monkey::query()
+{
+    const auto word = [this] {
+        const QString name = m_random.name().section(u' ', 0, 0);
+        return name.first(m_random.below(3) + 1);
+    };
+    if (m_random.oneIn(4))
+        return {};
+    QString words = word();
+    if (m_random.oneIn(3)) {
+        words += m_random.oneIn(2) ? u" "_s : u" -"_s;
+        words += word();
+    }
+    return words;
+}
+
+void Monkey::checkFound(const QWidget &list)
+{
+    const Tables &tables = m_model.tables();
+    const QString typed = list.findChild<QLineEdit *>(u"txtFind"_s)->text();
+    const SearchQuery query(typed);
+    QStringList expected;
+    for (const auto &[key, recipe] : tables.recipes) {
+        QStringList texts{recipe.name, recipe.description, recipe.author,
+                          recipeTypes().value(recipe.type)};
+        if (const auto links = tables.ingredientLinks.find(key);
+            links != tables.ingredientLinks.end()) {
+            for (const Link &link : links->second) {
+                if (const auto row = tables.ingredients.find(link.key);
+                    row != tables.ingredients.end())
+                    texts += row->second.name;
+            }
+        }
+        if (query.matches(texts.join(u'\n')))
+            expected += recipe.name;
+    }
+    const QAbstractItemModel &table =
+        *list.findChild<QAbstractItemView *>(u"lvwRecipes"_s)->model();
+    QStringList shown;
+    for (int row = 0; row < table.rowCount(); ++row)
+        shown += table.index(row, 0).data().toString();
+    expected.sort();
+    shown.sort();
+    if (shown != expected)
+        m_fault =
+            u"\"%1\" finds %2 and not %3"_s.arg(typed, shown.join(u", "_s), expected.join(u", "_s));
 }
 
 Monkey::Step Monkey::pressAccessKey()
@@ -354,52 +413,6 @@ void Monkey::checkOpened(const QString &name)
         && findName(m_model.tables().recipes, name, 0) != 0)
         m_fault =
             u"\"%1\" was double-clicked and \"%2\" is shown"_s.arg(name, window->windowTitle());
-}
-
-// The list is read again at each letter, so that it shows what the file holds.
-Monkey::Step Monkey::findRecipes()
-{
-    const auto *active = m_main.findChild<QMdiArea *>()->activeSubWindow();
-    const auto *table = active ? active->findChild<QAbstractItemView *>(u"lvwRecipes"_s) : nullptr;
-    if (!table)
-        return {u"F5"_s, [this] { send(Qt::Key_F5); }};
-    const QString word = m_random.name().section(u' ', 0, 0).first(m_random.below(3) + 1);
-    return {u"find \"%1\""_s.arg(word), [this, table, word] {
-                const int boxes = m_model.answeredBoxes();
-                send(Qt::Key_F, Qt::ControlModifier);
-                sendText(word);
-                waitUntilIdle();
-                if (m_model.answeredBoxes() == boxes && !m_other.isLocked())
-                    checkFound(*table, word);
-            }};
-}
-
-void Monkey::checkFound(const QAbstractItemView &table, const QString &word)
-{
-    const Tables &tables = m_model.tables();
-    QStringList expected;
-    for (const auto &[key, recipe] : tables.recipes) {
-        QStringList texts{recipe.name, recipe.description, recipe.author,
-                          recipeTypes().value(recipe.type)};
-        if (const auto links = tables.ingredientLinks.find(key);
-            links != tables.ingredientLinks.end()) {
-            for (const Link &link : links->second) {
-                if (const auto row = tables.ingredients.find(link.key);
-                    row != tables.ingredients.end())
-                    texts += row->second.name;
-            }
-        }
-        if (!texts.filter(word, Qt::CaseInsensitive).isEmpty())
-            expected += recipe.name;
-    }
-    QStringList shown;
-    for (int row = 0; row < table.model()->rowCount(); ++row)
-        shown += table.model()->index(row, 0).data().toString();
-    expected.sort();
-    shown.sort();
-    if (shown != expected)
-        m_fault =
-            u"\"%1\" finds %2 and not %3"_s.arg(word, shown.join(u", "_s), expected.join(u", "_s));
 }
 
 Monkey::Step Monkey::pressByScreenReader()

@@ -9,7 +9,6 @@
 #include <QObject>
 
 class QAbstractButton;
-class QAbstractItemView;
 
 // Uses the windows of the program at random by keys, mouse and screen reader, one step at a time.
 class Monkey final : public QObject
@@ -45,7 +44,6 @@ private:
     Step clickButton();
     Step clickAnywhere();
     Step doubleClickRecipe();
-    Step findRecipes();
     Step pressByScreenReader();
     Step turnWheel();
     Step burst();
@@ -59,7 +57,8 @@ private:
     void waitUntilIdle();
     bool isAnyButtonDown() const;
     void checkOpened(const QString &name);
-    void checkFound(const QAbstractItemView &table, const QString &word);
+    QString query();
+    void checkFound(const QWidget &list);
     void writeWhileBoxIsOpen();
 
     Report m_report;
