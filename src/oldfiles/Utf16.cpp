@@ -1,6 +1,8 @@
 #include "oldfiles/Utf16.h"
 
-#include <QChar>
+#include <QStringEncoder>
+#include <QVarLengthArray>
+#include <QtEndian>
 
 namespace oldfiles {
 namespace {
@@ -8,48 +10,22 @@ namespace {
 constexpr std::size_t unit = sizeof(char16_t);
 constexpr quint16 compressionMark = 0xFEFF;
 
-char byteOf(char32_t bits)
-{
-    return static_cast<char>(bits);
-}
-
-// NOLINTBEGIN(readability-magic-numbers): the lead bytes of UTF-8
-void appendBeyondAscii(char32_t letter, std::string &utf8)
-{
-    const auto trailing = [letter](unsigned shift) {
-        return byteOf(0x80U | (letter >> shift & 0x3FU));
-    };
-    if (letter < 0x800)
-        utf8 += {byteOf(0xC0U | letter >> 6U), trailing(0)};
-    else if (letter < 0x10000)
-        utf8 += {byteOf(0xE0U | letter >> 12U), trailing(6), trailing(0)};
-    else
-        utf8 += {byteOf(0xF0U | letter >> 18U), trailing(12), trailing(6), trailing(0)};
-}
-// NOLINTEND(readability-magic-numbers)
-
 } // namespace
 
 void appendUtf16(Bytes text, std::string &utf8)
 {
-    constexpr char16_t asciiEnd = 0x80;
+    constexpr qsizetype usualLength = 1024;
     require(text.size() % unit == 0);
-    const char *const end = text.data() + text.size();
-    for (const char *at = text.data(); at != end; at += unit) {
-        const auto letter = qFromLittleEndian<char16_t>(at);
-        if (letter < asciiEnd) {
-            utf8 += static_cast<char>(letter);
-        } else if (!QChar::isSurrogate(letter)) {
-            appendBeyondAscii(letter, utf8);
-        } else if (const char *const next = at + unit; QChar::isHighSurrogate(letter) && next != end
-                   && QChar::isLowSurrogate(qFromLittleEndian<char16_t>(next))) {
-            appendBeyondAscii(QChar::surrogateToUcs4(letter, qFromLittleEndian<char16_t>(next)),
-                              utf8);
-            at = next;
-        } else {
-            appendBeyondAscii(QChar::ReplacementCharacter, utf8);
-        }
-    }
+    // The text may be at an odd address, where QStringEncoder cannot read it.
+    QVarLengthArray<char16_t, usualLength> letters(static_cast<qsizetype>(text.size() / unit));
+    qFromLittleEndian<char16_t>(text.data(), letters.size(), letters.data());
+
+    // A stateful encoder would keep half a pair at the end for the next text.
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const std::size_t before = utf8.size();
+    utf8.resize(before + static_cast<std::size_t>(encoder.requiredSpace(letters.size())));
+    const char *const end = encoder.appendToBuffer(utf8.data() + before, QStringView(letters));
+    utf8.resize(static_cast<std::size_t>(end - utf8.data()));
 }
 
 bool isCompressed(Bytes text)
