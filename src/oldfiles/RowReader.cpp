@@ -48,6 +48,18 @@ bool RowReader::next()
     }
 }
 
+bool RowReader::goTo(RowPlace place)
+{
+    m_pageNumber = place.page;
+    m_row = place.row + 1;
+    try {
+        m_rows = rowsOf(place.page);
+    } catch (const Damage &) {
+        m_rows = {};
+    }
+    return place.row < m_rows.rowCount() && readRow(place.row);
+}
+
 // Returns false after the last page and if the callback has stopped the reading.
 bool RowReader::goToNextPage()
 {

@@ -14,6 +14,12 @@
 
 namespace oldfiles {
 
+// Where a row is stored.
+struct RowPlace {
+    quint32 page = 0;
+    std::size_t row = 0; // on the page
+};
+
 // Reads the rows of a table in the order in which they are stored, page by page. A row or a page
 // that cannot be read is counted and passed over. Made by RecipeFile::rows(); the file and the
 // definition must outlive it.
@@ -34,6 +40,12 @@ public:
     bool next();
 
     bool isStopped() const { return m_isStopped; }
+
+    // Goes to the row at this place, which must be one that next() has reached, and returns whether
+    // it can be read. next() must not be called after that.
+    bool goTo(RowPlace place);
+
+    RowPlace place() const { return {m_pageNumber, m_row - 1}; }
 
     // The values of the row, one for each column of the layout. Texts are valid until next().
     std::span<const Value> values() const { return m_values; }

@@ -70,24 +70,6 @@ bool hasTexts(SQLite::Statement &select, qint64 rowid, std::span<const oldfiles:
     });
 }
 
-bool hasTextsOfSample(SQLite::Database &connection, oldfiles::RowReader &rows, const Table &table,
-                      const RowSample &sample)
-{
-    const std::vector<std::size_t> fields = textFields(table);
-    if (fields.empty())
-        return true;
-    SQLite::Statement select(connection, selectText(table, fields));
-    qint64 position = -1;
-    return std::all_of(sample.rows().begin(), sample.rows().end(), [&](const RowSample::Row &row) {
-        while (position < row.number) {
-            if (!rows.next())
-                return false;
-            ++position;
-        }
-        return hasTexts(select, row.rowid, rows.values(), fields);
-    });
-}
-
 } // namespace
 
 bool checkNewFile(SQLite::Database &connection, const oldfiles::RecipeFile &oldFile,
@@ -95,19 +77,23 @@ bool checkNewFile(SQLite::Database &connection, const oldfiles::RecipeFile &oldF
 {
     require(quickCheck(connection) == "ok"_L1, Text::tr("the file"));
     for (std::size_t i = 0; i < tableCount; ++i) {
-        if (!step())
-            return false;
+        const Table &table = schemaTables()[i];
         const TakenTable &taken = copied.taken[i];
-        const std::string name(schemaTables()[i].name);
-        const int64_t count = connection.execAndGet("SELECT count(*) FROM " + name).getInt64();
-        // All columns are decoded as in the copy, so that the same rows are readable.
-        oldfiles::RowReader rows = oldFile.rows(i);
-        rows.setPageCallback(step);
-        const bool hasTexts =
-            hasTextsOfSample(connection, rows, schemaTables()[i], copied.samples[i]);
-        if (rows.isStopped())
-            return false;
-        require(count == taken.taken && hasTexts, taken.name);
+        const int64_t count =
+            connection.execAndGet("SELECT count(*) FROM " + std::string(table.name)).getInt64();
+        require(count == taken.taken, taken.name);
+
+        const std::vector<std::size_t> fields = textFields(table);
+        if (fields.empty())
+            continue;
+        SQLite::Statement select(connection, selectText(table, fields));
+        oldfiles::RowReader rows = oldFile.rows(i, fields);
+        for (const RowSample::Row &row : copied.samples[i].rows()) {
+            if (!step())
+                return false;
+            require(rows.goTo(row.place) && hasTexts(select, row.rowid, rows.values(), fields),
+                    taken.name);
+        }
     }
     return true;
 }

@@ -1,25 +1,26 @@
 #pragma once
 
-#include <QtGlobal>
+#include "oldfiles/RowReader.h"
 
 #include <vector>
 
-// Some rows of a table, spread evenly over all of them: which readable row of the old file, counted
-// from 0, has which rowid in the new one.
+// Some rows of a table, spread evenly over all of them: the places of the rows in the old file and
+// their rowids in the new one.
 class RowSample
 {
 public:
     struct Row {
-        qint64 number;
+        qint64 number; // among the rows that were read, from 0
+        oldfiles::RowPlace place;
         qint64 rowid;
     };
 
     // To be called for each row, in their order.
-    void offer(qint64 number, qint64 rowid)
+    void offer(const Row &row)
     {
-        if (number % m_step != 0)
+        if (row.number % m_step != 0)
             return;
-        m_rows.push_back({number, rowid});
+        m_rows.push_back(row);
         if (m_rows.size() == largestSize)
             thin();
     }

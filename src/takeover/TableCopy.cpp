@@ -70,7 +70,7 @@ bool TableCopy::copy(std::size_t number, const Step &step)
         if (table.hasKey)
             m_copied.names[number].add(textOf(row.values[1]));
         insertion.insert();
-        m_copied.samples[number].offer(row.number, rowid);
+        m_copied.samples[number].offer({row.number, rows.place(), rowid});
         ++taken.taken;
     }
     if (rows.isStopped())
