@@ -248,8 +248,11 @@ QString Monkey::query()
 
 void Monkey::checkFound(const QWidget &list)
 {
+    const auto *field = list.findChild<QLineEdit *>(u"txtFind"_s);
+    if (!field->isVisible()) // the keys have gone to no control
+        return;
     const Tables &tables = m_model.tables();
-    const QString typed = list.findChild<QLineEdit *>(u"txtFind"_s)->text();
+    const QString typed = field->text();
     const SearchQuery query(typed);
     QStringList expected;
     for (const auto &[key, recipe] : tables.recipes) {
