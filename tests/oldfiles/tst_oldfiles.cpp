@@ -388,7 +388,7 @@ private Q_SLOTS:
         const QByteArray bytes = copy->readAll();
         const Tables original = tablesOf(*copy);
         QVERIFY(!original.isEmpty());
-        constexpr std::size_t headBits = 8 * 8; // the kind and the owner of a page
+        constexpr std::size_t headBits = std::size_t{8} * 8; // the kind and the owner of a page
         const std::size_t pageBits = file.endsWith(u"jet3") ? 8 * 2048 : 8 * 4096;
         std::mt19937 random(18); // NOLINT(cert-msc51-cpp): the same bits each time
         for (int i = 0; i < 3000; ++i) {

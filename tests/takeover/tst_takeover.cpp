@@ -362,7 +362,7 @@ private Q_SLOTS:
 
     void namesThousandsOfCases()
     {
-        const QString sentence(100, u'x');
+        QString sentence(100, u'x');
         TakeoverNotes notes;
         const auto add = [&](const QString &table, int count) {
             for (int i = 0; i < count; ++i)
