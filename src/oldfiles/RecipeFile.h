@@ -44,7 +44,7 @@ public:
     QStringList otherColumns(std::size_t table) const { return m_tables[table].otherColumns; }
 
     // A sentence about damage to the list of tables, which otherTables() may then lack some of;
-    // empty if there is none.
+    // empty if it is complete.
     QString catalogProblem() const { return m_catalogProblem; }
 
     // Returns a reader at the beginning of the table. The second form decodes only the columns

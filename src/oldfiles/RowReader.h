@@ -54,7 +54,7 @@ public:
     qint64 unreadableRows() const { return m_unreadableRows; }
     qint64 unreadablePages() const { return m_unreadablePages; }
 
-    // A sentence that names the table and the page of the first problem; empty if there is none.
+    // A sentence that names the table and the page of the first problem; empty without a problem.
     QString firstProblem() const { return m_firstProblem; }
 
 private:

@@ -43,7 +43,8 @@ public:
     // Returns the first shown row from this one on, else the last one before it, or -1 if no row is
     // shown.
     int nearestShownRow(int row) const;
-    // Returns the row that an arrow or page key, Home or End would select, or -1 if there is none.
+    // Returns the row that an arrow or page key, Home or End would select, or -1 if there is no
+    // such row.
     int rowReachedBy(Qt::Key key);
 
 Q_SIGNALS:
